@@ -1,0 +1,64 @@
+// AudioUnits.h: callback-driven playback to one device and recording from one device.
+#pragma once
+
+#include "platform/AudioHardware.h"
+#include "platform/Status.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+
+namespace velmora {
+
+/// Blocks of up to this many frames are handed over whole; every real-time scratch is made for it.
+inline constexpr std::int64_t largestBlockFrames = 8192;
+
+/// Fills one block. Shape: one buffer per channel, `frames` floats each; a pointer may be null.
+/// Threads: the unit's own real-time thread. Must not allocate, block or throw.
+using RenderCallback = std::function<void(std::int64_t frames, std::span<float* const> channels)>;
+
+/// Receives one block. Shape and threads: as `RenderCallback`.
+using ReceiveCallback =
+    std::function<void(std::int64_t frames, std::span<const float* const> channels)>;
+
+/// Plays a stereo signal to one device. Threads: main. Real-time: no.
+class OutputUnit {
+public:
+    virtual ~OutputUnit() = default; ///< stops
+
+    virtual Status setDevice(AudioObjectID device) = 0;
+    /// One entry per channel of the device: −1 = silent, 0 = left, 1 = right. Without a map the
+    /// pair goes to the device's first two channels.
+    virtual Status setChannelMap(std::span<const std::int32_t> map) = 0;
+    /// Hz; 0 before `setDevice`.
+    [[nodiscard]] virtual double sampleRate() const = 0;
+    /// Starts pulling two-channel blocks.
+    virtual Status start(RenderCallback render) = 0;
+    /// When this returns, the callback is not running and will not run again.
+    virtual void stop() noexcept = 0;
+};
+
+/// Records every channel of one device. Threads: main. Real-time: no.
+class InputUnit {
+public:
+    virtual ~InputUnit() = default; ///< stops
+
+    virtual Status setDevice(AudioObjectID device) = 0;
+    [[nodiscard]] virtual std::uint32_t channelCount() const = 0; ///< 0 before `setDevice`
+    [[nodiscard]] virtual double sampleRate() const = 0;          ///< Hz; 0 when unknown
+    virtual Status start(ReceiveCallback receive) = 0;
+    /// When this returns, the callback is not running and will not run again.
+    virtual void stop() noexcept = 0;
+};
+
+class AudioUnits {
+public:
+    virtual ~AudioUnits() = default;
+
+    /// Null when the platform has no unit to give.
+    [[nodiscard]] virtual std::unique_ptr<OutputUnit> makeOutput() = 0;
+    [[nodiscard]] virtual std::unique_ptr<InputUnit> makeInput() = 0;
+};
+
+} // namespace velmora

@@ -1,0 +1,39 @@
+#include "settings/Texts.h"
+
+#include <array>
+
+namespace velmora {
+
+namespace {
+
+// {file}, {copy} and {status} stand for what `StoreProblemText` inserts.
+constexpr auto texts = std::to_array<TextPair>({
+    // The settings file
+    {"Le fichier des réglages {file} était endommagé. Il a été mis de côté sous {copy} "
+     "et un nouveau fichier a été commencé.",
+     "The settings file {file} was damaged. It was set aside as {copy} "
+     "and a new file was started."},
+    {"Le fichier des réglages {file} vient d'une version plus récente de Velmora. "
+     "Il reste intact ; rien ne sera enregistré cette fois.",
+     "The settings file {file} comes from a newer version of Velmora. "
+     "It is left untouched; nothing will be saved this time."},
+    {"Impossible d'écrire les réglages dans {file} (err {status}). "
+     "Les changements seront perdus à la fermeture de Velmora.",
+     "Could not write the settings to {file} (err {status}). "
+     "Changes will be lost when Velmora quits."},
+    {"Plus de place pour les réglages dans {file} (err {status}). "
+     "Les changements seront enregistrés quand de la place sera libérée.",
+     "No space left for the settings in {file} (err {status}). "
+     "Changes will be saved once space is freed."},
+
+    // The audio service
+    {"Service audio injoignable", "Audio service not reachable"},
+});
+
+} // namespace
+
+std::span<const TextPair> addedTexts() {
+    return texts;
+}
+
+} // namespace velmora

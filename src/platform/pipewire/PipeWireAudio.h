@@ -1,0 +1,58 @@
+// PipeWireAudio.h: the machine's sound, through PipeWire.
+#pragma once
+
+#include "platform/AudioHardware.h"
+#include "platform/AudioUnits.h"
+#include "platform/MainQueue.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace velmora {
+
+/// One connection to the PipeWire daemon, seen through the mixer's interfaces.
+///
+/// Without a daemon every read answers none and every request is refused; the connection is made
+/// by itself as soon as a daemon answers, and made again when it was lost. After a loss every tap,
+/// aggregate and running unit is dead: stopping and destroying them stays harmless, and a change
+/// of the default output is reported once that output is known again.
+///
+/// Threads: main. Real-time: no.
+class PipeWireAudio {
+public:
+    struct Options {
+        /// The leading process of the application that a process belongs to; the process itself
+        /// when empty. Called on the main thread.
+        std::function<std::int32_t(std::int32_t pid)> applicationPid;
+        /// Longest wait of the constructor for the first complete list of devices.
+        std::chrono::milliseconds firstListing{2000};
+    };
+
+    explicit PipeWireAudio(MainQueue& mainQueue, Options options = {});
+    ~PipeWireAudio();
+    PipeWireAudio(const PipeWireAudio&) = delete;
+    PipeWireAudio& operator=(const PipeWireAudio&) = delete;
+
+    [[nodiscard]] AudioHardware& hardware();
+    [[nodiscard]] AudioUnits& units();
+
+    /// True while the daemon and its session manager answer.
+    [[nodiscard]] bool connected() const;
+    /// Why not, for a person to read; empty while connected.
+    [[nodiscard]] std::string connectionProblem() const;
+
+    /// Makes sure that a device's name contains "velmora": creates the virtual microphone
+    /// "Velmora Microphone" when there is none, waiting shortly until it can be used, and again
+    /// after the daemon was restarted. The device stays when this program ends.
+    /// Errors: the status; nothing was made.
+    Status ensureVirtualMicrophone();
+
+private:
+    class Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace velmora

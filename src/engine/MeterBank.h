@@ -1,0 +1,30 @@
+// MeterBank.h: the levels that the meters show.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+class SourceCapture;
+
+/// Rises at once to a new peak and falls by a fixed factor per tick.
+///
+/// Units: linear peak, 0 ... 1. Threads: main.
+class MeterBank {
+public:
+    /// Takes every capture's peak. Returns whether any level changed.
+    bool tick(const std::vector<std::unique_ptr<SourceCapture>>& captures);
+    void clear();
+
+    [[nodiscard]] float level() const { return level_; }
+    [[nodiscard]] const std::map<std::string, float>& sourceLevels() const { return sourceLevels_; }
+
+private:
+    float level_ = 0.0F;
+    std::map<std::string, float> sourceLevels_; // by source id
+};
+
+} // namespace velmora

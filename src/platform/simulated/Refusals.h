@@ -1,0 +1,60 @@
+// Refusals.h: makes operations of the simulated audio layer fail on demand.
+#pragma once
+
+#include "platform/AudioHardware.h"
+#include "platform/Status.h"
+
+#include <map>
+#include <optional>
+#include <utility>
+
+namespace velmora {
+
+/// Every operation of `AudioHardware`, `AudioUnits`, `OutputUnit` and `InputUnit` that can fail.
+/// A refused read gives none; a refused `makeOutput` or `makeInput` gives no unit.
+enum class Operation {
+    processObjects,
+    processPid,
+    processIsRunningOutput,
+    processForPid,
+    devices,
+    deviceName,
+    deviceUID,
+    streamChannels,
+    transport,
+    nominalRate,
+    requestBufferFrames,
+    defaultOutputDevice,
+    createTap,
+    destroyTap,
+    createAggregate,
+    destroyAggregate,
+    createIOProc,
+    destroyIOProc,
+    startDevice,
+    stopDevice,
+    makeOutput,
+    setOutputDevice,
+    setChannelMap,
+    startOutput,
+    makeInput,
+    setInputDevice,
+    startInput,
+};
+
+/// What is refused at present, and with which status. Threads: guarded by its owner.
+class Refusals {
+public:
+    static constexpr Status defaultStatus = -1;
+
+    /// @param object  only for this device or process; 0 = for every one
+    void refuse(Operation operation, Status status = defaultStatus, AudioObjectID object = 0);
+    void allow(Operation operation, AudioObjectID object = 0);
+
+    [[nodiscard]] std::optional<Status> find(Operation operation, AudioObjectID object = 0) const;
+
+private:
+    std::map<std::pair<Operation, AudioObjectID>, Status> statuses_;
+};
+
+} // namespace velmora

@@ -1,0 +1,44 @@
+// SimulatedDefaultsStore.h: settings that live as long as this object.
+#pragma once
+
+#include "platform/DefaultsStore.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+/// Threads: main.
+class SimulatedDefaultsStore : public DefaultsStore {
+public:
+    [[nodiscard]] std::optional<DefaultsValue> get(std::string_view key) const override;
+    Status set(std::string_view key, DefaultsValue value) override;
+    Status remove(std::string_view key) override;
+    void setProblemListener(ProblemListener listener) override;
+
+    // -- as a test arranges it --
+
+    /// From now on writes fail with the problem's status; values live until this object ends.
+    void refuseWrites(const StoreProblem& problem);
+    void allowWrites();
+    /// Tells the listener, or keeps the problem until there is one.
+    void report(const StoreProblem& problem);
+    /// What a later launch would find: everything whose write succeeded.
+    [[nodiscard]] const std::map<std::string, DefaultsValue, std::less<>>& kept() const {
+        return kept_;
+    }
+
+private:
+    Status written();
+
+    std::map<std::string, DefaultsValue, std::less<>> values_;
+    std::map<std::string, DefaultsValue, std::less<>> kept_;
+    std::optional<StoreProblem> refusal_;
+    bool refusalTold_ = false;
+    ProblemListener listener_;
+    std::vector<StoreProblem> untold_;
+};
+
+} // namespace velmora

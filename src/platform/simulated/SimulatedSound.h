@@ -1,0 +1,130 @@
+// SimulatedSound.h: the sound of the simulated machine: devices, players, taps and the cycle.
+#pragma once
+
+#include "platform/AudioHardware.h"
+#include "platform/AudioUnits.h"
+#include "platform/simulated/Refusals.h"
+#include "platform/simulated/SimulatedDevice.h"
+#include "platform/simulated/Waveform.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmora {
+
+struct SoundGraph;
+
+/// What a tap hands to its I/O callback.
+enum class TapBuffers {
+    filled, ///< the application's sound
+    empty,  ///< a buffer of no samples
+    null,   ///< a buffer without data
+};
+
+/// The machine as a test arranges it and listens to it. The platform interfaces
+/// (`SimulatedAudioHardware`, `SimulatedAudioUnits`) show the same machine to the code under test.
+///
+/// Each cycle moves one block: applications and input devices produce it, captures run, outputs
+/// run, and every output device's channels keep what they played. Captures run in the order in
+/// which they were started, before the outputs.
+///
+/// Threads: any; one lock covers the machine, so cycles may run on one thread while another
+/// changes things. Callbacks run under it: "stopped" means that no callback is running.
+class SimulatedSound {
+public:
+    SimulatedSound();
+    ~SimulatedSound();
+
+    // -- devices --
+
+    AudioObjectID addDevice(const SimulatedDevice& device);
+    void removeDevice(AudioObjectID device);
+    /// What an input device records from now on; it is silent until this is called.
+    void setInput(AudioObjectID device, Waveform signal);
+    /// 0 = there is none. Listeners are told through `onDefaultOutputChange`.
+    void setDefaultOutput(AudioObjectID device);
+
+    // -- applications' audio --
+
+    /// The application plays on the default output from now on. Its process object is made when it
+    /// has none, and stays when it pauses.
+    AudioObjectID play(std::int32_t pid, Waveform signal);
+    /// Makes one more process object of the process, silent until it is told to play.
+    AudioObjectID addProcess(std::int32_t pid);
+    void playProcess(AudioObjectID process, Waveform signal);
+    void pause(std::int32_t pid);
+    void pauseProcess(AudioObjectID process);
+    /// The process disconnects from the audio service: its process objects are gone.
+    void endProcess(std::int32_t pid);
+    /// `helper` belongs to the application that `pid` leads.
+    void addHelper(std::int32_t pid, std::int32_t helper);
+
+    // -- what was heard --
+
+    /// Every sample that the device's channel (1-based) has played since the device came or since
+    /// `forgetHeard`: the applications that play on it and the output units, summed.
+    [[nodiscard]] std::vector<float> heard(AudioObjectID device, std::size_t channel) const;
+    void forgetHeard();
+
+    // -- faults --
+
+    void
+    refuse(Operation operation, Status status = Refusals::defaultStatus, AudioObjectID object = 0);
+    void allow(Operation operation, AudioObjectID object = 0);
+    void setTapBuffers(TapBuffers buffers);
+    /// True (at the start): a tap's mixdown comes divided by max(channels of the default output
+    /// / 2, 1), so that a capture that multiplies by that factor is at unity. False: undivided.
+    void setMixdownDivided(bool divided);
+    /// For the next `cycles` cycles captures run after the outputs: each output misses one block
+    /// and has one block more in store afterwards.
+    void delayCaptures(std::int64_t cycles);
+    /// For the next `cycles` cycles no output runs.
+    void skipOutputs(std::int64_t cycles);
+
+    // -- the cycle --
+
+    /// Frames per block and cycles' rate, from the next cycle on. 128 at 48 kHz at the start.
+    void setBlockFrames(std::int64_t frames);
+    [[nodiscard]] std::int64_t blockFrames() const;
+    void setRate(double rateHz);
+    /// How long one cycle lasts.
+    [[nodiscard]] std::chrono::nanoseconds cyclePeriod() const;
+    void runCycle();
+    /// Called on the cycle's thread right before and right after each real-time callback.
+    void watchCallbacks(std::function<void()> entered, std::function<void()> left);
+
+    // -- what exists, for leak checks --
+
+    struct Census {
+        std::size_t taps{};
+        std::size_t aggregates{};
+        std::size_t ioProcs{};
+        std::size_t runningIOProcs{};
+        std::size_t units{}; ///< output and input units
+        std::size_t runningUnits{};
+
+        bool operator==(const Census&) const = default;
+    };
+    [[nodiscard]] Census census() const;
+    /// What was last requested for the device; 0 = nothing yet.
+    [[nodiscard]] std::uint32_t requestedBufferFrames(AudioObjectID device) const;
+    /// As given to the audio layer, newest last; also of objects that are gone.
+    [[nodiscard]] std::vector<TapDescription> tapDescriptions() const;
+    [[nodiscard]] std::vector<AggregateDescription> aggregateDescriptions() const;
+
+private:
+    friend class SimulatedAudioHardware;
+    friend class SimulatedAudioUnits;
+
+    std::shared_ptr<SoundGraph> graph_; // also held by units
+};
+
+} // namespace velmora

@@ -1,0 +1,70 @@
+// SqliteDefaultsStore.h: the user's settings in one SQLite file.
+#pragma once
+
+#include "platform/DefaultsStore.h"
+#include "platform/sqlite/StoreConnection.h"
+#include "platform/sqlite/StoreFile.h"
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+/// One row per key in a write-ahead-logged file, and a copy of every value in memory, from which
+/// all reads are answered.
+///
+/// A `set` of an unchanged value writes nothing; any other costs one small transaction. With
+/// synchronous=NORMAL a killed process loses nothing; a power cut may take the last writes but
+/// leaves the file whole.
+///
+/// Threads: main. Errors: never throws; see `StoreProblem`. The status is SQLite's extended code.
+class SqliteDefaultsStore final : public DefaultsStore {
+public:
+    using Clock = std::function<std::chrono::system_clock::time_point()>;
+
+    /// Opens or creates `file` and its folder. `now` dates a damaged file's new name.
+    explicit SqliteDefaultsStore(const std::filesystem::path& file,
+                                 Clock now = std::chrono::system_clock::now);
+    /// Tries once more to write what could not be written.
+    ~SqliteDefaultsStore() override;
+
+    SqliteDefaultsStore(const SqliteDefaultsStore&) = delete;
+    SqliteDefaultsStore& operator=(const SqliteDefaultsStore&) = delete;
+
+    /// $XDG_DATA_HOME/velmora/settings.sqlite, or the same under ~/.local/share.
+    [[nodiscard]] static std::filesystem::path defaultPath();
+
+    [[nodiscard]] std::optional<DefaultsValue> get(std::string_view key) const override;
+    Status set(std::string_view key, DefaultsValue value) override;
+    Status remove(std::string_view key) override;
+    void setProblemListener(ProblemListener listener) override;
+
+private:
+    Status open();
+    Status openFile();
+    Status beginAnew(Status damage);
+    Status refuseNewer();
+    Status writePending();
+    Status writeOnce();
+    Status failed(Status status);
+    void tellOnce(StoreProblem::Kind kind, Status status);
+    void tell(StoreProblem problem);
+
+    StoreFile file_;
+    Clock now_;
+    std::optional<StoreConnection> connection_; // none while the file cannot be written
+    Status refused_ = statusOk;                 // set for good when the file is a newer one
+    StoredValues values_;
+    std::set<std::string, std::less<>> pending_; // keys whose row is behind `values_`
+
+    ProblemListener listener_;
+    std::vector<StoreProblem> untold_; // from before there was a listener
+    std::set<StoreProblem::Kind> toldSinceSuccess_;
+};
+
+} // namespace velmora

@@ -1,0 +1,114 @@
+#include "platform/sqlite/StoreConnection.h"
+
+#include "platform/sqlite/DefaultsCoding.h"
+#include "platform/sqlite/StoreSchema.h"
+
+#include <sqlite3.h>
+
+namespace velmora {
+
+namespace {
+
+Status checkPages(Database& database) {
+    const auto verdict = database.queryText("PRAGMA quick_check(1)");
+    if (!verdict) {
+        return verdict.error();
+    }
+    return *verdict == "ok" ? SQLITE_OK : SQLITE_CORRUPT;
+}
+
+Status prepareFile(Database& database) {
+    // Checked first: everything after it may write.
+    Status status = checkPages(database);
+    if (status == SQLITE_OK) {
+        status = migrateStore(database);
+    }
+    // Where the file system cannot share a log, SQLite stays with its rollback journal: slower, and
+    // as safe.
+    if (status == SQLITE_OK) {
+        status = database.run("PRAGMA journal_mode=WAL");
+    }
+    return status == SQLITE_OK ? database.run("PRAGMA synchronous=NORMAL") : status;
+}
+
+} // namespace
+
+StoreConnection::StoreConnection(
+    Database database, Statement begin, Statement put, Statement erase, Statement commit)
+    : database_(std::move(database)), begin_(std::move(begin)), put_(std::move(put)),
+      erase_(std::move(erase)), commit_(std::move(commit)) {
+}
+
+StatusOr<StoreConnection> StoreConnection::open(const std::filesystem::path& file) {
+    auto database = Database::open(file);
+    if (!database) {
+        return std::unexpected(database.error());
+    }
+    if (const Status status = prepareFile(*database); status != SQLITE_OK) {
+        return std::unexpected(status);
+    }
+    auto begin = database->prepare("BEGIN IMMEDIATE");
+    auto put = database->prepare("INSERT INTO defaults(key, type, value) VALUES(?1, ?2, ?3) "
+                                 "ON CONFLICT(key) DO UPDATE SET type=?2, value=?3");
+    auto erase = database->prepare("DELETE FROM defaults WHERE key=?1");
+    auto commit = database->prepare("COMMIT");
+    for (const auto* statement : {&begin, &put, &erase, &commit}) {
+        if (!*statement) {
+            return std::unexpected(statement->error());
+        }
+    }
+    database->foldLogOnClose(true);
+    return StoreConnection(std::move(*database),
+                           std::move(*begin),
+                           std::move(*put),
+                           std::move(*erase),
+                           std::move(*commit));
+}
+
+StatusOr<StoredValues> StoreConnection::readAll() {
+    auto rows = database_.prepare("SELECT key, type, value FROM defaults");
+    if (!rows) {
+        return std::unexpected(rows.error());
+    }
+    StoredValues values;
+    auto row = rows->step();
+    for (; row && *row; row = rows->step()) {
+        if (auto value = decode(static_cast<CodedValue::Type>(rows->number(1)), rows->blob(2))) {
+            values.insert_or_assign(rows->text(0), std::move(*value));
+        }
+    }
+    if (!row) {
+        return std::unexpected(row.error());
+    }
+    return values;
+}
+
+Status StoreConnection::begin() {
+    return begin_.run();
+}
+
+Status StoreConnection::put(std::string_view key, const DefaultsValue& value) {
+    const CodedValue coded = encode(value);
+    put_.bindText(1, key);
+    put_.bindNumber(2, static_cast<std::int64_t>(coded.type));
+    put_.bindBlob(3, coded.bytes);
+    return put_.run();
+}
+
+Status StoreConnection::erase(std::string_view key) {
+    erase_.bindText(1, key);
+    return erase_.run();
+}
+
+Status StoreConnection::commit() {
+    return commit_.run();
+}
+
+void StoreConnection::rollBack() {
+    // Some failures have rolled back by themselves.
+    if (database_.inTransaction()) {
+        static_cast<void>(database_.run("ROLLBACK"));
+    }
+}
+
+} // namespace velmora

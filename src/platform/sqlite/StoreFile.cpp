@@ -1,0 +1,120 @@
+#include "platform/sqlite/StoreFile.h"
+
+#include "platform/sqlite/Database.h"
+
+#include <array>
+#include <cerrno>
+#include <ctime>
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <string>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace velmora {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The main file moves last: a process killed half-way leaves it to be found damaged again.
+constexpr std::array companions{"-wal", "-shm", "-journal", ""};
+
+fs::path withSuffix(const fs::path& path, const char* suffix) {
+    fs::path result = path;
+    result += suffix;
+    return result;
+}
+
+std::uintmax_t sizeOf(const fs::path& path) {
+    std::error_code error;
+    const auto size = fs::file_size(path, error);
+    return error ? 0 : size;
+}
+
+bool makeFolders(const fs::path& folder) {
+    std::error_code error;
+    if (folder.empty() || fs::is_directory(folder, error)) {
+        return true;
+    }
+    return makeFolders(folder.parent_path()) &&
+           (::mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST);
+}
+
+bool anyExists(const fs::path& main) {
+    for (const char* suffix : companions) {
+        std::error_code error;
+        if (fs::exists(fs::symlink_status(withSuffix(main, suffix), error))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string dateOf(std::chrono::system_clock::time_point now) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+    std::tm local{};
+    ::localtime_r(&seconds, &local);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d", &local)};
+}
+
+/// "settings.sqlite" becomes "settings-damaged-2025-03-01.sqlite", then "…-2.sqlite" and so on.
+fs::path unusedName(const fs::path& path, std::chrono::system_clock::time_point now) {
+    const std::string dated = path.stem().string() + "-damaged-" + dateOf(now);
+    const std::string extension = path.extension().string();
+    fs::path name = path.parent_path() / (dated + extension);
+    for (int count = 2; anyExists(name); ++count) {
+        name = path.parent_path() / (dated + "-" + std::to_string(count) + extension);
+    }
+    return name;
+}
+
+fs::path followed(const fs::path& path) {
+    std::error_code error;
+    fs::path followed = fs::weakly_canonical(path, error);
+    return error ? path : followed;
+}
+
+} // namespace
+
+StoreFile::StoreFile(const fs::path& path) : path_(followed(path)) {
+}
+
+fs::path StoreFile::log() const {
+    return withSuffix(path_, "-wal");
+}
+
+Status StoreFile::createIfMissing() const {
+    if (!makeFolders(path_.parent_path())) {
+        return isOutOfSpace(errno) ? SQLITE_FULL : SQLITE_CANTOPEN;
+    }
+    // SQLite gives the companions the mode of the main file.
+    const int file = ::open(path_.c_str(), O_CREAT | O_EXCL | O_CLOEXEC | O_WRONLY, 0600);
+    if (file >= 0) {
+        ::close(file);
+        return SQLITE_OK;
+    }
+    if (errno == EEXIST) {
+        return SQLITE_OK;
+    }
+    return isOutOfSpace(errno) ? SQLITE_FULL : SQLITE_CANTOPEN;
+}
+
+bool StoreFile::isCutOff() const {
+    return sizeOf(path_) == 0 && sizeOf(log()) > 0;
+}
+
+StatusOr<fs::path> StoreFile::setAside(std::chrono::system_clock::time_point now) const {
+    const fs::path name = unusedName(path_, now);
+    for (const char* suffix : companions) {
+        if (::rename(withSuffix(path_, suffix).c_str(), withSuffix(name, suffix).c_str()) != 0 &&
+            errno != ENOENT) {
+            return std::unexpected(SQLITE_CANTOPEN);
+        }
+    }
+    return name;
+}
+
+} // namespace velmora

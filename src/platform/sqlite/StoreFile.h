@@ -1,0 +1,36 @@
+// StoreFile.h: the store's file and its companions in the folder, without looking inside.
+#pragma once
+
+#include "platform/Status.h"
+
+#include <chrono>
+#include <filesystem>
+
+namespace velmora {
+
+/// One SQLite file: the main file and, beside it, "-wal", "-shm" and "-journal".
+/// Threads: one owner. Errors: SQLite's codes; never throws.
+class StoreFile {
+public:
+    /// A link is followed once, so that the companions are looked for beside the file itself.
+    explicit StoreFile(const std::filesystem::path& path);
+
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    [[nodiscard]] std::filesystem::path log() const; ///< the write-ahead log
+
+    /// Makes the missing folders (0700) and an empty file (0600), readable by their owner alone.
+    [[nodiscard]] Status createIfMissing() const;
+
+    /// Whether a log with content stands beside a file without any: SQLite would throw the log
+    /// away, but it can only be left of a file that was cut off.
+    [[nodiscard]] bool isCutOff() const;
+
+    /// Renames the file and its companions to a dated name that nothing has yet.
+    [[nodiscard]] StatusOr<std::filesystem::path>
+    setAside(std::chrono::system_clock::time_point now) const;
+
+private:
+    std::filesystem::path path_;
+};
+
+} // namespace velmora

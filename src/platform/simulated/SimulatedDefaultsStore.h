@@ -31,7 +31,8 @@ public:
     }
 
 private:
-    Status written();
+    /// Writes everything, as a store that catches up after a refusal does.
+    Status keep();
 
     std::map<std::string, DefaultsValue, std::less<>> values_;
     std::map<std::string, DefaultsValue, std::less<>> kept_;

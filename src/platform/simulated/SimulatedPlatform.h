@@ -55,7 +55,7 @@ public:
     SimulatedAppearance appearance;
 
 private:
-    std::chrono::nanoseconds nextCycle_{};
+    std::chrono::nanoseconds lastCycle_{};
 };
 
 } // namespace velmora

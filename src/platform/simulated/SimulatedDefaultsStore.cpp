@@ -1,0 +1,59 @@
+#include "platform/simulated/SimulatedDefaultsStore.h"
+
+#include <utility>
+
+namespace velmora {
+
+std::optional<DefaultsValue> SimulatedDefaultsStore::get(std::string_view key) const {
+    const auto found = values_.find(key);
+    return found == values_.end() ? std::nullopt : std::optional(found->second);
+}
+
+Status SimulatedDefaultsStore::set(std::string_view key, DefaultsValue value) {
+    values_.insert_or_assign(std::string(key), std::move(value));
+    return keep();
+}
+
+Status SimulatedDefaultsStore::remove(std::string_view key) {
+    if (const auto found = values_.find(key); found != values_.end()) {
+        values_.erase(found);
+    }
+    return keep();
+}
+
+Status SimulatedDefaultsStore::keep() {
+    if (!refusal_) {
+        kept_ = values_;
+        return statusOk;
+    }
+    if (!std::exchange(refusalTold_, true)) {
+        report(*refusal_);
+    }
+    return refusal_->status;
+}
+
+void SimulatedDefaultsStore::refuseWrites(const StoreProblem& problem) {
+    refusal_ = problem;
+    refusalTold_ = false;
+}
+
+void SimulatedDefaultsStore::allowWrites() {
+    refusal_.reset();
+}
+
+void SimulatedDefaultsStore::setProblemListener(ProblemListener listener) {
+    listener_ = std::move(listener);
+    for (const StoreProblem& problem : std::exchange(untold_, {})) {
+        report(problem);
+    }
+}
+
+void SimulatedDefaultsStore::report(const StoreProblem& problem) {
+    if (listener_) {
+        listener_(problem);
+    } else {
+        untold_.push_back(problem);
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,88 @@
+#include "support/SessionFiles.h"
+
+#include <fstream>
+#include <stdexcept>
+#include <string_view>
+
+namespace velmora::support {
+namespace {
+
+namespace fs = std::filesystem;
+
+void write(const fs::path& file, std::string_view text) {
+    fs::create_directories(file.parent_path());
+    std::ofstream out(file);
+    out << text;
+    if (!out.flush()) {
+        throw std::runtime_error("cannot write " + file.string());
+    }
+}
+
+/// A bus that activates no services: nothing of the desktop may join the session.
+std::string busConfiguration(const fs::path& folder) {
+    return R"(<busconfig>
+  <type>session</type>
+  <listen>unix:path=)" +
+           folder.string() + R"(/run/bus</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+}
+
+/// The devices, and blocks as short as programs ask for also in a virtual machine.
+std::string serverConfiguration(const PrivateSession::Setup& setup) {
+    std::string text =
+        "context.properties = { vm.overrides = { default.clock.min-quantum = 16 } }\n"
+        "context.objects = [\n";
+    for (const auto& device : setup.devices) {
+        text += "    { factory = adapter args = " + adapterArguments(device) + " }\n";
+    }
+    return text + "]\n";
+}
+
+/// No sound cards, cameras or headsets of the machine, no portal.
+constexpr std::string_view managerConfiguration = R"(alsa_monitor.enabled = false
+v4l2_monitor.enabled = false
+libcamera_monitor.enabled = false
+default_access.properties["enable-flatpak-portal"] = false
+)";
+constexpr std::string_view headsetConfiguration = "bluez_monitor.enabled = false\n";
+
+} // namespace
+
+std::string adapterArguments(const SessionDevice& device) {
+    std::string positions;
+    for (const auto& position : device.positions) {
+        positions += position + " ";
+    }
+    const std::string priority = std::to_string(device.priority);
+    return "{ factory.name = support.null-audio-sink node.name = " + device.name +
+           " node.description = \"" + device.description + "\" media.class = " + device.mediaClass +
+           " audio.position = [ " + positions + "] priority.session = " + priority +
+           " priority.driver = " + priority + " object.linger = true }";
+}
+
+void writeSessionFiles(const fs::path& folder, const PrivateSession::Setup& setup) {
+    for (const char* name : {"run", "home", "state", "data/applications", "cache", "log"}) {
+        fs::create_directories(folder / name);
+    }
+    fs::permissions(folder / "run", fs::perms::owner_all);
+    write(folder / "bus.conf", busConfiguration(folder));
+
+    const fs::path fragments = folder / "config/pipewire/pipewire.conf.d";
+    write(fragments / "session-devices.conf", serverConfiguration(setup));
+    if (setup.virtualMicrophone) {
+        fs::copy_file(VELMORA_MICROPHONE_FRAGMENT, fragments / "velmora-microphone.conf");
+    }
+
+    const fs::path manager = folder / "config/wireplumber";
+    write(manager / "main.lua.d/60-private-session.lua", managerConfiguration);
+    write(manager / "bluetooth.lua.d/60-private-session.lua", headsetConfiguration);
+}
+
+} // namespace velmora::support

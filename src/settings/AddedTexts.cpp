@@ -28,6 +28,16 @@ constexpr auto texts = std::to_array<TextPair>({
 
     // The audio service
     {"Service audio injoignable", "Audio service not reachable"},
+
+    // The mixer in a terminal
+    {"En marche", "Running"},
+    {"Arrêté", "Stopped"},
+    {"Casque", "Headphones"},
+    {"Micro virtuel", "Virtual microphone"},
+    {"espace marche/arrêt · ↑↓ choisir · ←→ gain · a ajouter · x retirer",
+     "space start/stop · ↑↓ choose · ←→ gain · a add · x remove"},
+    {"e effets · b sans effets · m muet direct · o monitoring · p presets · l langue · q quitter",
+     "e effects · b bypass · m mute direct · o monitoring · p presets · l language · q quit"},
 });
 
 } // namespace

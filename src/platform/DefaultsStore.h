@@ -29,9 +29,9 @@ struct StoreProblem {
         full,       ///< no space left; values live until the program ends or space returns
     };
     Kind kind{};
-    std::string file;     ///< path of the store
-    std::string setAside; ///< path of the damaged file's new place (`damaged` only)
-    Status status{};      ///< the platform's code
+    std::string file{};     ///< path of the store
+    std::string setAside{}; ///< path of the damaged file's new place (`damaged` only)
+    Status status{};        ///< the platform's code
 };
 
 /// Typed values under string keys.

@@ -1,0 +1,9 @@
+#include "effects/FXParams.h"
+
+namespace velmora {
+
+bool FXParams::isNeutral() const {
+    return *this == FXParams{};
+}
+
+} // namespace velmora

@@ -1,0 +1,34 @@
+// LevelStage.h: rides the level towards a common loudness, or applies the user's own gain.
+#pragma once
+
+#include "effects/FXParams.h"
+
+#include <span>
+
+namespace velmora {
+
+/// Tracks the mean square and glides one gain, both channels alike. Automatic: towards an RMS of
+/// about -18 dBFS, within -12 … +18 dB, held while the input is below about -49 dBFS so that
+/// silence is not pumped up. Manual: towards the given gain.
+///
+/// Threads: audio only.
+class LevelStage {
+public:
+    void retune(const FXParams& params, double sampleRate);
+    void reset() noexcept;
+    /// Shape: interleaved stereo, in place. Real-time: yes.
+    void process(std::span<float> samples) noexcept;
+
+private:
+    void trackLevel(float left, float right) noexcept;
+    void glideAutomatically() noexcept;
+
+    float meanSquare_{0};
+    float meanSquareCoefficient_{0};
+    float gain_{1};
+    float slew_{0};       // of the automatic gain
+    float manualGain_{1}; // linear
+    bool isAutomatic_{true};
+};
+
+} // namespace velmora

@@ -1,0 +1,33 @@
+// PlosiveGuard.h: softens the thump of a spoken p or b.
+#pragma once
+
+#include "effects/BiquadPair.h"
+
+#include <span>
+
+namespace velmora {
+
+/// Turns down what lies below 120 Hz, by up to 12 dB, while it outruns the slow average of the
+/// whole signal by more than 10 % and is above about -30 dBFS.
+///
+/// Threads: audio only.
+class PlosiveGuard {
+public:
+    /// @param isOn  off keeps filter and coefficients as they are
+    void retune(bool isOn, double sampleRate);
+    void reset() noexcept;
+    [[nodiscard]] bool isOn() const noexcept { return isOn_; }
+    /// Shape: interleaved stereo, in place. Real-time: yes.
+    void process(std::span<float> samples) noexcept;
+
+private:
+    BiquadPair lowPass_;
+    float lowEnvelope_{0};
+    float broadEnvelope_{0};
+    float gain_{1};
+    float attack_{0};
+    float release_{0};
+    bool isOn_{false};
+};
+
+} // namespace velmora

@@ -1,0 +1,39 @@
+// Reverb.h: adds a room to a source.
+#pragma once
+
+#include "effects/FXParams.h"
+#include "effects/ReverbLines.h"
+
+#include <span>
+
+namespace velmora {
+
+/// The dry signal plus a room in one of three characters, each channel fed by itself alone.
+///
+/// Threads: audio only, where nothing else is said.
+class Reverb {
+public:
+    Reverb();
+
+    /// Makes room for rates above 192 kHz. Threads: control, one at a time. Real-time: no.
+    void reserveFor(double sampleRate) { spare_.reserveFor(sampleRate); }
+
+    /// Builds the lines when they are first needed and when the rate has changed while the reverb
+    /// is on; otherwise the tail goes on. Off changes nothing.
+    void retune(const FXParams& params, double sampleRate, bool rateChanged);
+    void reset();
+    [[nodiscard]] bool isOn() const noexcept { return isOn_; }
+    /// Shape: interleaved stereo, in place. Real-time: yes.
+    void process(std::span<float> samples) noexcept;
+
+private:
+    ReverbLines lines_;
+    SpareReverbLines spare_;
+    bool isConfigured_{false};
+    bool isOn_{false};
+    float feedback_{0};
+    float damp_{0};
+    float wet_{0}; // linear
+};
+
+} // namespace velmora

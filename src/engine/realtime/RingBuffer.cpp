@@ -1,0 +1,83 @@
+#include "engine/realtime/RingBuffer.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+RingBuffer::RingBuffer(std::int64_t capacity)
+    : capacity_(std::max<std::int64_t>(capacity, 0)),
+      samples_(static_cast<std::size_t>(capacity_), 0.0F) {
+}
+
+std::int64_t RingBuffer::wrapped(std::int64_t position) const noexcept {
+    return position >= capacity_ ? position % capacity_ : position;
+}
+
+std::int64_t RingBuffer::availableToRead() const noexcept {
+    const std::int64_t written = writeIndex_.load();
+    const std::int64_t read = readIndex_.load();
+    return written >= read ? written - read : capacity_ - read + written;
+}
+
+void RingBuffer::write(const float* samples, std::int64_t count) noexcept {
+    if (capacity_ == 0 || count <= 0) {
+        return;
+    }
+    // Of more than a whole round only the last one stays.
+    const std::int64_t overwritten = std::max<std::int64_t>(count - capacity_, 0);
+    const std::int64_t position = wrapped(writeIndex_.load() + overwritten);
+    const std::int64_t kept = count - overwritten;
+    const std::int64_t beforeEnd = std::min(kept, capacity_ - position);
+    const float* const from = samples + overwritten;
+    std::copy_n(from, beforeEnd, samples_.data() + position);
+    std::copy_n(from + beforeEnd, kept - beforeEnd, samples_.data());
+    writeIndex_.store(wrapped(position + kept));
+}
+
+void RingBuffer::read(float* destination, std::int64_t count) noexcept {
+    const std::int64_t backlog = availableToRead();
+    countRead(backlog, count);
+    const std::int64_t wholeFrames = backlog & ~std::int64_t{1};
+    const std::int64_t dropped = std::max<std::int64_t>(wholeFrames - maxBacklog, 0);
+    const std::int64_t position = wrapped(readIndex_.load() + dropped);
+    const std::int64_t copied = std::clamp<std::int64_t>(count, 0, backlog - dropped);
+    const std::int64_t beforeEnd = std::min(copied, capacity_ - position);
+    std::copy_n(samples_.data() + position, beforeEnd, destination);
+    std::copy_n(samples_.data(), copied - beforeEnd, destination + beforeEnd);
+    std::fill_n(destination + copied, std::max<std::int64_t>(count, 0) - copied, 0.0F);
+    readIndex_.store(wrapped(position + copied));
+}
+
+void RingBuffer::clear() noexcept {
+    readIndex_.store(writeIndex_.load());
+}
+
+void RingBuffer::countRead(std::int64_t backlog, std::int64_t count) noexcept {
+    hasFoundData_ = hasFoundData_ || backlog > 0;
+    if (!hasFoundData_) {
+        return;
+    }
+    const bool restarts = restart_.load(std::memory_order_relaxed);
+    if (restarts) {
+        restart_.store(false, std::memory_order_relaxed);
+    }
+    backlog_.set(backlog);
+    backlogMin_.set(restarts ? backlog : std::min(backlogMin_.get(), backlog));
+    backlogMax_.set(restarts ? backlog : std::max(backlogMax_.get(), backlog));
+    if (backlog < count) {
+        underruns_.increment();
+    }
+    if (backlog > maxBacklog) {
+        trims_.increment();
+    }
+}
+
+RingStatistics RingBuffer::statistics() const noexcept {
+    return {.underruns = underruns_.get(),
+            .trims = trims_.get(),
+            .backlogMin = backlogMin_.get(),
+            .backlogMax = backlogMax_.get(),
+            .backlog = backlog_.get()};
+}
+
+} // namespace velmora

@@ -13,11 +13,17 @@ constexpr int primaryCode(Status status) {
     return status & 0xFF;
 }
 
-/// SQLite gives SQLITE_FULL for ENOSPC while writing alone.
-Status withSpace(sqlite3* connection, int code) {
+/// Runs one call of SQLite's and gives its code, or SQLITE_FULL when space ran out. SQLite itself
+/// says so for ENOSPC while writing alone, and its own record of the system's error
+/// (sqlite3_system_errno) misses a failed COMMIT in 3.40.
+template <typename Call>
+Status withSpace(Call call) {
+    errno = 0;
+    const int code = call();
+    const int systemError = errno;
     const int primary = primaryCode(code);
     const bool system = primary == SQLITE_IOERR || primary == SQLITE_CANTOPEN;
-    return system && isOutOfSpace(sqlite3_system_errno(connection)) ? SQLITE_FULL : code;
+    return system && isOutOfSpace(systemError) ? SQLITE_FULL : code;
 }
 } // namespace
 
@@ -44,7 +50,7 @@ void Statement::bindBlob(int position, std::span<const std::uint8_t> blob) {
 }
 
 StatusOr<bool> Statement::step() {
-    const int code = sqlite3_step(statement_.get());
+    const Status code = withSpace([&] { return sqlite3_step(statement_.get()); });
     if (code == SQLITE_ROW) {
         return true;
     }
@@ -52,7 +58,7 @@ StatusOr<bool> Statement::step() {
     if (code == SQLITE_DONE) {
         return false;
     }
-    return std::unexpected(withSpace(sqlite3_db_handle(statement_.get()), code));
+    return std::unexpected(code);
 }
 
 Status Statement::run() {
@@ -84,11 +90,12 @@ void Database::Close::operator()(sqlite3* connection) const noexcept {
 
 StatusOr<Database> Database::open(const std::filesystem::path& file) {
     sqlite3* connection = nullptr;
-    const int code = sqlite3_open_v2(
-        file.c_str(), &connection, SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE, nullptr);
+    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE;
+    const Status code =
+        withSpace([&] { return sqlite3_open_v2(file.c_str(), &connection, flags, nullptr); });
     Database database(connection); // a failed open gives a connection too
     if (code != SQLITE_OK) {
-        return std::unexpected(withSpace(connection, code));
+        return std::unexpected(code);
     }
     // SQLite falls back to reading alone when the file refuses writing.
     if (sqlite3_db_readonly(connection, "main") != 0) {
@@ -104,20 +111,22 @@ void Database::foldLogOnClose(bool fold) {
 }
 
 Status Database::run(const char* sql) {
-    return withSpace(connection_.get(),
-                     sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr));
+    return withSpace(
+        [&] { return sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr); });
 }
 
 StatusOr<Statement> Database::prepare(std::string_view sql) {
     sqlite3_stmt* statement = nullptr;
-    const int code = sqlite3_prepare_v3(connection_.get(),
-                                        sql.data(),
-                                        static_cast<int>(sql.size()),
-                                        SQLITE_PREPARE_PERSISTENT,
-                                        &statement,
-                                        nullptr);
+    const Status code = withSpace([&] {
+        return sqlite3_prepare_v3(connection_.get(),
+                                  sql.data(),
+                                  static_cast<int>(sql.size()),
+                                  SQLITE_PREPARE_PERSISTENT,
+                                  &statement,
+                                  nullptr);
+    });
     if (code != SQLITE_OK) {
-        return std::unexpected(withSpace(connection_.get(), code));
+        return std::unexpected(code);
     }
     return Statement(statement);
 }

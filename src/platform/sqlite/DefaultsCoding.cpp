@@ -13,7 +13,8 @@ public:
     void add(const std::string& text) { bytes_.insert(bytes_.end(), text.begin(), text.end()); }
     void add(const Bytes& bytes) { bytes_ = bytes; }
 
-    template <typename T> void add(const std::map<std::string, T>& map) {
+    template <typename T>
+    void add(const std::map<std::string, T>& map) {
         for (const auto& [key, value] : map) {
             addInteger(static_cast<std::uint32_t>(key.size()));
             add(key);
@@ -24,7 +25,8 @@ public:
     [[nodiscard]] Bytes take() { return std::move(bytes_); }
 
 private:
-    template <typename Integer> void addInteger(Integer value) {
+    template <typename Integer>
+    void addInteger(Integer value) {
         for (std::size_t shift = 0; shift < 8 * sizeof value; shift += 8) {
             bytes_.push_back(static_cast<std::uint8_t>(value >> shift));
         }
@@ -67,7 +69,8 @@ public:
         return true;
     }
 
-    template <typename T> bool read(std::map<std::string, T>& map) {
+    template <typename T>
+    bool read(std::map<std::string, T>& map) {
         while (!atEnd()) {
             std::string key;
             T value{};
@@ -80,7 +83,8 @@ public:
     }
 
 private:
-    template <typename Integer> bool readInteger(Integer& value) {
+    template <typename Integer>
+    bool readInteger(Integer& value) {
         if (rest_.size() < sizeof value) {
             return false;
         }

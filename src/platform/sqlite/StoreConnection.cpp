@@ -17,17 +17,10 @@ Status checkPages(Database& database) {
     return *verdict == "ok" ? SQLITE_OK : SQLITE_CORRUPT;
 }
 
-Status prepareFile(Database& database) {
-    // Checked first: everything after it may write.
-    Status status = checkPages(database);
-    if (status == SQLITE_OK) {
-        status = migrateStore(database);
-    }
+Status useLog(Database& database) {
     // Where the file system cannot share a log, SQLite stays with its rollback journal: slower, and
     // as safe.
-    if (status == SQLITE_OK) {
-        status = database.run("PRAGMA journal_mode=WAL");
-    }
+    const Status status = database.run("PRAGMA journal_mode=WAL");
     return status == SQLITE_OK ? database.run("PRAGMA synchronous=NORMAL") : status;
 }
 
@@ -44,7 +37,11 @@ StatusOr<StoreConnection> StoreConnection::open(const std::filesystem::path& fil
     if (!database) {
         return std::unexpected(database.error());
     }
-    if (const Status status = prepareFile(*database); status != SQLITE_OK) {
+    Status status = checkPages(*database);
+    if (status == SQLITE_OK) {
+        status = migrateStore(*database);
+    }
+    if (status != SQLITE_OK) {
         return std::unexpected(status);
     }
     auto begin = database->prepare("BEGIN IMMEDIATE");
@@ -56,6 +53,10 @@ StatusOr<StoreConnection> StoreConnection::open(const std::filesystem::path& fil
         if (!*statement) {
             return std::unexpected(statement->error());
         }
+    }
+    // From here on the file is known to be ours.
+    if (status = useLog(*database); status != SQLITE_OK) {
+        return std::unexpected(status);
     }
     database->foldLogOnClose(true);
     return StoreConnection(std::move(*database),

@@ -24,13 +24,15 @@ struct Format {
     std::uint16_t bits{};
 };
 
-template <typename T> void append(std::string& bytes, T value) {
+template <typename T>
+void append(std::string& bytes, T value) {
     char raw[sizeof value];
     std::memcpy(raw, &value, sizeof value);
     bytes.append(raw, sizeof value);
 }
 
-template <typename T> T take(std::string_view bytes, std::size_t offset) {
+template <typename T>
+T take(std::string_view bytes, std::size_t offset) {
     if (offset + sizeof(T) > bytes.size()) {
         throw std::runtime_error("a WAV chunk is cut off");
     }
@@ -50,7 +52,8 @@ Format parseFormat(std::string_view chunk) {
     return format;
 }
 
-template <typename T> std::vector<float> toFloats(std::string_view data, float fullScale) {
+template <typename T>
+std::vector<float> toFloats(std::string_view data, float fullScale) {
     std::vector<float> samples(data.size() / sizeof(T));
     for (std::size_t i = 0; i < samples.size(); ++i) {
         samples[i] = static_cast<float>(take<T>(data, i * sizeof(T))) / fullScale;

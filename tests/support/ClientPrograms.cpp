@@ -1,0 +1,120 @@
+#include "support/ClientPrograms.h"
+
+#include <filesystem>
+#include <sstream>
+
+namespace velmora::support {
+namespace {
+
+constexpr double playerSeconds = 120;
+
+template <typename Number>
+std::string joined(const std::vector<Number>& numbers) {
+    std::ostringstream text;
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        text << (i == 0 ? "" : ",") << numbers[i];
+    }
+    return text.str();
+}
+
+/// A file of the session that no other client uses.
+std::filesystem::path freshFile(const PrivateSession& session, const std::string& suffix) {
+    static int count = 0;
+    return session.folder() / ("sound-" + std::to_string(++count) + suffix);
+}
+
+std::string toneFile(const PrivateSession& session, const Tone& tone) {
+    const auto file = freshFile(session, ".wav");
+    writeWav(file, makeTone(tone, playerSeconds));
+    return file;
+}
+
+std::vector<std::string> arguments(const ToneApp::Look& look) {
+    std::vector<std::string> list{look.program};
+    if (look.playsFromChildProcess) {
+        list.emplace_back("--child");
+    }
+    return list;
+}
+
+} // namespace
+
+std::string clientProgram(std::string_view name) {
+    return std::string(VELMORA_CLIENTS_FOLDER "/") + std::string(name);
+}
+
+ToneApp::ToneApp(const PrivateSession& session) : ToneApp(session, Look{}) {
+}
+
+ToneApp::ToneApp(const PrivateSession& session, const Look& look)
+    : process_(session.start(arguments(look), "tone-app", /*takesLines=*/true)) {
+}
+
+void ToneApp::play(std::string_view stream, double leftHz, double rightHz, double db) const {
+    std::ostringstream line;
+    line << "play " << stream << ' ' << leftHz << ' ' << rightHz << ' ' << db;
+    process_.send(line.str());
+}
+
+void ToneApp::mute(std::string_view stream) const {
+    process_.send("mute " + std::string(stream));
+}
+
+void ToneApp::stop(std::string_view stream) const {
+    process_.send("stop " + std::string(stream));
+}
+
+NativePlayer::NativePlayer(const PrivateSession& session, const Tone& tone)
+    : process_(session.start({"pw-play", toneFile(session, tone)}, "pw-play")) {
+}
+
+PulsePlayer::PulsePlayer(const PrivateSession& session, const Tone& tone)
+    : process_(session.start({"paplay", toneFile(session, tone)}, "paplay")) {
+}
+
+Feeder::Feeder(const PrivateSession& session,
+               const std::string& device,
+               const std::vector<int>& channels,
+               const Tone& tone)
+    : process_(session.start({clientProgram("velmora_port_feeder"),
+                              device,
+                              joined(channels),
+                              joined(tone.hz),
+                              std::to_string(tone.db)},
+                             "feeder")) {
+}
+
+Recorder::Recorder(const PrivateSession& session,
+                   const std::string& node,
+                   const std::vector<int>& channels)
+    : Recorder(session, node, channels, freshFile(session, ".raw")) {
+}
+
+Recorder::Recorder(const PrivateSession& session,
+                   const std::string& node,
+                   const std::vector<int>& channels,
+                   const std::filesystem::path& file)
+    : Recording(file, static_cast<std::uint32_t>(channels.size())),
+      process_(session.start({clientProgram("velmora_port_recorder"), node, joined(channels), file},
+                             "recorder")) {
+}
+
+PulseRecorder::PulseRecorder(const PrivateSession& session, const std::string& source)
+    : PulseRecorder(session, source, freshFile(session, ".raw")) {
+}
+
+PulseRecorder::PulseRecorder(const PrivateSession& session,
+                             const std::string& source,
+                             const std::filesystem::path& file)
+    : Recording(file, 2), process_(session.start({"parec",
+                                                  "--raw",
+                                                  "--device=" + source,
+                                                  "--format=float32le",
+                                                  "--channels=2",
+                                                  "--rate=48000",
+                                                  "--latency-msec=20",
+                                                  file},
+                                                 "parec")) {
+}
+
+} // namespace velmora::support

@@ -1,0 +1,36 @@
+// SessionTest.h: tests that share one private session per suite.
+#pragma once
+
+#include "support/PrivateSession.h"
+#include "support/SessionDevices.h"
+
+#include <gtest/gtest.h>
+#include <iostream>
+#include <memory>
+
+namespace velmora::support {
+
+/// Brings speakers, a four-channel interface and the virtual microphone, and makes this process
+/// part of the session. Shows the services' logs after a failed test.
+class SessionTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        session_ = std::make_unique<PrivateSession>(
+            PrivateSession::Setup{.devices = {speakers, interface4}});
+        session_->enter();
+    }
+    static void TearDownTestSuite() { session_.reset(); }
+
+    void TearDown() override {
+        if (HasFailure()) {
+            std::cerr << session_->logTails();
+        }
+    }
+
+    static PrivateSession& session() { return *session_; }
+
+private:
+    static inline std::unique_ptr<PrivateSession> session_;
+};
+
+} // namespace velmora::support

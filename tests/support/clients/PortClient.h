@@ -1,0 +1,72 @@
+// PortClient.h: a program's own node, linked to chosen channels of one node of the graph.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <pipewire/filter.h>
+#include <pipewire/pipewire.h>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velmora::support {
+
+/// Plays into, or records from, ports of another node; links again when that node comes back.
+///
+/// Threads: everything on the thread that calls `run`, but `process`.
+class PortClient {
+public:
+    enum class Direction { play, record };
+
+    struct Target {
+        std::string node;                    ///< node.name
+        std::vector<std::uint32_t> channels; ///< 1-based, in the order of the client's own ports
+    };
+
+    /// One block: `frames` floats per channel of the target; a pointer may be null.
+    /// Threads: the node's real-time thread.
+    using Process = std::function<void(std::uint32_t frames, std::span<float* const> channels)>;
+
+    /// Errors: throws std::runtime_error when there is no sound server.
+    PortClient(Direction direction, Target target, Process process);
+    ~PortClient();
+    PortClient(const PortClient&) = delete;
+    PortClient& operator=(const PortClient&) = delete;
+
+    [[nodiscard]] pw_loop* loop() const { return pw_main_loop_get_loop(mainLoop_); }
+    /// Until SIGINT, SIGTERM or the end of the connection.
+    void run();
+
+private:
+    using PortKey = std::pair<std::uint32_t, std::uint32_t>; // node id, index in its direction
+
+    struct Events; // the C callbacks
+    void addGlobal(std::uint32_t id, const char* type, const spa_dict* properties);
+    void removeGlobal(std::uint32_t id);
+    void linkWhatIsThere();
+    void dropLinks();
+    void process(const spa_io_position* position);
+
+    Direction direction_;
+    Target target_;
+    Process process_;
+    pw_main_loop* mainLoop_;
+    pw_context* context_;
+    pw_core* core_ = nullptr;
+    pw_registry* registry_ = nullptr;
+    pw_filter* filter_ = nullptr;
+    std::vector<void*> ports_;
+    std::vector<float*> blocks_;
+    spa_hook coreHook_{};
+    spa_hook registryHook_{};
+    spa_hook filterHook_{};
+
+    std::uint32_t targetId_ = PW_ID_ANY;
+    std::map<PortKey, std::uint32_t> inputs_; // global ids of every node's ports
+    std::map<PortKey, std::uint32_t> outputs_;
+    std::map<std::size_t, pw_proxy*> links_; // by own port
+};
+
+} // namespace velmora::support

@@ -1,0 +1,228 @@
+// velmora_tone_app: an application that plays what it is told on its standard input.
+//
+// velmora_tone_app [--child] [--name <application name>]
+//   play <stream> <left Hz> <right Hz> <dB>   starts a stream, or replaces the one of that name
+//   mute <stream>                             keeps the stream and plays silence
+//   stop <stream>                             ends the stream
+//
+// It is known to the sound server from its start on. With --child a child process does all of
+// this, as in a browser.
+
+#include "support/clients/Sine.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <cstring>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <pipewire/pipewire.h>
+#include <pipewire/stream.h>
+#include <spa/param/audio/format-utils.h>
+#include <sstream>
+#include <string>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using velmora::support::Sine;
+
+constexpr std::uint32_t channels = 2;
+
+/// One stereo stream to the default output.
+class ToneStream {
+public:
+    ToneStream(pw_core* core, const std::string& name, double leftHz, double rightHz, double db)
+        : sines_{Sine(leftHz, db), Sine(rightHz, db)},
+          stream_(pw_stream_new(core,
+                                name.c_str(),
+                                pw_properties_new(PW_KEY_MEDIA_TYPE,
+                                                  "Audio",
+                                                  PW_KEY_MEDIA_CATEGORY,
+                                                  "Playback",
+                                                  PW_KEY_MEDIA_ROLE,
+                                                  "Music",
+                                                  nullptr))) {
+        pw_stream_add_listener(stream_, &hook_, &events, this);
+        std::array<std::uint8_t, 1024> storage{};
+        spa_pod_builder builder{};
+        spa_pod_builder_init(&builder, storage.data(), storage.size());
+        spa_audio_info_raw format{};
+        format.format = SPA_AUDIO_FORMAT_F32;
+        format.rate = 48000;
+        format.channels = channels;
+        format.position[0] = SPA_AUDIO_CHANNEL_FL;
+        format.position[1] = SPA_AUDIO_CHANNEL_FR;
+        const spa_pod* parameter =
+            spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &format);
+        pw_stream_connect(stream_,
+                          PW_DIRECTION_OUTPUT,
+                          PW_ID_ANY,
+                          static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT |
+                                                       PW_STREAM_FLAG_MAP_BUFFERS |
+                                                       PW_STREAM_FLAG_RT_PROCESS),
+                          &parameter,
+                          1);
+    }
+    ~ToneStream() { pw_stream_destroy(stream_); }
+    ToneStream(const ToneStream&) = delete;
+    ToneStream& operator=(const ToneStream&) = delete;
+
+    void mute() { muted_ = true; }
+
+private:
+    void process() {
+        pw_buffer* buffer = pw_stream_dequeue_buffer(stream_);
+        if (buffer == nullptr) {
+            return;
+        }
+        spa_data& data = buffer->buffer->datas[0];
+        constexpr auto stride = static_cast<std::uint32_t>(channels * sizeof(float));
+        std::uint32_t frames = data.maxsize / stride;
+        if (buffer->requested > 0) {
+            frames = std::min(frames, static_cast<std::uint32_t>(buffer->requested));
+        }
+        if (auto* samples = static_cast<float*>(data.data)) {
+            for (std::uint32_t channel = 0; channel < channels; ++channel) {
+                sines_[channel].fill(samples + channel, frames, channels);
+            }
+            if (muted_) {
+                std::memset(samples, 0, static_cast<std::size_t>(frames) * stride);
+            }
+        }
+        data.chunk->offset = 0;
+        data.chunk->stride = stride;
+        data.chunk->size = frames * stride;
+        pw_stream_queue_buffer(stream_, buffer);
+    }
+
+    static const pw_stream_events events;
+
+    std::array<Sine, channels> sines_;
+    std::atomic<bool> muted_ = false;
+    pw_stream* stream_;
+    spa_hook hook_{};
+};
+
+const pw_stream_events ToneStream::events = [] {
+    pw_stream_events result{};
+    result.version = PW_VERSION_STREAM_EVENTS;
+    result.process = [](void* data) { static_cast<ToneStream*>(data)->process(); };
+    return result;
+}();
+
+class ToneApp {
+public:
+    explicit ToneApp(const std::string& name)
+        : loop_(pw_main_loop_new(nullptr)),
+          context_(pw_context_new(pw_main_loop_get_loop(loop_),
+                                  pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr),
+                                  0)),
+          core_(pw_context_connect(
+              context_, pw_properties_new(PW_KEY_APP_NAME, name.c_str(), nullptr), 0)) {}
+    ~ToneApp() {
+        streams_.clear();
+        if (core_ != nullptr) {
+            pw_core_disconnect(core_);
+        }
+        pw_context_destroy(context_);
+        pw_main_loop_destroy(loop_);
+    }
+    ToneApp(const ToneApp&) = delete;
+    ToneApp& operator=(const ToneApp&) = delete;
+
+    int run() {
+        if (core_ == nullptr) {
+            std::cerr << "velmora_tone_app: no sound server answers\n";
+            return 1;
+        }
+        pw_loop* loop = pw_main_loop_get_loop(loop_);
+        const auto read = [](void* data, int, std::uint32_t) {
+            static_cast<ToneApp*>(data)->readInput();
+        };
+        const auto quit = [](void* data, int) {
+            pw_main_loop_quit(static_cast<ToneApp*>(data)->loop_);
+        };
+        pw_loop_add_io(loop, STDIN_FILENO, SPA_IO_IN | SPA_IO_HUP, false, read, this);
+        pw_loop_add_signal(loop, SIGTERM, quit, this);
+        pw_loop_add_signal(loop, SIGINT, quit, this);
+        pw_main_loop_run(loop_);
+        return 0;
+    }
+
+private:
+    void readInput() {
+        std::array<char, 512> bytes{};
+        const ssize_t count = read(STDIN_FILENO, bytes.data(), bytes.size());
+        if (count <= 0) {
+            pw_main_loop_quit(loop_);
+            return;
+        }
+        pending_.append(bytes.data(), static_cast<std::size_t>(count));
+        for (auto end = pending_.find('\n'); end != std::string::npos; end = pending_.find('\n')) {
+            obey(pending_.substr(0, end));
+            pending_.erase(0, end + 1);
+        }
+    }
+
+    void obey(const std::string& line) {
+        std::istringstream words(line);
+        std::string verb;
+        std::string name;
+        words >> verb >> name;
+        if (verb == "play") {
+            double leftHz = 0;
+            double rightHz = 0;
+            double db = 0;
+            words >> leftHz >> rightHz >> db;
+            streams_[name] = std::make_unique<ToneStream>(core_, name, leftHz, rightHz, db);
+        } else if (verb == "mute" && streams_.contains(name)) {
+            streams_[name]->mute();
+        } else if (verb == "stop") {
+            streams_.erase(name);
+        } else {
+            std::cerr << "velmora_tone_app: cannot obey: " << line << '\n';
+        }
+    }
+
+    pw_main_loop* loop_;
+    pw_context* context_;
+    pw_core* core_;
+    std::map<std::string, std::unique_ptr<ToneStream>> streams_;
+    std::string pending_; // an unfinished line
+};
+
+/// Lets a child process go on; this one waits for its end.
+void continueInChild() {
+    const pid_t child = fork();
+    if (child == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        return;
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    _exit(WIFEXITED(status) ? WEXITSTATUS(status) : 1);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::string name = "velmora_tone_app";
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view argument = argv[i];
+        if (argument == "--child") {
+            continueInChild();
+        } else if (argument == "--name" && i + 1 < argc) {
+            name = argv[++i];
+        } else {
+            std::cerr << "usage: velmora_tone_app [--child] [--name <application name>]\n";
+            return 2;
+        }
+    }
+    pw_init(&argc, &argv);
+    return ToneApp(name).run();
+}

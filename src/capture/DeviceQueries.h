@@ -1,0 +1,59 @@
+// DeviceQueries.h: questions about applications and devices, asked afresh each time.
+#pragma once
+
+#include "capture/InputDeviceInfo.h"
+#include "engine/AudioSource.h"
+#include "platform/AudioHardware.h"
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmora {
+
+class Applications;
+
+/// Everything here reads the platform and keeps nothing. What cannot be read is left out of a list
+/// or is none; nothing reports an error.
+///
+/// Threads: any that may ask the platform; the program asks on the main one. Real-time: no.
+
+struct AudioApps {
+    std::vector<AudioSource> apps;      ///< `AppSource` each: playing ones first, then by name
+    std::set<std::int32_t> playingPIDs; ///< those of `apps` that are producing sound now
+};
+[[nodiscard]] AudioApps listAudioApps(const AudioHardware& hardware,
+                                      const Applications& applications);
+
+/// Devices in the system's order, without virtual microphones, loopbacks and private devices.
+[[nodiscard]] std::vector<AudioSource> listInputDevices(const AudioHardware& hardware);
+[[nodiscard]] std::vector<AudioSource> listOutputDevices(const AudioHardware& hardware);
+[[nodiscard]] std::vector<InputDeviceInfo> listInputDeviceInfos(const AudioHardware& hardware);
+[[nodiscard]] std::vector<InputDeviceInfo> listOutputDeviceInfos(const AudioHardware& hardware);
+
+/// In the system's order; empty when it does not answer.
+[[nodiscard]] std::vector<AudioObjectID> allDeviceIDs(const AudioHardware& hardware);
+/// The first device with exactly this UID.
+[[nodiscard]] std::optional<AudioObjectID> findDevice(const AudioHardware& hardware,
+                                                      std::string_view uid);
+[[nodiscard]] std::optional<std::string> deviceName(const AudioHardware& hardware,
+                                                    AudioObjectID device);
+[[nodiscard]] std::optional<std::string> deviceUID(const AudioHardware& hardware,
+                                                   AudioObjectID device);
+/// Channels of all streams in one direction; 0 when it cannot be read.
+[[nodiscard]] std::int64_t
+channelCount(const AudioHardware& hardware, AudioObjectID device, Scope scope);
+
+/// The first device whose name contains "velmora", otherwise the first whose name contains
+/// "blackhole". Deliberate: known by its name alone, and the free loopback driver of the second
+/// name serves as well.
+[[nodiscard]] std::optional<AudioObjectID> findVirtualMicDevice(const AudioHardware& hardware);
+
+/// Whether a device of this name carries our own mix or is a loopback: never offered as a source,
+/// never monitored on.
+[[nodiscard]] bool isVirtualMicName(std::string_view name);
+
+} // namespace velmora

@@ -1,0 +1,75 @@
+// SourceCapture.h: the running capture of one source.
+#pragma once
+
+#include "capture/InputReceiver.h"
+#include "engine/AudioSource.h"
+#include "platform/AudioHardware.h"
+#include "platform/AudioUnits.h"
+#include "platform/Platform.h"
+
+#include <cstdint>
+#include <memory>
+
+namespace velmora {
+
+class EffectsChain;
+class LevelMeter;
+class ParamBox;
+class ProcessTap;
+class RingBuffer;
+
+/// The boxes that connect one capture to the engine and to the outputs. None is null.
+struct CaptureBoxes {
+    std::shared_ptr<RingBuffer> streamRing;  ///< towards the virtual microphone
+    std::shared_ptr<RingBuffer> monitorRing; ///< the same samples, towards the monitoring output
+    std::shared_ptr<ParamBox> gain;          ///< linear
+    std::shared_ptr<EffectsChain> fx;
+    std::shared_ptr<LevelMeter> meter;
+};
+
+/// Turns an application's or an input device's sound into stereo blocks with gain and effects, and
+/// writes them to both rings.
+///
+/// Threads: main; the boxes are what the capture thread shares.
+class SourceCapture {
+public:
+    SourceCapture(const Platform& platform,
+                  AudioSource source,
+                  CaptureBoxes boxes,
+                  bool muteDirect);
+    ~SourceCapture(); ///< stops
+    SourceCapture(const SourceCapture&) = delete;
+    SourceCapture& operator=(const SourceCapture&) = delete;
+
+    /// Begins anew when it is running already.
+    /// Errors: throws VelmoraError; nothing is left running.
+    void start();
+    /// When it returns, the capture thread is gone and both rings are empty.
+    void stop();
+
+    [[nodiscard]] const AudioSource& source() const { return source_; }
+    [[nodiscard]] const CaptureBoxes& boxes() const { return boxes_; }
+
+    /// Whether an application is silenced on its own output; taken up by the next `start`.
+    void setMuteDirect(bool muted) { muteDirect_ = muted; }
+
+private:
+    void startApp(std::int32_t pid);
+    void startPhysicalInput(AudioObjectID device, std::int64_t first, std::int64_t count);
+    [[nodiscard]] CaptureChain chain() const;
+
+    Platform platform_;
+    AudioSource source_;
+    CaptureBoxes boxes_;
+    bool muteDirect_;
+    std::unique_ptr<ProcessTap> tap_;
+    std::unique_ptr<InputUnit> input_;
+};
+
+/// The two channels to read of a device with `available` channels: `first` (1-based) and its
+/// neighbour, or `first` twice when only one is wanted or there.
+/// Errors: throws VelmoraError when the device has no channel `first`.
+[[nodiscard]] ChannelPair
+channelPair(std::int64_t first, std::int64_t count, std::int64_t available);
+
+} // namespace velmora

@@ -133,13 +133,16 @@ private:
     void scheduleRestart();
     void rebuild();
     void restartIfRunning();
-    void startOutputs();
-    void startCaptures();
+    bool halt();
+    void openStream();
+    void openMonitor();
+    [[nodiscard]] std::string startCaptures();
     [[nodiscard]] std::unique_ptr<SourceCapture> makeCapture(const AudioSource& source) const;
     void publishRings();
     void startMeterTimer();
     void stopInternals();
     void restartMonitor();
+    void notifyIf(bool somethingChanged) const;
     [[nodiscard]] SourceCapture* captureOf(const AudioSource& source) const;
 
     Platform platform_;

@@ -6,7 +6,8 @@
 namespace velmora {
 
 /// Threads: main. Must not outlive the object that made it.
-template <typename T> struct Binding {
+template <typename T>
+struct Binding {
     std::function<T()> get;
     std::function<void(const T&)> set;
 };

@@ -1,0 +1,186 @@
+// How a mix comes up, is rebuilt and goes down; the operations that edit it are in AudioEngine.cpp.
+#include "engine/AudioEngine.h"
+
+#include "capture/DeviceQueries.h"
+#include "capture/SourceCapture.h"
+#include "effects/EffectsChain.h"
+#include "engine/MonitoringChoice.h"
+#include "engine/VelmoraError.h"
+#include "engine/realtime/LevelMeter.h"
+#include "engine/realtime/ParamBox.h"
+#include "engine/realtime/RingBuffer.h"
+
+#include <chrono>
+#include <utility>
+
+namespace velmora {
+namespace {
+
+constexpr std::int64_t ringFloats = 192000; // two seconds of stereo at 48 kHz
+constexpr std::chrono::milliseconds deviceChangeDebounce{500};
+constexpr std::chrono::nanoseconds meterPeriod =
+    std::chrono::nanoseconds(std::chrono::seconds{1}) / 30;
+
+} // namespace
+
+AudioEngine::AudioEngine(const Platform& platform)
+    : platform_(platform), settings_(platform.defaults), stream_(settings_.streamVolume()),
+      monitor_(settings_.headphoneVolume()) {
+    listenToDefaultOutput();
+}
+
+AudioEngine::~AudioEngine() {
+    stopInternals();
+}
+
+void AudioEngine::listenToDefaultOutput() {
+    platform_.hardware.onDefaultOutputChange([this, alive = std::weak_ptr(alive_)] {
+        if (!alive.expired() && isRunning()) {
+            scheduleRestart();
+        }
+    });
+}
+
+void AudioEngine::scheduleRestart() {
+    // Replacing the pending one: several changes in a row cause one restart.
+    restartTimer_ = platform_.mainQueue.after(deviceChangeDebounce, [this] {
+        if (isRunning()) {
+            start();
+        }
+    });
+}
+
+void AudioEngine::start() {
+    const Status before = status_;
+    rebuild();
+    notifyIf(status_ != before);
+}
+
+void AudioEngine::stop() {
+    notifyIf(halt());
+}
+
+/// Returns whether a published value changed.
+bool AudioEngine::halt() {
+    const bool differs = isRunning() || level() != 0.0F || !sourceLevels().empty();
+    stopInternals();
+    status_.isRunning = false;
+    meters_.clear();
+    return differs;
+}
+
+void AudioEngine::restartIfRunning() {
+    if (isRunning() && sources_.empty()) {
+        halt();
+    } else if (isRunning()) {
+        rebuild();
+    }
+}
+
+void AudioEngine::rebuild() {
+    if (sources_.empty()) {
+        status_.lastError = "Choisir d'abord une source";
+        return;
+    }
+    stopInternals();
+    status_ = {};
+    try {
+        // The outputs come first and get their rings last: they play silence until then.
+        openStream();
+        openMonitor();
+        std::string failures = startCaptures();
+        if (captures_.empty()) {
+            throw VelmoraError::engine(std::move(failures));
+        }
+        if (!failures.empty()) {
+            status_.lastError = std::move(failures);
+        }
+        publishRings();
+        startMeterTimer();
+        status_.isRunning = true;
+    } catch (const std::exception& error) {
+        status_.lastError = error.what();
+        stopInternals();
+    }
+}
+
+void AudioEngine::openStream() {
+    const auto device = findVirtualMicDevice(platform_.hardware);
+    if (!device) {
+        throw VelmoraError::noVirtualMic();
+    }
+    stream_.open(platform_.hardware, platform_.units, {.device = *device, .firstChannel = 1});
+}
+
+void AudioEngine::openMonitor() {
+    const auto target = resolveMonitoringDevice(platform_.hardware, monitoringSelection());
+    if (!target) {
+        return;
+    }
+    try {
+        monitor_.open(platform_.hardware, platform_.units, *target);
+    } catch (const VelmoraError&) {
+        // Deliberate: without a monitoring output the stream still runs.
+    }
+}
+
+/// Starts what can be started. Returns one line for each source that failed.
+std::string AudioEngine::startCaptures() {
+    std::string failures;
+    for (const AudioSource& source : sources_) {
+        auto capture = makeCapture(source);
+        try {
+            capture->start();
+            captures_.push_back(std::move(capture));
+        } catch (const std::exception& error) {
+            failures += (failures.empty() ? "" : "\n") + source.name() + " : " + error.what();
+        }
+    }
+    return failures;
+}
+
+std::unique_ptr<SourceCapture> AudioEngine::makeCapture(const AudioSource& source) const {
+    CaptureBoxes boxes{.streamRing = std::make_shared<RingBuffer>(ringFloats),
+                       .monitorRing = std::make_shared<RingBuffer>(ringFloats),
+                       .gain = std::make_shared<ParamBox>(gain(source)),
+                       .fx = std::make_shared<EffectsChain>(fx(source)),
+                       .meter = std::make_shared<LevelMeter>()};
+    boxes.fx->setBypass(fxBypassed_);
+    return std::make_unique<SourceCapture>(
+        platform_, source, std::move(boxes), isDirectMuted(source));
+}
+
+void AudioEngine::publishRings() {
+    std::vector<std::shared_ptr<RingBuffer>> streamRings;
+    std::vector<std::shared_ptr<RingBuffer>> monitorRings;
+    for (const auto& capture : captures_) {
+        streamRings.push_back(capture->boxes().streamRing);
+        monitorRings.push_back(capture->boxes().monitorRing);
+    }
+    stream_.setRings(std::move(streamRings));
+    monitor_.setRings(std::move(monitorRings));
+}
+
+void AudioEngine::startMeterTimer() {
+    meterTimer_ =
+        platform_.mainQueue.every(meterPeriod, [this] { notifyIf(meters_.tick(captures_)); });
+}
+
+void AudioEngine::stopInternals() {
+    meterTimer_.reset();
+    for (const auto& capture : captures_) {
+        capture->stop();
+    }
+    captures_.clear();
+    stream_.setRings({});
+    monitor_.setRings({});
+    stream_.close();
+    monitor_.close();
+}
+
+void AudioEngine::restartMonitor() {
+    monitor_.close();
+    openMonitor();
+}
+
+} // namespace velmora

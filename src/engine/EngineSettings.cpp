@@ -1,0 +1,84 @@
+#include "engine/EngineSettings.h"
+
+#include "engine/FXParamsStore.h"
+#include "platform/DefaultsStore.h"
+
+#include <string_view>
+#include <utility>
+
+namespace velmora {
+namespace {
+
+constexpr std::string_view gainsKey = "sourceGains";
+constexpr std::string_view muteDirectKey = "sourceMuteDirect";
+constexpr std::string_view fxKey = "sourceFX";
+constexpr std::string_view headphoneVolumeKey = "headphoneVolume";
+constexpr std::string_view streamVolumeKey = "streamVolume";
+constexpr std::string_view monitoringSelectionKey = "monitoringSelection";
+
+constexpr double unity = 1.0;
+
+float readVolume(const DefaultsStore& store, std::string_view key) {
+    return static_cast<float>(store.read<double>(key).value_or(unity));
+}
+
+std::map<std::string, float> readGains(const DefaultsStore& store) {
+    std::map<std::string, float> gains;
+    for (const auto& [id, gain] : store.read<NumberMap>(gainsKey).value_or(NumberMap{})) {
+        gains[id] = static_cast<float>(gain);
+    }
+    return gains;
+}
+
+} // namespace
+
+EngineSettings::EngineSettings(DefaultsStore& store)
+    : store_(store), headphoneVolume_(readVolume(store, headphoneVolumeKey)),
+      streamVolume_(readVolume(store, streamVolumeKey)) {
+    setMonitoringSelection(store.read<std::string>(monitoringSelectionKey));
+    gains_ = readGains(store);
+    fx_ = decodeFXParamsMap(store.read<Bytes>(fxKey).value_or(Bytes{}));
+    muteDirect_ = store.read<BooleanMap>(muteDirectKey).value_or(BooleanMap{});
+}
+
+void EngineSettings::setGain(const std::string& id, float gain) {
+    gains_[id] = gain;
+    store_.set(gainsKey, NumberMap(gains_.begin(), gains_.end()));
+}
+
+void EngineSettings::setFX(const std::string& id, const FXParams& params) {
+    if (params.isNeutral()) {
+        fx_.erase(id);
+    } else {
+        fx_[id] = params;
+    }
+    if (auto bytes = encodeFXParamsMap(fx_)) {
+        store_.set(fxKey, std::move(*bytes));
+    }
+}
+
+void EngineSettings::setMuteDirect(const std::string& id, bool muted) {
+    muteDirect_[id] = muted;
+    store_.set(muteDirectKey, muteDirect_);
+}
+
+void EngineSettings::setHeadphoneVolume(float volume) {
+    headphoneVolume_ = volume;
+    store_.set(headphoneVolumeKey, double{volume});
+}
+
+void EngineSettings::setStreamVolume(float volume) {
+    streamVolume_ = volume;
+    store_.set(streamVolumeKey, double{volume});
+}
+
+void EngineSettings::setMonitoringSelection(std::optional<std::string> selection) {
+    monitoringSelection_ = std::move(selection);
+    if (monitoringSelection_) {
+        store_.set(monitoringSelectionKey, *monitoringSelection_);
+    } else {
+        store_.remove(monitoringSelectionKey);
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,70 @@
+#include "engine/MonitoringChoice.h"
+
+#include "capture/DeviceQueries.h"
+
+#include <charconv>
+#include <string_view>
+
+namespace velmora {
+namespace {
+
+constexpr std::int64_t defaultChannel = 1;
+
+struct Selection {
+    std::string_view uid; ///< empty = none
+    std::int64_t firstChannel{defaultChannel};
+};
+
+std::int64_t channelIn(std::string_view text) {
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    std::int64_t channel = defaultChannel;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, channel);
+    return error == std::errc{} && rest == end ? channel : defaultChannel;
+}
+
+/// Splits at the first "#"; of two pieces an empty one is dropped, so that "#3" names device "3".
+Selection parse(std::string_view selection) {
+    const auto mark = selection.find('#');
+    if (mark == std::string_view::npos) {
+        return {.uid = selection};
+    }
+    const auto before = selection.substr(0, mark);
+    const auto after = selection.substr(mark + 1);
+    if (before.empty()) {
+        return {.uid = after};
+    }
+    return {.uid = before, .firstChannel = channelIn(after)};
+}
+
+std::optional<OutputTarget> chosenDevice(const AudioHardware& hardware,
+                                         const std::optional<std::string>& selection) {
+    const Selection wanted = parse(selection.value_or(""));
+    if (wanted.uid.empty()) {
+        return std::nullopt;
+    }
+    return findDevice(hardware, wanted.uid).transform([&](AudioObjectID device) {
+        return OutputTarget{.device = device, .firstChannel = wanted.firstChannel};
+    });
+}
+
+} // namespace
+
+std::optional<OutputTarget> resolveMonitoringDevice(const AudioHardware& hardware,
+                                                    const std::optional<std::string>& selection) {
+    const auto target =
+        chosenDevice(hardware, selection)
+            .value_or(OutputTarget{hardware.defaultOutputDevice().value_or(0), defaultChannel});
+    if (target.device == 0) {
+        return std::nullopt;
+    }
+    const auto name = deviceName(hardware, target.device);
+    if (!name || isVirtualMicName(*name)) {
+        return std::nullopt;
+    }
+    return target;
+}
+
+} // namespace velmora

@@ -31,7 +31,8 @@ public:
         std::chrono::milliseconds firstListing{2000};
     };
 
-    explicit PipeWireAudio(MainQueue& mainQueue, Options options = {});
+    explicit PipeWireAudio(MainQueue& mainQueue);
+    PipeWireAudio(MainQueue& mainQueue, Options options);
     ~PipeWireAudio();
     PipeWireAudio(const PipeWireAudio&) = delete;
     PipeWireAudio& operator=(const PipeWireAudio&) = delete;

@@ -1,0 +1,82 @@
+// Connection.h: one connection to the daemon that keeps a Graph true.
+#pragma once
+
+#include "platform/Status.h"
+#include "platform/pipewire/Graph.h"
+#include "platform/pipewire/Handles.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace velmora::pipewire {
+
+/// What one bound object (node, client, metadata) tells.
+class Binding {
+public:
+    virtual ~Binding() = default;
+};
+
+/// The control connection: object list, metadata, and requests for new objects.
+///
+/// Threads: everything needs the loop's lock; the callbacks come on the loop's thread.
+class Connection {
+public:
+    struct Events {
+        std::function<void()> changed; ///< the graph changed
+        std::function<void()> lost;    ///< nothing answers any more; `close` is still to be called
+    };
+
+    Connection(pw_loop* loop, Graph& graph, Events events);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    /// Errors: the status; the connection stays closed.
+    Status open();
+    /// Forgets the daemon and empties the graph. Not from inside a callback of this connection.
+    void close();
+
+    [[nodiscard]] bool isOpen() const { return core_ != nullptr; }
+    /// Makes `isListed` false until the daemon has seen every request so far.
+    void startRoundTrip();
+    /// True once everything that existed when the connection was opened is in the graph.
+    [[nodiscard]] bool isListed() const { return roundTrips_ == 0 && isOpen(); }
+
+    /// Null when the request could not even be sent. The object goes with the handle, unless its
+    /// properties say that it lingers.
+    [[nodiscard]] ProxyHandle create(const char* factory,
+                                     const char* type,
+                                     std::uint32_t version,
+                                     const Properties& properties);
+    /// Asks the daemon to remove an object, whoever made it.
+    void destroyGlobal(GlobalId id);
+    /// Writes to the session manager's metadata; none removes the key.
+    void setSessionMetadata(GlobalId subject,
+                            const std::string& key,
+                            const std::optional<MetadataValue>& value);
+
+private:
+    void onGlobal(GlobalId id, const std::string& type, const Properties& properties);
+    void onGlobalRemove(GlobalId id);
+    void onDone(int sequence);
+    void onError(std::uint32_t id, int result);
+    void bind(GlobalId id, std::unique_ptr<Binding> binding);
+
+    pw_loop* loop_;
+    Graph& graph_;
+    Events events_;
+    ContextHandle context_;
+    CoreHandle core_;
+    std::unique_ptr<Hook> coreHook_;
+    ProxyHandle registry_;
+    std::unique_ptr<Hook> registryHook_;
+    std::map<GlobalId, std::unique_ptr<Binding>> bindings_;
+    pw_proxy* sessionMetadata_ = nullptr; // owned by its binding
+    GlobalId sessionMetadataId_ = 0;
+    int roundTrips_ = 0; // still to come until the first list is complete
+    int sequence_ = 0;   // of the round trip under way
+};
+
+} // namespace velmora::pipewire

@@ -1,0 +1,31 @@
+// Downmix.h: which port of an output stream feeds which side of a tap.
+#pragma once
+
+#include "platform/pipewire/Graph.h"
+
+#include <string_view>
+#include <vector>
+
+namespace velmora::pipewire {
+
+/// The inputs of a tap. Centre counts on both sides and the surround inputs on one, each at
+/// `surroundGain`; left and right count at unity.
+enum class TapInput { left, right, centre, surroundLeft, surroundRight };
+
+/// Source: ITU-R BS.775, downmix to two channels (1/√2; the LFE channel is left out).
+inline constexpr float surroundGain = 0.70710678F;
+
+struct TapFeed {
+    Serial port{};
+    GlobalId portId{};
+    TapInput input{};
+};
+
+/// The links that make a stereo mixdown of one stream.
+///
+/// A stream shows the layout of the sink it plays to, whatever its material: of mono and stereo
+/// material on a larger layout only the front pair counts, because the other channels hold nothing
+/// but copies of it.
+[[nodiscard]] std::vector<TapFeed> stereoMixdown(const Node& stream);
+
+} // namespace velmora::pipewire

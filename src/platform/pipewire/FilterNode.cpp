@@ -1,0 +1,146 @@
+#include "platform/pipewire/FilterNode.h"
+
+#include "platform/pipewire/RealtimeMath.h"
+
+#include <cerrno>
+#include <new>
+#include <utility>
+
+namespace velmora::pipewire {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A filter that streams is called in the next cycle; one was seen to wait for seconds
+/// (libpipewire 0.3.65, dozens of nodes opened at once) until something woke it.
+constexpr auto callsExpectedWithin = 500ms;
+
+/// More would not fit between the two ends of a ring.
+constexpr std::uint32_t largestCycleFrames = 1024;
+
+std::string fraction(std::uint32_t frames, double rateHz) {
+    return std::to_string(frames) + "/" + std::to_string(static_cast<std::uint32_t>(rateHz));
+}
+
+Properties nodeProperties(const FilterNode::Spec& spec) {
+    return {
+        {PW_KEY_NODE_NAME, spec.name},
+        {PW_KEY_NODE_DESCRIPTION, spec.description},
+        {PW_KEY_MEDIA_TYPE, "Audio"},
+        {PW_KEY_MEDIA_CATEGORY, "Filter"},
+        {PW_KEY_MEDIA_ROLE, "DSP"},
+        // Nobody but us links these nodes.
+        {PW_KEY_NODE_AUTOCONNECT, "false"},
+        {PW_KEY_NODE_LATENCY, fraction(spec.blockFrames, spec.rateHz)},
+        {"node.max-latency", fraction(largestCycleFrames, spec.rateHz)},
+        // One driver for all of them, also while a device that one of them plays to is away.
+        {PW_KEY_NODE_GROUP, "velmora"},
+        {PW_KEY_NODE_ALWAYS_PROCESS, "true"},
+    };
+}
+
+} // namespace
+
+FilterNode::FilterNode(Handler& handler) : handler_(handler), loop_("velmora-node") {
+}
+
+FilterNode::~FilterNode() {
+    {
+        const Loop::Lock lock(loop_);
+        watchdog_.reset();
+        // Waits for the data thread to finish its cycle.
+        hook_.reset();
+        filter_.reset();
+        core_.reset();
+        context_.reset();
+    }
+    loop_.stop();
+}
+
+StatusOr<std::unique_ptr<FilterNode>> FilterNode::open(Spec spec, Handler& handler) {
+    try {
+        std::unique_ptr<FilterNode> node(new FilterNode(handler));
+        if (const Status status = node->connect(spec); status != statusOk) {
+            return std::unexpected(status);
+        }
+        return node;
+    } catch (const std::bad_alloc&) {
+        return std::unexpected(-ENOMEM);
+    }
+}
+
+Status FilterNode::connect(const Spec& spec) {
+    static constexpr pw_filter_events events = [] {
+        pw_filter_events made{};
+        made.version = PW_VERSION_FILTER_EVENTS;
+        made.state_changed = [](void* self, pw_filter_state, pw_filter_state state, const char*) {
+            static_cast<FilterNode*>(self)->onState(state);
+        };
+        made.process = [](void* self, spa_io_position* position) {
+            static_cast<FilterNode*>(self)->onProcess(position);
+        };
+        return made;
+    }();
+
+    context_ = makeRealtimeContext(loop_.get());
+    core_.reset(context_ ? pw_context_connect(context_.get(), nullptr, 0) : nullptr);
+    if (!core_) {
+        return -(errno == 0 ? EIO : errno);
+    }
+    filter_.reset(pw_filter_new(
+        core_.get(), spec.name.c_str(), makeProperties(nodeProperties(spec)).release()));
+    if (!filter_) {
+        return -(errno == 0 ? EIO : errno);
+    }
+    hook_ = std::make_unique<Hook>();
+    pw_filter_add_listener(filter_.get(), hook_->get(), &events, this);
+    for (const PortSpec& port : spec.ports) {
+        auto properties = makeProperties(
+            {{PW_KEY_PORT_NAME, port.name}, {PW_KEY_FORMAT_DSP, "32 bit float mono audio"}});
+        const bool isInput = port.direction == Direction::input;
+        ports_.push_back(pw_filter_add_port(filter_.get(),
+                                            isInput ? PW_DIRECTION_INPUT : PW_DIRECTION_OUTPUT,
+                                            PW_FILTER_PORT_FLAG_MAP_BUFFERS,
+                                            sizeof(int), // unused, but must not be 0
+                                            properties.release(),
+                                            nullptr,
+                                            0));
+        if (ports_.back() == nullptr) {
+            return -ENOMEM;
+        }
+    }
+    watchdog_ = std::make_unique<LoopTimer>(loop_, [this] { checkCalls(); });
+    const Status status = pw_filter_connect(filter_.get(), PW_FILTER_FLAG_RT_PROCESS, nullptr, 0);
+    return status < 0 ? status : loop_.start() ? statusOk : -EAGAIN;
+}
+
+float* FilterNode::buffer(std::size_t index, std::uint32_t frames) const noexcept {
+    return static_cast<float*>(pw_filter_get_dsp_buffer(ports_[index], frames));
+}
+
+void FilterNode::onState(pw_filter_state state) {
+    if (state == PW_FILTER_STATE_STREAMING && watchdog_) {
+        callsSeen_ = calls_.load(std::memory_order_relaxed);
+        watchdog_->start(callsExpectedWithin);
+    }
+}
+
+void FilterNode::checkCalls() {
+    const bool isStreaming =
+        pw_filter_get_state(filter_.get(), nullptr) == PW_FILTER_STATE_STREAMING;
+    if (isStreaming && calls_.load(std::memory_order_relaxed) == callsSeen_) {
+        pw_filter_set_active(filter_.get(), false);
+        pw_filter_set_active(filter_.get(), true);
+        watchdog_->start(callsExpectedWithin);
+    }
+}
+
+void FilterNode::onProcess(const spa_io_position* position) noexcept {
+    calls_.fetch_add(1, std::memory_order_relaxed);
+    if (position != nullptr) {
+        flushDenormals();
+        handler_.process(*this, *position);
+    }
+}
+
+} // namespace velmora::pipewire

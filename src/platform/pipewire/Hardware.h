@@ -1,0 +1,81 @@
+// Hardware.h: AudioHardware on PipeWire.
+#pragma once
+
+#include "platform/AudioHardware.h"
+#include "platform/pipewire/ApplicationResolver.h"
+#include "platform/pipewire/Session.h"
+#include "platform/pipewire/TapNode.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace velmora::pipewire {
+
+/// Threads: main.
+class Hardware final : public AudioHardware {
+public:
+    Hardware(Session& session, ApplicationResolver& applications)
+        : session_(session), applications_(applications) {}
+
+    [[nodiscard]] std::optional<std::vector<AudioObjectID>> processObjects() const override;
+    [[nodiscard]] std::optional<std::int32_t> processPid(AudioObjectID process) const override;
+    [[nodiscard]] std::optional<bool> processIsRunningOutput(AudioObjectID process) const override;
+    [[nodiscard]] std::optional<AudioObjectID> processForPid(std::int32_t pid) const override;
+
+    [[nodiscard]] std::optional<std::vector<AudioObjectID>> devices() const override;
+    [[nodiscard]] std::optional<std::string> deviceName(AudioObjectID device) const override;
+    [[nodiscard]] std::optional<std::string> deviceUID(AudioObjectID device) const override;
+    [[nodiscard]] std::optional<std::vector<std::uint32_t>>
+    streamChannels(AudioObjectID device, Scope scope) const override;
+    [[nodiscard]] std::optional<Transport> transport(AudioObjectID device) const override;
+    [[nodiscard]] std::optional<double> nominalRate(AudioObjectID device) const override;
+    Status requestBufferFrames(AudioObjectID device, std::uint32_t frames) override;
+
+    [[nodiscard]] std::optional<AudioObjectID> defaultOutputDevice() const override;
+    void onDefaultOutputChange(std::function<void()> listener) override;
+
+    StatusOr<AudioObjectID> createTap(const TapDescription& description) override;
+    Status destroyTap(AudioObjectID tap) override;
+    StatusOr<AudioObjectID> createAggregate(const AggregateDescription& description) override;
+    Status destroyAggregate(AudioObjectID device) override;
+    StatusOr<IOProcID> createIOProc(AudioObjectID device, IOCallback callback) override;
+    Status destroyIOProc(AudioObjectID device, IOProcID proc) override;
+    Status startDevice(AudioObjectID device, IOProcID proc) override;
+    Status stopDevice(AudioObjectID device, IOProcID proc) override;
+
+    /// Tells the listener.
+    void defaultOutputChanged() const;
+
+private:
+    struct Tap {
+        AudioObjectID process{};
+        std::string uuid;
+        float scale{1.0F};
+        std::uint32_t epoch{};
+    };
+    struct Proc {
+        IOCallback callback;
+        std::string nodeName;
+        std::unique_ptr<TapNode> node; // present while started
+    };
+    struct Aggregate {
+        AudioObjectID tap{};
+        std::map<IOProcID, Proc> procs;
+    };
+    [[nodiscard]] Proc* findProc(AudioObjectID device, IOProcID proc);
+    /// Not made under a connection that was lost since.
+    [[nodiscard]] bool isAlive(const Tap& tap) const;
+    Status start(Proc& proc, const Tap& tap);
+    void stop(Proc& proc);
+
+    Session& session_;
+    ApplicationResolver& applications_;
+    std::function<void()> listener_;
+    std::map<AudioObjectID, Tap> taps_;
+    std::map<AudioObjectID, Aggregate> aggregates_;
+    IOProcID lastProc_ = 0;
+};
+
+} // namespace velmora::pipewire

@@ -1,0 +1,58 @@
+// MuteSink.h: a silent place for one application's streams to play to.
+#pragma once
+
+#include "platform/pipewire/Connection.h"
+#include "platform/pipewire/Graph.h"
+#include "platform/pipewire/Handles.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmora::pipewire {
+
+/// Sends streams to a private sink that nobody hears, for as long as this object lives.
+///
+/// Nothing of it outlives this program: the sink goes with our connection, and the session manager
+/// then plays the streams where it did before. The session manager also remembers, by the kind of
+/// application, where streams were sent to, and would send other programs there; it is told at once
+/// that there is nothing to remember (target.node = -1, WirePlumber 0.4.13), while the target that
+/// it was given for this very stream stays in force.
+///
+/// Threads: needs the control loop's lock.
+class MuteSink {
+public:
+    /// @param name  `node.name`, never used before, so that a remembered one cannot match
+    MuteSink(Connection& connection, std::string name);
+    /// Gives every stream back the target that it had.
+    ~MuteSink();
+    MuteSink(const MuteSink&) = delete;
+    MuteSink& operator=(const MuteSink&) = delete;
+
+    /// Sends every stream of `streams` here that is not here yet.
+    void follow(const Graph& graph, const std::vector<Serial>& streams);
+
+    /// The session manager has gone and with it all targets: everything is to be sent again.
+    void forgetTargets() { muted_.clear(); }
+
+private:
+    struct Muted {
+        GlobalId id{};
+        std::optional<MetadataValue> targetObject; // as the user had set it
+        std::optional<MetadataValue> targetNode;
+    };
+    void send(const Graph& graph, const Node& stream, Serial sink);
+
+    Connection& connection_;
+    std::string name_;
+    ProxyHandle sink_;
+    std::map<Serial, Muted> muted_;
+};
+
+/// The channel positions, as a property value, of the sink that the first of `streams` plays to; of
+/// the default sink when none plays. A mute sink of the same shape lets the streams keep their
+/// ports, and with them the links that capture them.
+[[nodiscard]] std::string targetLayout(const Graph& graph, const std::vector<Serial>& streams);
+
+} // namespace velmora::pipewire

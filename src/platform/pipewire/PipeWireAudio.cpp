@@ -1,0 +1,109 @@
+#include "platform/pipewire/PipeWireAudio.h"
+
+#include "platform/pipewire/ApplicationResolver.h"
+#include "platform/pipewire/Hardware.h"
+#include "platform/pipewire/Session.h"
+#include "platform/pipewire/Units.h"
+
+#include <pipewire/pipewire.h>
+
+#include <utility>
+
+#include <sys/resource.h>
+
+namespace velmora {
+namespace {
+
+/// The library's own start and end.
+class Library {
+public:
+    Library() { pw_init(nullptr, nullptr); }
+    ~Library() { pw_deinit(); }
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+};
+
+/// Each node of ours needs about 15 open files; 64 of them reach the usual soft limit of 1024.
+void raiseFileLimit() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < limit.rlim_max) {
+        limit.rlim_cur = limit.rlim_max;
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+}
+
+} // namespace
+
+class PipeWireAudio::Impl {
+public:
+    Impl(MainQueue& mainQueue, Options options)
+        : mainQueue_(mainQueue),
+          session_(
+              {.unknownApplications =
+                   [this](std::set<std::int32_t> pids) {
+                       post([pids = std::move(pids)](Impl& self) {
+                           self.applications_.resolve(pids);
+                       });
+                   },
+               .defaultOutputChanged =
+                   [this] { post([](Impl& self) { self.hardware_.defaultOutputChanged(); }); }}),
+          applications_(session_, std::move(options.applicationPid)),
+          hardware_(session_, applications_), units_(session_) {
+        session_.waitForListing(options.firstListing);
+    }
+
+    pipewire::Session& session() { return session_; }
+    pipewire::Hardware& hardware() { return hardware_; }
+    pipewire::Units& units() { return units_; }
+
+private:
+    /// Runs `work` on the main thread unless this object has gone by then. Threads: control.
+    template <typename Work>
+    void post(Work work) {
+        mainQueue_.post([guard = std::weak_ptr(self_), work = std::move(work)] {
+            if (const auto self = guard.lock()) {
+                work(**self);
+            }
+        });
+    }
+
+    Library library_;
+    MainQueue& mainQueue_;
+    std::shared_ptr<Impl*> self_ = std::make_shared<Impl*>(this); // main destroys it
+    pipewire::Session session_;
+    pipewire::ApplicationResolver applications_;
+    pipewire::Hardware hardware_;
+    pipewire::Units units_;
+};
+
+PipeWireAudio::PipeWireAudio(MainQueue& mainQueue) : PipeWireAudio(mainQueue, Options{}) {
+}
+
+PipeWireAudio::PipeWireAudio(MainQueue& mainQueue, Options options) {
+    raiseFileLimit();
+    impl_ = std::make_unique<Impl>(mainQueue, std::move(options));
+}
+
+PipeWireAudio::~PipeWireAudio() = default;
+
+AudioHardware& PipeWireAudio::hardware() {
+    return impl_->hardware();
+}
+
+AudioUnits& PipeWireAudio::units() {
+    return impl_->units();
+}
+
+bool PipeWireAudio::connected() const {
+    return impl_->session().isAvailable();
+}
+
+std::string PipeWireAudio::connectionProblem() const {
+    return impl_->session().problem();
+}
+
+Status PipeWireAudio::ensureVirtualMicrophone() {
+    return impl_->session().ensureVirtualMicrophone();
+}
+
+} // namespace velmora

@@ -1,0 +1,62 @@
+#include "platform/pipewire/PlaybackNode.h"
+
+#include "platform/pipewire/Routes.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+namespace velmora::pipewire {
+namespace {
+
+enum PortIndex : std::size_t { leftPort, rightPort, syncPort };
+
+FilterNode::Spec nodeSpec(std::string name, std::uint32_t blockFrames, double rateHz) {
+    using enum FilterNode::Direction;
+    return {.name = std::move(name),
+            .description = "Velmora Output",
+            .ports = {{std::string(own::left), output},
+                      {std::string(own::right), output},
+                      {std::string(own::sync), input}},
+            .blockFrames = blockFrames,
+            .rateHz = rateHz};
+}
+
+} // namespace
+
+PlaybackNode::PlaybackNode(RenderCallback render)
+    : render_(std::move(render)), unheardLeft_(static_cast<std::size_t>(largestBlockFrames)),
+      unheardRight_(static_cast<std::size_t>(largestBlockFrames)) {
+}
+
+StatusOr<std::unique_ptr<PlaybackNode>> PlaybackNode::open(std::string name,
+                                                           std::uint32_t blockFrames,
+                                                           double rateHz,
+                                                           RenderCallback render) {
+    std::unique_ptr<PlaybackNode> playback(new PlaybackNode(std::move(render)));
+    auto node = FilterNode::open(nodeSpec(std::move(name), blockFrames, rateHz), *playback);
+    if (!node) {
+        return std::unexpected(node.error());
+    }
+    playback->node_ = *std::move(node);
+    return playback;
+}
+
+void PlaybackNode::process(const FilterNode& node, const spa_io_position& position) noexcept {
+    const auto total = static_cast<std::size_t>(position.clock.duration);
+    const auto frames = static_cast<std::uint32_t>(total);
+    float* const left = node.buffer(leftPort, frames);
+    float* const right = node.buffer(rightPort, frames);
+    // Its content is silence; taking it keeps the link, and with it the order of the nodes, alive.
+    static_cast<void>(node.buffer(syncPort, frames));
+    for (std::size_t done = 0; done < total;) {
+        const std::size_t block = std::min(total - done, unheardLeft_.size());
+        const std::array<float*, 2> channels = {left == nullptr ? unheardLeft_.data() : left + done,
+                                                right == nullptr ? unheardRight_.data()
+                                                                 : right + done};
+        render_(static_cast<std::int64_t>(block), channels);
+        done += block;
+    }
+}
+
+} // namespace velmora::pipewire

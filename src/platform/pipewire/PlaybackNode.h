@@ -1,0 +1,30 @@
+// PlaybackNode.h: pulls stereo blocks for one device.
+#pragma once
+
+#include "platform/AudioUnits.h"
+#include "platform/pipewire/FilterNode.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmora::pipewire {
+
+/// Threads: main. Real-time: no; the callback runs on the node's own real-time thread.
+class PlaybackNode final : FilterNode::Handler {
+public:
+    /// Errors: the status; nothing is left open.
+    [[nodiscard]] static StatusOr<std::unique_ptr<PlaybackNode>>
+    open(std::string name, std::uint32_t blockFrames, double rateHz, RenderCallback render);
+
+private:
+    explicit PlaybackNode(RenderCallback render);
+    void process(const FilterNode& node, const spa_io_position& position) noexcept override;
+
+    RenderCallback render_;
+    std::vector<float> unheardLeft_; // real-time thread; takes the sound of a port without a link
+    std::vector<float> unheardRight_;
+    std::unique_ptr<FilterNode> node_; // last: its end is the end of all callbacks
+};
+
+} // namespace velmora::pipewire

@@ -1,0 +1,59 @@
+// ProcessDirectory.h: groups output streams by the application that plays them.
+#pragma once
+
+#include "platform/AudioHardware.h"
+#include "platform/pipewire/Graph.h"
+#include "platform/pipewire/ObjectIds.h"
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <vector>
+
+namespace velmora::pipewire {
+
+/// True for a node that carries an application's sound to the outside.
+[[nodiscard]] bool isOutputStream(const Node& node);
+
+/// One process object per running application that has had an output stream. It stays until the
+/// application's last client has left, also while no stream of it exists.
+///
+/// Which application a process belongs to is somebody else's knowledge and may arrive late:
+/// `unresolvedPids` asks, `resolve` answers; until then the process belongs to none.
+///
+/// Threads: guarded by the control loop's lock.
+class ProcessDirectory {
+public:
+    ProcessDirectory(ObjectIds& ids, std::int32_t ownPid) : ids_(ids), ownPid_(ownPid) {}
+
+    /// Follows the graph. To be called after every change of it.
+    void update(const Graph& graph);
+
+    [[nodiscard]] const std::set<std::int32_t>& unresolvedPids() const { return unresolved_; }
+    void resolve(std::int32_t pid, std::int32_t leader) { leaders_[pid] = leader; }
+
+    /// In the order in which the applications first played.
+    [[nodiscard]] std::vector<AudioObjectID> objects() const;
+    /// The leading process; 0 for an unknown object.
+    [[nodiscard]] std::int32_t pid(AudioObjectID object) const;
+    /// 0 when no application with this leading process has played.
+    [[nodiscard]] AudioObjectID objectOf(std::int32_t leader) const;
+    /// The output streams that exist now, oldest first.
+    [[nodiscard]] const std::vector<Serial>& streams(AudioObjectID object) const;
+
+private:
+    struct Process {
+        std::int32_t leader{};
+        std::vector<Serial> streams;
+    };
+    [[nodiscard]] std::int32_t leaderOf(const Client& client) const;
+    AudioObjectID objectFor(std::int32_t leader);
+
+    ObjectIds& ids_;
+    std::int32_t ownPid_;
+    std::map<AudioObjectID, Process> processes_;   // ids are counted up: oldest first
+    std::map<std::int32_t, std::int32_t> leaders_; // pid to leading pid
+    std::set<std::int32_t> unresolved_;
+};
+
+} // namespace velmora::pipewire

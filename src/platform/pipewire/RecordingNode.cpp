@@ -1,0 +1,60 @@
+#include "platform/pipewire/RecordingNode.h"
+
+#include "platform/pipewire/Routes.h"
+
+#include <algorithm>
+
+namespace velmora::pipewire {
+namespace {
+
+FilterNode::Spec nodeSpec(const RecordingNode::Spec& spec) {
+    FilterNode::Spec made{.name = spec.name,
+                          .description = "Velmora Input",
+                          .ports = {},
+                          .blockFrames = spec.blockFrames,
+                          .rateHz = spec.rateHz};
+    for (std::uint32_t at = 0; at < spec.channels; ++at) {
+        made.ports.push_back({own::channel(at), FilterNode::Direction::input});
+    }
+    made.ports.push_back({std::string(own::sync), FilterNode::Direction::output});
+    return made;
+}
+
+} // namespace
+
+RecordingNode::RecordingNode(std::uint32_t channels, ReceiveCallback receive)
+    : receive_(std::move(receive)), blocks_(channels), handed_(channels),
+      silence_(static_cast<std::size_t>(largestBlockFrames)) {
+}
+
+StatusOr<std::unique_ptr<RecordingNode>> RecordingNode::open(const Spec& spec,
+                                                             ReceiveCallback receive) {
+    std::unique_ptr<RecordingNode> recording(new RecordingNode(spec.channels, std::move(receive)));
+    auto node = FilterNode::open(nodeSpec(spec), *recording);
+    if (!node) {
+        return std::unexpected(node.error());
+    }
+    recording->node_ = *std::move(node);
+    return recording;
+}
+
+void RecordingNode::process(const FilterNode& node, const spa_io_position& position) noexcept {
+    const auto total = static_cast<std::size_t>(position.clock.duration);
+    const auto frames = static_cast<std::uint32_t>(total);
+    for (std::size_t at = 0; at < blocks_.size(); ++at) {
+        blocks_[at] = node.buffer(at, frames);
+    }
+    if (float* const sync = node.buffer(blocks_.size(), frames)) {
+        std::fill_n(sync, total, 0.0F);
+    }
+    for (std::size_t done = 0; done < total;) {
+        const std::size_t block = std::min(total - done, silence_.size());
+        for (std::size_t at = 0; at < blocks_.size(); ++at) {
+            handed_[at] = blocks_[at] == nullptr ? silence_.data() : blocks_[at] + done;
+        }
+        receive_(static_cast<std::int64_t>(block), handed_);
+        done += block;
+    }
+}
+
+} // namespace velmora::pipewire

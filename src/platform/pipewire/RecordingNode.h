@@ -1,0 +1,38 @@
+// RecordingNode.h: hands on every channel of one device.
+#pragma once
+
+#include "platform/AudioUnits.h"
+#include "platform/pipewire/FilterNode.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmora::pipewire {
+
+/// Threads: main. Real-time: no; the callback runs on the node's own real-time thread.
+class RecordingNode final : FilterNode::Handler {
+public:
+    struct Spec {
+        std::string name;
+        std::uint32_t channels{};
+        std::uint32_t blockFrames{};
+        double rateHz{};
+    };
+
+    /// Errors: the status; nothing is left open.
+    [[nodiscard]] static StatusOr<std::unique_ptr<RecordingNode>> open(const Spec& spec,
+                                                                       ReceiveCallback receive);
+
+private:
+    RecordingNode(std::uint32_t channels, ReceiveCallback receive);
+    void process(const FilterNode& node, const spa_io_position& position) noexcept override;
+
+    ReceiveCallback receive_;
+    std::vector<const float*> blocks_; // real-time thread; whole cycle, one per channel
+    std::vector<const float*> handed_; // real-time thread; the part that is handed on
+    std::vector<float> silence_;       // stands in for a channel without a link
+    std::unique_ptr<FilterNode> node_; // last: its end is the end of all callbacks
+};
+
+} // namespace velmora::pipewire

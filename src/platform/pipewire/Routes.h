@@ -1,0 +1,73 @@
+// Routes.h: what our own nodes want to be connected to, and the links that follow from it.
+#pragma once
+
+#include "platform/AudioHardware.h"
+#include "platform/pipewire/Graph.h"
+
+#include <compare>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace velmora::pipewire {
+
+/// Port names of our own nodes.
+namespace own {
+inline constexpr std::string_view left = "left";
+inline constexpr std::string_view right = "right";
+inline constexpr std::string_view centre = "centre";
+inline constexpr std::string_view surroundLeft = "surround_left";
+inline constexpr std::string_view surroundRight = "surround_right";
+inline constexpr std::string_view sync = "sync";
+/// Input port for channel `index` + 1 of a recorded device.
+[[nodiscard]] std::string channel(std::uint32_t index);
+} // namespace own
+
+/// Hears every output stream of one application, also those that come later.
+struct TapRoute {
+    AudioObjectID process{};
+};
+
+/// Plays to the device whenever a device with this UID exists.
+struct PlaybackRoute {
+    std::string deviceUID;
+    /// One entry per device channel: −1 = silent, 0 = left, 1 = right.
+    std::vector<std::int32_t> map;
+};
+
+/// Records the first `channels` channels of the device whenever it exists.
+struct RecordingRoute {
+    std::string deviceUID;
+    std::uint32_t channels{};
+};
+
+using Route = std::variant<TapRoute, PlaybackRoute, RecordingRoute>;
+/// By the `node.name` of our node, which is unique.
+using Routes = std::map<std::string, Route, std::less<>>;
+
+/// One link between two ports. Ports are told apart by serial; the ids serve the request only.
+struct WantedLink {
+    Serial output{};
+    Serial input{};
+    GlobalId outputId{};
+    GlobalId inputId{};
+
+    std::strong_ordering operator<=>(const WantedLink&) const = default;
+};
+
+using StreamsOf = std::function<std::vector<Serial>(AudioObjectID process)>;
+
+/// Every link that should exist now.
+///
+/// Each capture is also linked to each output by its silent sync port. The daemon then drives all
+/// of them by one clock and runs captures before outputs in every cycle; without that link the two
+/// ends of a ring drift apart, or race within a cycle.
+[[nodiscard]] std::set<WantedLink>
+wantedLinks(const Graph& graph, const Routes& routes, const StreamsOf& streamsOf);
+
+} // namespace velmora::pipewire

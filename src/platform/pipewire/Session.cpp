@@ -1,0 +1,183 @@
+#include "platform/pipewire/Session.h"
+
+#include "platform/pipewire/VirtualMicrophone.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include <unistd.h>
+
+namespace velmora::pipewire {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto retryEvery = 200ms;
+constexpr auto microphoneExpectedWithin = 2s;
+constexpr auto farewellLimit = 200ms;
+
+} // namespace
+
+std::string SessionState::newNodeName(std::string_view kind) {
+    // Process numbers come back; the start time tells two runs with the same one apart.
+    static const auto run = std::chrono::system_clock::now().time_since_epoch() / 1s;
+    return "velmora." + std::string(kind) + "." + std::to_string(getpid()) + "." +
+           std::to_string(run) + "." + std::to_string(++namesGiven_);
+}
+
+Session::Session(Events events)
+    : loop_("velmora-control"), events_(std::move(events)), state_(getpid()),
+      connection_(loop_.get(),
+                  state_.graph,
+                  {.changed = [this] { pass_.request(); }, .lost = [this] { onLost(); }}),
+      links_(connection_), retry_(loop_, [this] { connect(); }), pass_(loop_, [this] { pass(); }) {
+    connect();
+    loop_.start();
+}
+
+Session::~Session() {
+    {
+        // What the session manager is to forget has to reach it before we leave.
+        Loop::Lock lock(loop_);
+        if (!muteSinks_.empty()) {
+            muteSinks_.clear();
+            connection_.startRoundTrip();
+            lock.wait(farewellLimit, [this] { return connection_.isListed(); });
+        }
+    }
+    loop_.stop();
+    links_.clear();
+    microphone_.reset();
+    connection_.close();
+}
+
+void Session::connect() {
+    lastStatus_ = connection_.open();
+    if (lastStatus_ != statusOk) {
+        retry_.start(retryEvery);
+        return;
+    }
+    ++state_.epoch;
+}
+
+void Session::onLost() {
+    // Called from inside the connection: closing it is left to the pass.
+    isLost_ = true;
+    pass_.request();
+}
+
+void Session::pass() {
+    if (isLost_) {
+        isLost_ = false;
+        muteSinks_.clear();
+        links_.clear();
+        microphone_.reset();
+        connection_.close();
+        defaultOutput_.lose();
+        lastStatus_ = -EHOSTDOWN;
+        retry_.start(retryEvery);
+    }
+    state_.processes.update(state_.graph);
+    askForApplications();
+    if (connection_.isListed()) {
+        passMutes();
+        links_.apply(wantedLinks(state_.graph, state_.routes, [this](AudioObjectID process) {
+            return state_.processes.streams(process);
+        }));
+        passVirtualMicrophone();
+        passDefaultOutput();
+    }
+    loop_.notify();
+}
+
+void Session::askForApplications() {
+    std::set<std::int32_t> unknown;
+    std::ranges::set_difference(
+        state_.processes.unresolvedPids(), asked_, std::inserter(unknown, unknown.end()));
+    asked_ = state_.processes.unresolvedPids();
+    if (!unknown.empty()) {
+        events_.unknownApplications(std::move(unknown));
+    }
+}
+
+void Session::passMutes() {
+    std::erase_if(muteSinks_,
+                  [this](const auto& one) { return !state_.mutes.contains(one.first); });
+    for (const auto& [tap, process] : state_.mutes) {
+        auto& sink = muteSinks_[tap];
+        if (!sink) {
+            sink = std::make_unique<MuteSink>(connection_, state_.newNodeName("mute"));
+        }
+        if (state_.graph.hasMetadata("default")) {
+            sink->follow(state_.graph, state_.processes.streams(process));
+        } else {
+            sink->forgetTargets();
+        }
+    }
+}
+
+void Session::passVirtualMicrophone() {
+    if (state_.wantsVirtualMicrophone && !microphone_ && !hasVirtualMicrophone(state_.graph)) {
+        microphone_ = createVirtualMicrophone(connection_);
+    }
+}
+
+void Session::passDefaultOutput() {
+    if (!state_.graph.hasMetadata("default")) {
+        defaultOutput_.lose();
+        return;
+    }
+    // Whoever is told starts anew, and for that needs the microphone to be there.
+    if (state_.wantsVirtualMicrophone && !hasVirtualMicrophone(state_.graph)) {
+        return;
+    }
+    if (defaultOutput_.update(defaultOutputUID()) && announces_) {
+        events_.defaultOutputChanged();
+    }
+}
+
+void Session::waitForListing(std::chrono::milliseconds limit) {
+    Loop::Lock lock(loop_);
+    lock.wait(limit, [this] { return !connection_.isOpen() || isAvailableLocked(); });
+    if (isAvailableLocked()) {
+        defaultOutput_.start(defaultOutputUID());
+    }
+    announces_ = true;
+}
+
+bool Session::isAvailable() const {
+    const Loop::Lock lock(loop_);
+    return isAvailableLocked();
+}
+
+bool Session::isAvailableLocked() const {
+    return connection_.isListed() && state_.graph.hasMetadata("default");
+}
+
+std::string Session::problem() const {
+    const Loop::Lock lock(loop_);
+    if (!connection_.isOpen()) {
+        return "PipeWire does not answer (err " + std::to_string(lastStatus_) + ")";
+    }
+    return isAvailableLocked() ? "" : "PipeWire's session manager does not answer";
+}
+
+std::optional<std::string> Session::defaultOutputUID() const {
+    const auto name = state_.graph.defaultSinkName();
+    return name && findDevice(listDevices(state_.graph), *name) ? name : std::nullopt;
+}
+
+Status Session::ensureVirtualMicrophone() {
+    Loop::Lock lock(loop_);
+    if (!connection_.isOpen()) {
+        return -EHOSTDOWN;
+    }
+    state_.wantsVirtualMicrophone = true;
+    pass_.request();
+    const bool isThere = lock.wait(microphoneExpectedWithin, [this] {
+        return connection_.isListed() && hasVirtualMicrophone(state_.graph);
+    });
+    return isThere ? statusOk : -ETIMEDOUT;
+}
+
+} // namespace velmora::pipewire

@@ -1,0 +1,119 @@
+// Session.h: the control side of the backend; keeps the daemon's graph as the mixer wants it.
+#pragma once
+
+#include "platform/pipewire/Connection.h"
+#include "platform/pipewire/DefaultOutputWatch.h"
+#include "platform/pipewire/Devices.h"
+#include "platform/pipewire/Graph.h"
+#include "platform/pipewire/LinkSet.h"
+#include "platform/pipewire/Loop.h"
+#include "platform/pipewire/MuteSink.h"
+#include "platform/pipewire/ObjectIds.h"
+#include "platform/pipewire/ProcessDirectory.h"
+#include "platform/pipewire/Routes.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velmora::pipewire {
+
+/// Frames per cycle that our nodes ask for when nobody asked for others.
+inline constexpr std::uint32_t usualBlockFrames = 128;
+
+/// What is known and what is wanted. Guarded by the session's lock.
+struct SessionState {
+    Graph graph;
+    ObjectIds ids;
+    ProcessDirectory processes;
+    Routes routes;                                      ///< links that our nodes want
+    std::map<AudioObjectID, AudioObjectID> mutes;       ///< tap to the process that it silences
+    std::map<AudioObjectID, std::uint32_t> blockFrames; ///< asked for, per device
+    bool wantsVirtualMicrophone{};
+    std::uint32_t epoch{}; ///< counts connections; what was made under another one is dead
+
+    explicit SessionState(std::int32_t ownPid) : processes(ids, ownPid) {}
+
+    /// A `node.name` that was never used before, in any run.
+    std::string newNodeName(std::string_view kind);
+
+private:
+    std::uint32_t namesGiven_{};
+};
+
+/// Owns the control thread. After every change, of the daemon's objects or of what is wanted, one
+/// pass on that thread makes the links and mutes that follow from both. A lost connection is made
+/// again by itself.
+///
+/// Threads: main; events come on the control thread.
+class Session {
+public:
+    struct Events {
+        std::function<void(std::set<std::int32_t> pids)> unknownApplications;
+        std::function<void()> defaultOutputChanged;
+    };
+
+    explicit Session(Events events);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Waits until the service answers and is listed. Returns at once when there is no daemon.
+    void waitForListing(std::chrono::milliseconds limit);
+
+    /// True while daemon and session manager answer.
+    [[nodiscard]] bool isAvailable() const;
+    [[nodiscard]] std::string problem() const;
+
+    /// Reads the state. Giving a device its number for the first time counts as reading.
+    template <typename Function>
+    auto read(Function function) {
+        const Loop::Lock lock(loop_);
+        return function(state_, isAvailableLocked());
+    }
+
+    /// Changes what is wanted; the pass follows at once.
+    template <typename Function>
+    auto change(Function function) {
+        const Loop::Lock lock(loop_);
+        pass_.request();
+        return function(state_);
+    }
+
+    Status ensureVirtualMicrophone();
+
+private:
+    void connect();
+    void onLost();
+    void pass();
+    void askForApplications();
+    void passMutes();
+    void passVirtualMicrophone();
+    void passDefaultOutput();
+    [[nodiscard]] bool isAvailableLocked() const;
+    [[nodiscard]] std::optional<std::string> defaultOutputUID() const;
+
+    Loop loop_;
+    Events events_;
+    SessionState state_;
+    Connection connection_;
+    LinkSet links_;
+    std::map<AudioObjectID, std::unique_ptr<MuteSink>> muteSinks_;
+    ProxyHandle microphone_;
+    DefaultOutputWatch defaultOutput_;
+    std::set<std::int32_t> asked_; // processes whose application was asked for
+    bool isLost_ = false;
+    bool announces_ = false; // the first listing is no change
+    Status lastStatus_ = statusOk;
+    LoopTimer retry_;
+    LoopWork pass_;
+};
+
+} // namespace velmora::pipewire

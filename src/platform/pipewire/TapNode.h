@@ -1,0 +1,38 @@
+// TapNode.h: hears one application and hands it on as interleaved stereo.
+#pragma once
+
+#include "platform/AudioHardware.h"
+#include "platform/pipewire/FilterNode.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmora::pipewire {
+
+/// Threads: main. Real-time: no; the callback runs on the node's own real-time thread.
+class TapNode final : FilterNode::Handler {
+public:
+    struct Spec {
+        std::string name;
+        std::uint32_t blockFrames{};
+        double rateHz{};
+        float scale{1.0F}; ///< linear, applied to every sample
+    };
+
+    /// Errors: the status; nothing is left open.
+    [[nodiscard]] static StatusOr<std::unique_ptr<TapNode>> open(const Spec& spec,
+                                                                 IOCallback callback);
+
+private:
+    TapNode(float scale, IOCallback callback);
+    void process(const FilterNode& node, const spa_io_position& position) noexcept override;
+
+    float scale_;
+    IOCallback callback_;
+    std::vector<float> interleaved_;   // real-time thread; one largest block
+    std::vector<float> silence_;       // stands in for ports without a link
+    std::unique_ptr<FilterNode> node_; // last: its end is the end of all callbacks
+};
+
+} // namespace velmora::pipewire

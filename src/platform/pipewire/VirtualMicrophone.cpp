@@ -1,0 +1,43 @@
+#include "platform/pipewire/VirtualMicrophone.h"
+
+#include "platform/pipewire/Devices.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+namespace velmora::pipewire {
+namespace {
+
+constexpr std::string_view microphoneWord = "velmora";
+
+bool hasMicrophoneWord(std::string_view name) {
+    const auto found = std::ranges::search(name, microphoneWord, [](char one, char two) {
+        return std::tolower(static_cast<unsigned char>(one)) == two;
+    });
+    return !found.empty();
+}
+
+} // namespace
+
+bool hasVirtualMicrophone(const Graph& graph) {
+    return std::ranges::any_of(listDevices(graph), [](const Device& device) {
+        return device.uid != dawDeviceUID && device.outputs > 0 && hasMicrophoneWord(device.name);
+    });
+}
+
+ProxyHandle createVirtualMicrophone(Connection& connection) {
+    return connection.create("adapter",
+                             PW_TYPE_INTERFACE_Node,
+                             PW_VERSION_NODE,
+                             {{"factory.name", "support.null-audio-sink"},
+                              {"media.class", "Audio/Source/Virtual"},
+                              {"node.name", "velmora.mic"},
+                              {"node.description", "Velmora Microphone"},
+                              {"audio.position", "[FL,FR]"},
+                              // Any other device makes the better clock.
+                              {"priority.driver", "1"},
+                              {"object.linger", "true"}});
+}
+
+} // namespace velmora::pipewire

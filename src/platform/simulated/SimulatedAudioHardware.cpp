@@ -20,12 +20,14 @@ auto read(SoundGraph& graph, Operation operation, AudioObjectID object, Answer a
 }
 
 /// Answers with what `select` makes of the object, or with none when there is no such object.
-template <typename Object, typename Select> auto selected(const Object* object, Select select) {
+template <typename Object, typename Select>
+auto selected(const Object* object, Select select) {
     using Value = std::remove_cvref_t<std::invoke_result_t<Select, const Object&>>;
     return object == nullptr ? std::nullopt : std::optional<Value>(select(*object));
 }
 
-template <typename Items> std::vector<AudioObjectID> idsOf(const Items& items) {
+template <typename Items>
+std::vector<AudioObjectID> idsOf(const Items& items) {
     std::vector<AudioObjectID> ids;
     for (const auto& item : items) {
         ids.push_back(item.id);
@@ -42,7 +44,8 @@ Status request(SoundGraph& graph, Operation operation, AudioObjectID object, Req
     return carryOut() ? statusOk : statusNoSuchObject;
 }
 
-template <typename Items> bool eraseId(Items& items, AudioObjectID id) {
+template <typename Items>
+bool eraseId(Items& items, AudioObjectID id) {
     return std::erase_if(items, [&](const auto& item) { return item.id == id; }) > 0;
 }
 

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velmora {
@@ -13,6 +14,11 @@ namespace velmora {
 /// Threads: main.
 class SimulatedDefaultsStore : public DefaultsStore {
 public:
+    using Values = std::map<std::string, DefaultsValue, std::less<>>;
+
+    /// @param kept  what an earlier launch left
+    explicit SimulatedDefaultsStore(Values kept = {}) : values_(kept), kept_(std::move(kept)) {}
+
     [[nodiscard]] std::optional<DefaultsValue> get(std::string_view key) const override;
     Status set(std::string_view key, DefaultsValue value) override;
     Status remove(std::string_view key) override;
@@ -26,16 +32,14 @@ public:
     /// Tells the listener, or keeps the problem until there is one.
     void report(const StoreProblem& problem);
     /// What a later launch would find: everything whose write succeeded.
-    [[nodiscard]] const std::map<std::string, DefaultsValue, std::less<>>& kept() const {
-        return kept_;
-    }
+    [[nodiscard]] const Values& kept() const { return kept_; }
 
 private:
     /// Writes everything, as a store that catches up after a refusal does.
     Status keep();
 
-    std::map<std::string, DefaultsValue, std::less<>> values_;
-    std::map<std::string, DefaultsValue, std::less<>> kept_;
+    Values values_;
+    Values kept_;
     std::optional<StoreProblem> refusal_;
     bool refusalTold_ = false;
     ProblemListener listener_;

@@ -6,7 +6,8 @@
 namespace velmora {
 namespace {
 
-template <typename Items, typename Predicate> auto* findIn(Items& items, Predicate matches) {
+template <typename Items, typename Predicate>
+auto* findIn(Items& items, Predicate matches) {
     const auto found = std::ranges::find_if(items, matches);
     return found == items.end() ? nullptr : &*found;
 }
@@ -52,14 +53,18 @@ ProcessState* SoundGraph::process(AudioObjectID id) {
     return findIn(processes, [&](const ProcessState& item) { return item.id == id; });
 }
 
-ProcessState* SoundGraph::processOfPid(std::int32_t pid) {
+std::int32_t SoundGraph::leaderOf(std::int32_t pid) const {
     const auto leader = leaderOfHelper.find(pid);
-    const std::int32_t owner = leader == leaderOfHelper.end() ? pid : leader->second;
-    return findIn(processes, [&](const ProcessState& item) { return item.pid == owner; });
+    return leader == leaderOfHelper.end() ? pid : leader->second;
+}
+
+ProcessState* SoundGraph::processOfPid(std::int32_t pid) {
+    const std::int32_t leader = leaderOf(pid);
+    return findIn(processes, [&](const ProcessState& item) { return item.pid == leader; });
 }
 
 ProcessState& SoundGraph::makeProcess(std::int32_t pid) {
-    return processes.emplace_back(ProcessState{.id = nextObject(), .pid = pid});
+    return processes.emplace_back(ProcessState{.id = nextObject(), .pid = leaderOf(pid)});
 }
 
 TapState* SoundGraph::tapByUUID(std::string_view uuid) {

@@ -116,6 +116,7 @@ struct SoundGraph {
     [[nodiscard]] DeviceState* device(AudioObjectID id);
     [[nodiscard]] DeviceState* deviceByUID(std::string_view uid);
     [[nodiscard]] ProcessState* process(AudioObjectID id);
+    [[nodiscard]] std::int32_t leaderOf(std::int32_t pid) const;
     [[nodiscard]] ProcessState* processOfPid(std::int32_t pid);
     ProcessState& makeProcess(std::int32_t pid);
     [[nodiscard]] TapState* tapByUUID(std::string_view uuid);

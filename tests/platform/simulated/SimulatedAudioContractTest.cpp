@@ -1,0 +1,59 @@
+#include "platform/contract/AudioContract.h"
+#include "platform/simulated/SimulatedPlatform.h"
+
+#include <chrono>
+
+namespace velmora {
+
+class SimulatedAudioRig {
+public:
+    AudioHardware& hardware() { return machine_.hardware; }
+    AudioUnits& units() { return machine_.units; }
+
+    void makeDevice(const ContractDevice& device) {
+        SimulatedDevice made{.uid = device.uid, .name = device.name};
+        if (device.outputs > 0) {
+            made.outputs = {device.outputs};
+        }
+        if (device.inputs > 0) {
+            made.inputs = {device.inputs};
+        }
+        ids_[device.uid] = machine_.sound.addDevice(made);
+    }
+    void removeDevice(const std::string& uid) { machine_.sound.removeDevice(ids_.at(uid)); }
+    void makeDefault(const std::string& uid) { machine_.sound.setDefaultOutput(ids_.at(uid)); }
+
+    std::int32_t playTone(const std::string& name, double hz, double db) {
+        const std::int32_t pid = ++lastPid_;
+        machine_.startApplication(pid, name, "contract." + name);
+        machine_.sound.play(pid, sine(hz, static_cast<float>(support::fromDb(db))));
+        return pid;
+    }
+    void feed(const std::string& uid, std::size_t channel, double hz, double db) {
+        const Waveform tone = sine(hz, static_cast<float>(support::fromDb(db)));
+        machine_.sound.setInput(ids_.at(uid), [=](std::int64_t frame, std::size_t index) {
+            return index + 1 == channel ? tone(frame, index) : 0.0F;
+        });
+    }
+    std::vector<float> listen(const std::string& uid, std::size_t channel, std::size_t frames) {
+        machine_.sound.forgetHeard();
+        machine_.advanceFrames(static_cast<std::int64_t>(frames));
+        return machine_.sound.heard(ids_.at(uid), channel);
+    }
+    bool wait(const std::function<bool()>& condition) {
+        constexpr int mostSteps = 500;
+        for (int step = 0; step < mostSteps && !condition(); ++step) {
+            machine_.advance(std::chrono::milliseconds{10});
+        }
+        return condition();
+    }
+
+private:
+    SimulatedPlatform machine_;
+    std::map<std::string, AudioObjectID> ids_;
+    std::int32_t lastPid_ = 100;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, AudioContract, SimulatedAudioRig);
+
+} // namespace velmora

@@ -196,4 +196,11 @@ std::vector<SourceStatistics> AudioEngine::statistics() const {
     return statistics;
 }
 
+void AudioEngine::restartBacklogRanges() {
+    for (const auto& capture : captures_) {
+        capture->boxes().streamRing->resetStatistics();
+        capture->boxes().monitorRing->resetStatistics();
+    }
+}
+
 } // namespace velmora

@@ -120,6 +120,8 @@ public:
 
     /// One entry per running source, in the order of the captures.
     [[nodiscard]] std::vector<SourceStatistics> statistics() const;
+    /// Forgets the smallest and largest backlogs so far; the counters go on.
+    void restartBacklogRanges();
 
 private:
     struct Status {

@@ -1,0 +1,69 @@
+#include "presets/Uuid.h"
+
+#include "capture/RandomUuid.h"
+
+#include <cstddef>
+
+namespace velmora {
+
+namespace {
+
+constexpr std::string_view hexDigits = "0123456789ABCDEF";
+constexpr std::size_t textLength = 36;
+
+/// Whether the written form has a dash before this byte.
+constexpr bool dashBefore(std::size_t byte) {
+    return byte == 4 || byte == 6 || byte == 8 || byte == 10;
+}
+
+std::optional<std::uint8_t> hexValue(char digit) {
+    if (digit >= 'a' && digit <= 'f') {
+        digit = static_cast<char>(digit - 'a' + 'A');
+    }
+    const auto value = hexDigits.find(digit);
+    if (value == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint8_t>(value);
+}
+
+} // namespace
+
+Uuid Uuid::random() {
+    return parse(randomUuid()).value();
+}
+
+std::optional<Uuid> Uuid::parse(std::string_view text) {
+    if (text.size() != textLength) {
+        return std::nullopt;
+    }
+    Uuid uuid;
+    std::size_t next = 0;
+    for (std::size_t byte = 0; byte < uuid.bytes.size(); ++byte) {
+        if (dashBefore(byte) && text[next++] != '-') {
+            return std::nullopt;
+        }
+        const auto high = hexValue(text[next++]);
+        const auto low = hexValue(text[next++]);
+        if (!high || !low) {
+            return std::nullopt;
+        }
+        uuid.bytes[byte] = static_cast<std::uint8_t>((*high << 4U) | *low);
+    }
+    return uuid;
+}
+
+std::string Uuid::string() const {
+    std::string text;
+    text.reserve(textLength);
+    for (std::size_t byte = 0; byte < bytes.size(); ++byte) {
+        if (dashBefore(byte)) {
+            text += '-';
+        }
+        text += hexDigits[bytes[byte] >> 4U];
+        text += hexDigits[bytes[byte] & 0x0FU];
+    }
+    return text;
+}
+
+} // namespace velmora

@@ -1,0 +1,60 @@
+// PresetStore.h: the user's presets, and which one is active.
+#pragma once
+
+#include "platform/DefaultsStore.h"
+#include "platform/Signal.h"
+#include "presets/Preset.h"
+
+#include <optional>
+#include <vector>
+
+namespace velmora {
+
+class PresetRecall;
+
+/// Keeps the list under "presets" (bytes of JSON) and the active id under "activePresetID".
+///
+/// A list that cannot be read counts as empty and is overwritten by the next save. So that nothing
+/// of the user's is lost by that, its value is first copied to "presets.unreadable" (or to the
+/// first free "presets.unreadable.2", ".3" and so on, when an earlier one is there).
+///
+/// Threads: main. Errors: silent here; the defaults store tells what it could not write.
+class PresetStore {
+public:
+    explicit PresetStore(DefaultsStore& defaults);
+
+    /// In the order of creation.
+    [[nodiscard]] const std::vector<Preset>& presets() const { return presets_; }
+    /// The preset last saved or applied, if it still exists.
+    [[nodiscard]] const std::optional<Uuid>& activeID() const { return activeID_; }
+    [[nodiscard]] const Preset* active() const;
+    [[nodiscard]] bool didRestore() const { return didRestore_; }
+
+    /// Makes the preset active. One of exactly the same name is replaced in its place and gives
+    /// its id; otherwise the preset comes last.
+    /// A preset with a number that is not finite stays in the list, but nothing of the list is
+    /// written while it is there: what was kept before stays kept.
+    void save(Preset preset);
+    void remove(const Uuid& id);
+    /// To be told by whoever applied a preset.
+    void setActive(const Uuid& id);
+
+    /// Once per store: applies the active preset, without launching anything and without a message.
+    void restoreActive(PresetRecall& recall);
+
+    /// Any published value changed.
+    [[nodiscard]] Signal& changed() { return changed_; }
+
+private:
+    void load();
+    void setAside(const DefaultsValue& unreadable);
+    void persist();
+
+    DefaultsStore& defaults_;
+    std::vector<Preset> presets_;
+    std::optional<Uuid> activeID_;
+    bool didRestore_ = false;
+    Signal changed_;
+};
+
+} // namespace velmora

@@ -73,7 +73,8 @@ std::optional<AudioSource> PresetRecall::find(const PresetSource& source) const 
 }
 
 std::optional<AudioSource> PresetRecall::findApp(const PresetSource& source) const {
-    if (!source.bundleID) {
+    // An empty identifier names no application, least of all every one that has none.
+    if (source.bundleID.value_or("").empty()) {
         return std::nullopt;
     }
     const auto instances = platform_.applications.byBundleID(*source.bundleID);

@@ -39,10 +39,10 @@ TEST_F(PresetRecallTest, OfTwoRunningInstancesTheFirstIsTaken) {
 TEST_F(PresetRecallTest, AnApplicationWithoutAnIdentifierIsMissing) {
     machine_.startApplication(20, "Player", "");
 
-    apply({{.kind = PresetSource::Kind::app, .name = "Player"}}, chosen);
+    apply({{.kind = PresetSource::Kind::app, .name = "Absent"}, app("Empty", "")}, chosen);
 
     EXPECT_THAT(engine_.sources(), IsEmpty());
-    EXPECT_EQ(engine_.lastError(), "Introuvable : Player");
+    EXPECT_EQ(engine_.lastError(), "Introuvable : Absent, Empty");
 }
 
 TEST_F(PresetRecallTest, AnUnpluggedDeviceIsMissingAndFoundAgainUnderItsNewId) {

@@ -1,0 +1,192 @@
+#include "platform/desktop/DesktopApplications.h"
+
+#include "platform/desktop/ApplicationIndex.h"
+#include "platform/desktop/DesktopEntries.h"
+#include "platform/desktop/Gio.h"
+#include "platform/desktop/LaunchWatch.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <unistd.h>
+#include <utility>
+
+namespace velmora {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+InstalledApplication describe(const DesktopEntry& entry) {
+    return {.bundleID = entry.id, .name = entry.name, .location = entry.path};
+}
+
+/// Sorts by name as the desktop's language does, upper and lower case alike.
+std::string collationKey(const std::string& name) {
+    const OwnedText folded(g_utf8_casefold(name.c_str(), -1));
+    return OwnedText(g_utf8_collate_key(folded.get(), -1)).get();
+}
+
+/// The kernel cuts a process's name; its file or first argument may show the rest.
+std::string fullName(const ProcessStat& process, const ProcFiles& processes) {
+    constexpr std::size_t cutAt = 15;
+    if (process.name.size() < cutAt) {
+        return process.name;
+    }
+    auto candidates = processes.commandLine(process.pid);
+    candidates.resize(std::min<std::size_t>(candidates.size(), 2)); // the program, or its script
+    candidates.push_back(processes.executable(process.pid));
+    for (const fs::path candidate : candidates) {
+        const std::string name = candidate.filename();
+        if (name.starts_with(process.name)) {
+            return name;
+        }
+    }
+    return process.name;
+}
+
+/// Starts what the entry names. A process id comes back for every kind of entry: those that can be
+/// started over D-Bus are run as programs here, as plain launching would tell no process id.
+std::optional<std::int32_t> start(const std::string& location) {
+    const AppInfo info(g_desktop_app_info_new_from_filename(location.c_str()));
+    std::optional<std::int32_t> started;
+    if (info) {
+        g_desktop_app_info_launch_uris_as_manager(
+            info.get(),
+            nullptr,
+            nullptr,
+            G_SPAWN_SEARCH_PATH,
+            nullptr,
+            nullptr,
+            [](GDesktopAppInfo*, GPid pid, gpointer result) {
+                *static_cast<std::optional<std::int32_t>*>(result) = pid;
+            },
+            &started,
+            nullptr);
+    }
+    return started;
+}
+
+void addFolders(std::vector<fs::path>& folders, const char* list, const char* otherwise) {
+    std::string_view rest = list != nullptr && *list != '\0' ? list : otherwise;
+    while (!rest.empty()) {
+        const auto end = rest.find(':');
+        // Relative folders there are to be ignored (XDG Base Directory, version 0.8).
+        if (const fs::path folder = rest.substr(0, end); folder.is_absolute()) {
+            folders.push_back(folder);
+        }
+        rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 1);
+    }
+}
+
+} // namespace
+
+std::vector<fs::path> DesktopApplications::xdgDataFolders() {
+    const char* home = std::getenv("HOME");
+    const std::string ownData = std::string(home != nullptr ? home : "") + "/.local/share";
+    std::vector<fs::path> folders;
+    addFolders(folders, std::getenv("XDG_DATA_HOME"), ownData.c_str());
+    addFolders(folders, std::getenv("XDG_DATA_DIRS"), "/usr/local/share:/usr/share");
+    return folders;
+}
+
+DesktopApplications::DesktopApplications(MainQueue& mainQueue, const Options& options)
+    : mainQueue_(mainQueue), processes_(options.procRoot),
+      entries_(std::make_unique<DesktopEntries>(options.dataFolders)),
+      index_(std::make_unique<ApplicationIndex>(processes_, *entries_)) {
+}
+
+DesktopApplications::~DesktopApplications() = default;
+
+std::int32_t DesktopApplications::ownPid() const {
+    return ::getpid();
+}
+
+std::int32_t DesktopApplications::leader(std::int32_t pid) const {
+    entries_->refresh();
+    return index_->leader(pid);
+}
+
+std::optional<RunningApplication> DesktopApplications::byPid(std::int32_t pid) const {
+    const auto leading = processes_.stat(leader(pid));
+    return leading ? std::optional(describe(*leading)) : std::nullopt;
+}
+
+RunningApplication DesktopApplications::describe(const ProcessStat& leading) const {
+    if (const DesktopEntry* entry = index_->entryOf(leading.pid)) {
+        return {.pid = leading.pid,
+                .name = entry->name,
+                .bundleID = entry->id,
+                .regular = entry->isVisible};
+    }
+    return {.pid = leading.pid,
+            .name = fullName(leading, processes_),
+            .bundleID = {},
+            .regular = false};
+}
+
+std::vector<RunningApplication> DesktopApplications::byBundleID(std::string_view bundleID) const {
+    std::vector<RunningApplication> instances;
+    entries_->refresh();
+    if (entries_->find(bundleID) == nullptr) {
+        return instances;
+    }
+    for (const std::int32_t leading : index_->leadersOf(bundleID)) {
+        if (const auto process = processes_.stat(leading)) {
+            instances.push_back(describe(*process));
+        }
+    }
+    return instances;
+}
+
+std::optional<InstalledApplication>
+DesktopApplications::installed(std::string_view bundleID) const {
+    entries_->refresh();
+    const DesktopEntry* entry = entries_->find(bundleID);
+    return entry == nullptr ? std::nullopt : std::optional(velmora::describe(*entry));
+}
+
+std::vector<InstalledApplication> DesktopApplications::allInstalled() const {
+    entries_->refresh();
+    std::vector<std::pair<std::string, InstalledApplication>> sorted;
+    for (const auto& [id, entry] : entries_->all()) {
+        if (entry.isOffered) {
+            sorted.emplace_back(collationKey(entry.name), velmora::describe(entry));
+        }
+    }
+    std::ranges::stable_sort(sorted, {}, [](const auto& item) { return item.first; });
+    std::vector<InstalledApplication> applications;
+    for (auto& [key, application] : sorted) {
+        applications.push_back(std::move(application));
+    }
+    return applications;
+}
+
+std::optional<std::string> DesktopApplications::icon(std::string_view bundleID) const {
+    entries_->refresh();
+    const DesktopEntry* entry = entries_->find(bundleID);
+    return entry == nullptr || entry->icon.empty() ? std::nullopt : std::optional(entry->icon);
+}
+
+void DesktopApplications::launch(const std::string& location, LaunchCompletion completion) {
+    entries_->refresh();
+    const DesktopEntry* entry = entries_->findFile(location);
+    const std::string entryId = entry == nullptr ? std::string{} : entry->id;
+    const auto earlier = index_->leadersOf(entryId);
+    const auto pid = start(location);
+    if (!pid) {
+        mainQueue_.post([completion = std::move(completion)] { completion(std::nullopt); });
+        return;
+    }
+    const auto place = launches_.emplace(launches_.end());
+    *place = std::make_unique<LaunchWatch>(
+        mainQueue_,
+        *index_,
+        processes_,
+        LaunchWatch::Launch{.entryId = entryId, .pid = *pid, .earlier = earlier},
+        [this, place, completion = std::move(completion)](std::optional<std::int32_t> leader) {
+            launches_.erase(place);
+            completion(leader ? byPid(*leader) : std::nullopt);
+        });
+}
+
+} // namespace velmora

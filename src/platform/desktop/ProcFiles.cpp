@@ -1,0 +1,108 @@
+#include "platform/desktop/ProcFiles.h"
+
+#include <array>
+#include <charconv>
+#include <fcntl.h>
+#include <limits>
+#include <system_error>
+#include <unistd.h>
+
+namespace velmora {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Files of /proc have no length to ask for. An environment may be large, but not endless.
+std::string contentOf(const fs::path& path) {
+    constexpr std::size_t most = 1U << 20U;
+    std::string content;
+    // Not blocking: a sandbox chooses what lies in its root.
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0) {
+        return content;
+    }
+    std::array<char, 8192> block;
+    ssize_t count = 0;
+    while (content.size() < most && (count = ::read(file, block.data(), block.size())) > 0) {
+        content.append(block.data(), static_cast<std::size_t>(count));
+    }
+    ::close(file);
+    return content;
+}
+
+std::vector<std::string> zeroTerminated(std::string_view text) {
+    std::vector<std::string> pieces;
+    while (!text.empty()) {
+        const auto end = text.find('\0');
+        pieces.emplace_back(text.substr(0, end));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return pieces;
+}
+
+} // namespace
+
+std::string ProcFiles::read(std::int32_t pid, std::string_view file) const {
+    return contentOf(root_ / std::to_string(pid) / file);
+}
+
+std::vector<std::int32_t> ProcFiles::pids() const {
+    std::vector<std::int32_t> pids;
+    std::error_code error;
+    for (fs::directory_iterator entry(root_, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string name = entry->path().filename();
+        std::int32_t pid = 0;
+        const auto [last, failure] = std::from_chars(name.data(), name.data() + name.size(), pid);
+        if (failure == std::errc{} && last == name.data() + name.size()) {
+            pids.push_back(pid);
+        }
+    }
+    return pids;
+}
+
+std::optional<ProcessStat> ProcFiles::stat(std::int32_t pid) const {
+    auto stat = parseProcessStat(read(pid, "stat"));
+    return stat && stat->isRunning() ? stat : std::nullopt;
+}
+
+std::vector<std::string> ProcFiles::commandLine(std::int32_t pid) const {
+    return zeroTerminated(read(pid, "cmdline"));
+}
+
+std::vector<std::string> ProcFiles::environment(std::int32_t pid) const {
+    return zeroTerminated(read(pid, "environ"));
+}
+
+std::string ProcFiles::executable(std::int32_t pid) const {
+    std::error_code error;
+    std::string path = fs::read_symlink(root_ / std::to_string(pid) / "exe", error);
+    constexpr std::string_view replaced = " (deleted)"; // an update replaced the file
+    if (path.ends_with(replaced)) {
+        path.resize(path.size() - replaced.size());
+    }
+    return path;
+}
+
+std::string ProcFiles::controlGroups(std::int32_t pid) const {
+    return read(pid, "cgroup");
+}
+
+std::string ProcFiles::flatpakInfo(std::int32_t pid) const {
+    return read(pid, "root/.flatpak-info");
+}
+
+double ProcFiles::ageSeconds(const ProcessStat& stat) const {
+    const std::string uptime = contentOf(root_ / "uptime");
+    double sinceBoot = 0;
+    const auto [end, error] =
+        std::from_chars(uptime.data(), uptime.data() + uptime.size(), sinceBoot);
+    if (error != std::errc{}) {
+        return std::numeric_limits<double>::infinity();
+    }
+    return sinceBoot -
+           static_cast<double>(stat.startTicks) / static_cast<double>(::sysconf(_SC_CLK_TCK));
+}
+
+} // namespace velmora

@@ -1,0 +1,98 @@
+#include "platform/desktop/SandboxNames.h"
+
+#include <charconv>
+
+namespace velmora {
+
+namespace {
+
+std::vector<std::string_view> split(std::string_view text, char separator) {
+    std::vector<std::string_view> pieces;
+    while (true) {
+        const auto end = text.find(separator);
+        pieces.push_back(text.substr(0, end));
+        if (end == std::string_view::npos) {
+            return pieces;
+        }
+        text.remove_prefix(end + 1);
+    }
+}
+
+/// Undoes systemd's escaping of unit names: "\x2d" is a dash.
+std::string unescape(std::string_view text) {
+    std::string plain;
+    while (!text.empty()) {
+        unsigned code = 0;
+        const bool escape =
+            text.size() >= 4 && text.starts_with("\\x") &&
+            std::from_chars(text.data() + 2, text.data() + 4, code, 16).ptr == text.data() + 4;
+        plain += escape ? static_cast<char>(code) : text.front();
+        text.remove_prefix(escape ? 4 : 1);
+    }
+    return plain;
+}
+
+bool removeSuffix(std::string_view& text, std::string_view suffix) {
+    const bool has = text.ends_with(suffix);
+    if (has) {
+        text.remove_suffix(suffix.size());
+    }
+    return has;
+}
+
+/// "gnome-org.player" gives "org.player", then "gnome-org.player".
+void addReadings(std::string_view launcherAndId, std::vector<std::string>& ids) {
+    auto start = launcherAndId.rfind('-');
+    while (start != std::string_view::npos) {
+        ids.push_back(unescape(launcherAndId.substr(start + 1)));
+        start = start == 0 ? std::string_view::npos : launcherAndId.rfind('-', start - 1);
+    }
+    ids.push_back(unescape(launcherAndId));
+}
+
+void addUnit(std::string_view unit, std::vector<std::string>& ids) {
+    const bool isScope = removeSuffix(unit, ".scope");
+    if (!isScope && !removeSuffix(unit, ".service")) {
+        return;
+    }
+    if (unit.starts_with("snap.")) {
+        const auto names = split(unit, '.');
+        if (names.size() > 2) {
+            // A scope's random part follows the application after a dash or a dot.
+            const auto application = isScope ? split(names[2], '-')[0] : names[2];
+            ids.push_back(std::string(names[1]) + "_" + std::string(application));
+        }
+    } else if (unit.starts_with("app-")) {
+        unit.remove_prefix(4);
+        const auto random = isScope ? unit.rfind('-') : unit.find('@');
+        addReadings(unit.substr(0, random), ids);
+    }
+}
+
+} // namespace
+
+std::vector<std::string> desktopIdsOfControlGroup(std::string_view content) {
+    std::vector<std::string> ids;
+    for (const std::string_view line : split(content, '\n')) {
+        // "0::/user.slice/…/app-org.player-12.scope": the innermost unit that is one counts.
+        const auto groups = split(line, '/');
+        for (auto group = groups.rbegin(); group != groups.rend() && ids.empty(); ++group) {
+            addUnit(*group, ids);
+        }
+    }
+    return ids;
+}
+
+std::string flatpakApplication(std::string_view flatpakInfo) {
+    std::string_view section;
+    for (const std::string_view line : split(flatpakInfo, '\n')) {
+        if (line.starts_with('[')) {
+            section = line;
+        } else if (section == "[Application]" && line.starts_with("name=")) {
+            return std::string(line.substr(5));
+        }
+    }
+    return {};
+}
+
+} // namespace velmora

@@ -44,6 +44,16 @@ Status request(SoundGraph& graph, Operation operation, AudioObjectID object, Req
     return carryOut() ? statusOk : statusNoSuchObject;
 }
 
+/// A request that gives something back.
+template <typename Erase>
+Status release(SoundGraph& graph, Operation operation, AudioObjectID object, Erase erase) {
+    return request(graph, operation, object, [&] {
+        const bool existed = erase();
+        graph.wrongReleases += existed ? 0 : 1;
+        return existed;
+    });
+}
+
 template <typename Items>
 bool eraseId(Items& items, AudioObjectID id) {
     return std::erase_if(items, [&](const auto& item) { return item.id == id; }) > 0;
@@ -158,7 +168,7 @@ StatusOr<AudioObjectID> SimulatedAudioHardware::createTap(const TapDescription& 
 }
 
 Status SimulatedAudioHardware::destroyTap(AudioObjectID tap) {
-    return request(*graph_, Operation::destroyTap, tap, [&] { return eraseId(graph_->taps, tap); });
+    return release(*graph_, Operation::destroyTap, tap, [&] { return eraseId(graph_->taps, tap); });
 }
 
 StatusOr<AudioObjectID>
@@ -172,7 +182,7 @@ SimulatedAudioHardware::createAggregate(const AggregateDescription& description)
 }
 
 Status SimulatedAudioHardware::destroyAggregate(AudioObjectID device) {
-    return request(*graph_, Operation::destroyAggregate, device, [&] {
+    return release(*graph_, Operation::destroyAggregate, device, [&] {
         eraseId(graph_->devices, device);
         return eraseId(graph_->aggregates, device);
     });
@@ -192,7 +202,7 @@ StatusOr<IOProcID> SimulatedAudioHardware::createIOProc(AudioObjectID device, IO
 }
 
 Status SimulatedAudioHardware::destroyIOProc(AudioObjectID device, IOProcID proc) {
-    return request(*graph_, Operation::destroyIOProc, device, [&] {
+    return release(*graph_, Operation::destroyIOProc, device, [&] {
         return std::erase_if(graph_->ioProcs, [&](const IOProcState& item) {
                    return item.device == device && item.id == proc;
                }) > 0;

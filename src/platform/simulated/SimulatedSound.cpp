@@ -186,6 +186,7 @@ SimulatedSound::Census SimulatedSound::census() const {
                                 [](const OutputUnitState* item) { return item->running; }) +
                         running(graph_->inputUnits,
                                 [](const InputUnitState* item) { return item->startedAs != 0; }),
+        .wrongReleases = graph_->wrongReleases,
     };
 }
 

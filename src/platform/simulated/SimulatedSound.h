@@ -110,6 +110,7 @@ public:
         std::size_t runningIOProcs{};
         std::size_t units{}; ///< output and input units
         std::size_t runningUnits{};
+        std::size_t wrongReleases{}; ///< so far: of something that was not or no longer there
 
         bool operator==(const Census&) const = default;
     };

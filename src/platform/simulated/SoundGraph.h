@@ -92,6 +92,7 @@ struct SoundGraph {
     std::vector<TapState> taps;
     std::vector<AggregateState> aggregates; ///< all of them; public ones are devices as well
     std::vector<IOProcState> ioProcs;
+    std::size_t wrongReleases{};
     std::vector<TapDescription> tapHistory;
     std::vector<AggregateDescription> aggregateHistory;
 

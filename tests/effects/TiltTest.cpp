@@ -1,0 +1,77 @@
+#include "effects/Tilt.h"
+
+#include "effects/Signals.h"
+
+#include <gtest/gtest.h>
+
+namespace velmora {
+namespace {
+
+constexpr double rate = 48000.0;
+
+/// The gain of a tilt at one frequency, in dB.
+double gainDb(float amount, double hz) {
+    Tilt tilt;
+    tilt.retune(amount, rate);
+    auto samples = sine(48000, hz, 0.5);
+    const double before = settledRms(samples);
+    tilt.process(samples);
+    return 20.0 * std::log10(settledRms(samples) / before);
+}
+
+TEST(Tilt, StaysOffUpToOneHundredth) {
+    Tilt tilt;
+    for (const float amount : {0.0F, 0.005F, 0.01F, -0.01F, notANumber}) {
+        tilt.retune(amount, rate);
+        EXPECT_FALSE(tilt.isOn()) << amount;
+    }
+}
+
+TEST(Tilt, MovesByAboutFiveHundredthsOfADbJustAboveItsThreshold) {
+    Tilt tilt;
+    tilt.retune(0.011F, rate);
+
+    EXPECT_TRUE(tilt.isOn());
+    EXPECT_NEAR(gainDb(0.011F, 20.0), -0.0495, 0.005);
+    EXPECT_NEAR(gainDb(0.011F, 18000.0), 0.0495, 0.005);
+}
+
+TEST(Tilt, RaisesTheHighsAndLowersTheLowsAtFullTilt) {
+    EXPECT_NEAR(gainDb(1.0F, 20.0), -4.5, 0.1);
+    EXPECT_NEAR(gainDb(1.0F, 18000.0), 4.5, 0.1);
+}
+
+TEST(Tilt, DoesTheOppositeWhenNegative) {
+    EXPECT_NEAR(gainDb(-1.0F, 20.0), 4.5, 0.1);
+    EXPECT_NEAR(gainDb(-1.0F, 18000.0), -4.5, 0.1);
+}
+
+TEST(Tilt, GoesOffEntirelyAtZero) {
+    Tilt tilt;
+    tilt.retune(0.5F, rate);
+
+    tilt.retune(0.0F, rate);
+
+    EXPECT_FALSE(tilt.isOn());
+}
+
+TEST(Tilt, KeepsItsHistoryWhenRetuned) {
+    Tilt glided;
+    glided.retune(0.5F, rate);
+    auto before = constant(100, 0.5F);
+    glided.process(before);
+    glided.retune(0.6F, rate);
+    Tilt fresh;
+    fresh.retune(0.6F, rate);
+
+    std::vector<float> glidedFrame{0.5F, 0.5F};
+    std::vector<float> freshFrame{0.5F, 0.5F};
+    glided.process(glidedFrame);
+    fresh.process(freshFrame);
+
+    EXPECT_LT(std::abs(glidedFrame[0] - before.back()), 0.1F);
+    EXPECT_NE(glidedFrame, freshFrame);
+}
+
+} // namespace
+} // namespace velmora

@@ -19,6 +19,11 @@ void AppLauncher::launch(const InstalledApplication& application, Completion com
         });
 }
 
+void AppLauncher::forgetPending() {
+    timers_.clear();
+    self_ = std::make_shared<AppLauncher*>(this);
+}
+
 void AppLauncher::settle(Pending pending) {
     const auto timer = timers_.emplace(timers_.end());
     *timer = platform_.mainQueue.after(settlingTime,

@@ -33,6 +33,9 @@ public:
     /// meanwhile. None when it did not come up, or is gone again.
     void launch(const InstalledApplication& application, Completion completion);
 
+    /// The applications still come up, but nobody is told.
+    void forgetPending();
+
 private:
     struct Pending {
         std::string bundleID;

@@ -29,6 +29,8 @@ PresetRecall::PresetRecall(const Platform& platform,
 }
 
 void PresetRecall::apply(const Preset& preset, RecallOptions options) {
+    // What an earlier preset still waits for does not belong into this setup.
+    launcher_.forgetPending();
     const auto [resolved, missing, toLaunch] = resolve(preset, options.launchClosedApps);
     // From the first change on, the engine's observers may touch the list that `preset` lives in.
     const auto headphoneVolume = preset.headphoneVolume;
@@ -43,11 +45,17 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
     engine_.setHeadphoneVolume(headphoneVolume);
     engine_.setStreamVolume(streamVolume);
 
+    const auto notice =
+        missing.empty() ? std::nullopt : std::optional("Introuvable : " + joined(missing));
     if (!options.quiet) {
-        engine_.setLastError(missing.empty() ? std::nullopt
-                                             : std::optional("Introuvable : " + joined(missing)));
+        engine_.setLastError(notice);
     }
     restartIfRunning();
+    if (!options.quiet && notice && engine_.lastError() != notice) {
+        // The restart has cleared it; what the restart itself reports comes below.
+        const auto report = engine_.lastError();
+        engine_.setLastError(report ? *notice + "\n" + *report : *notice);
+    }
     for (const auto& entry : toLaunch) {
         launch(entry);
     }
@@ -134,7 +142,10 @@ void PresetRecall::addLaunched(const ToLaunch& entry,
 }
 
 void PresetRecall::restartIfRunning() {
-    if (engine_.isRunning()) {
+    if (engine_.isRunning() && engine_.sources().empty()) {
+        // A start without sources would leave the previous setup in the mix.
+        engine_.stop();
+    } else if (engine_.isRunning()) {
         engine_.start();
     }
 }

@@ -34,8 +34,9 @@ public:
     PresetRecall& operator=(const PresetRecall&) = delete;
 
     /// Replaces the engine's setup by what the preset holds and exists now. A running engine is
-    /// started again; a stopped one stays stopped. Launched applications join later, each on its
-    /// own, at their place in the preset.
+    /// started again, or stopped when nothing of the preset exists; a stopped one stays stopped.
+    /// Launched applications join later, each on its own, at their place in the preset, unless
+    /// another preset is applied first.
     void apply(const Preset& preset, RecallOptions options);
 
 private:

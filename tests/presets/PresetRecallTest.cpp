@@ -254,14 +254,42 @@ TEST_F(RunningRecallTest, ARunningEngineRestartsAndTheNewSetupIsHeard) {
     EXPECT_FLOAT_EQ(heard(), 0.5F * 0.25F);
 }
 
-TEST_F(RunningRecallTest, TheRestartClearsTheListOfTheMissing) {
+TEST_F(RunningRecallTest, TheListOfTheMissingOutlastsTheRestart) {
     startPlayer(20, "org.example.player", 0.25F);
     apply({app("Player", "org.example.player")}, chosen);
     engine_.start();
 
     apply({app("Player", "org.example.player"), device("Micro", "gone")}, chosen);
 
-    EXPECT_EQ(engine_.lastError(), std::nullopt);
+    EXPECT_EQ(engine_.lastError(), "Introuvable : Micro");
+}
+
+TEST_F(RunningRecallTest, WhatTheRestartReportsComesBelowTheMissing) {
+    startPlayer(20, "org.example.player", 0.25F);
+    apply({app("Player", "org.example.player")}, chosen);
+    engine_.start();
+    machine_.startApplication(22, "Silent", "org.example.silent");
+
+    apply({app("Player", "org.example.player"),
+           app("Silent", "org.example.silent"),
+           device("Micro", "gone")},
+          chosen);
+
+    EXPECT_EQ(engine_.lastError(),
+              "Introuvable : Micro\n"
+              "Silent : Cette app n'a pas encore de son — lance une lecture dedans, puis "
+              "re-sélectionne-la.");
+}
+
+TEST_F(RunningRecallTest, ASetupOfWhichNothingExistsLeavesNothingOfThePreviousOneInTheMix) {
+    startPlayer(20, "org.example.player", 0.25F);
+    apply({app("Player", "org.example.player")}, chosen);
+    engine_.start();
+
+    apply({device("Micro", "gone")}, chosen);
+
+    EXPECT_FALSE(engine_.isRunning());
+    EXPECT_EQ(engine_.lastError(), "Introuvable : Micro");
 }
 
 TEST_F(RunningRecallTest, ALaunchedApplicationIsHeardOnceItHasJoined) {

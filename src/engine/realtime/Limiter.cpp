@@ -17,10 +17,12 @@ void Limiter::setSampleRate(double sampleRate) noexcept {
 
 void Limiter::process(std::span<float> samples) noexcept {
     float g = std::isfinite(gain) ? gain : 1.0F;
+    // Any other coefficient would let the gain run away; without one it returns at once.
+    const float release = releaseCoeff >= 0.0F && releaseCoeff <= 1.0F ? releaseCoeff : 0.0F;
     for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
         const float peak = std::max(std::abs(samples[i]), std::abs(samples[i + 1]));
         const float target = g * peak > ceiling ? ceiling / std::max(peak, smallestPeak) : 1.0F;
-        g = g > target ? target : target + releaseCoeff * (g - target);
+        g = g > target ? target : target + release * (g - target);
         samples[i] *= g;
         samples[i + 1] *= g;
     }

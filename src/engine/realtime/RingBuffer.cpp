@@ -35,10 +35,14 @@ void RingBuffer::write(const float* samples, std::int64_t count) noexcept {
 }
 
 void RingBuffer::read(float* destination, std::int64_t count) noexcept {
+    if (capacity_ == 0) {
+        std::fill_n(destination, std::max<std::int64_t>(count, 0), 0.0F);
+        return;
+    }
     const std::int64_t backlog = availableToRead();
-    countRead(backlog, count);
     const std::int64_t wholeFrames = backlog & ~std::int64_t{1};
     const std::int64_t dropped = std::max<std::int64_t>(wholeFrames - maxBacklog, 0);
+    countRead(backlog, backlog < count, dropped > 0);
     const std::int64_t position = wrapped(readIndex_.load() + dropped);
     const std::int64_t copied = std::clamp<std::int64_t>(count, 0, backlog - dropped);
     const std::int64_t beforeEnd = std::min(copied, capacity_ - position);
@@ -52,7 +56,7 @@ void RingBuffer::clear() noexcept {
     readIndex_.store(writeIndex_.load());
 }
 
-void RingBuffer::countRead(std::int64_t backlog, std::int64_t count) noexcept {
+void RingBuffer::countRead(std::int64_t backlog, bool underruns, bool trims) noexcept {
     hasFoundData_ = hasFoundData_ || backlog > 0;
     if (!hasFoundData_) {
         return;
@@ -64,10 +68,10 @@ void RingBuffer::countRead(std::int64_t backlog, std::int64_t count) noexcept {
     backlog_.set(backlog);
     backlogMin_.set(restarts ? backlog : std::min(backlogMin_.get(), backlog));
     backlogMax_.set(restarts ? backlog : std::max(backlogMax_.get(), backlog));
-    if (backlog < count) {
+    if (underruns) {
         underruns_.increment();
     }
-    if (backlog > maxBacklog) {
+    if (trims) {
         trims_.increment();
     }
 }

@@ -74,7 +74,7 @@ private:
     };
 
     [[nodiscard]] std::int64_t wrapped(std::int64_t position) const noexcept;
-    void countRead(std::int64_t backlog, std::int64_t count) noexcept;
+    void countRead(std::int64_t backlog, bool underruns, bool trims) noexcept;
 
     // Far enough apart that producer and consumer do not share a cache line.
     static constexpr std::size_t cacheLine = 64;

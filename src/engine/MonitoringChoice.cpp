@@ -3,6 +3,7 @@
 #include "capture/DeviceQueries.h"
 
 #include <charconv>
+#include <string>
 #include <string_view>
 
 namespace velmora {
@@ -41,7 +42,8 @@ Selection parse(std::string_view selection) {
 
 std::optional<OutputTarget> chosenDevice(const AudioHardware& hardware,
                                          const std::optional<std::string>& selection) {
-    const Selection wanted = parse(selection.value_or(""));
+    const std::string text = selection.value_or("");
+    const Selection wanted = parse(text); // views into `text`
     if (wanted.uid.empty()) {
         return std::nullopt;
     }

@@ -137,10 +137,14 @@ void FilterNode::checkCalls() {
 
 void FilterNode::onProcess(const spa_io_position* position) noexcept {
     calls_.fetch_add(1, std::memory_order_relaxed);
-    if (position != nullptr) {
-        flushDenormals();
-        handler_.process(*this, *position);
+    if (position == nullptr) {
+        return;
     }
+    flushDenormals();
+    const spa_io_clock& clock = position->clock;
+    const auto frames = static_cast<std::uint32_t>(clock.duration);
+    handler_.process(*this,
+                     {.frames = frames, .turn = clock_.next(clock.id, clock.position, frames)});
 }
 
 } // namespace velmora::pipewire

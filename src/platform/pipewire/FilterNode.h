@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Status.h"
+#include "platform/pipewire/CycleClock.h"
 #include "platform/pipewire/Handles.h"
 #include "platform/pipewire/Loop.h"
 
@@ -32,12 +33,17 @@ public:
         double rateHz{};
     };
 
+    struct Cycle {
+        std::uint32_t frames{}; ///< length of every port's block
+        CycleClock::Turn turn;
+    };
+
     /// Receives the cycles of one node.
     class Handler {
     public:
         virtual ~Handler() = default;
         /// Threads: the node's real-time thread. Must not allocate, block or throw.
-        virtual void process(const FilterNode& node, const spa_io_position& position) noexcept = 0;
+        virtual void process(const FilterNode& node, const Cycle& cycle) noexcept = 0;
     };
 
     /// Connects to the daemon; the ports appear shortly after. `handler` outlives the node.
@@ -63,6 +69,7 @@ private:
 
     Handler& handler_;
     std::atomic<std::uint64_t> calls_{0}; // written by the real-time thread
+    CycleClock clock_;                    // real-time thread
     std::uint64_t callsSeen_ = 0;         // loop thread
     Loop loop_;
     std::unique_ptr<LoopTimer> watchdog_;

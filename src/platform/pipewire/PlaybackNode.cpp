@@ -42,13 +42,22 @@ StatusOr<std::unique_ptr<PlaybackNode>> PlaybackNode::open(std::string name,
     return playback;
 }
 
-void PlaybackNode::process(const FilterNode& node, const spa_io_position& position) noexcept {
-    const auto total = static_cast<std::size_t>(position.clock.duration);
-    const auto frames = static_cast<std::uint32_t>(total);
-    float* const left = node.buffer(leftPort, frames);
-    float* const right = node.buffer(rightPort, frames);
+void PlaybackNode::process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept {
+    const std::size_t total = cycle.frames;
+    float* const left = node.buffer(leftPort, cycle.frames);
+    float* const right = node.buffer(rightPort, cycle.frames);
     // Its content is silence; taking it keeps the link, and with it the order of the nodes, alive.
-    static_cast<void>(node.buffer(syncPort, frames));
+    static_cast<void>(node.buffer(syncPort, cycle.frames));
+    if (cycle.turn.isRepeated) {
+        for (float* const channel : {left, right}) {
+            std::fill_n(channel, channel == nullptr ? 0 : total, 0.0F);
+        }
+        return;
+    }
+    if (cycle.turn.missedFrames > 0) {
+        const std::array<float*, 2> dropped = {unheardLeft_.data(), unheardRight_.data()};
+        render_(static_cast<std::int64_t>(cycle.turn.missedFrames), dropped);
+    }
     for (std::size_t done = 0; done < total;) {
         const std::size_t block = std::min(total - done, unheardLeft_.size());
         const std::array<float*, 2> channels = {left == nullptr ? unheardLeft_.data() : left + done,

@@ -19,7 +19,7 @@ public:
 
 private:
     explicit PlaybackNode(RenderCallback render);
-    void process(const FilterNode& node, const spa_io_position& position) noexcept override;
+    void process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept override;
 
     RenderCallback render_;
     std::vector<float> unheardLeft_; // real-time thread; takes the sound of a port without a link

@@ -38,14 +38,20 @@ StatusOr<std::unique_ptr<RecordingNode>> RecordingNode::open(const Spec& spec,
     return recording;
 }
 
-void RecordingNode::process(const FilterNode& node, const spa_io_position& position) noexcept {
-    const auto total = static_cast<std::size_t>(position.clock.duration);
-    const auto frames = static_cast<std::uint32_t>(total);
+void RecordingNode::process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept {
+    const std::size_t total = cycle.frames;
     for (std::size_t at = 0; at < blocks_.size(); ++at) {
-        blocks_[at] = node.buffer(at, frames);
+        blocks_[at] = node.buffer(at, cycle.frames);
     }
-    if (float* const sync = node.buffer(blocks_.size(), frames)) {
+    if (float* const sync = node.buffer(blocks_.size(), cycle.frames)) {
         std::fill_n(sync, total, 0.0F);
+    }
+    if (cycle.turn.isRepeated) {
+        return;
+    }
+    if (cycle.turn.missedFrames > 0) {
+        std::ranges::fill(handed_, silence_.data());
+        receive_(static_cast<std::int64_t>(cycle.turn.missedFrames), handed_);
     }
     for (std::size_t done = 0; done < total;) {
         const std::size_t block = std::min(total - done, silence_.size());

@@ -26,7 +26,7 @@ public:
 
 private:
     RecordingNode(std::uint32_t channels, ReceiveCallback receive);
-    void process(const FilterNode& node, const spa_io_position& position) noexcept override;
+    void process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept override;
 
     ReceiveCallback receive_;
     std::vector<const float*> blocks_; // real-time thread; whole cycle, one per channel

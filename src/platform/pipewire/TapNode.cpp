@@ -46,15 +46,21 @@ StatusOr<std::unique_ptr<TapNode>> TapNode::open(const Spec& spec, IOCallback ca
     return tap;
 }
 
-void TapNode::process(const FilterNode& node, const spa_io_position& position) noexcept {
-    const auto total = static_cast<std::size_t>(position.clock.duration);
-    const auto frames = static_cast<std::uint32_t>(total);
+void TapNode::process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept {
+    const std::size_t total = cycle.frames;
     std::array<const float*, inputCount> inputs{};
     for (std::size_t at = 0; at < inputCount; ++at) {
-        inputs[at] = node.buffer(at, frames);
+        inputs[at] = node.buffer(at, cycle.frames);
     }
-    if (float* const sync = node.buffer(syncPort, frames)) {
+    if (float* const sync = node.buffer(syncPort, cycle.frames)) {
         std::fill_n(sync, total, 0.0F);
+    }
+    if (cycle.turn.isRepeated) {
+        return;
+    }
+    if (cycle.turn.missedFrames > 0) {
+        std::fill_n(interleaved_.data(), 2 * cycle.turn.missedFrames, 0.0F);
+        handOn(cycle.turn.missedFrames);
     }
     for (std::size_t done = 0; done < total;) {
         const std::size_t block = std::min(total - done, silence_.size());
@@ -73,11 +79,14 @@ void TapNode::process(const FilterNode& node, const spa_io_position& position) n
             interleaved_[2 * at + 1] =
                 scale_ * (right[at] + surroundGain * (centre[at] + surroundRight[at]));
         }
-        IOBuffer buffer{.data = interleaved_.data(),
-                        .samples = static_cast<std::int64_t>(2 * block)};
-        callback_(std::span(&buffer, 1));
+        handOn(block);
         done += block;
     }
+}
+
+void TapNode::handOn(std::size_t frames) noexcept {
+    IOBuffer buffer{.data = interleaved_.data(), .samples = static_cast<std::int64_t>(2 * frames)};
+    callback_(std::span(&buffer, 1));
 }
 
 } // namespace velmora::pipewire

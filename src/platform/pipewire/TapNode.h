@@ -26,7 +26,8 @@ public:
 
 private:
     TapNode(float scale, IOCallback callback);
-    void process(const FilterNode& node, const spa_io_position& position) noexcept override;
+    void process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept override;
+    void handOn(std::size_t frames) noexcept;
 
     float scale_;
     IOCallback callback_;

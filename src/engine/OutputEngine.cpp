@@ -5,7 +5,6 @@
 #include "engine/realtime/Limiter.h"
 #include "engine/realtime/OutputMix.h"
 
-#include <cmath>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,7 +12,6 @@
 namespace velmora {
 namespace {
 
-constexpr double releaseSeconds = 0.08;
 constexpr std::int32_t silent = -1;
 
 /// "3-4". Counted without a sign, because a stored choice may name any number.
@@ -41,11 +39,6 @@ void routeChannels(OutputUnit& unit, const AudioHardware& hardware, const Output
                    "Routage vers les sorties " + pairText(first) + " refusé");
 }
 
-/// Per frame. In double, rounded once: the float nearest to the exact value.
-float releaseCoefficient(double rateHz) {
-    return static_cast<float>(std::exp(-1.0 / (rateHz * releaseSeconds)));
-}
-
 } // namespace
 
 std::unique_ptr<OutputUnit> makeOutputEngine(AudioHardware& hardware,
@@ -58,7 +51,7 @@ std::unique_ptr<OutputUnit> makeOutputEngine(AudioHardware& hardware,
     throwIfRefused(unit->setDevice(target.device), "Impossible d'assigner la sortie");
     hardware.requestBufferFrames(target.device, requestedBlockFrames);
     routeChannels(*unit, hardware, target);
-    limiter->releaseCoeff = releaseCoefficient(unit->sampleRate());
+    limiter->setSampleRate(unit->sampleRate());
     auto mix = std::make_shared<OutputMix>(std::move(rings), std::move(limiter), std::move(volume));
     throwIfRefused(unit->start([mix](std::int64_t frames, std::span<float* const> channels) {
         mix->render(frames, channels);

@@ -1,35 +1,20 @@
 #include "platform/qt/QtMainQueue.h"
 
 #include "platform/contract/MainQueueContract.h"
+#include "platform/qt/QtEventLoop.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QThread>
-#include <QTimer>
 
 namespace velmora {
 
 class QtQueueRig {
 public:
     MainQueue& queue() { return *queue_; }
-
-    bool runUntil(const std::function<bool()>& condition) {
-        const QDeadlineTimer patience(std::chrono::seconds{20});
-        QTimer wake; // ends the wait when nothing else does
-        wake.start(std::chrono::milliseconds{100});
-        while (!condition() && !patience.hasExpired()) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        return condition();
-    }
-
+    bool runUntil(const std::function<bool()>& condition) { return loop_.runUntil(condition); }
     void destroyQueue() { queue_.reset(); }
 
 private:
-    int argumentCount_ = 1;
-    char name_[1] = "";
-    char* arguments_[2] = {name_, nullptr};
-    QCoreApplication application_{argumentCount_, arguments_};
+    QtEventLoop loop_;
     std::unique_ptr<QtMainQueue> queue_ = std::make_unique<QtMainQueue>();
 };
 

@@ -1,0 +1,66 @@
+// LaunchRig.h: a desktop whose applications can really be launched.
+#pragma once
+
+#include "platform/desktop/DesktopApplications.h"
+#include "platform/desktop/FakeDesktop.h"
+#include "platform/qt/QtEventLoop.h"
+#include "platform/qt/QtMainQueue.h"
+
+#include <csignal>
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace velmora {
+
+/// The real /proc, and desktop entries and programs in a folder of the test's own.
+class LaunchRig {
+public:
+    LaunchRig() : applications_(queue_, {.dataFolders = {desktop.data()}}) {}
+    ~LaunchRig() {
+        for (const std::string& id : ids_) {
+            for (const auto& instance : applications_.byBundleID(id)) {
+                quit(instance.pid);
+            }
+        }
+    }
+    LaunchRig(const LaunchRig&) = delete;
+    LaunchRig& operator=(const LaunchRig&) = delete;
+
+    DesktopApplications& applications() { return applications_; }
+    bool runUntil(const std::function<bool()>& condition) { return loop_.runUntil(condition); }
+
+    /// The path of a program that stays until it is ended, under a name of its own.
+    std::string addPlayer(const std::string& name) {
+        fs::create_directories(desktop.program(name).parent_path());
+        fs::copy_file(VELMORA_IDLE_PLAYER, desktop.program(name));
+        return desktop.program(name);
+    }
+
+    void addEntry(const std::string& id, const std::string& lines) {
+        desktop.addEntry(id, lines);
+        ids_.insert(id);
+    }
+
+    void install(const std::string& id, const std::string& name) {
+        addEntry(id, "Name=" + name + "\nIcon=icon-" + id + "\nExec=" + addPlayer(id) + " %U\n");
+    }
+
+    void installFailing(const std::string& id) { addEntry(id, "Exec=/bin/false\n"); }
+
+    void quit(std::int32_t pid) {
+        ::kill(pid, SIGKILL);
+        EXPECT_TRUE(runUntil([&] { return !applications_.byPid(pid).has_value(); }));
+    }
+
+    FakeDesktop desktop;
+
+private:
+    QtEventLoop loop_;
+    QtMainQueue queue_;
+    std::set<std::string> ids_;
+    DesktopApplications applications_;
+};
+
+} // namespace velmora

@@ -136,7 +136,7 @@ TEST(ReverbChannel, RecoversFromBadSamples) {
     EXPECT_EQ(impulseResponse(channel, 200), impulseResponse(silent, 200));
 }
 
-TEST(ReverbChannel, RefusesARateThatGivesNoLength) {
+TEST(ReverbChannelDeathTest, RefusesARateThatGivesNoLength) {
     ReverbChannel channel;
 
     EXPECT_DEATH(channel.configure(static_cast<double>(notANumber), 0), "");

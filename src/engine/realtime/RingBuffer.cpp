@@ -13,10 +13,13 @@ std::int64_t RingBuffer::wrapped(std::int64_t position) const noexcept {
     return position >= capacity_ ? position % capacity_ : position;
 }
 
-std::int64_t RingBuffer::availableToRead() const noexcept {
+std::int64_t RingBuffer::availableFrom(std::int64_t position) const noexcept {
     const std::int64_t written = writeIndex_.load();
-    const std::int64_t read = readIndex_.load();
-    return written >= read ? written - read : capacity_ - read + written;
+    return written >= position ? written - position : capacity_ - position + written;
+}
+
+std::int64_t RingBuffer::availableToRead() const noexcept {
+    return availableFrom(readIndex_.load());
 }
 
 void RingBuffer::write(const float* samples, std::int64_t count) noexcept {
@@ -39,11 +42,13 @@ void RingBuffer::read(float* destination, std::int64_t count) noexcept {
         std::fill_n(destination, std::max<std::int64_t>(count, 0), 0.0F);
         return;
     }
-    const std::int64_t backlog = availableToRead();
+    // Loaded once: a clear meanwhile is lost, but never moves the two apart.
+    const std::int64_t start = readIndex_.load();
+    const std::int64_t backlog = availableFrom(start);
     const std::int64_t wholeFrames = backlog & ~std::int64_t{1};
     const std::int64_t dropped = std::max<std::int64_t>(wholeFrames - maxBacklog, 0);
-    countRead(backlog, backlog < count, dropped > 0);
-    const std::int64_t position = wrapped(readIndex_.load() + dropped);
+    countRead(backlog, backlog<count, dropped> 0);
+    const std::int64_t position = wrapped(start + dropped);
     const std::int64_t copied = std::clamp<std::int64_t>(count, 0, backlog - dropped);
     const std::int64_t beforeEnd = std::min(copied, capacity_ - position);
     std::copy_n(samples_.data() + position, beforeEnd, destination);

@@ -73,6 +73,7 @@ private:
         std::atomic<std::int64_t> value_{0};
     };
 
+    [[nodiscard]] std::int64_t availableFrom(std::int64_t position) const noexcept;
     [[nodiscard]] std::int64_t wrapped(std::int64_t position) const noexcept;
     void countRead(std::int64_t backlog, bool underruns, bool trims) noexcept;
 

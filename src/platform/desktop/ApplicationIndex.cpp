@@ -36,6 +36,7 @@ bool crossesTerminal(const ProcessStat& child, const ProcessStat& parent) {
 } // namespace
 
 const DesktopEntry* ApplicationIndex::entryOf(std::int32_t pid) {
+    ++question_;
     const auto process = processes_.stat(pid);
     return process ? entries_.find(entryIdOf(*process, 0)) : nullptr;
 }
@@ -43,15 +44,20 @@ const DesktopEntry* ApplicationIndex::entryOf(std::int32_t pid) {
 std::string ApplicationIndex::entryIdOf(const ProcessStat& process, int depth) {
     const auto known = known_.find(process.pid);
     if (known != known_.end() && known->second.startTicks == process.startTicks &&
-        known->second.name == process.name && known->second.generation == entries_.generation()) {
+        known->second.name == process.name && known->second.generation == entries_.generation() &&
+        (known->second.isSettled || known->second.question == question_)) {
         return known->second.entryId;
     }
     bool isFinal = false;
     std::string entryId = identify(process, depth, isFinal);
-    if (isFinal || processes_.ageSeconds(process) > settledSeconds) {
-        known_.insert_or_assign(
-            process.pid, Known{process.startTicks, process.name, entries_.generation(), entryId});
-    }
+    known_.insert_or_assign(
+        process.pid,
+        Known{.startTicks = process.startTicks,
+              .name = process.name,
+              .generation = entries_.generation(),
+              .question = question_,
+              .isSettled = isFinal || processes_.ageSeconds(process) > settledSeconds,
+              .entryId = entryId});
     return entryId;
 }
 
@@ -177,6 +183,11 @@ bool ApplicationIndex::isSameApplication(const ProcessStat& child, const Process
 }
 
 std::int32_t ApplicationIndex::leader(std::int32_t pid) {
+    ++question_;
+    return leaderOf(pid);
+}
+
+std::int32_t ApplicationIndex::leaderOf(std::int32_t pid) {
     std::int32_t leader = pid;
     auto process = processes_.stat(pid);
     for (int depth = 0; process && process->parent > 1 && depth < deepestAncestor; ++depth) {
@@ -193,6 +204,7 @@ std::int32_t ApplicationIndex::leader(std::int32_t pid) {
 }
 
 std::vector<std::int32_t> ApplicationIndex::leadersOf(std::string_view entryId) {
+    ++question_;
     using Started = std::pair<std::uint64_t, std::int32_t>; // ticks and process id
     std::set<Started> programs;
     std::set<Started> shells;
@@ -205,7 +217,7 @@ std::vector<std::int32_t> ApplicationIndex::leadersOf(std::string_view entryId) 
         if (!process || entryId.empty() || entryIdOf(*process, 0) != entryId) {
             continue;
         }
-        const auto leading = processes_.stat(leader(pid)).value_or(*process);
+        const auto leading = processes_.stat(leaderOf(pid)).value_or(*process);
         (isShellProcess(leading.pid) ? shells : programs).emplace(leading.startTicks, leading.pid);
     }
     std::vector<std::int32_t> leaders;

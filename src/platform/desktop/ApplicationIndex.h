@@ -48,9 +48,12 @@ private:
         std::uint64_t startTicks{};
         std::string name; // changes when the process runs another program
         std::uint64_t generation{};
-        std::string entryId; // empty = none
+        std::uint64_t question{}; // asked last
+        bool isSettled{};         // holds for later questions as well
+        std::string entryId;      // empty = none
     };
 
+    [[nodiscard]] std::int32_t leaderOf(std::int32_t pid);
     [[nodiscard]] std::string entryIdOf(const ProcessStat& process, int depth);
     [[nodiscard]] std::string identify(const ProcessStat& process, int depth, bool& isFinal);
     [[nodiscard]] LaunchMark launchMarkOf(std::int32_t pid) const;
@@ -66,6 +69,7 @@ private:
     const ProcFiles& processes_;
     DesktopEntries& entries_;
     std::map<std::int32_t, Known> known_;
+    std::uint64_t question_ = 0; // number of the public call that is being answered
 };
 
 } // namespace velmora

@@ -1,56 +1,13 @@
 #include "platform/sqlite/StoreFixture.h"
+#include "support/AcknowledgingProgram.h"
 
-#include <array>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <random>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace velmora {
 namespace {
-
-/// Another process that writes 1, 2, 3, … into the store and acknowledges each.
-class Writer {
-public:
-    Writer(const fs::path& file, std::uint64_t first) {
-        std::array<int, 2> pipeEnds{};
-        if (pipe(pipeEnds.data()) != 0) {
-            throw std::runtime_error("pipe");
-        }
-        const std::string number = std::to_string(first);
-        pid_ = fork();
-        if (pid_ == 0) {
-            dup2(pipeEnds[1], STDOUT_FILENO);
-            execl(VELMORA_STORE_WRITER, "store_writer", file.c_str(), number.c_str(), nullptr);
-            _exit(127);
-        }
-        close(pipeEnds[1]);
-        acknowledgements_ = pipeEnds[0];
-    }
-    ~Writer() { close(acknowledgements_); }
-    Writer(const Writer&) = delete;
-    Writer& operator=(const Writer&) = delete;
-
-    /// Waits for the next acknowledgement; false when the writer is gone.
-    bool next() { return read(acknowledgements_, &last_, sizeof last_) == sizeof last_; }
-
-    /// Kills it and returns the last number that it acknowledged.
-    std::uint64_t kill() {
-        ::kill(pid_, SIGKILL);
-        while (next()) {
-        }
-        int status = 0;
-        waitpid(pid_, &status, 0);
-        EXPECT_TRUE(WIFSIGNALED(status)) << "the writer ended by itself: " << status;
-        return last_;
-    }
-
-private:
-    pid_t pid_ = 0;
-    int acknowledgements_ = -1;
-    std::uint64_t last_ = 0;
-};
 
 /// What the store holds after the numbers up to and including `last`.
 std::map<std::string, DefaultsValue> expectedAfter(std::uint64_t last) {
@@ -91,7 +48,9 @@ TEST(KilledWriter, LosesNoAcknowledgedWriteAtFiveHundredMoments) {
     std::uint64_t last = 0;
 
     for (int round = 0; round < kills; ++round) {
-        Writer writer(disk.path(), last + 1);
+        // Writes 1, 2, 3, … into the store and acknowledges each.
+        support::AcknowledgingProgram writer(
+            {VELMORA_STORE_WRITER, disk.path(), std::to_string(last + 1)});
         // Every tenth is killed somewhere in its start, the others somewhere after so many writes.
         const auto writes = round % 10 == 0 ? 0 : 1 + random() % 1000;
         for (std::uint64_t written = 0; written < writes; ++written) {
@@ -99,7 +58,8 @@ TEST(KilledWriter, LosesNoAcknowledgedWriteAtFiveHundredMoments) {
         }
         // Spreads the kill over the steps of a start and of a write; no expectation hangs on it.
         usleep(static_cast<useconds_t>(random() % 2000));
-        last = std::max(last, writer.kill());
+        ASSERT_TRUE(writer.kill()) << "the writer ended by itself";
+        last = writer.last().value_or(last);
 
         disk.nextLaunch();
         const auto stored = storedIn(disk.store());

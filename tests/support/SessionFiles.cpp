@@ -61,10 +61,12 @@ std::string adapterArguments(const SessionDevice& device) {
         positions += position + " ";
     }
     const std::string priority = std::to_string(device.priority);
+    // WirePlumber 0.4.13 crashes when a device goes while it is waiting to be suspended.
     return "{ factory.name = support.null-audio-sink node.name = " + device.name +
            " node.description = \"" + device.description + "\" media.class = " + device.mediaClass +
            " audio.position = [ " + positions + "] priority.session = " + priority +
-           " priority.driver = " + priority + " object.linger = true }";
+           " priority.driver = " + priority +
+           " session.suspend-timeout-seconds = 0 object.linger = true }";
 }
 
 void writeSessionFiles(const fs::path& folder, const PrivateSession::Setup& setup) {

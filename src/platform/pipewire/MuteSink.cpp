@@ -1,8 +1,6 @@
 #include "platform/pipewire/MuteSink.h"
 
-#include "platform/pipewire/Devices.h"
-
-#include <algorithm>
+#include "platform/pipewire/MuteLayout.h"
 
 namespace velmora::pipewire {
 namespace {
@@ -11,32 +9,7 @@ constexpr const char* targetObjectKey = "target.object";
 constexpr const char* targetNodeKey = "target.node";
 constexpr const char* idType = "Spa:Id";
 
-const Node* sinkOf(const Graph& graph, Serial stream) {
-    for (const auto& [serial, link] : graph.links()) {
-        const Node* const sink = graph.node(link.inputNode);
-        if (link.outputNode == stream && sink != nullptr && sink->mediaClass == "Audio/Sink") {
-            return sink;
-        }
-    }
-    return nullptr;
-}
-
 } // namespace
-
-std::string targetLayout(const Graph& graph, const std::vector<Serial>& streams) {
-    const Node* sink = graph.nodeNamed(graph.defaultSinkName().value_or(""));
-    for (const Serial stream : streams) {
-        if (const Node* const target = sinkOf(graph, stream)) {
-            sink = target;
-            break;
-        }
-    }
-    std::string positions;
-    for (const Port& port : sink == nullptr ? std::vector<Port>{} : playbackPorts(*sink)) {
-        positions += (positions.empty() ? "" : ",") + port.channel;
-    }
-    return "[" + (positions.empty() ? "FL,FR" : positions) + "]";
-}
 
 MuteSink::MuteSink(Connection& connection, std::string name)
     : connection_(connection), name_(std::move(name)) {
@@ -70,6 +43,9 @@ void MuteSink::follow(const Graph& graph, const std::vector<Serial>& streams) {
                                     {"node.virtual", "true"},
                                     {"priority.session", "0"},
                                     {"priority.driver", "0"},
+                                    // WirePlumber 0.4.13 crashes (suspend-node.lua) when a sink
+                                    // goes while it is waiting to be suspended.
+                                    {"session.suspend-timeout-seconds", "0"},
                                     // Keeps its volume out of the session manager's files.
                                     {"device.routes", "1"}});
     }

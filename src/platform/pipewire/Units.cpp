@@ -11,6 +11,7 @@ namespace {
 
 /// The device that a unit was pointed at.
 struct Target {
+    AudioObjectID id{};
     std::string uid;
     std::uint32_t channels{};
     std::uint32_t blockFrames{usualBlockFrames};
@@ -33,12 +34,22 @@ StatusOr<Target> findTarget(Session& session, AudioObjectID id, Scope scope) {
             return std::unexpected(-ENXIO);
         }
         const auto asked = state.blockFrames.find(id);
-        return Target{.uid = device->uid,
+        return Target{.id = id,
+                      .uid = device->uid,
                       .channels = channels,
                       .blockFrames =
                           asked == state.blockFrames.end() ? usualBlockFrames : asked->second,
                       .rateHz = state.graph.rate()};
     });
+}
+
+/// The device may have gone since the unit was pointed at it.
+Status checkTarget(Session& session, const std::optional<Target>& target, Scope scope) {
+    if (!target) {
+        return -ENODEV;
+    }
+    const auto found = findTarget(session, target->id, scope);
+    return found ? statusOk : found.error();
 }
 
 /// A route that exists as long as this object.
@@ -95,8 +106,9 @@ public:
 
     Status start(RenderCallback render) override {
         stop();
-        if (!target_) {
-            return -ENODEV;
+        if (const Status status = checkTarget(session_, target_, Scope::output);
+            status != statusOk) {
+            return status;
         }
         route_.emplace(session_, "output", PlaybackRoute{.deviceUID = target_->uid, .map = map_});
         auto node = PlaybackNode::open(
@@ -144,8 +156,9 @@ public:
 
     Status start(ReceiveCallback receive) override {
         stop();
-        if (!target_) {
-            return -ENODEV;
+        if (const Status status = checkTarget(session_, target_, Scope::input);
+            status != statusOk) {
+            return status;
         }
         route_.emplace(session_,
                        "input",

@@ -35,8 +35,11 @@ ProxyHandle createVirtualMicrophone(Connection& connection) {
                               {"node.name", "velmora.mic"},
                               {"node.description", "Velmora Microphone"},
                               {"audio.position", "[FL,FR]"},
-                              // Any other device makes the better clock.
+                              {"node.virtual", "true"},
+                              // As the clock it would add a block of delay to everything.
                               {"priority.driver", "1"},
+                              // Never the default microphone by itself.
+                              {"priority.session", "1"},
                               {"object.linger", "true"}});
 }
 

@@ -1,0 +1,97 @@
+#include "platform/contract/AudioContract.h"
+#include "platform/pipewire/PipeWireAudio.h"
+#include "platform/qt/QtMainQueue.h"
+#include "support/ClientPrograms.h"
+#include "support/PrivateSession.h"
+#include "support/Wait.h"
+
+#include <list>
+#include <memory>
+#include <set>
+#include <utility>
+
+namespace velmora {
+
+/// One session for all tests; each has a backend, applications and devices of its own.
+class PipeWireAudioRig {
+public:
+    PipeWireAudioRig() = default;
+    ~PipeWireAudioRig() {
+        apps_.clear();
+        feeders_.clear();
+        for (const std::string& uid : devices_) {
+            session().remove(uid);
+        }
+    }
+    PipeWireAudioRig(const PipeWireAudioRig&) = delete;
+    PipeWireAudioRig& operator=(const PipeWireAudioRig&) = delete;
+
+    AudioHardware& hardware() { return audio_.hardware(); }
+    AudioUnits& units() { return audio_.units(); }
+
+    void makeDevice(const ContractDevice& device) {
+        std::vector<std::string> positions = {"FL", "FR"};
+        if (device.outputs > 2) {
+            positions.clear();
+            for (std::uint32_t at = 0; at < device.outputs; ++at) {
+                positions.push_back("AUX" + std::to_string(at));
+            }
+        }
+        session().add({.name = device.uid,
+                       .description = device.name,
+                       .mediaClass = device.inputs > 0 ? "Audio/Duplex" : "Audio/Sink",
+                       .positions = positions});
+        devices_.insert(device.uid);
+    }
+    void removeDevice(const std::string& uid) {
+        session().remove(uid);
+        devices_.erase(uid);
+    }
+    void makeDefault(const std::string& uid) {
+        // The main queue stands still meanwhile, as in a program whose main thread is busy.
+        const auto running = std::exchange(support::betweenLooks, [] {});
+        session().setDefaultSink(uid);
+        support::betweenLooks = running;
+    }
+
+    std::int32_t playTone(const std::string&, double hz, double db) {
+        const auto& app = apps_.emplace_back(session());
+        app.play("tone", hz, hz, db);
+        return app.pid();
+    }
+    void feed(const std::string& uid, std::size_t channel, double hz, double db) {
+        feeders_.push_back(
+            std::make_unique<support::Feeder>(session(),
+                                              uid,
+                                              std::vector<int>{static_cast<int>(channel)},
+                                              support::Tone{.hz = {hz}, .db = db}));
+    }
+    std::vector<float> listen(const std::string& uid, std::size_t channel, std::size_t frames) {
+        const support::Recorder recorder(session(), uid, {static_cast<int>(channel)});
+        EXPECT_TRUE(support::waitUntil([&] { return recorder.frames() >= frames; })) << uid;
+        const auto sound = recorder.latest(static_cast<double>(frames) / 48000.0);
+        return sound.channel(0);
+    }
+    bool wait(const std::function<bool()>& condition) { return support::waitUntil(condition); }
+
+private:
+    static support::PrivateSession& session() {
+        static const auto made = [] {
+            auto one = std::make_unique<support::PrivateSession>(support::PrivateSession::Setup{});
+            one->enter();
+            return one;
+        }();
+        return *made;
+    }
+
+    support::PrivateSession& session_ = session(); // before the backend looks for its daemon
+    QtMainQueue queue_;
+    PipeWireAudio audio_{queue_};
+    std::set<std::string> devices_;
+    std::list<support::ToneApp> apps_;
+    std::list<std::unique_ptr<support::Feeder>> feeders_;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(PipeWire, AudioContract, PipeWireAudioRig);
+
+} // namespace velmora

@@ -44,25 +44,35 @@ std::string fullName(const ProcessStat& process, const ProcFiles& processes) {
     return process.name;
 }
 
+/// In the new process: leaves our terminal, whose interrupt and end are not for applications.
+void leaveTerminal(gpointer) {
+    ::setsid();
+}
+
 /// Starts what the entry names. A process id comes back for every kind of entry: those that can be
 /// started over D-Bus are run as programs here, as plain launching would tell no process id.
 std::optional<std::int32_t> start(const std::string& location) {
     const AppInfo info(g_desktop_app_info_new_from_filename(location.c_str()));
     std::optional<std::int32_t> started;
-    if (info) {
-        g_desktop_app_info_launch_uris_as_manager(
-            info.get(),
-            nullptr,
-            nullptr,
-            G_SPAWN_SEARCH_PATH,
-            nullptr,
-            nullptr,
-            [](GDesktopAppInfo*, GPid pid, gpointer result) {
-                *static_cast<std::optional<std::int32_t>*>(result) = pid;
-            },
-            &started,
-            nullptr);
+    if (!info) {
+        return started;
     }
+    int flags = G_SPAWN_SEARCH_PATH;
+    if (::isatty(STDOUT_FILENO) != 0) {
+        flags |= G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL; // the mixer draws there
+    }
+    g_desktop_app_info_launch_uris_as_manager(
+        info.get(),
+        nullptr,
+        nullptr,
+        static_cast<GSpawnFlags>(flags),
+        leaveTerminal,
+        nullptr,
+        [](GDesktopAppInfo*, GPid pid, gpointer result) {
+            *static_cast<std::optional<std::int32_t>*>(result) = pid;
+        },
+        &started,
+        nullptr);
     return started;
 }
 

@@ -1,3 +1,4 @@
+#include "platform/sqlite/NumberedWrites.h"
 #include "platform/sqlite/StoreFixture.h"
 #include "support/AcknowledgingProgram.h"
 
@@ -9,33 +10,22 @@
 namespace velmora {
 namespace {
 
+using Settings = std::map<std::string, DefaultsValue>;
+
 /// What the store holds after the numbers up to and including `last`.
-std::map<std::string, DefaultsValue> expectedAfter(std::uint64_t last) {
-    std::map<std::string, DefaultsValue> expected;
-    for (std::uint64_t number = last - 3; number <= last; ++number) {
-        const auto value = static_cast<double>(number);
-        switch (number % 4) {
-        case 0:
-            expected["number"] = value;
-            break;
-        case 1:
-            expected["map"] = NumberMap{{"dev-1", value}, {"dev-2", value}};
-            break;
-        case 2:
-            expected["string"] = std::to_string(number);
-            break;
-        default:
-            expected["bytes"] = Bytes(1000 + number % 8000, std::uint8_t(number % 251));
-        }
+Settings expectedAfter(std::uint64_t last) {
+    Settings expected;
+    for (std::uint64_t number = last + 1 - numberedKeys.size(); number <= last; ++number) {
+        expected.insert(numberedWrite(number));
     }
     return expected;
 }
 
-std::map<std::string, DefaultsValue> storedIn(const DefaultsStore& store) {
-    std::map<std::string, DefaultsValue> stored;
-    for (const char* key : {"number", "map", "string", "bytes"}) {
+Settings storedIn(const DefaultsStore& store) {
+    Settings stored;
+    for (const char* key : numberedKeys) {
         if (auto value = store.get(key)) {
-            stored[key] = std::move(*value);
+            stored.emplace(key, std::move(*value));
         }
     }
     return stored;
@@ -64,7 +54,7 @@ TEST(KilledWriter, LosesNoAcknowledgedWriteAtFiveHundredMoments) {
         disk.nextLaunch();
         const auto stored = storedIn(disk.store());
         ASSERT_TRUE(disk.problems.empty()) << "kill " << round;
-        if (last < 4) {
+        if (last < numberedKeys.size()) {
             continue; // not every key has been written yet
         }
         // The write that was under way may have reached the file as well.

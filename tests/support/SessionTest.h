@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <iostream>
 #include <memory>
+#include <utility>
 
 namespace velmora::support {
 
@@ -14,9 +15,10 @@ namespace velmora::support {
 /// part of the session. Shows the services' logs after a failed test.
 class SessionTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        session_ = std::make_unique<PrivateSession>(
-            PrivateSession::Setup{.devices = {speakers, interface4}});
+    static void SetUpTestSuite() { begin({.devices = {speakers, interface4}}); }
+    /// For a suite that wants another session.
+    static void begin(PrivateSession::Setup setup) {
+        session_ = std::make_unique<PrivateSession>(std::move(setup));
         session_->enter();
     }
     static void TearDownTestSuite() { session_.reset(); }

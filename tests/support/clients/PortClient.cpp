@@ -146,6 +146,13 @@ void PortClient::removeGlobal(std::uint32_t id) {
         targetId_ = PW_ID_ANY;
         dropLinks();
     }
+    std::erase_if(links_, [&](const auto& entry) {
+        const bool lost = entry.second.targetPort == id;
+        if (lost) {
+            pw_proxy_destroy(entry.second.proxy);
+        }
+        return lost;
+    });
     for (auto* side : {&inputs_, &outputs_}) {
         std::erase_if(*side, [&](const auto& port) { return port.second == id; });
     }
@@ -172,15 +179,17 @@ void PortClient::linkWhatIsThere() {
         pw_properties_setf(properties, PW_KEY_LINK_OUTPUT_PORT, "%u", output->second);
         pw_properties_setf(properties, PW_KEY_LINK_INPUT_NODE, "%u", inputKey.first);
         pw_properties_setf(properties, PW_KEY_LINK_INPUT_PORT, "%u", input->second);
-        links_[i] = static_cast<pw_proxy*>(pw_core_create_object(
-            core_, "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties->dict, 0));
+        void* link = pw_core_create_object(
+            core_, "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties->dict, 0);
+        links_[i] = {.proxy = static_cast<pw_proxy*>(link),
+                     .targetPort = plays ? input->second : output->second};
         pw_properties_free(properties);
     }
 }
 
 void PortClient::dropLinks() {
     for (const auto& [port, link] : links_) {
-        pw_proxy_destroy(link);
+        pw_proxy_destroy(link.proxy);
     }
     links_.clear();
 }

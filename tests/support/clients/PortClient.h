@@ -13,7 +13,7 @@
 
 namespace velmora::support {
 
-/// Plays into, or records from, ports of another node; links again when that node comes back.
+/// Plays into, or records from, ports of another node; links again when they come back.
 ///
 /// Threads: everything on the thread that calls `run`, but `process`.
 class PortClient {
@@ -66,7 +66,11 @@ private:
     std::uint32_t targetId_ = PW_ID_ANY;
     std::map<PortKey, std::uint32_t> inputs_; // global ids of every node's ports
     std::map<PortKey, std::uint32_t> outputs_;
-    std::map<std::size_t, pw_proxy*> links_; // by own port
+    struct Link {
+        pw_proxy* proxy{};
+        std::uint32_t targetPort{}; // global id
+    };
+    std::map<std::size_t, Link> links_; // by own port
 };
 
 } // namespace velmora::support

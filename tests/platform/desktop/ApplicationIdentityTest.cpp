@@ -152,6 +152,18 @@ TEST_F(ApplicationIdentity, OfAProgramTypedIntoATerminalIsItsOwn) {
     EXPECT_EQ(idOf(10), "org.example.Terminal");
 }
 
+TEST_F(ApplicationIdentity, OfAProgramThatOutlivesItsTerminalIsItsOwn) {
+    const auto file =
+        desktop.addEntry("org.example.Terminal", "Categories=System;TerminalEmulator;\n");
+    desktop.addProcess({.pid = 12,
+                        .name = "tone",
+                        .environment = {{"GIO_LAUNCHED_DESKTOP_FILE", file},
+                                        {"GIO_LAUNCHED_DESKTOP_FILE_PID", "10"}},
+                        .group = "app-org.example.Terminal-5.scope"});
+
+    EXPECT_EQ(idOf(12), "");
+}
+
 TEST_F(ApplicationIdentity, OfAProgramTypedIntoAnEditorsTerminalIsItsOwn) {
     desktop.addEntry("org.example.Editor");
     const std::string group = "app-org.example.Editor-5.scope";

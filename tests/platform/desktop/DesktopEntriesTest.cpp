@@ -2,6 +2,7 @@
 
 #include "platform/desktop/FakeDesktop.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 namespace velmora {
@@ -42,6 +43,14 @@ TEST_F(DesktopEntriesTest, TakeWhatTheFileSays) {
     EXPECT_FALSE(entry->isVisible);
     EXPECT_FALSE(entry->isOffered);
     EXPECT_EQ(entries.findWindowClass("player-main"), entry);
+}
+
+TEST_F(DesktopEntriesTest, BearTheirNameInTheDesktopsLanguage) {
+    setenv("LC_ALL", "fr_FR.UTF-8", 1);
+    desktop.addEntry("p", "Name=Player\nName[de]=Spieler\nName[fr]=Lecteur\n");
+
+    EXPECT_EQ(read().find("p")->name, "Lecteur");
+    unsetenv("LC_ALL");
 }
 
 TEST_F(DesktopEntriesTest, LeaveOutWhatIsNotInstalledOrNoApplication) {

@@ -1,35 +1,12 @@
 #include "platform/sqlite/StoreFixture.h"
+#include "platform/sqlite/Unprivileged.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace velmora {
 namespace {
 
 using Kind = StoreProblem::Kind;
-
-/// While it lives, this process is nobody in particular, so that file modes count; tests may be run
-/// by root.
-class Unprivileged {
-public:
-    explicit Unprivileged(const fs::path& owned) : before_(geteuid()) {
-        if (before_ != 0) {
-            return;
-        }
-        constexpr uid_t nobody = 65534;
-        for (const auto& entry : fs::recursive_directory_iterator(owned)) {
-            EXPECT_EQ(chown(entry.path().c_str(), nobody, nobody), 0);
-        }
-        EXPECT_EQ(chown(owned.c_str(), nobody, nobody), 0);
-        EXPECT_EQ(seteuid(nobody), 0);
-    }
-    ~Unprivileged() { EXPECT_EQ(seteuid(before_), 0); }
-    Unprivileged(const Unprivileged&) = delete;
-    Unprivileged& operator=(const Unprivileged&) = delete;
-
-private:
-    uid_t before_;
-};
 
 class UnwritableStore : public testing::Test {
 protected:

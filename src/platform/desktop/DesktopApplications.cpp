@@ -91,11 +91,15 @@ void addFolders(std::vector<fs::path>& folders, const char* list, const char* ot
 } // namespace
 
 std::vector<fs::path> DesktopApplications::xdgDataFolders() {
+    // NOLINTBEGIN(concurrency-mt-unsafe): nothing here changes the environment
     const char* home = std::getenv("HOME");
-    const std::string ownData = std::string(home != nullptr ? home : "") + "/.local/share";
+    const char* own = std::getenv("XDG_DATA_HOME");
+    const char* shared = std::getenv("XDG_DATA_DIRS");
+    // NOLINTEND(concurrency-mt-unsafe)
+    const std::string ownOtherwise = std::string(home != nullptr ? home : "") + "/.local/share";
     std::vector<fs::path> folders;
-    addFolders(folders, std::getenv("XDG_DATA_HOME"), ownData.c_str());
-    addFolders(folders, std::getenv("XDG_DATA_DIRS"), "/usr/local/share:/usr/share");
+    addFolders(folders, own, ownOtherwise.c_str());
+    addFolders(folders, shared, "/usr/local/share:/usr/share");
     return folders;
 }
 

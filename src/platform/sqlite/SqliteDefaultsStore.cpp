@@ -25,8 +25,10 @@ SqliteDefaultsStore::~SqliteDefaultsStore() {
 
 std::filesystem::path SqliteDefaultsStore::defaultPath() {
     namespace fs = std::filesystem;
+    // NOLINTBEGIN(concurrency-mt-unsafe): nothing here changes the environment
     const char* data = std::getenv("XDG_DATA_HOME");
     const char* home = std::getenv("HOME");
+    // NOLINTEND(concurrency-mt-unsafe)
     // A relative path there is to be ignored (XDG Base Directory, version 0.8).
     const fs::path folder = data != nullptr && fs::path(data).is_absolute()
                                 ? fs::path(data)

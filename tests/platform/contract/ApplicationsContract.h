@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace velmora {
@@ -22,6 +23,11 @@ protected:
     using Result = std::optional<RunningApplication>;
 
     Applications& applications() { return rig.applications(); }
+
+    /// An identifier that no other test has: several may use one desktop at the same time.
+    static std::string idOf(const std::string& name) {
+        return "org.example." + name + "-" + std::to_string(getpid());
+    }
 
     std::string locationOf(const std::string& id) {
         const auto installed = applications().installed(id);
@@ -44,7 +50,7 @@ protected:
 TYPED_TEST_SUITE_P(ApplicationsContract);
 
 TYPED_TEST_P(ApplicationsContract, KnowsNothingUnderAnUnknownIdentifier) {
-    for (const char* id : {"org.example.Nobody", ""}) {
+    for (const std::string& id : {this->idOf("Nobody"), std::string()}) {
         EXPECT_EQ(this->applications().installed(id), std::nullopt);
         EXPECT_EQ(this->applications().icon(id), std::nullopt);
         EXPECT_TRUE(this->applications().byBundleID(id).empty());
@@ -54,21 +60,21 @@ TYPED_TEST_P(ApplicationsContract, KnowsNothingUnderAnUnknownIdentifier) {
 }
 
 TYPED_TEST_P(ApplicationsContract, KnowsAnInstalledApplicationWithItsIcon) {
-    this->rig.install("org.example.Player", "Player");
+    this->rig.install(this->idOf("Player"), "Player");
 
-    const auto installed = this->applications().installed("org.example.Player");
+    const auto installed = this->applications().installed(this->idOf("Player"));
 
     ASSERT_TRUE(installed.has_value());
-    EXPECT_EQ(installed->bundleID, "org.example.Player");
+    EXPECT_EQ(installed->bundleID, this->idOf("Player"));
     EXPECT_EQ(installed->name, "Player");
-    EXPECT_EQ(this->applications().icon("org.example.Player"), "icon-org.example.Player");
-    EXPECT_TRUE(this->applications().byBundleID("org.example.Player").empty());
+    EXPECT_EQ(this->applications().icon(this->idOf("Player")), "icon-" + this->idOf("Player"));
+    EXPECT_TRUE(this->applications().byBundleID(this->idOf("Player")).empty());
 }
 
 TYPED_TEST_P(ApplicationsContract, ListsWhatIsInstalledByName) {
-    this->rig.install("org.example.First", "Mixer");
-    this->rig.install("org.example.Second", "Album");
-    this->rig.install("org.example.Third", "Zither");
+    this->rig.install(this->idOf("First"), "Mixer");
+    this->rig.install(this->idOf("Second"), "Album");
+    this->rig.install(this->idOf("Third"), "Zither");
 
     std::vector<std::string> names;
     for (const auto& application : this->applications().allInstalled()) {
@@ -79,29 +85,29 @@ TYPED_TEST_P(ApplicationsContract, ListsWhatIsInstalledByName) {
 }
 
 TYPED_TEST_P(ApplicationsContract, BringsTheLaunchedApplicationAndFindsItAgain) {
-    this->rig.install("org.example.Player", "Player");
+    this->rig.install(this->idOf("Player"), "Player");
 
-    const auto launched = this->launch(this->locationOf("org.example.Player"));
+    const auto launched = this->launch(this->locationOf(this->idOf("Player")));
 
     ASSERT_TRUE(launched.has_value());
     EXPECT_GT(launched->pid, 0);
     EXPECT_EQ(launched->name, "Player");
-    EXPECT_EQ(launched->bundleID, "org.example.Player");
+    EXPECT_EQ(launched->bundleID, this->idOf("Player"));
     EXPECT_TRUE(launched->regular);
     EXPECT_EQ(this->applications().byPid(launched->pid), launched);
-    EXPECT_EQ(this->applications().byBundleID("org.example.Player"), std::vector{*launched});
+    EXPECT_EQ(this->applications().byBundleID(this->idOf("Player")), std::vector{*launched});
 }
 
 TYPED_TEST_P(ApplicationsContract, CompletesEachOfSeveralLaunchesOnce) {
-    this->rig.install("org.example.One", "One");
-    this->rig.install("org.example.Two", "Two");
+    this->rig.install(this->idOf("One"), "One");
+    this->rig.install(this->idOf("Two"), "Two");
     std::vector<std::string> completed;
     const auto note = [&](const std::optional<RunningApplication>& result) {
         completed.push_back(result ? result->name : "nothing");
     };
 
-    this->applications().launch(this->locationOf("org.example.One"), note);
-    this->applications().launch(this->locationOf("org.example.Two"), note);
+    this->applications().launch(this->locationOf(this->idOf("One")), note);
+    this->applications().launch(this->locationOf(this->idOf("Two")), note);
     this->applications().launch("/nowhere/three.desktop", note);
     EXPECT_TRUE(this->rig.runUntil([&] { return completed.size() == 3; }));
 
@@ -110,13 +116,13 @@ TYPED_TEST_P(ApplicationsContract, CompletesEachOfSeveralLaunchesOnce) {
 }
 
 TYPED_TEST_P(ApplicationsContract, ListsInstancesInTheOrderOfTheirStart) {
-    this->rig.install("org.example.Player", "Player");
-    const auto first = this->launch(this->locationOf("org.example.Player"));
-    const auto second = this->launch(this->locationOf("org.example.Player"));
+    this->rig.install(this->idOf("Player"), "Player");
+    const auto first = this->launch(this->locationOf(this->idOf("Player")));
+    const auto second = this->launch(this->locationOf(this->idOf("Player")));
     ASSERT_TRUE(first && second);
 
     EXPECT_NE(first->pid, second->pid);
-    EXPECT_EQ(this->applications().byBundleID("org.example.Player"),
+    EXPECT_EQ(this->applications().byBundleID(this->idOf("Player")),
               (std::vector{*first, *second}));
 }
 
@@ -126,20 +132,20 @@ TYPED_TEST_P(ApplicationsContract, BringsNothingForAnUnknownLocation) {
 }
 
 TYPED_TEST_P(ApplicationsContract, BringsNothingForAnApplicationThatEndsAtOnce) {
-    this->rig.installFailing("org.example.Failing");
+    this->rig.installFailing(this->idOf("Failing"));
 
-    EXPECT_EQ(this->launch(this->locationOf("org.example.Failing")), std::nullopt);
+    EXPECT_EQ(this->launch(this->locationOf(this->idOf("Failing"))), std::nullopt);
 }
 
 TYPED_TEST_P(ApplicationsContract, ForgetsAnApplicationThatQuit) {
-    this->rig.install("org.example.Player", "Player");
-    const auto launched = this->launch(this->locationOf("org.example.Player"));
+    this->rig.install(this->idOf("Player"), "Player");
+    const auto launched = this->launch(this->locationOf(this->idOf("Player")));
     ASSERT_TRUE(launched.has_value());
 
     this->rig.quit(launched->pid);
 
     EXPECT_EQ(this->applications().byPid(launched->pid), std::nullopt);
-    EXPECT_TRUE(this->applications().byBundleID("org.example.Player").empty());
+    EXPECT_TRUE(this->applications().byBundleID(this->idOf("Player")).empty());
 }
 
 REGISTER_TYPED_TEST_SUITE_P(ApplicationsContract,

@@ -14,7 +14,7 @@ namespace {
 
 class DesktopLaunch : public ApplicationsContract<LaunchRig> {
 protected:
-    static constexpr auto id = "org.example.Player";
+    const std::string id = idOf("Player");
 
     std::string executableOf(std::int32_t pid) { return ProcFiles("/proc").executable(pid); }
 
@@ -31,47 +31,44 @@ protected:
 };
 
 TEST_F(DesktopLaunch, BringsTheProgramBehindAWrapperThatWaits) {
-    const std::string player = rig.addPlayer("player-bin");
-    rig.desktop.addProgram("start", "#!/bin/sh\n" + player + "\nexit\n");
-    rig.addEntry(id, "Exec=" + rig.desktop.program("start").string() + "\n");
+    const std::string player = rig.addPlayer();
+    rig.addEntry(id, "Exec=" + rig.addScript(player + "\nexit") + "\n");
 
     expectPlayer(player);
 }
 
 TEST_F(DesktopLaunch, BringsTheProgramBehindAWrapperThatEnds) {
-    const std::string player = rig.addPlayer("player-bin");
-    rig.desktop.addProgram("start", "#!/bin/sh\n" + player + " &\n");
-    rig.addEntry(id, "Exec=" + rig.desktop.program("start").string() + "\n");
+    const std::string player = rig.addPlayer();
+    rig.addEntry(id, "Exec=" + rig.addScript(player + " &") + "\n");
 
     expectPlayer(player);
 }
 
 TEST_F(DesktopLaunch, BringsTheProgramThatTakesItsWrappersPlace) {
-    const std::string player = rig.addPlayer("player-bin");
-    rig.desktop.addProgram("start", "#!/bin/sh\nexec " + player + "\n");
-    rig.addEntry(id, "Exec=" + rig.desktop.program("start").string() + "\n");
+    const std::string player = rig.addPlayer();
+    rig.addEntry(id, "Exec=" + rig.addScript("exec " + player) + "\n");
 
     expectPlayer(player);
 }
 
 TEST_F(DesktopLaunch, BringsAnApplicationThatCouldBeStartedOverTheBus) {
-    const std::string player = rig.addPlayer("bus-player");
+    const std::string player = rig.addPlayer();
     rig.addEntry(id, "DBusActivatable=true\nExec=" + player + "\n");
 
     expectPlayer(player);
 }
 
 TEST_F(DesktopLaunch, BringsNothingWhenTheProgramHasBeenRemoved) {
-    rig.install(id, "Player");
+    const std::string player = rig.addPlayer();
+    rig.addEntry(id, "Exec=" + player + "\n");
     const std::string location = locationOf(id);
-    fs::remove(rig.desktop.program(id));
+    fs::remove(player);
 
     EXPECT_EQ(launch(location), std::nullopt);
 }
 
 TEST_F(DesktopLaunch, BringsNothingWhenTheWrapperFails) {
-    rig.desktop.addProgram("start", "#!/bin/sh\n/nowhere/player-bin\nexit 1\n");
-    rig.addEntry(id, "Exec=" + rig.desktop.program("start").string() + "\n");
+    rig.addEntry(id, "Exec=" + rig.addScript("exit 1") + "\n");
 
     EXPECT_EQ(launch(locationOf(id)), std::nullopt);
 }

@@ -11,6 +11,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unistd.h>
 
 namespace velmora {
 
@@ -31,10 +32,20 @@ public:
     DesktopApplications& applications() { return applications_; }
     bool runUntil(const std::function<bool()>& condition) { return loop_.runUntil(condition); }
 
-    /// The path of a program that stays until it is ended, under a name of its own.
-    std::string addPlayer(const std::string& name) {
-        fs::create_directories(desktop.program(name).parent_path());
-        fs::copy_file(VELMORA_IDLE_PLAYER, desktop.program(name));
+    // Programs are named after this process: other tests may use the same desktop meanwhile.
+
+    /// The path of a new program that stays until it is ended.
+    std::string addPlayer(const std::string& name = "player") {
+        const fs::path program = desktop.program(name + suffix_);
+        fs::create_directories(program.parent_path());
+        fs::copy_file(VELMORA_IDLE_PLAYER, program);
+        return program;
+    }
+
+    /// The path of a new shell script.
+    std::string addScript(const std::string& lines) {
+        const std::string name = "start" + suffix_;
+        desktop.addProgram(name, "#!/bin/sh\n" + lines + "\n");
         return desktop.program(name);
     }
 
@@ -57,6 +68,7 @@ public:
     FakeDesktop desktop;
 
 private:
+    const std::string suffix_ = "-" + std::to_string(getpid());
     QtEventLoop loop_;
     QtMainQueue queue_;
     std::set<std::string> ids_;

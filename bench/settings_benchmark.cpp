@@ -1,62 +1,25 @@
 // settings_benchmark.cpp: what one write of a setting costs the main thread.
-#include "platform/sqlite/SqliteDefaultsStore.h"
+#include "SettingsFile.h"
+#include "WriteTimes.h"
 
-#include <algorithm>
 #include <benchmark/benchmark.h>
-#include <chrono>
 #include <cstdint>
-#include <filesystem>
 #include <string>
-#include <unistd.h>
-#include <vector>
 
 namespace {
 
 using namespace velmora;
 
-/// A store with the keys of a long-used mixer, in the folder for temporary files.
-class SettingsFile {
-public:
-    SettingsFile() {
-        for (int key = 0; key < 30; ++key) {
-            store.set("key" + std::to_string(key), std::string(300, 'v'));
-        }
-    }
-    ~SettingsFile() { std::filesystem::remove_all(folder_); }
-    SettingsFile(const SettingsFile&) = delete;
-    SettingsFile& operator=(const SettingsFile&) = delete;
-
-private:
-    std::filesystem::path folder_ =
-        std::filesystem::temp_directory_path() / ("velmora-bench-" + std::to_string(getpid()));
-
-public:
-    SqliteDefaultsStore store{folder_ / "settings.sqlite"};
-};
-
-/// Calls `write` with a new value each time; adds the 99th percentile and the longest write, in
-/// microseconds, to the mean. A write now and then carries the log over into the file.
+/// Times `write`; one that the store refuses fails the benchmark. A write now and then carries the
+/// log over into the file.
 template <typename Write>
 void measure(benchmark::State& state, Write write) {
-    using Clock = std::chrono::steady_clock;
     SettingsFile file;
-    std::vector<double> microseconds;
-    double value = 0;
-    for ([[maybe_unused]] auto round : state) {
-        const auto start = Clock::now();
-        if (write(file.store, value += 0.001) != statusOk) {
+    timeWrites(state, [&](double value) {
+        if (write(file.store, value) != statusOk) {
             state.SkipWithError("a write was refused");
-            break;
         }
-        microseconds.push_back(
-            std::chrono::duration<double, std::micro>(Clock::now() - start).count());
-    }
-    if (microseconds.empty()) {
-        return;
-    }
-    std::ranges::sort(microseconds);
-    state.counters["p99_us"] = microseconds[microseconds.size() * 99 / 100];
-    state.counters["max_us"] = microseconds.back();
+    });
 }
 
 void draggedFader(benchmark::State& state) {

@@ -12,6 +12,7 @@
 #include <utility>
 
 namespace velmora {
+
 ChannelPair channelPair(std::int64_t first, std::int64_t count, std::int64_t available) {
     if (first < 1 || first > available) {
         throw VelmoraError::engine("Canal " + std::to_string(first) + " indisponible (" +

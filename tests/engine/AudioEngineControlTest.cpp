@@ -1,32 +1,15 @@
 #include "engine/EngineFixture.h"
 
+#include <cmath>
 #include <gmock/gmock.h>
 #include <limits>
 
 namespace velmora {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
-class AudioEngineControl : public EngineFixture {
-protected:
-    static FXParams manualGain(float db) {
-        FXParams params;
-        params.autoGain = false;
-        params.manualDB = db;
-        return params;
-    }
-
-    /// How many notifications `action` causes.
-    template <typename Action>
-    int notifications(Action action) {
-        int told = 0;
-        const auto connection = engine.changed().connect([&] { ++told; });
-        action();
-        return told;
-    }
-};
+class AudioEngineControl : public EngineFixture {};
 
 TEST_F(AudioEngineControl, BeginsStoppedAndEmpty) {
     EXPECT_FALSE(engine.isRunning());
@@ -280,178 +263,6 @@ TEST_F(AudioEngineControl, RecoversFromAVolumeThatIsNoNumber) {
     engine.setStreamVolume(1.0F);
 
     EXPECT_EQ(nextInMic(), 0.25F);
-}
-
-// -- the list --
-
-TEST_F(AudioEngineControl, AddsASourceOnce) {
-    engine.add(player);
-    engine.add(player);
-    engine.add(browser);
-
-    EXPECT_THAT(engine.sources(), ElementsAre(player, browser));
-}
-
-TEST_F(AudioEngineControl, TellsSourcesOfOneIdApartByTheirNames) {
-    const AudioSource renamed = DeviceSource{interface4, "Renamed"};
-    engine.add(wholeInput);
-    engine.add(renamed);
-
-    EXPECT_THAT(engine.sources(), ElementsAre(wholeInput, renamed));
-}
-
-TEST_F(AudioEngineControl, HearsASourceThatIsAddedWhileItRuns) {
-    startWith({player});
-
-    engine.add(browser);
-
-    EXPECT_EQ(nextInMic(), 0.375F);
-}
-
-TEST_F(AudioEngineControl, RestartsNothingForASourceThatIsThereAlready) {
-    startWith({player});
-
-    engine.add(player);
-
-    EXPECT_EQ(tapsMade(), 1U);
-}
-
-TEST_F(AudioEngineControl, RemovesEveryEntryOfASourceButKeepsItsSettings) {
-    engine.setGain(0.5F, player);
-    engine.replaceSources({player, browser, player});
-
-    engine.remove(engine.sources().front());
-
-    EXPECT_THAT(engine.sources(), ElementsAre(browser));
-    EXPECT_EQ(engine.gain(player), 0.5F);
-}
-
-TEST_F(AudioEngineControl, GoesOnWithoutASourceThatIsRemoved) {
-    startWith({player, browser});
-
-    engine.remove(player);
-
-    EXPECT_TRUE(engine.isRunning());
-    EXPECT_EQ(nextInMic(), 0.125F);
-}
-
-TEST_F(AudioEngineControl, StopsWhenTheLastSourceIsRemoved) {
-    startWith({player});
-    machine.advance(std::chrono::milliseconds{100});
-
-    engine.remove(player);
-
-    EXPECT_FALSE(engine.isRunning());
-    EXPECT_EQ(engine.level(), 0.0F);
-    EXPECT_THAT(engine.sourceLevels(), IsEmpty());
-    EXPECT_EQ(engine.lastError(), std::nullopt);
-    EXPECT_EQ(machine.sound.census(), nothingRuns);
-}
-
-TEST_F(AudioEngineControl, PutsAPrimarySourceInThePlaceOfTheFirst) {
-    engine.setPrimary(player);
-    EXPECT_THAT(engine.sources(), ElementsAre(player));
-    engine.add(browser);
-
-    engine.setPrimary(wholeInput);
-
-    EXPECT_THAT(engine.sources(), ElementsAre(wholeInput, browser));
-}
-
-TEST_F(AudioEngineControl, LeavesTwoEntriesOfASourceThatBecomesPrimary) {
-    engine.replaceSources({player, browser});
-
-    engine.setPrimary(browser);
-
-    EXPECT_THAT(engine.sources(), ElementsAre(browser, browser));
-}
-
-TEST_F(AudioEngineControl, RestartsForANewPrimarySourceOnly) {
-    startWith({player, browser});
-    EXPECT_EQ(tapsMade(), 2U);
-
-    engine.setPrimary(player);
-    EXPECT_EQ(tapsMade(), 2U);
-    engine.setPrimary(wholeInput);
-
-    EXPECT_EQ(tapsMade(), 3U);
-    EXPECT_EQ(nextInMic(), 0.0625F + 0.125F);
-}
-
-TEST_F(AudioEngineControl, ReplacesAndInsertsWithoutARestart) {
-    startWith({player});
-
-    engine.replaceSources({browser});
-    engine.insertSource(player, 99);
-    engine.insertSource(wholeInput, 0);
-
-    EXPECT_THAT(engine.sources(), ElementsAre(wholeInput, browser, player));
-    EXPECT_EQ(nextInMic(), 0.25F); // still the first mix
-}
-
-// -- observers --
-
-TEST_F(AudioEngineControl, TellsEveryChangeOnce) {
-    EXPECT_EQ(notifications([&] { engine.setGain(0.5F, player); }), 1);
-    EXPECT_EQ(notifications([&] { engine.setDirectMuted(true, player); }), 1);
-    EXPECT_EQ(notifications([&] { engine.setFX(manualGain(1.0F), player); }), 1);
-    EXPECT_EQ(notifications([&] { engine.setFxBypassed(true); }), 1);
-    EXPECT_EQ(notifications([&] { engine.setStreamVolume(0.5F); }), 1);
-    EXPECT_EQ(notifications([&] { engine.setHeadphoneVolume(0.5F); }), 1);
-    EXPECT_EQ(notifications([&] { engine.setMonitoringSelection("headset"); }), 1);
-    EXPECT_EQ(notifications([&] { engine.setLastError("told"); }), 1);
-    EXPECT_EQ(notifications([&] { engine.add(player); }), 1);
-    EXPECT_EQ(notifications([&] { engine.insertSource(browser, 0); }), 1);
-    EXPECT_EQ(notifications([&] { engine.setPrimary(wholeInput); }), 1);
-    EXPECT_EQ(notifications([&] { engine.start(); }), 1);
-    EXPECT_EQ(notifications([&] { engine.remove(player); }), 1);
-    EXPECT_EQ(notifications([&] { engine.replaceSources({player}); }), 1);
-    EXPECT_EQ(notifications([&] { engine.stop(); }), 1);
-}
-
-TEST_F(AudioEngineControl, TellsNothingWhenNothingChanged) {
-    engine.setGain(0.5F, player);
-    engine.setFX(manualGain(1.0F), player);
-    engine.add(player);
-
-    EXPECT_EQ(notifications([&] {
-                  engine.setGain(0.5F, player);
-                  engine.setFX(manualGain(1.0F), player);
-                  engine.setFxBypassed(false);
-                  engine.setStreamVolume(1.0F);
-                  engine.setHeadphoneVolume(1.0F);
-                  engine.setMonitoringSelection(std::nullopt);
-                  engine.setLastError(std::nullopt);
-                  engine.add(player);
-                  engine.remove(browser);
-                  engine.setPrimary(player);
-                  engine.replaceSources({player});
-                  engine.stop();
-              }),
-              0);
-}
-
-TEST_F(AudioEngineControl, LetsAnObserverStartAndStop) {
-    engine.replaceSources({player});
-    const auto connection = engine.changed().connect([&] { engine.start(); });
-
-    engine.setGain(0.5F, player);
-
-    EXPECT_TRUE(engine.isRunning());
-    EXPECT_EQ(nextInMic(), 0.125F);
-    engine.stop(); // the observer starts again
-    EXPECT_TRUE(engine.isRunning());
-}
-
-TEST_F(AudioEngineControl, LetsAnObserverRepeatAStartThatFails) {
-    machine.sound.removeDevice(mic);
-    engine.replaceSources({player});
-    const auto connection = engine.changed().connect([&] { engine.start(); });
-
-    engine.start();
-
-    EXPECT_FALSE(engine.isRunning());
-    EXPECT_EQ(machine.sound.census(), nothingRuns);
 }
 
 } // namespace

@@ -42,6 +42,14 @@ protected:
         engine.start();
     }
 
+    /// Effects that do nothing but set the level.
+    static FXParams manualGain(float db) {
+        FXParams params;
+        params.autoGain = false;
+        params.manualDB = db;
+        return params;
+    }
+
     /// How many times a mix has been built: each build makes one tap per application.
     std::size_t tapsMade() { return machine.sound.tapDescriptions().size(); }
 

@@ -1,0 +1,82 @@
+#include "engine/EngineFixture.h"
+
+namespace velmora {
+namespace {
+
+class AudioEngineObservers : public EngineFixture {
+protected:
+    /// How many notifications `action` causes.
+    template <typename Action>
+    int notifications(Action action) {
+        int told = 0;
+        const auto connection = engine.changed().connect([&] { ++told; });
+        action();
+        return told;
+    }
+};
+
+TEST_F(AudioEngineObservers, TellsEveryChangeOnce) {
+    EXPECT_EQ(notifications([&] { engine.setGain(0.5F, player); }), 1);
+    EXPECT_EQ(notifications([&] { engine.setDirectMuted(true, player); }), 1);
+    EXPECT_EQ(notifications([&] { engine.setFX(manualGain(1.0F), player); }), 1);
+    EXPECT_EQ(notifications([&] { engine.setFxBypassed(true); }), 1);
+    EXPECT_EQ(notifications([&] { engine.setStreamVolume(0.5F); }), 1);
+    EXPECT_EQ(notifications([&] { engine.setHeadphoneVolume(0.5F); }), 1);
+    EXPECT_EQ(notifications([&] { engine.setMonitoringSelection("headset"); }), 1);
+    EXPECT_EQ(notifications([&] { engine.setLastError("told"); }), 1);
+    EXPECT_EQ(notifications([&] { engine.add(player); }), 1);
+    EXPECT_EQ(notifications([&] { engine.insertSource(browser, 0); }), 1);
+    EXPECT_EQ(notifications([&] { engine.setPrimary(wholeInput); }), 1);
+    EXPECT_EQ(notifications([&] { engine.start(); }), 1);
+    EXPECT_EQ(notifications([&] { engine.remove(player); }), 1);
+    EXPECT_EQ(notifications([&] { engine.replaceSources({player}); }), 1);
+    EXPECT_EQ(notifications([&] { engine.stop(); }), 1);
+}
+
+TEST_F(AudioEngineObservers, TellsNothingWhenNothingChanged) {
+    engine.setGain(0.5F, player);
+    engine.setFX(manualGain(1.0F), player);
+    engine.add(player);
+
+    EXPECT_EQ(notifications([&] {
+                  engine.setGain(0.5F, player);
+                  engine.setFX(manualGain(1.0F), player);
+                  engine.setFxBypassed(false);
+                  engine.setStreamVolume(1.0F);
+                  engine.setHeadphoneVolume(1.0F);
+                  engine.setMonitoringSelection(std::nullopt);
+                  engine.setLastError(std::nullopt);
+                  engine.add(player);
+                  engine.remove(browser);
+                  engine.setPrimary(player);
+                  engine.replaceSources({player});
+                  engine.stop();
+              }),
+              0);
+}
+
+TEST_F(AudioEngineObservers, LetsAnObserverStartAndStop) {
+    engine.replaceSources({player});
+    const auto connection = engine.changed().connect([&] { engine.start(); });
+
+    engine.setGain(0.5F, player);
+
+    EXPECT_TRUE(engine.isRunning());
+    EXPECT_EQ(nextInMic(), 0.125F);
+    engine.stop(); // the observer starts again
+    EXPECT_TRUE(engine.isRunning());
+}
+
+TEST_F(AudioEngineObservers, LetsAnObserverRepeatAStartThatFails) {
+    machine.sound.removeDevice(mic);
+    engine.replaceSources({player});
+    const auto connection = engine.changed().connect([&] { engine.start(); });
+
+    engine.start();
+
+    EXPECT_FALSE(engine.isRunning());
+    EXPECT_EQ(machine.sound.census(), nothingRuns);
+}
+
+} // namespace
+} // namespace velmora

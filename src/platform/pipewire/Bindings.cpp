@@ -2,13 +2,33 @@
 
 #include <pipewire/extensions/metadata.h>
 #include <spa/param/audio/format-utils.h>
+#include <spa/param/audio/type-info.h>
 #include <spa/param/param.h>
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
 
 namespace velmora::pipewire {
 namespace {
 
 pw_proxy* bindGlobal(pw_registry* registry, GlobalId id, const char* type, std::uint32_t version) {
     return static_cast<pw_proxy*>(pw_registry_bind(registry, id, type, version, 0));
+}
+
+/// Short names such as "FL"; empty for channels without a position.
+std::vector<std::string> positions(const spa_audio_info_raw& format) {
+    std::vector<std::string> names(
+        std::min<std::uint32_t>(format.channels, SPA_AUDIO_MAX_CHANNELS));
+    for (std::size_t at = 0; at < names.size(); ++at) {
+        for (const spa_type_info* type = spa_type_audio_channel; type->name != nullptr; ++type) {
+            if (type->type == format.position[at]) {
+                const std::string_view name = type->name; // "Spa:Enum:AudioChannel:FL"
+                names[at] = name.substr(name.rfind(':') + 1);
+            }
+        }
+    }
+    return names;
 }
 
 /// Common part of every binding; members go in the right order: hook first, then proxy.
@@ -77,7 +97,7 @@ private:
                                 subtype == SPA_MEDIA_SUBTYPE_raw &&
                                 spa_format_audio_raw_parse(format, &raw) >= 0;
         if (isRawAudio) {
-            graph_.setContentChannels(serial_, raw.channels);
+            graph_.setContent(serial_, positions(raw));
             changed_();
         }
     }

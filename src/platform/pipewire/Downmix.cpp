@@ -45,6 +45,38 @@ std::vector<TapFeed> bothSides(const Port& port) {
     return {feed(port, TapInput::left), feed(port, TapInput::right)};
 }
 
+bool has(const std::vector<std::string>& content, std::string_view channel) {
+    return std::ranges::find(content, channel) != content.end();
+}
+
+bool hasAnyFor(const std::vector<std::string>& content, TapInput input) {
+    return std::ranges::any_of(
+        content, [input](const std::string& channel) { return inputOf(channel) == input; });
+}
+
+/// The ports that carry what the material has for one input.
+void addFeeds(std::vector<TapFeed>& feeds,
+              const std::vector<Port>& ports,
+              const std::vector<std::string>& content,
+              TapInput input) {
+    std::vector<Port> candidates;
+    std::ranges::copy_if(ports, std::back_inserter(candidates), [input](const Port& port) {
+        return inputOf(port.channel) == input;
+    });
+    if (candidates.empty() || !hasAnyFor(content, input)) {
+        return;
+    }
+    const std::size_t before = feeds.size();
+    for (const Port& port : candidates) {
+        if (has(content, port.channel)) {
+            feeds.push_back(feed(port, input));
+        }
+    }
+    if (feeds.size() == before) {
+        feeds.push_back(feed(candidates.front(), input));
+    }
+}
+
 } // namespace
 
 std::vector<TapFeed> stereoMixdown(const Node& stream) {
@@ -52,26 +84,24 @@ std::vector<TapFeed> stereoMixdown(const Node& stream) {
     std::ranges::copy_if(stream.ports, std::back_inserter(ports), [](const Port& port) {
         return port.isOutput && port.isAudio;
     });
-    const auto named = [&](std::string_view channel) {
-        return std::ranges::find(ports, channel, &Port::channel);
-    };
-    const bool hasFrontPair = named("FL") != ports.end() && named("FR") != ports.end();
-    if (ports.size() == 1 || (!ports.empty() && stream.contentChannels == 1 && !hasFrontPair)) {
+    const auto left = std::ranges::find(ports, "FL", &Port::channel);
+    const auto right = std::ranges::find(ports, "FR", &Port::channel);
+    const bool hasFrontPair = left != ports.end() && right != ports.end();
+    if (ports.empty()) {
+        return {};
+    }
+    if (ports.size() == 1 || (stream.content.size() == 1 && !hasFrontPair)) {
         return bothSides(ports.front());
     }
     if (!hasFrontPair) {
         // Numbered channels: the first two are the pair.
-        return ports.empty()
-                   ? std::vector<TapFeed>{}
-                   : std::vector{feed(ports[0], TapInput::left), feed(ports[1], TapInput::right)};
+        return {feed(ports[0], TapInput::left), feed(ports[1], TapInput::right)};
     }
-    if (stream.contentChannels <= 2) {
-        return {feed(*named("FL"), TapInput::left), feed(*named("FR"), TapInput::right)};
-    }
-    std::vector<TapFeed> feeds;
-    for (const Port& port : ports) {
-        if (const auto input = inputOf(port.channel)) {
-            feeds.push_back(feed(port, *input));
+    std::vector<TapFeed> feeds = {feed(*left, TapInput::left), feed(*right, TapInput::right)};
+    if (stream.content.size() > 2) {
+        for (const TapInput input :
+             {TapInput::centre, TapInput::surroundLeft, TapInput::surroundRight}) {
+            addFeeds(feeds, ports, stream.content, input);
         }
     }
     return feeds;

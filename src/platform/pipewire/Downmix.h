@@ -23,9 +23,9 @@ struct TapFeed {
 
 /// The links that make a stereo mixdown of one stream.
 ///
-/// A stream shows the layout of the sink it plays to, whatever its material: of mono and stereo
-/// material on a larger layout only the front pair counts, because the other channels hold nothing
-/// but copies of it.
+/// A stream shows the layout of the sink it plays to, whatever its material: channels that the
+/// material does not have hold copies of others, so only those count that it has. What it has but
+/// the sink does not was mixed into a neighbour of the same side, which then counts instead.
 [[nodiscard]] std::vector<TapFeed> stereoMixdown(const Node& stream);
 
 } // namespace velmora::pipewire

@@ -154,9 +154,9 @@ void Graph::setRunning(Serial serial, bool running) {
     }
 }
 
-void Graph::setContentChannels(Serial serial, std::uint32_t channels) {
+void Graph::setContent(Serial serial, std::vector<std::string> positions) {
     if (const auto found = nodes_.find(serial); found != nodes_.end()) {
-        found->second.contentChannels = channels;
+        found->second.content = std::move(positions);
     }
 }
 

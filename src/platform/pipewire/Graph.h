@@ -39,8 +39,8 @@ struct Node {
     bool isHardware{};  ///< belongs to a device object and is no software node
     bool isDescribed{}; ///< all properties have arrived, not only the registry's few
     bool isRunning{};
-    std::uint32_t contentChannels{}; ///< of the material itself, before any remix; 0 = unknown
-    std::vector<Port> ports;         ///< ascending by index within each direction
+    std::vector<std::string> content; ///< positions of the material itself, before any remix
+    std::vector<Port> ports;          ///< ascending by index within each direction
 };
 
 struct Client {
@@ -76,7 +76,7 @@ public:
     void describeNode(Serial serial, const Properties& properties);
     void describeClient(Serial serial, const Properties& properties);
     void setRunning(Serial serial, bool running);
-    void setContentChannels(Serial serial, std::uint32_t channels);
+    void setContent(Serial serial, std::vector<std::string> positions);
 
     /// An empty value removes the key; an empty key removes everything about the subject.
     void setMetadata(const std::string& object,

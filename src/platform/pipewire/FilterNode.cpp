@@ -22,17 +22,17 @@ std::string fraction(std::uint32_t frames, double rateHz) {
     return std::to_string(frames) + "/" + std::to_string(static_cast<std::uint32_t>(rateHz));
 }
 
-Properties nodeProperties(const FilterNode::Spec& spec) {
+Properties nodeProperties(const FilterNode::Setup& setup) {
     return {
-        {PW_KEY_NODE_NAME, spec.name},
-        {PW_KEY_NODE_DESCRIPTION, spec.description},
+        {PW_KEY_NODE_NAME, setup.name},
+        {PW_KEY_NODE_DESCRIPTION, setup.description},
         {PW_KEY_MEDIA_TYPE, "Audio"},
         {PW_KEY_MEDIA_CATEGORY, "Filter"},
         {PW_KEY_MEDIA_ROLE, "DSP"},
         // Nobody but us links these nodes.
         {PW_KEY_NODE_AUTOCONNECT, "false"},
-        {PW_KEY_NODE_LATENCY, fraction(spec.blockFrames, spec.rateHz)},
-        {"node.max-latency", fraction(largestCycleFrames, spec.rateHz)},
+        {PW_KEY_NODE_LATENCY, fraction(setup.blockFrames, setup.rateHz)},
+        {"node.max-latency", fraction(largestCycleFrames, setup.rateHz)},
         // One driver for all of them, also while a device that one of them plays to is away.
         {PW_KEY_NODE_GROUP, "velmora"},
         {PW_KEY_NODE_ALWAYS_PROCESS, "true"},
@@ -57,10 +57,10 @@ FilterNode::~FilterNode() {
     loop_.stop();
 }
 
-StatusOr<std::unique_ptr<FilterNode>> FilterNode::open(Spec spec, Handler& handler) {
+StatusOr<std::unique_ptr<FilterNode>> FilterNode::open(Setup setup, Handler& handler) {
     try {
         std::unique_ptr<FilterNode> node(new FilterNode(handler));
-        if (const Status status = node->connect(spec); status != statusOk) {
+        if (const Status status = node->connect(setup); status != statusOk) {
             return std::unexpected(status);
         }
         return node;
@@ -69,7 +69,7 @@ StatusOr<std::unique_ptr<FilterNode>> FilterNode::open(Spec spec, Handler& handl
     }
 }
 
-Status FilterNode::connect(const Spec& spec) {
+Status FilterNode::connect(const Setup& setup) {
     static constexpr pw_filter_events events = [] {
         pw_filter_events made{};
         made.version = PW_VERSION_FILTER_EVENTS;
@@ -88,13 +88,13 @@ Status FilterNode::connect(const Spec& spec) {
         return -(errno == 0 ? EIO : errno);
     }
     filter_.reset(pw_filter_new(
-        core_.get(), spec.name.c_str(), makeProperties(nodeProperties(spec)).release()));
+        core_.get(), setup.name.c_str(), makeProperties(nodeProperties(setup)).release()));
     if (!filter_) {
         return -(errno == 0 ? EIO : errno);
     }
     hook_ = std::make_unique<Hook>();
     pw_filter_add_listener(filter_.get(), hook_->get(), &events, this);
-    for (const PortSpec& port : spec.ports) {
+    for (const PortSetup& port : setup.ports) {
         auto properties = makeProperties(
             {{PW_KEY_PORT_NAME, port.name}, {PW_KEY_FORMAT_DSP, "32 bit float mono audio"}});
         const bool isInput = port.direction == Direction::input;

@@ -21,14 +21,14 @@ namespace velmora::pipewire {
 class FilterNode {
 public:
     enum class Direction { input, output };
-    struct PortSpec {
+    struct PortSetup {
         std::string name;
         Direction direction{};
     };
-    struct Spec {
+    struct Setup {
         std::string name;        ///< `node.name`, unique
         std::string description; ///< what a patch bay shows
-        std::vector<PortSpec> ports;
+        std::vector<PortSetup> ports;
         std::uint32_t blockFrames{}; ///< wanted frames per cycle, at `rateHz`
         double rateHz{};
     };
@@ -48,21 +48,21 @@ public:
 
     /// Connects to the daemon; the ports appear shortly after. `handler` outlives the node.
     /// Errors: the status; nothing is left open.
-    [[nodiscard]] static StatusOr<std::unique_ptr<FilterNode>> open(Spec spec, Handler& handler);
+    [[nodiscard]] static StatusOr<std::unique_ptr<FilterNode>> open(Setup setup, Handler& handler);
 
     /// When this returns, the handler is not running and will not run again.
     ~FilterNode();
     FilterNode(const FilterNode&) = delete;
     FilterNode& operator=(const FilterNode&) = delete;
 
-    /// The block of port `index` (in the order of `Spec::ports`), `frames` floats; null while
+    /// The block of port `index` (in the order of `Setup::ports`), `frames` floats; null while
     /// nothing is linked to it. Output blocks are to be written in every cycle.
     /// Threads: inside `process`. Real-time: yes.
     [[nodiscard]] float* buffer(std::size_t index, std::uint32_t frames) const noexcept;
 
 private:
     explicit FilterNode(Handler& handler);
-    Status connect(const Spec& spec);
+    Status connect(const Setup& setup);
     void onState(pw_filter_state state);
     void onProcess(const spa_io_position* position) noexcept;
     void checkCalls();

@@ -259,15 +259,15 @@ bool Hardware::isAlive(const Tap& tap) const {
 }
 
 Status Hardware::start(Proc& proc, const Tap& tap) {
-    const TapNode::Spec spec = session_.change([&](SessionState& state) {
+    const TapNode::Setup setup = session_.change([&](SessionState& state) {
         proc.nodeName = state.newNodeName("tap");
         state.routes[proc.nodeName] = TapRoute{.process = tap.process};
-        return TapNode::Spec{.name = proc.nodeName,
-                             .blockFrames = usualBlockFrames,
-                             .rateHz = state.graph.rate(),
-                             .scale = tap.scale};
+        return TapNode::Setup{.name = proc.nodeName,
+                              .blockFrames = usualBlockFrames,
+                              .rateHz = state.graph.rate(),
+                              .scale = tap.scale};
     });
-    auto node = TapNode::open(spec, proc.callback);
+    auto node = TapNode::open(setup, proc.callback);
     if (!node) {
         stop(proc);
         return node.error();

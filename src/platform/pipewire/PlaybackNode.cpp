@@ -11,7 +11,7 @@ namespace {
 
 enum PortIndex : std::size_t { leftPort, rightPort, syncPort };
 
-FilterNode::Spec nodeSpec(std::string name, std::uint32_t blockFrames, double rateHz) {
+FilterNode::Setup nodeSetup(std::string name, std::uint32_t blockFrames, double rateHz) {
     using enum FilterNode::Direction;
     return {.name = std::move(name),
             .description = "Velmora Output",
@@ -34,7 +34,7 @@ StatusOr<std::unique_ptr<PlaybackNode>> PlaybackNode::open(std::string name,
                                                            double rateHz,
                                                            RenderCallback render) {
     std::unique_ptr<PlaybackNode> playback(new PlaybackNode(std::move(render)));
-    auto node = FilterNode::open(nodeSpec(std::move(name), blockFrames, rateHz), *playback);
+    auto node = FilterNode::open(nodeSetup(std::move(name), blockFrames, rateHz), *playback);
     if (!node) {
         return std::unexpected(node.error());
     }

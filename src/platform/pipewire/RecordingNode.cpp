@@ -7,13 +7,13 @@
 namespace velmora::pipewire {
 namespace {
 
-FilterNode::Spec nodeSpec(const RecordingNode::Spec& spec) {
-    FilterNode::Spec made{.name = spec.name,
-                          .description = "Velmora Input",
-                          .ports = {},
-                          .blockFrames = spec.blockFrames,
-                          .rateHz = spec.rateHz};
-    for (std::uint32_t at = 0; at < spec.channels; ++at) {
+FilterNode::Setup nodeSetup(const RecordingNode::Setup& setup) {
+    FilterNode::Setup made{.name = setup.name,
+                           .description = "Velmora Input",
+                           .ports = {},
+                           .blockFrames = setup.blockFrames,
+                           .rateHz = setup.rateHz};
+    for (std::uint32_t at = 0; at < setup.channels; ++at) {
         made.ports.push_back({own::channel(at), FilterNode::Direction::input});
     }
     made.ports.push_back({std::string(own::sync), FilterNode::Direction::output});
@@ -27,10 +27,10 @@ RecordingNode::RecordingNode(std::uint32_t channels, ReceiveCallback receive)
       silence_(static_cast<std::size_t>(largestBlockFrames)) {
 }
 
-StatusOr<std::unique_ptr<RecordingNode>> RecordingNode::open(const Spec& spec,
+StatusOr<std::unique_ptr<RecordingNode>> RecordingNode::open(const Setup& setup,
                                                              ReceiveCallback receive) {
-    std::unique_ptr<RecordingNode> recording(new RecordingNode(spec.channels, std::move(receive)));
-    auto node = FilterNode::open(nodeSpec(spec), *recording);
+    std::unique_ptr<RecordingNode> recording(new RecordingNode(setup.channels, std::move(receive)));
+    auto node = FilterNode::open(nodeSetup(setup), *recording);
     if (!node) {
         return std::unexpected(node.error());
     }

@@ -13,7 +13,7 @@ namespace velmora::pipewire {
 /// Threads: main. Real-time: no; the callback runs on the node's own real-time thread.
 class RecordingNode final : FilterNode::Handler {
 public:
-    struct Spec {
+    struct Setup {
         std::string name;
         std::uint32_t channels{};
         std::uint32_t blockFrames{};
@@ -21,7 +21,7 @@ public:
     };
 
     /// Errors: the status; nothing is left open.
-    [[nodiscard]] static StatusOr<std::unique_ptr<RecordingNode>> open(const Spec& spec,
+    [[nodiscard]] static StatusOr<std::unique_ptr<RecordingNode>> open(const Setup& setup,
                                                                        ReceiveCallback receive);
 
 private:

@@ -14,9 +14,9 @@ namespace {
 constexpr std::size_t inputCount = 5; // one per TapInput
 constexpr std::size_t syncPort = inputCount;
 
-FilterNode::Spec nodeSpec(const TapNode::Spec& spec) {
+FilterNode::Setup nodeSetup(const TapNode::Setup& setup) {
     using enum FilterNode::Direction;
-    return {.name = spec.name,
+    return {.name = setup.name,
             .description = "Velmora Tap",
             .ports = {{std::string(own::left), input},
                       {std::string(own::right), input},
@@ -24,8 +24,8 @@ FilterNode::Spec nodeSpec(const TapNode::Spec& spec) {
                       {std::string(own::surroundLeft), input},
                       {std::string(own::surroundRight), input},
                       {std::string(own::sync), output}},
-            .blockFrames = spec.blockFrames,
-            .rateHz = spec.rateHz};
+            .blockFrames = setup.blockFrames,
+            .rateHz = setup.rateHz};
 }
 
 } // namespace
@@ -36,9 +36,9 @@ TapNode::TapNode(float scale, IOCallback callback)
       silence_(static_cast<std::size_t>(largestBlockFrames)) {
 }
 
-StatusOr<std::unique_ptr<TapNode>> TapNode::open(const Spec& spec, IOCallback callback) {
-    std::unique_ptr<TapNode> tap(new TapNode(spec.scale, std::move(callback)));
-    auto node = FilterNode::open(nodeSpec(spec), *tap);
+StatusOr<std::unique_ptr<TapNode>> TapNode::open(const Setup& setup, IOCallback callback) {
+    std::unique_ptr<TapNode> tap(new TapNode(setup.scale, std::move(callback)));
+    auto node = FilterNode::open(nodeSetup(setup), *tap);
     if (!node) {
         return std::unexpected(node.error());
     }

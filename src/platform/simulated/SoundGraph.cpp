@@ -80,11 +80,12 @@ AudioObjectID SoundGraph::makeAggregate(const AggregateDescription& description)
     aggregates.push_back({id, description});
     aggregateHistory.push_back(description);
     if (!description.isPrivate) {
-        DeviceState made{.id = id,
-                         .about = {.uid = description.uid,
-                                   .name = description.name,
-                                   .outputs = {2},
-                                   .transport = Transport::aggregate}};
+        DeviceState made;
+        made.id = id;
+        made.about = {.uid = description.uid,
+                      .name = description.name,
+                      .outputs = {2},
+                      .transport = Transport::aggregate};
         for (const SubDevice& part : description.subDevices) {
             made.partUIDs.push_back(part.uid);
         }

@@ -1,6 +1,5 @@
 #include "engine/EngineSettings.h"
 
-#include "engine/FXParamsStore.h"
 #include "platform/DefaultsStore.h"
 
 #include <string_view>
@@ -37,7 +36,7 @@ EngineSettings::EngineSettings(DefaultsStore& store)
       streamVolume_(readVolume(store, streamVolumeKey)) {
     setMonitoringSelection(store.read<std::string>(monitoringSelectionKey));
     gains_ = readGains(store);
-    fx_ = decodeFXParamsMap(store.read<Bytes>(fxKey).value_or(Bytes{}));
+    fx_ = FXParamsStore(store.read<Bytes>(fxKey).value_or(Bytes{}));
     muteDirect_ = store.read<BooleanMap>(muteDirectKey).value_or(BooleanMap{});
 }
 
@@ -47,12 +46,8 @@ void EngineSettings::setGain(const std::string& id, float gain) {
 }
 
 void EngineSettings::setFX(const std::string& id, const FXParams& params) {
-    if (params.isNeutral()) {
-        fx_.erase(id);
-    } else {
-        fx_[id] = params;
-    }
-    if (auto bytes = encodeFXParamsMap(fx_)) {
+    fx_.set(id, params);
+    if (auto bytes = fx_.encoded()) {
         store_.set(fxKey, std::move(*bytes));
     }
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effects/FXParams.h"
+#include "engine/FXParamsStore.h"
 
 #include <map>
 #include <optional>
@@ -28,7 +29,7 @@ public:
     void setGain(const std::string& id, float gain);
 
     /// By source id; only settings that are not neutral.
-    [[nodiscard]] const std::map<std::string, FXParams>& fx() const { return fx_; }
+    [[nodiscard]] const std::map<std::string, FXParams>& fx() const { return fx_.params(); }
     /// A neutral value removes the entry.
     void setFX(const std::string& id, const FXParams& params);
 
@@ -52,7 +53,7 @@ private:
     float streamVolume_;
     std::optional<std::string> monitoringSelection_;
     std::map<std::string, float> gains_;
-    std::map<std::string, FXParams> fx_;
+    FXParamsStore fx_;
     std::map<std::string, bool> muteDirect_;
 };
 

@@ -64,6 +64,7 @@ protected:
 
 TEST_F(KilledMixer, LosesNoAcknowledgedChangeAtFiveHundredMoments) {
     constexpr int kills = 500;
+    int launchesWithPresets = 0;
     for (int round = 0; round < kills; ++round) {
         SCOPED_TRACE("kill " + std::to_string(round) + " after change " + std::to_string(last));
         support::AcknowledgingProgram changer(
@@ -91,9 +92,10 @@ TEST_F(KilledMixer, LosesNoAcknowledgedChangeAtFiveHundredMoments) {
         ASSERT_EQ(integrityOf(looked.path()), "ok");
         ASSERT_NE(std::ranges::find(possible, kept), possible.end());
         looked.quit();
+        launchesWithPresets += kept.presets.empty() ? 0 : 1;
     }
     EXPECT_GT(last, 10'000U);
-    EXPECT_FALSE(kept.presets.empty());
+    EXPECT_GT(launchesWithPresets, kills / 2);
 }
 
 } // namespace

@@ -63,7 +63,7 @@ public:
     }
 
 private:
-    std::minstd_rand random_;
+    std::mt19937 random_; // unlike simpler ones, spreads neighbouring seeds
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "effects/Compressor.h"
 
+#include "effects/Lanes.h"
 #include "effects/SampleMath.h"
 
 #include <algorithm>
@@ -35,22 +36,30 @@ void Compressor::retune(std::int64_t strength, double sampleRate) {
     makeup_ = linearGain(chosen.makeupDb);
 }
 
-float Compressor::gain() const noexcept {
-    if (!(envelope_ > threshold_)) {
+float Compressor::gainAt(float envelope) const noexcept {
+    if (!(envelope > threshold_)) {
         return makeup_;
     }
-    const float overDb = 20.0F * std::log10(envelope_ / threshold_);
+    const float overDb = 20.0F * std::log10(envelope / threshold_);
     return makeup_ * linearGain(-(slope_ * overDb));
 }
 
-void Compressor::process(std::span<float> samples) noexcept {
+template <Check check>
+void Compressor::run(std::span<float> samples) noexcept {
+    Lanes envelope = allLanes(envelope_);
     for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
-        const float peak = maxFirst(std::abs(samples[i]), std::abs(samples[i + 1]));
-        envelope_ = follow(envelope_, peak, peak > envelope_ ? attack_ : release_, 0.0F);
-        const float now = gain();
-        samples[i] *= now;
-        samples[i + 1] *= now;
+        const Lanes x = loadFrame(&samples[i]);
+        const Lanes levels = absolute(x);
+        const Lanes peak = maxFirst(levels, __builtin_shufflevector(levels, levels, 1, 1, 1, 1));
+        const Lanes speed = select(peak > envelope, allLanes(attack_), allLanes(release_));
+        envelope = follow<check>(envelope, peak, speed, zeroLanes);
+        storeFrame(&samples[i], x * gainAt(envelope[0]));
     }
+    envelope_ = envelope[0];
+}
+
+void Compressor::process(std::span<float> samples, Check check) noexcept {
+    check == Check::everyFrame ? run<Check::everyFrame>(samples) : run<Check::atTheEnd>(samples);
 }
 
 } // namespace velmora

@@ -1,6 +1,9 @@
 // Compressor.h: evens out loudness in three fixed strengths.
 #pragma once
 
+#include "effects/Check.h"
+
+#include <cmath>
 #include <cstdint>
 #include <span>
 
@@ -17,10 +20,13 @@ public:
     void reset() noexcept { envelope_ = 0.0F; }
     [[nodiscard]] bool isOn() const noexcept { return slope_ > 0.0F; }
     /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
+    void process(std::span<float> samples, Check check = Check::everyFrame) noexcept;
+    [[nodiscard]] bool isFinite() const noexcept { return std::isfinite(envelope_); }
 
 private:
-    [[nodiscard]] float gain() const noexcept;
+    template <Check check>
+    void run(std::span<float> samples) noexcept;
+    [[nodiscard]] float gainAt(float envelope) const noexcept;
 
     float envelope_{0};
     float attack_{0};

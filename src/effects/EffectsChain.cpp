@@ -51,44 +51,20 @@ void EffectsChain::takeOver(const Settings& next) {
     const bool rateChanged = next.sampleRate != inForce_.sampleRate;
     const bool leavesBypass = inForce_.isBypassed && !next.isBypassed;
     const bool leavesNeutral = inForce_.params.isNeutral() && !next.params.isNeutral();
-    lowCut_.retune(next.params.lowcut, next.sampleRate);
-    tilt_.retune(next.params.tilt, next.sampleRate);
-    compressor_.retune(next.params.comp, next.sampleRate);
-    levelStage_.retune(next.params, next.sampleRate);
-    plosiveGuard_.retune(next.params.plosive, next.sampleRate);
-    noiseReduction_.retune(next.params.denoise, next.sampleRate);
+    dryStages_.retune(next.params, next.sampleRate);
     reverb_.retune(next.params, next.sampleRate, rateChanged);
     if (rateChanged || leavesBypass || leavesNeutral) {
-        reset();
+        dryStages_.reset();
+        reverb_.reset();
     }
     inForce_ = next;
 }
 
-void EffectsChain::reset() {
-    lowCut_.reset();
-    plosiveGuard_.reset();
-    tilt_.reset();
-    noiseReduction_.reset();
-    compressor_.reset();
-    levelStage_.reset();
-    reverb_.reset();
-}
-
-/// Each stage runs over the whole block before the next one starts: nothing feeds back from a
-/// later stage, so this gives the same samples as going frame by frame.
 void EffectsChain::run(std::span<float> samples) noexcept {
-    const auto runIfOn = [samples](auto& stage) {
-        if (stage.isOn()) {
-            stage.process(samples);
-        }
-    };
-    runIfOn(lowCut_);
-    runIfOn(plosiveGuard_);
-    runIfOn(tilt_);
-    runIfOn(noiseReduction_);
-    runIfOn(compressor_);
-    levelStage_.process(samples);
-    runIfOn(reverb_);
+    dryStages_.process(samples);
+    if (reverb_.isOn()) {
+        reverb_.process(samples);
+    }
     for (float& sample : samples) {
         sample = finiteOr(sample, 0.0F);
     }

@@ -1,15 +1,10 @@
 // EffectsChain.h: one source's effects, in their fixed order.
 #pragma once
 
-#include "effects/Compressor.h"
+#include "effects/DryStages.h"
 #include "effects/FXParams.h"
-#include "effects/LevelStage.h"
-#include "effects/LowCut.h"
 #include "effects/Mailbox.h"
-#include "effects/NoiseReduction.h"
-#include "effects/PlosiveGuard.h"
 #include "effects/Reverb.h"
-#include "effects/Tilt.h"
 
 #include <cstdint>
 #include <mutex>
@@ -53,7 +48,6 @@ private:
     };
 
     void takeOver(const Settings& next);
-    void reset();
     void run(std::span<float> samples) noexcept;
 
     std::mutex control_; // keeps the control threads apart; the audio thread never takes it
@@ -62,12 +56,7 @@ private:
 
     // audio thread
     Settings inForce_;
-    LowCut lowCut_;
-    PlosiveGuard plosiveGuard_;
-    Tilt tilt_;
-    NoiseReduction noiseReduction_;
-    Compressor compressor_;
-    LevelStage levelStage_;
+    DryStages dryStages_;
     Reverb reverb_;
 };
 

@@ -25,32 +25,47 @@ void LevelStage::retune(const FXParams& params, double sampleRate) {
 }
 
 void LevelStage::reset() noexcept {
-    meanSquare_ = 0.0F;
-    gain_ = 1.0F;
+    state_ = {};
 }
 
-void LevelStage::trackLevel(float left, float right) noexcept {
-    const float square = (left * left + right * right) * 0.5F;
-    meanSquare_ = follow(meanSquare_, square, meanSquareCoefficient_, 0.0F);
+bool LevelStage::isFinite() const noexcept {
+    return std::isfinite(state_.meanSquare) && std::isfinite(state_.gain);
 }
 
-void LevelStage::glideAutomatically() noexcept {
-    const float rms = std::sqrt(maxFirst(meanSquare_, 0.0F));
+template <Check check>
+void LevelStage::glideAutomatically(State& state) const noexcept {
+    const float rms = std::sqrt(maxFirst(state.meanSquare, 0.0F));
     if (rms > quietestRms) {
-        gain_ = follow(gain_, std::clamp(wantedRms / rms, lowestGain, highestGain), slew_, 1.0F);
+        const float wanted = std::clamp(wantedRms / rms, lowestGain, highestGain);
+        state.gain = follow<check>(state.gain, wanted, slew_, 1.0F);
     }
 }
 
-void LevelStage::process(std::span<float> samples) noexcept {
+template <Check check, bool isAutomatic>
+void LevelStage::run(std::span<float> samples) noexcept {
+    State state = state_;
     for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
-        trackLevel(samples[i], samples[i + 1]);
-        if (isAutomatic_) {
-            glideAutomatically();
+        const float left = samples[i];
+        const float right = samples[i + 1];
+        const float square = (left * left + right * right) * 0.5F;
+        state.meanSquare = follow<check>(state.meanSquare, square, meanSquareCoefficient_, 0.0F);
+        if constexpr (isAutomatic) {
+            glideAutomatically<check>(state);
         } else {
-            gain_ = follow(gain_, manualGain_, manualGlide, 1.0F);
+            state.gain = follow<check>(state.gain, manualGain_, manualGlide, 1.0F);
         }
-        samples[i] *= gain_;
-        samples[i + 1] *= gain_;
+        samples[i] = left * state.gain;
+        samples[i + 1] = right * state.gain;
+    }
+    state_ = state;
+}
+
+void LevelStage::process(std::span<float> samples, Check check) noexcept {
+    if (check == Check::everyFrame) {
+        isAutomatic_ ? run<Check::everyFrame, true>(samples)
+                     : run<Check::everyFrame, false>(samples);
+    } else {
+        isAutomatic_ ? run<Check::atTheEnd, true>(samples) : run<Check::atTheEnd, false>(samples);
     }
 }
 

@@ -1,6 +1,7 @@
 // LevelStage.h: rides the level towards a common loudness, or applies the user's own gain.
 #pragma once
 
+#include "effects/Check.h"
 #include "effects/FXParams.h"
 
 #include <span>
@@ -17,15 +18,21 @@ public:
     void retune(const FXParams& params, double sampleRate);
     void reset() noexcept;
     /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
+    void process(std::span<float> samples, Check check = Check::everyFrame) noexcept;
+    [[nodiscard]] bool isFinite() const noexcept;
 
 private:
-    void trackLevel(float left, float right) noexcept;
-    void glideAutomatically() noexcept;
+    struct State {
+        float meanSquare{0};
+        float gain{1};
+    };
+    template <Check check, bool isAutomatic>
+    void run(std::span<float> samples) noexcept;
+    template <Check check>
+    void glideAutomatically(State& state) const noexcept;
 
-    float meanSquare_{0};
+    State state_;
     float meanSquareCoefficient_{0};
-    float gain_{1};
     float slew_{0};       // of the automatic gain
     float manualGain_{1}; // linear
     bool isAutomatic_{true};

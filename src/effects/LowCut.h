@@ -1,7 +1,7 @@
 // LowCut.h: removes rumble.
 #pragma once
 
-#include "effects/BiquadPair.h"
+#include "effects/BiquadLanes.h"
 
 #include <cstdint>
 #include <span>
@@ -18,10 +18,14 @@ public:
     void reset() noexcept { highPass_.clearHistory(); }
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
+    void process(std::span<float> samples, Check check = Check::everyFrame) noexcept;
+    [[nodiscard]] bool isFinite() const noexcept { return highPass_.isFinite(); }
 
 private:
-    BiquadPair highPass_;
+    template <Check check>
+    void run(std::span<float> samples) noexcept;
+
+    BiquadLanes highPass_; // the lower pair
     bool isOn_{false};
 };
 

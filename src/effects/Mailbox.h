@@ -11,7 +11,8 @@ namespace velmora {
 /// sides only ever swap an index, so that neither waits for the other and no value is torn.
 ///
 /// Threads: one poster at a time (posters serialise among themselves), one taker.
-template <typename T> class Mailbox {
+template <typename T>
+class Mailbox {
     static_assert(std::is_nothrow_copy_assignable_v<T>);
 
 public:

@@ -1,7 +1,5 @@
 #include "effects/NoiseReduction.h"
 
-#include <cmath>
-
 namespace velmora {
 namespace {
 
@@ -15,13 +13,22 @@ constexpr float openingRatio = 2.5F; // about 8 dB above the floor
 constexpr float lowestReference = 0.0001F;
 constexpr float lowestGain = 0.12F; // about -18.4 dB
 
+/// The larger magnitude of left and right in each band. `split` holds low left, low right, high
+/// left and high right, `mid` the two of mid in its lower lanes.
+Lanes louderChannel(Lanes split, Lanes mid) noexcept {
+    const Lanes splits = absolute(split);
+    const Lanes mids = absolute(mid);
+    return maxFirst(__builtin_shufflevector(splits, mids, 0, 4, 2, 4),
+                    __builtin_shufflevector(splits, mids, 1, 5, 3, 5));
+}
+
 } // namespace
 
 void NoiseReduction::retune(bool isOn, double sampleRate) {
     isOn_ = isOn;
     if (isOn_) {
-        lowPass_.retune(Biquad::lowPass(lowHz, sampleRate));
-        highPass_.retune(Biquad::highPass(highHz, sampleRate));
+        split_.retune(0, Biquad::lowPass(lowHz, sampleRate));
+        split_.retune(1, Biquad::highPass(highHz, sampleRate));
         attack_ = followCoefficient(sampleRate, attackSeconds);
         release_ = followCoefficient(sampleRate, releaseSeconds);
         floorRise_ = followCoefficient(sampleRate, floorRiseSeconds);
@@ -29,38 +36,59 @@ void NoiseReduction::retune(bool isOn, double sampleRate) {
 }
 
 void NoiseReduction::reset() noexcept {
-    lowPass_.clearHistory();
-    highPass_.clearHistory();
-    bands_.fill({});
+    split_.clearHistory();
+    bands_ = {};
 }
 
-void NoiseReduction::follow(Band& band, float level) noexcept {
-    band.envelope =
-        velmora::follow(band.envelope, level, level > band.envelope ? attack_ : release_, 0.0F);
-    band.floor = band.floor <= band.envelope
-                     ? velmora::follow(band.floor, band.envelope, floorRise_, initialFloor)
-                     : maxFirst(band.envelope, lowestFloor);
-    const float ratio = band.envelope / maxFirst(lowestReference, band.floor * openingRatio);
-    const float target = ratio >= 1.0F ? 1.0F : maxFirst(ratio * ratio, lowestGain);
-    band.gain = velmora::follow(band.gain, target, band.gain < target ? attack_ : release_, 1.0F);
+bool NoiseReduction::isFinite() const noexcept {
+    return split_.isFinite() && allFinite(bands_.envelope) && allFinite(bands_.floor) &&
+           allFinite(bands_.gain);
 }
 
-void NoiseReduction::process(std::span<float> samples) noexcept {
+template <Check check>
+void NoiseReduction::follow(Bands& bands, Lanes level) const noexcept {
+    const Lanes attack = allLanes(attack_);
+    const Lanes release = allLanes(release_);
+    const Lanes rising = select(level > bands.envelope, attack, release);
+    bands.envelope = velmora::follow<check>(bands.envelope, level, rising, zeroLanes);
+
+    const Lanes risen = velmora::follow<check>(
+        bands.floor, bands.envelope, allLanes(floorRise_), allLanes(initialFloor));
+    const Lanes fallen = maxFirst(bands.envelope, allLanes(lowestFloor));
+    bands.floor = select(bands.floor <= bands.envelope, risen, fallen);
+
+    const Lanes reference = maxFirst(allLanes(lowestReference), bands.floor * openingRatio);
+    const Lanes ratio = bands.envelope / reference;
+    const Lanes one = allLanes(1.0F);
+    // Also 1 wherever the ratio is 1 or more.
+    const Lanes target = minFirst(one, maxFirst(ratio * ratio, allLanes(lowestGain)));
+    const Lanes opening = select(bands.gain < target, attack, release);
+    bands.gain = velmora::follow<check>(bands.gain, target, opening, one);
+}
+
+template <Check check>
+void NoiseReduction::run(std::span<float> samples) noexcept {
+    BiquadLanes split = split_;
+    Bands bands = bands_;
     for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
-        float& left = samples[i];
-        float& right = samples[i + 1];
-        const float lowLeft = lowPass_.left.process(left);
-        const float lowRight = lowPass_.right.process(right);
-        const float highLeft = highPass_.left.process(left);
-        const float highRight = highPass_.right.process(right);
-        const float midLeft = left - lowLeft - highLeft;
-        const float midRight = right - lowRight - highRight;
-        follow(bands_[0], maxFirst(std::abs(lowLeft), std::abs(lowRight)));
-        follow(bands_[1], maxFirst(std::abs(midLeft), std::abs(midRight)));
-        follow(bands_[2], maxFirst(std::abs(highLeft), std::abs(highRight)));
-        left = lowLeft * bands_[0].gain + midLeft * bands_[1].gain + highLeft * bands_[2].gain;
-        right = lowRight * bands_[0].gain + midRight * bands_[1].gain + highRight * bands_[2].gain;
+        const Lanes frame = loadFrame(&samples[i]);
+        const Lanes x = lowerOfBoth(frame, frame);
+        const Lanes low = split.process<check>(x);
+        const Lanes high = upperTwice(low);
+        const Lanes mid = x - low - high;
+        follow<check>(bands, louderChannel(low, mid));
+        const Lanes gain = bands.gain;
+        const Lanes y = low * __builtin_shufflevector(gain, gain, 0, 0, 0, 0) +
+                        mid * __builtin_shufflevector(gain, gain, 1, 1, 1, 1) +
+                        high * __builtin_shufflevector(gain, gain, 2, 2, 2, 2);
+        storeFrame(&samples[i], y);
     }
+    split_ = split;
+    bands_ = bands;
+}
+
+void NoiseReduction::process(std::span<float> samples, Check check) noexcept {
+    check == Check::everyFrame ? run<Check::everyFrame>(samples) : run<Check::atTheEnd>(samples);
 }
 
 } // namespace velmora

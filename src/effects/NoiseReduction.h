@@ -1,9 +1,8 @@
 // NoiseReduction.h: lowers steady noise between words.
 #pragma once
 
-#include "effects/BiquadPair.h"
+#include "effects/BiquadLanes.h"
 
-#include <array>
 #include <span>
 
 namespace velmora {
@@ -19,21 +18,26 @@ public:
     void reset() noexcept;
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
+    void process(std::span<float> samples, Check check = Check::everyFrame) noexcept;
+    [[nodiscard]] bool isFinite() const noexcept;
 
 private:
     static constexpr float initialFloor = 0.001F; // linear, -60 dBFS
 
-    struct Band {
-        float envelope{0};
-        float floor{initialFloor};
-        float gain{1};
+    /// Lanes: low, mid, high; the last one repeats mid.
+    struct Bands {
+        Lanes envelope{};
+        Lanes floor{initialFloor, initialFloor, initialFloor, initialFloor};
+        Lanes gain{1, 1, 1, 1};
     };
-    void follow(Band& band, float level) noexcept;
 
-    BiquadPair lowPass_;
-    BiquadPair highPass_;
-    std::array<Band, 3> bands_; // low, mid, high
+    template <Check check>
+    void follow(Bands& bands, Lanes level) const noexcept;
+    template <Check check>
+    void run(std::span<float> samples) noexcept;
+
+    BiquadLanes split_; // the low-pass is the lower pair, the high-pass the upper one
+    Bands bands_;
     float attack_{0};
     float release_{0};
     float floorRise_{0};

@@ -1,7 +1,5 @@
 #include "effects/PlosiveGuard.h"
 
-#include <cmath>
-
 namespace velmora {
 namespace {
 
@@ -13,39 +11,58 @@ constexpr float outrun = 1.1F;
 constexpr float lowFloor = 0.03F;   // linear, about -30 dBFS
 constexpr float duckedGain = 0.25F; // -12 dB
 
+/// The larger magnitude of left and right: of the low band in lane 0, of the signal in lane 1.
+Lanes louderChannel(Lanes low, Lanes signal) noexcept {
+    const Lanes lows = absolute(low);
+    const Lanes signals = absolute(signal);
+    return maxFirst(__builtin_shufflevector(lows, signals, 0, 4, 0, 4),
+                    __builtin_shufflevector(lows, signals, 1, 5, 1, 5));
+}
+
 } // namespace
 
 void PlosiveGuard::retune(bool isOn, double sampleRate) {
     isOn_ = isOn;
     if (isOn_) {
-        lowPass_.retune(Biquad::lowPass(cornerHz, sampleRate));
+        state_.lowPass.retune(0, Biquad::lowPass(cornerHz, sampleRate));
         attack_ = followCoefficient(sampleRate, attackSeconds);
         release_ = followCoefficient(sampleRate, releaseSeconds);
     }
 }
 
 void PlosiveGuard::reset() noexcept {
-    lowPass_.clearHistory();
-    lowEnvelope_ = broadEnvelope_ = 0.0F;
-    gain_ = 1.0F;
+    state_.lowPass.clearHistory();
+    state_.envelopes = zeroLanes;
+    state_.gain = allLanes(1.0F);
 }
 
-void PlosiveGuard::process(std::span<float> samples) noexcept {
+bool PlosiveGuard::isFinite() const noexcept {
+    return state_.lowPass.isFinite() && allFinite(state_.envelopes) && allFinite(state_.gain);
+}
+
+template <Check check>
+void PlosiveGuard::run(std::span<float> samples) noexcept {
+    const Lanes rise{attack_, broadCoefficient};
+    const Lanes fall{release_, broadCoefficient};
+    State state = state_;
     for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
-        float& left = samples[i];
-        float& right = samples[i + 1];
-        const float lowLeft = lowPass_.left.process(left);
-        const float lowRight = lowPass_.right.process(right);
-        const float low = maxFirst(std::abs(lowLeft), std::abs(lowRight));
-        const float broad = maxFirst(std::abs(left), std::abs(right));
-        lowEnvelope_ = follow(lowEnvelope_, low, low > lowEnvelope_ ? attack_ : release_, 0.0F);
-        broadEnvelope_ = follow(broadEnvelope_, broad, broadCoefficient, 0.0F);
-        const bool bursts = broadEnvelope_ * outrun < lowEnvelope_ && lowEnvelope_ > lowFloor;
-        const float target = bursts ? duckedGain : 1.0F;
-        gain_ = follow(gain_, target, target < gain_ ? attack_ : release_, 1.0F);
-        left = (left - lowLeft) + lowLeft * gain_;
-        right = (right - lowRight) + lowRight * gain_;
+        const Lanes x = loadFrame(&samples[i]);
+        const Lanes low = state.lowPass.process<check>(x);
+        const Lanes level = louderChannel(low, x);
+        const Lanes speed = select(level > state.envelopes, rise, fall);
+        state.envelopes = follow<check>(state.envelopes, level, speed, zeroLanes);
+        const float lowLevel = state.envelopes[0];
+        const bool bursts = state.envelopes[1] * outrun < lowLevel && lowLevel > lowFloor;
+        const Lanes target = allLanes(bursts ? duckedGain : 1.0F);
+        const Lanes glide = select(target < state.gain, allLanes(attack_), allLanes(release_));
+        state.gain = follow<check>(state.gain, target, glide, allLanes(1.0F));
+        storeFrame(&samples[i], (x - low) + low * state.gain);
     }
+    state_ = state;
+}
+
+void PlosiveGuard::process(std::span<float> samples, Check check) noexcept {
+    check == Check::everyFrame ? run<Check::everyFrame>(samples) : run<Check::atTheEnd>(samples);
 }
 
 } // namespace velmora

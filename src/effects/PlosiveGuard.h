@@ -1,7 +1,7 @@
 // PlosiveGuard.h: softens the thump of a spoken p or b.
 #pragma once
 
-#include "effects/BiquadPair.h"
+#include "effects/BiquadLanes.h"
 
 #include <span>
 
@@ -18,13 +18,19 @@ public:
     void reset() noexcept;
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
+    void process(std::span<float> samples, Check check = Check::everyFrame) noexcept;
+    [[nodiscard]] bool isFinite() const noexcept;
 
 private:
-    BiquadPair lowPass_;
-    float lowEnvelope_{0};
-    float broadEnvelope_{0};
-    float gain_{1};
+    template <Check check>
+    void run(std::span<float> samples) noexcept;
+
+    struct State {
+        BiquadLanes lowPass; // the lower pair
+        Lanes envelopes{};   // lane 0 the low band, lane 1 the whole signal
+        Lanes gain{1, 1, 1, 1};
+    };
+    State state_;
     float attack_{0};
     float release_{0};
     bool isOn_{false};

@@ -21,6 +21,9 @@ constexpr std::array<Character, 3> characters{{
     {0.92F, 0.5F},  // Hall
 }};
 
+constexpr std::size_t partFrames = 128; // at a time, from the stack
+using Part = std::array<float, partFrames>;
+
 } // namespace
 
 Reverb::Reverb() : spare_(reservedRate) {
@@ -53,9 +56,28 @@ void Reverb::reset() {
 }
 
 void Reverb::process(std::span<float> samples) noexcept {
-    for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
-        samples[i] += lines_.left.process(samples[i], feedback_, damp_) * wet_;
-        samples[i + 1] += lines_.right.process(samples[i + 1], feedback_, damp_) * wet_;
+    for (std::size_t at = 0; at < samples.size(); at += 2 * partFrames) {
+        addRoom(samples.subspan(at, std::min(2 * partFrames, samples.size() - at)));
+    }
+}
+
+void Reverb::addRoom(std::span<float> samples) noexcept {
+    const std::size_t frames = samples.size() / 2;
+    Part left;
+    Part right;
+    for (std::size_t i = 0; i < frames; ++i) {
+        left[i] = samples[2 * i];
+        right[i] = samples[2 * i + 1];
+    }
+    const auto wetOf = [&](ReverbChannel& channel, Part& part) {
+        const auto row = std::span(part).first(frames);
+        channel.process(row, row, feedback_, damp_);
+    };
+    wetOf(lines_.left, left);
+    wetOf(lines_.right, right);
+    for (std::size_t i = 0; i < frames; ++i) {
+        samples[2 * i] += left[i] * wet_;
+        samples[2 * i + 1] += right[i] * wet_;
     }
 }
 

@@ -27,6 +27,8 @@ public:
     void process(std::span<float> samples) noexcept;
 
 private:
+    void addRoom(std::span<float> samples) noexcept;
+
     ReverbLines lines_;
     SpareReverbLines spare_;
     bool isConfigured_{false};

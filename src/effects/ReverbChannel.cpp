@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 
 namespace velmora {
 namespace {
@@ -25,9 +26,38 @@ std::size_t lineLength(double sampleRate, std::int64_t base, std::int64_t offset
     return static_cast<std::size_t>(std::max(std::trunc(length), shortestLine));
 }
 
+/// Swaps rows and columns.
+void transpose(std::array<Lanes, 4>& rows) noexcept {
+    const Lanes lower01 = __builtin_shufflevector(rows[0], rows[1], 0, 4, 1, 5);
+    const Lanes upper01 = __builtin_shufflevector(rows[0], rows[1], 2, 6, 3, 7);
+    const Lanes lower23 = __builtin_shufflevector(rows[2], rows[3], 0, 4, 1, 5);
+    const Lanes upper23 = __builtin_shufflevector(rows[2], rows[3], 2, 6, 3, 7);
+    rows[0] = __builtin_shufflevector(lower01, lower23, 0, 1, 4, 5);
+    rows[1] = __builtin_shufflevector(lower01, lower23, 2, 3, 6, 7);
+    rows[2] = __builtin_shufflevector(upper01, upper23, 0, 1, 4, 5);
+    rows[3] = __builtin_shufflevector(upper01, upper23, 2, 3, 6, 7);
+}
+
+/// The combs' damping low-passes over four samples of them.
+template <Check check>
+std::array<Lanes, 4>
+lowPassed(const std::array<Lanes, 4>& samples, Lanes damp, Lanes store) noexcept {
+    const Lanes keep = 1.0F - damp;
+    std::array<Lanes, 4> stores;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        store = keep * samples[i] + damp * store;
+        if constexpr (check == Check::everyFrame) {
+            store = finiteOr(store, zeroLanes);
+        }
+        stores[i] = store;
+    }
+    return stores;
+}
+
 } // namespace
 
-template <typename Call> void ReverbChannel::forEachLine(Call call) {
+template <typename Call>
+void ReverbChannel::forEachLine(Call call) {
     for (std::size_t k = 0; k < combs_.size(); ++k) {
         call(combs_[k], combLengths[k]);
     }
@@ -47,12 +77,12 @@ void ReverbChannel::configure(double sampleRate, std::int64_t offset) {
         line.samples.assign(lineLength(sampleRate, base, offset), 0.0F);
         line.position = 0;
     });
-    stores_.fill(0.0F);
+    stores_ = zeroLanes;
 }
 
 void ReverbChannel::clear() {
     forEachLine([](Line& line, std::int64_t) { std::ranges::fill(line.samples, 0.0F); });
-    stores_.fill(0.0F);
+    stores_ = zeroLanes;
 }
 
 float ReverbChannel::process(float input, float feedback, float damp) noexcept {
@@ -62,19 +92,86 @@ float ReverbChannel::process(float input, float feedback, float damp) noexcept {
     float sum = 0.0F;
     for (std::size_t k = 0; k < combs_.size(); ++k) {
         const float out = combs_[k].now();
-        stores_[k] = finiteOr((1.0F - damp) * out + damp * stores_[k], 0.0F);
-        combs_[k].now() = finiteOr(input + feedback * stores_[k], 0.0F);
-        combs_[k].advance();
+        const float store = finiteOr((1.0F - damp) * out + damp * stores_[k], 0.0F);
+        stores_[k] = store;
+        combs_[k].now() = finiteOr(input + feedback * store, 0.0F);
+        combs_[k].advance(1);
         sum = sum + out;
     }
     float signal = sum * 0.25F;
     for (Line& allpass : allpasses_) {
         const float delayed = allpass.now();
         allpass.now() = finiteOr(signal + delayed * allpassGain, 0.0F);
-        allpass.advance();
+        allpass.advance(1);
         signal = delayed - signal;
     }
     return signal;
+}
+
+/// How far every line can go on without starting over.
+std::size_t ReverbChannel::beforeAnyEnd() const noexcept {
+    std::size_t samples = std::numeric_limits<std::size_t>::max();
+    for (const Line& line : combs_) {
+        samples = std::min(samples, line.beforeEnd());
+    }
+    for (const Line& line : allpasses_) {
+        samples = std::min(samples, line.beforeEnd());
+    }
+    return samples;
+}
+
+void ReverbChannel::process(std::span<const float> input,
+                            std::span<float> output,
+                            float feedback,
+                            float damp) noexcept {
+    const bool isConfigured = !combs_.front().samples.empty();
+    for (std::size_t i = 0; i < input.size();) {
+        // A line is longer than four samples, so that four in a row never meet their own echo.
+        if (isConfigured && input.size() - i >= 4 && beforeAnyEnd() >= 4) {
+            processFour(&input[i], &output[i], allLanes(feedback), allLanes(damp));
+            i += 4;
+        } else {
+            output[i] = process(input[i], feedback, damp);
+            ++i;
+        }
+    }
+}
+
+/// Four samples at once: along each line they lie side by side.
+void ReverbChannel::processFour(const float* input,
+                                float* output,
+                                Lanes feedback,
+                                Lanes damp) noexcept {
+    Lanes signal = runCombs(loadLanes(input), feedback, damp) * 0.25F;
+    for (Line& allpass : allpasses_) {
+        const Lanes delayed = loadLanes(&allpass.now());
+        storeLanes(&allpass.now(), finiteOr(signal + delayed * allpassGain, zeroLanes));
+        allpass.advance(4);
+        signal = delayed - signal;
+    }
+    storeLanes(output, signal);
+}
+
+/// The sum of the combs. Their low-passes go sample by sample, but all four combs at once.
+Lanes ReverbChannel::runCombs(Lanes input, Lanes feedback, Lanes damp) noexcept {
+    std::array<Lanes, 4> rows; // a comb's four samples each, then four combs' sample each
+    Lanes sum = zeroLanes;
+    for (std::size_t k = 0; k < rows.size(); ++k) {
+        rows[k] = loadLanes(&combs_[k].now());
+        sum = sum + rows[k];
+    }
+    transpose(rows);
+    auto stores = lowPassed<Check::atTheEnd>(rows, damp, stores_);
+    if (!allFinite(stores.back())) {
+        stores = lowPassed<Check::everyFrame>(rows, damp, stores_);
+    }
+    stores_ = stores.back();
+    transpose(stores);
+    for (std::size_t k = 0; k < rows.size(); ++k) {
+        storeLanes(&combs_[k].now(), finiteOr(input + feedback * stores[k], zeroLanes));
+        combs_[k].advance(4);
+    }
+    return sum;
 }
 
 } // namespace velmora

@@ -1,9 +1,12 @@
 // ReverbChannel.h: a small room for one channel.
 #pragma once
 
+#include "effects/Lanes.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace velmora {
@@ -32,18 +35,33 @@ public:
     /// One sample in, the wet signal out; 0 before the first `configure`. Real-time: yes.
     float process(float input, float feedback, float damp) noexcept;
 
+    /// The same for a row of samples; `output` is as long as `input`, and may be it. Real-time:
+    /// yes.
+    void process(std::span<const float> input,
+                 std::span<float> output,
+                 float feedback,
+                 float damp) noexcept;
+
 private:
     struct Line {
         std::vector<float> samples;
         std::size_t position{0};
 
         [[nodiscard]] float& now() noexcept { return samples[position]; }
-        void advance() noexcept { position = position + 1 < samples.size() ? position + 1 : 0; }
+        [[nodiscard]] std::size_t beforeEnd() const noexcept { return samples.size() - position; }
+        void advance(std::size_t count) noexcept {
+            position = count < beforeEnd() ? position + count : 0;
+        }
     };
-    template <typename Call> void forEachLine(Call call);
+    template <typename Call>
+    void forEachLine(Call call);
+
+    [[nodiscard]] std::size_t beforeAnyEnd() const noexcept;
+    void processFour(const float* input, float* output, Lanes feedback, Lanes damp) noexcept;
+    [[nodiscard]] Lanes runCombs(Lanes input, Lanes feedback, Lanes damp) noexcept;
 
     std::array<Line, 4> combs_;
-    std::array<float, 4> stores_{}; // each comb's damping low-pass
+    Lanes stores_{}; // each comb's damping low-pass
     std::array<Line, 2> allpasses_;
 };
 

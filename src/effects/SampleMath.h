@@ -1,6 +1,8 @@
 // SampleMath.h: the few sums that every stage shares.
 #pragma once
 
+#include "effects/Check.h"
+
 #include <cmath>
 #include <limits>
 
@@ -20,9 +22,10 @@ namespace velmora {
 /// returns to `reset`.
 ///
 /// Formula: x += (t - x) * a
-[[nodiscard]] inline float
-follow(float state, float target, float coefficient, float reset) noexcept {
-    return finiteOr(state + (target - state) * coefficient, reset);
+template <Check check>
+[[nodiscard]] float follow(float state, float target, float coefficient, float reset) noexcept {
+    const float next = state + (target - state) * coefficient;
+    return check == Check::everyFrame ? finiteOr(next, reset) : next;
 }
 
 /// The coefficient with which a follower covers 63 % of a step in `seconds`.

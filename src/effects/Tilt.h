@@ -1,7 +1,7 @@
 // Tilt.h: makes a source brighter or darker.
 #pragma once
 
-#include "effects/BiquadPair.h"
+#include "effects/BiquadLanes.h"
 
 #include <span>
 
@@ -14,14 +14,17 @@ class Tilt {
 public:
     /// @param tilt  -1 … +1 for -4.5 … +4.5 dB of the highs; off up to a magnitude of 0.01
     void retune(float tilt, double sampleRate);
-    void reset() noexcept;
+    void reset() noexcept { shelves_.clearHistory(); }
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
+    void process(std::span<float> samples, Check check = Check::everyFrame) noexcept;
+    [[nodiscard]] bool isFinite() const noexcept { return shelves_.isFinite(); }
 
 private:
-    BiquadPair lowShelf_;
-    BiquadPair highShelf_;
+    template <Check check>
+    void run(std::span<float> samples) noexcept;
+
+    BiquadLanes shelves_; // the low shelf is the lower pair, the high shelf the upper one
     bool isOn_{false};
 };
 

@@ -154,7 +154,7 @@ void AudioEngine::add(const AudioSource& source) {
 }
 
 void AudioEngine::remove(const AudioSource& source) {
-    // A copy: `source` may be an element of the list.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): may be an element of the list
     const AudioSource removed = source;
     const bool differs = std::erase(sources_, removed) > 0;
     restartIfRunning();

@@ -29,6 +29,7 @@ auto selected(const Object* object, Select select) {
 template <typename Items>
 std::vector<AudioObjectID> idsOf(const Items& items) {
     std::vector<AudioObjectID> ids;
+    ids.reserve(items.size());
     for (const auto& item : items) {
         ids.push_back(item.id);
     }

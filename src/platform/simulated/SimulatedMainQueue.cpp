@@ -43,7 +43,7 @@ std::unique_ptr<MainQueue::Timer> SimulatedMainQueue::every(std::chrono::nanosec
 }
 
 std::unique_ptr<MainQueue::Timer> SimulatedMainQueue::add(Time due, Time period, Work work) {
-    auto entry = std::make_shared<Entry>(due, period, std::move(work));
+    auto entry = std::make_shared<Entry>(Entry{due, period, std::move(work)});
     timers_.push_back(entry);
     return std::make_unique<Handle>(std::move(entry));
 }

@@ -82,6 +82,7 @@ void SoundGraph::runIOProc(const IOProcState& proc) {
         }
     }
     std::vector<IOBuffer> buffers;
+    buffers.reserve(blocks.size());
     for (std::vector<float>& block : blocks) {
         buffers.push_back(
             {tapBuffers == TapBuffers::null ? nullptr : block.data(),

@@ -141,7 +141,7 @@ private:
     void keepHeard();
     [[nodiscard]] std::vector<float> tapBlock(const TapState& tap);
     [[nodiscard]] bool isMuted(AudioObjectID process) const;
-    void playInto(DeviceState& device, std::size_t channel, const std::vector<float>& samples);
+    void playInto(DeviceState& target, std::size_t channel, const std::vector<float>& samples);
     void callBack(const std::function<void()>& callback) const;
 
     AudioObjectID lastObject_ = 1000; // clear of small ids that tests give to devices

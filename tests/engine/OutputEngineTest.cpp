@@ -102,7 +102,7 @@ TEST_F(OutputEngine, TellsARefusalWithItsStatus) {
     const AudioObjectID device = addOutput(4);
     const auto refusal = [&](Operation operation) {
         machine.sound.refuse(operation, -10879);
-        const std::string message = failure(device, 3);
+        std::string message = failure(device, 3);
         machine.sound.allow(operation);
         return message;
     };

@@ -68,6 +68,24 @@ TEST_F(Recovery, AnInputThatReturnsIsHeardAgainAndTheOthersGoOn) {
     session().remove(box.name);
 }
 
+TEST_F(Recovery, AMicrophoneThatReturnsHasTheMixAgain) {
+    const SessionDevice replacement{.name = microphone,
+                                    .description = "Velmora Microphone",
+                                    .mediaClass = "Audio/Source/Virtual",
+                                    .priority = 1};
+    const ToneApp app(session());
+    app.play("music", leftHz, rightHz, playedDb);
+    mix({playing(app.pid())});
+    EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
+
+    session().remove(microphone);
+    session().add(replacement);
+
+    EXPECT_TRUE(mic.waitForFreshSound());
+    EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
+    EXPECT_TRUE(mic.hears(1, rightHz, playedDb));
+}
+
 TEST_F(Recovery, TheMixComesBackAfterTheSoundServerWasKilled) {
     const Feeder before(
         session(), interface4.name, {1, 2}, {.hz = {inputLeftHz, inputRightHz}, .db = playedDb});
@@ -96,13 +114,18 @@ TEST_F(Recovery, TheMixIsThereAfterTheSessionManagerWasKilled) {
     session().killManager();
     session().startServices();
 
-    // The new manager takes the devices' ports away and makes them anew. Clients that were linked
-    // to them are linked again without sound; new ones have it, and the mixer is as good as new.
-    const Feeder after(
-        session(), interface4.name, {1, 2}, {.hz = {otherLeftHz, otherRightHz}, .db = playedDb});
-    const Recorder newMic(session(), microphone, {1, 2});
-    EXPECT_TRUE(newMic.hears(0, otherLeftHz, playedDb));
-    EXPECT_TRUE(newMic.hears(1, otherRightHz, playedDb));
+    // The new manager takes the devices' ports away and makes them anew. A client that is linked to
+    // them at that time stays linked without sound, until it is started again; the mixer does not.
+    const auto newClientsHearTheMix = [this] {
+        const Feeder newFeeder(session(),
+                               interface4.name,
+                               {1, 2},
+                               {.hz = {otherLeftHz, otherRightHz}, .db = playedDb});
+        const Recorder newMic(session(), microphone, {1, 2});
+        return newMic.hears(0, otherLeftHz, playedDb, 0.5, std::chrono::seconds(3)) &&
+               newMic.hears(1, otherRightHz, playedDb, 0.5, std::chrono::seconds(3));
+    };
+    EXPECT_TRUE(waitUntil(newClientsHearTheMix));
     EXPECT_TRUE(engine.isRunning());
 }
 

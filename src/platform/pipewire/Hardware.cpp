@@ -174,11 +174,18 @@ Status Hardware::destroyTap(AudioObjectID tap) {
 }
 
 StatusOr<AudioObjectID> Hardware::createAggregate(const AggregateDescription& description) {
-    if (description.taps.size() != 1) {
-        return std::unexpected(-ENOTSUP);
+    if (description.taps.size() == 1 && description.subDevices.empty()) {
+        return createTapDevice(description.taps.front());
     }
-    const auto tap = std::ranges::find_if(
-        taps_, [&](const auto& one) { return one.second.uuid == description.taps.front(); });
+    if (description.taps.empty() && !description.subDevices.empty() && !description.isPrivate) {
+        return createPublicDevice(description);
+    }
+    return std::unexpected(-ENOTSUP);
+}
+
+StatusOr<AudioObjectID> Hardware::createTapDevice(const std::string& tapUUID) {
+    const auto tap =
+        std::ranges::find_if(taps_, [&](const auto& one) { return one.second.uuid == tapUUID; });
     if (tap == taps_.end() || !isAlive(tap->second)) {
         return std::unexpected(-ENOENT);
     }
@@ -188,10 +195,33 @@ StatusOr<AudioObjectID> Hardware::createAggregate(const AggregateDescription& de
     return id;
 }
 
+StatusOr<AudioObjectID> Hardware::createPublicDevice(const AggregateDescription& description) {
+    PublicAggregate aggregate{.uid = description.uid, .name = description.name, .members = {}};
+    for (const SubDevice& member : description.subDevices) {
+        aggregate.members.push_back(member.uid);
+    }
+    const bool areAllThere = session_.read([&](SessionState& state, bool isAvailable) {
+        const auto devices = listDevices(state.graph);
+        return isAvailable && std::ranges::all_of(aggregate.members, [&](const std::string& uid) {
+                   return findDevice(devices, uid).has_value();
+               });
+    });
+    if (!areAllThere || aggregate.uid.empty()) {
+        return std::unexpected(areAllThere ? -EINVAL : -ENODEV);
+    }
+    if (const Status status = session_.createAggregate(aggregate); status != statusOk) {
+        return std::unexpected(status);
+    }
+    return session_.read(
+        [&](SessionState& state, bool) { return state.ids.ofDevice(aggregate.uid); });
+}
+
 Status Hardware::destroyAggregate(AudioObjectID device) {
     const auto aggregate = aggregates_.find(device);
     if (aggregate == aggregates_.end()) {
-        return -ENODEV;
+        const auto found = deviceOf(session_, device);
+        const bool isAggregate = found && found->transport == Transport::aggregate;
+        return isAggregate ? session_.destroyAggregate(found->uid) : -ENODEV;
     }
     for (auto& [id, proc] : aggregate->second.procs) {
         stop(proc);

@@ -64,6 +64,8 @@ private:
         AudioObjectID tap{};
         std::map<IOProcID, Proc> procs;
     };
+    StatusOr<AudioObjectID> createTapDevice(const std::string& tapUUID);
+    StatusOr<AudioObjectID> createPublicDevice(const AggregateDescription& description);
     [[nodiscard]] Proc* findProc(AudioObjectID device, IOProcID proc);
     /// Not made under a connection that was lost since.
     [[nodiscard]] bool isAlive(const Tap& tap) const;
@@ -74,7 +76,7 @@ private:
     ApplicationResolver& applications_;
     std::function<void()> listener_;
     std::map<AudioObjectID, Tap> taps_;
-    std::map<AudioObjectID, Aggregate> aggregates_;
+    std::map<AudioObjectID, Aggregate> aggregates_; // private ones, of taps
     IOProcID lastProc_ = 0;
 };
 

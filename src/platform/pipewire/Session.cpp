@@ -13,7 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto retryEvery = 200ms;
-constexpr auto microphoneExpectedWithin = 2s;
+constexpr auto devicesExpectedWithin = 2s;
 constexpr auto farewellLimit = 200ms;
 
 } // namespace
@@ -46,8 +46,7 @@ Session::~Session() {
         }
     }
     loop_.stop();
-    links_.clear();
-    microphone_.reset();
+    forgetObjects();
     connection_.close();
 }
 
@@ -66,12 +65,17 @@ void Session::onLost() {
     pass_.request();
 }
 
+void Session::forgetObjects() {
+    muteSinks_.clear();
+    aggregateSinks_.clear();
+    links_.clear();
+    microphone_.reset();
+}
+
 void Session::pass() {
     if (isLost_) {
         isLost_ = false;
-        muteSinks_.clear();
-        links_.clear();
-        microphone_.reset();
+        forgetObjects();
         connection_.close();
         defaultOutput_.lose();
         lastStatus_ = -EHOSTDOWN;
@@ -84,6 +88,7 @@ void Session::pass() {
         links_.apply(wantedLinks(state_.graph, state_.routes, [this](AudioObjectID process) {
             return state_.processes.streams(process);
         }));
+        passAggregates();
         passVirtualMicrophone();
         passDefaultOutput();
     }
@@ -113,6 +118,16 @@ void Session::passMutes() {
         } else {
             sink->forgetTargets();
         }
+    }
+}
+
+void Session::passAggregates() {
+    for (const auto& [uid, aggregate] : aggregates_) {
+        auto& sink = aggregateSinks_[uid];
+        if (!sink) {
+            sink = std::make_unique<AggregateSink>(connection_, aggregate);
+        }
+        sink->follow(state_.graph);
     }
 }
 
@@ -174,10 +189,41 @@ Status Session::ensureVirtualMicrophone() {
     }
     state_.wantsVirtualMicrophone = true;
     pass_.request();
-    const bool isThere = lock.wait(microphoneExpectedWithin, [this] {
+    const bool isThere = lock.wait(devicesExpectedWithin, [this] {
         return connection_.isListed() && hasVirtualMicrophone(state_.graph);
     });
     return isThere ? statusOk : -ETIMEDOUT;
+}
+
+Status Session::createAggregate(const PublicAggregate& aggregate) {
+    Loop::Lock lock(loop_);
+    if (!isAvailableLocked()) {
+        return -EHOSTDOWN;
+    }
+    if (state_.graph.nodeNamed(aggregate.uid) != nullptr) {
+        return -EEXIST;
+    }
+    aggregates_[aggregate.uid] = aggregate;
+    pass_.request();
+    const bool isThere = lock.wait(devicesExpectedWithin, [&] {
+        const auto sink = aggregateSinks_.find(aggregate.uid);
+        return sink != aggregateSinks_.end() && sink->second->isComplete(state_.graph);
+    });
+    return isThere ? statusOk : -ETIMEDOUT;
+}
+
+Status Session::destroyAggregate(const std::string& uid) {
+    Loop::Lock lock(loop_);
+    aggregates_.erase(uid);
+    aggregateSinks_.erase(uid);
+    const Node* const sink = state_.graph.nodeNamed(uid);
+    if (sink == nullptr) {
+        return -ENODEV;
+    }
+    connection_.destroyGlobal(sink->id);
+    const bool isGone =
+        lock.wait(devicesExpectedWithin, [&] { return state_.graph.nodeNamed(uid) == nullptr; });
+    return isGone ? statusOk : -ETIMEDOUT;
 }
 
 } // namespace velmora::pipewire

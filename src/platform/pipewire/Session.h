@@ -1,6 +1,7 @@
 // Session.h: the control side of the backend; keeps the daemon's graph as the mixer wants it.
 #pragma once
 
+#include "platform/pipewire/AggregateSink.h"
 #include "platform/pipewire/Connection.h"
 #include "platform/pipewire/DefaultOutputWatch.h"
 #include "platform/pipewire/Devices.h"
@@ -89,12 +90,19 @@ public:
 
     Status ensureVirtualMicrophone();
 
+    /// Makes a public aggregate and waits shortly until it can be played to.
+    Status createAggregate(const PublicAggregate& aggregate);
+    /// Removes it, also one that an earlier run left; waits shortly until it has gone.
+    Status destroyAggregate(const std::string& uid);
+
 private:
     void connect();
     void onLost();
+    void forgetObjects();
     void pass();
     void askForApplications();
     void passMutes();
+    void passAggregates();
     void passVirtualMicrophone();
     void passDefaultOutput();
     [[nodiscard]] bool isAvailableLocked() const;
@@ -106,6 +114,8 @@ private:
     Connection connection_;
     LinkSet links_;
     std::map<AudioObjectID, std::unique_ptr<MuteSink>> muteSinks_;
+    std::map<std::string, PublicAggregate> aggregates_; // by UID; wanted
+    std::map<std::string, std::unique_ptr<AggregateSink>> aggregateSinks_;
     ProxyHandle microphone_;
     DefaultOutputWatch defaultOutput_;
     std::set<std::int32_t> asked_; // processes whose application was asked for

@@ -1,0 +1,119 @@
+// A public device made of an interface and the virtual microphone.
+
+#include "BackendTest.h"
+
+#include "platform/pipewire/Devices.h"
+
+namespace velmora {
+namespace {
+
+using namespace support;
+
+class PublicAggregate : public BackendTest {
+protected:
+    void TearDown() override {
+        if (const auto left = find(uid)) {
+            hardware().destroyAggregate(*left);
+        }
+        BackendTest::TearDown();
+    }
+
+    static AggregateDescription describe(const std::string& interfaceUID) {
+        return {.name = "Velmora DAW",
+                .uid = uid,
+                .isPrivate = false,
+                .tapAutoStart = false,
+                .taps = {},
+                .stacked = true,
+                .masterUID = interfaceUID,
+                .subDevices = {{.uid = interfaceUID, .driftCompensation = false},
+                               {.uid = microphone, .driftCompensation = true}}};
+    }
+
+    static inline const std::string uid{pipewire::dawDeviceUID};
+};
+
+TEST_F(PublicAggregate, IsADeviceThatComesLast) {
+    const auto made = hardware().createAggregate(describe(interface4.name));
+
+    ASSERT_TRUE(made.has_value());
+    EXPECT_EQ(hardware().deviceUID(*made), uid);
+    EXPECT_EQ(hardware().deviceName(*made), "Velmora DAW");
+    EXPECT_EQ(hardware().transport(*made), Transport::aggregate);
+    EXPECT_EQ(hardware().streamChannels(*made, Scope::output), std::vector<std::uint32_t>{2});
+    EXPECT_EQ(hardware().devices().value_or(std::vector<AudioObjectID>{0}).back(), *made);
+}
+
+TEST_F(PublicAggregate, PlaysIntoTheInterfaceAndTheMicrophone) {
+    ASSERT_TRUE(hardware().createAggregate(describe(interface4.name)).has_value());
+    const Feeder workstation(session(), uid, {1, 2}, {.hz = {440, 440}, .db = playedDb});
+
+    const Recorder mic(session(), microphone, {1, 2});
+    const Recorder atInterface(session(), interface4.name, {1, 2, 3});
+
+    EXPECT_TRUE(mic.hears(0, 440, playedDb));
+    EXPECT_TRUE(mic.hears(1, 440, playedDb));
+    EXPECT_TRUE(atInterface.hears(0, 440, playedDb));
+    EXPECT_TRUE(atInterface.hears(1, 440, playedDb));
+    EXPECT_TRUE(atInterface.isSilentAt(2, 440));
+}
+
+TEST_F(PublicAggregate, OutlivesItsMakerAndIsFoundAndRemovedByALaterRun) {
+    {
+        QtMainQueue earlierQueue;
+        PipeWireAudio earlier(earlierQueue);
+        ASSERT_TRUE(earlier.hardware().createAggregate(describe(interface4.name)).has_value());
+    }
+    ASSERT_TRUE(find(uid).has_value());
+    EXPECT_TRUE(session().graph().linked(uid, microphone));
+    EXPECT_FALSE(hardware().createAggregate(describe(interface4.name)).has_value()); // one at most
+
+    EXPECT_EQ(hardware().destroyAggregate(*find(uid)), statusOk);
+
+    EXPECT_EQ(find(uid), std::nullopt);
+}
+
+TEST_F(PublicAggregate, ReplacesItselfAtOnce) {
+    const auto first = hardware().createAggregate(describe(interface4.name));
+    ASSERT_TRUE(first.has_value());
+
+    EXPECT_EQ(hardware().destroyAggregate(*first), statusOk);
+    const auto second = hardware().createAggregate(describe(speakers.name));
+
+    ASSERT_TRUE(second.has_value());
+    EXPECT_EQ(*second, *first); // stored settings still fit
+    EXPECT_TRUE(waitUntil([&] { return session().graph().linked(uid, speakers.name); }));
+    EXPECT_FALSE(session().graph().linked(uid, interface4.name));
+}
+
+TEST_F(PublicAggregate, RefusesAMemberThatIsNotThere) {
+    EXPECT_FALSE(hardware().createAggregate(describe("nobody")).has_value());
+    EXPECT_EQ(find(uid), std::nullopt);
+}
+
+TEST_F(PublicAggregate, NeverRemovesAnOrdinaryDevice) {
+    const auto device = find(speakers.name);
+    ASSERT_TRUE(device.has_value());
+
+    EXPECT_NE(hardware().destroyAggregate(*device), statusOk);
+
+    EXPECT_EQ(find(speakers.name), device);
+}
+
+TEST_F(PublicAggregate, JoinsAMemberThatReturns) {
+    const SessionDevice box{
+        .name = "test.box", .description = "Stage Box", .mediaClass = "Audio/Sink"};
+    session().add(box);
+    ASSERT_TRUE(waitUntil([&] { return find(box.name).has_value(); }));
+    ASSERT_TRUE(hardware().createAggregate(describe(box.name)).has_value());
+    ASSERT_TRUE(waitUntil([&] { return session().graph().linked(uid, box.name); }));
+    session().remove(box.name);
+
+    session().add(box);
+
+    EXPECT_TRUE(waitUntil([&] { return session().graph().linked(uid, box.name); }));
+    session().remove(box.name);
+}
+
+} // namespace
+} // namespace velmora

@@ -1,6 +1,5 @@
 #include "effects/Compressor.h"
 
-#include "effects/Lanes.h"
 #include "effects/SampleMath.h"
 
 #include <algorithm>
@@ -23,8 +22,8 @@ constexpr std::array<Strength, 3> strengths{
 } // namespace
 
 void Compressor::retune(std::int64_t strength, double sampleRate) {
-    attack_ = followCoefficient(sampleRate, attackSeconds);
-    release_ = followCoefficient(sampleRate, releaseSeconds);
+    attack_ = allLanes(followCoefficient(sampleRate, attackSeconds));
+    release_ = allLanes(followCoefficient(sampleRate, releaseSeconds));
     if (strength < 1) {
         slope_ = 0.0F;
         return;
@@ -51,7 +50,7 @@ void Compressor::run(std::span<float> samples) noexcept {
         const Lanes x = loadFrame(&samples[i]);
         const Lanes levels = absolute(x);
         const Lanes peak = maxFirst(levels, __builtin_shufflevector(levels, levels, 1, 1, 1, 1));
-        const Lanes speed = select(peak > envelope, allLanes(attack_), allLanes(release_));
+        const Lanes speed = select(peak > envelope, attack_, release_);
         envelope = follow<check>(envelope, peak, speed, zeroLanes);
         storeFrame(&samples[i], x * gainAt(envelope[0]));
     }

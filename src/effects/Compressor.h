@@ -1,7 +1,7 @@
 // Compressor.h: evens out loudness in three fixed strengths.
 #pragma once
 
-#include "effects/Check.h"
+#include "effects/Lanes.h"
 
 #include <cmath>
 #include <cstdint>
@@ -29,8 +29,8 @@ private:
     [[nodiscard]] float gainAt(float envelope) const noexcept;
 
     float envelope_{0};
-    float attack_{0};
-    float release_{0};
+    Lanes attack_{};
+    Lanes release_{};
     float threshold_{0}; // linear
     float slope_{0};     // 1 - 1/ratio; 0 = off
     float makeup_{1};    // linear

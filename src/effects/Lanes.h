@@ -7,6 +7,10 @@
 #include <cstring>
 #include <limits>
 
+#if defined(__SSE__)
+#include <immintrin.h>
+#endif
+
 namespace velmora {
 
 /// Every operation works lane by lane and rounds as it does on one float.
@@ -62,12 +66,20 @@ inline void storeFrame(float* frame, Lanes lanes) noexcept {
 
 /// As for one float: the first when either is not a number.
 [[nodiscard]] inline Lanes maxFirst(Lanes first, Lanes second) noexcept {
+#if defined(__SSE__)
+    return _mm_max_ps(second, first); // its second operand is the one that it falls back to
+#else
     return select(second > first, second, first);
+#endif
 }
 
 /// The smaller, and the first when either is not a number.
 [[nodiscard]] inline Lanes minFirst(Lanes first, Lanes second) noexcept {
+#if defined(__SSE__)
+    return _mm_min_ps(second, first);
+#else
     return select(second < first, second, first);
+#endif
 }
 
 [[nodiscard]] inline LaneMask areFinite(Lanes lanes) noexcept {

@@ -29,9 +29,9 @@ void NoiseReduction::retune(bool isOn, double sampleRate) {
     if (isOn_) {
         split_.retune(0, Biquad::lowPass(lowHz, sampleRate));
         split_.retune(1, Biquad::highPass(highHz, sampleRate));
-        attack_ = followCoefficient(sampleRate, attackSeconds);
-        release_ = followCoefficient(sampleRate, releaseSeconds);
-        floorRise_ = followCoefficient(sampleRate, floorRiseSeconds);
+        attack_ = allLanes(followCoefficient(sampleRate, attackSeconds));
+        release_ = allLanes(followCoefficient(sampleRate, releaseSeconds));
+        floorRise_ = allLanes(followCoefficient(sampleRate, floorRiseSeconds));
     }
 }
 
@@ -47,13 +47,11 @@ bool NoiseReduction::isFinite() const noexcept {
 
 template <Check check>
 void NoiseReduction::follow(Bands& bands, Lanes level) const noexcept {
-    const Lanes attack = allLanes(attack_);
-    const Lanes release = allLanes(release_);
-    const Lanes rising = select(level > bands.envelope, attack, release);
+    const Lanes rising = select(level > bands.envelope, attack_, release_);
     bands.envelope = velmora::follow<check>(bands.envelope, level, rising, zeroLanes);
 
-    const Lanes risen = velmora::follow<check>(
-        bands.floor, bands.envelope, allLanes(floorRise_), allLanes(initialFloor));
+    const Lanes risen =
+        velmora::follow<check>(bands.floor, bands.envelope, floorRise_, allLanes(initialFloor));
     const Lanes fallen = maxFirst(bands.envelope, allLanes(lowestFloor));
     bands.floor = select(bands.floor <= bands.envelope, risen, fallen);
 
@@ -62,7 +60,7 @@ void NoiseReduction::follow(Bands& bands, Lanes level) const noexcept {
     const Lanes one = allLanes(1.0F);
     // Also 1 wherever the ratio is 1 or more.
     const Lanes target = minFirst(one, maxFirst(ratio * ratio, allLanes(lowestGain)));
-    const Lanes opening = select(bands.gain < target, attack, release);
+    const Lanes opening = select(bands.gain < target, attack_, release_);
     bands.gain = velmora::follow<check>(bands.gain, target, opening, one);
 }
 

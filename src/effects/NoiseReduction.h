@@ -38,9 +38,9 @@ private:
 
     BiquadLanes split_; // the low-pass is the lower pair, the high-pass the upper one
     Bands bands_;
-    float attack_{0};
-    float release_{0};
-    float floorRise_{0};
+    Lanes attack_{};
+    Lanes release_{};
+    Lanes floorRise_{};
     bool isOn_{false};
 };
 

@@ -25,8 +25,8 @@ void PlosiveGuard::retune(bool isOn, double sampleRate) {
     isOn_ = isOn;
     if (isOn_) {
         state_.lowPass.retune(0, Biquad::lowPass(cornerHz, sampleRate));
-        attack_ = followCoefficient(sampleRate, attackSeconds);
-        release_ = followCoefficient(sampleRate, releaseSeconds);
+        attack_ = allLanes(followCoefficient(sampleRate, attackSeconds));
+        release_ = allLanes(followCoefficient(sampleRate, releaseSeconds));
     }
 }
 
@@ -42,8 +42,8 @@ bool PlosiveGuard::isFinite() const noexcept {
 
 template <Check check>
 void PlosiveGuard::run(std::span<float> samples) noexcept {
-    const Lanes rise{attack_, broadCoefficient};
-    const Lanes fall{release_, broadCoefficient};
+    const Lanes rise{attack_[0], broadCoefficient};
+    const Lanes fall{release_[0], broadCoefficient};
     State state = state_;
     for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
         const Lanes x = loadFrame(&samples[i]);
@@ -54,7 +54,7 @@ void PlosiveGuard::run(std::span<float> samples) noexcept {
         const float lowLevel = state.envelopes[0];
         const bool bursts = state.envelopes[1] * outrun < lowLevel && lowLevel > lowFloor;
         const Lanes target = allLanes(bursts ? duckedGain : 1.0F);
-        const Lanes glide = select(target < state.gain, allLanes(attack_), allLanes(release_));
+        const Lanes glide = select(target < state.gain, attack_, release_);
         state.gain = follow<check>(state.gain, target, glide, allLanes(1.0F));
         storeFrame(&samples[i], (x - low) + low * state.gain);
     }

@@ -31,8 +31,8 @@ private:
         Lanes gain{1, 1, 1, 1};
     };
     State state_;
-    float attack_{0};
-    float release_{0};
+    Lanes attack_{};
+    Lanes release_{};
     bool isOn_{false};
 };
 

@@ -126,52 +126,66 @@ void ReverbChannel::process(std::span<const float> input,
                             float damp) noexcept {
     const bool isConfigured = !combs_.front().samples.empty();
     for (std::size_t i = 0; i < input.size();) {
-        // A line is longer than four samples, so that four in a row never meet their own echo.
-        if (isConfigured && input.size() - i >= 4 && beforeAnyEnd() >= 4) {
-            processFour(&input[i], &output[i], allLanes(feedback), allLanes(damp));
-            i += 4;
-        } else {
+        const std::size_t straight =
+            isConfigured ? std::min(input.size() - i, beforeAnyEnd()) / 4 * 4 : 0;
+        if (straight == 0) {
             output[i] = process(input[i], feedback, damp);
             ++i;
+            continue;
         }
+        const auto row = output.subspan(i, straight);
+        runCombs(&input[i], row, allLanes(feedback), allLanes(damp));
+        for (Line& allpass : allpasses_) {
+            runAllpass(allpass, row);
+        }
+        i += straight;
     }
 }
 
-/// Four samples at once: along each line they lie side by side.
-void ReverbChannel::processFour(const float* input,
-                                float* output,
-                                Lanes feedback,
-                                Lanes damp) noexcept {
-    Lanes signal = runCombs(loadLanes(input), feedback, damp) * 0.25F;
-    for (Line& allpass : allpasses_) {
-        const Lanes delayed = loadLanes(&allpass.now());
-        storeLanes(&allpass.now(), finiteOr(signal + delayed * allpassGain, zeroLanes));
-        allpass.advance(4);
-        signal = delayed - signal;
+/// Gives a quarter of the combs' sum. Their low-passes go sample by sample, but all four at once;
+/// the rest goes by four samples, which lie side by side along each line.
+void ReverbChannel::runCombs(const float* input,
+                             std::span<float> output,
+                             Lanes feedback,
+                             Lanes damp) noexcept {
+    const std::array<float*, 4> lines{
+        &combs_[0].now(), &combs_[1].now(), &combs_[2].now(), &combs_[3].now()};
+    Lanes store = stores_;
+    for (std::size_t i = 0; i < output.size(); i += 4) {
+        std::array<Lanes, 4> rows; // a comb's four samples each, then four combs' sample each
+        Lanes sum = zeroLanes;
+        for (std::size_t k = 0; k < rows.size(); ++k) {
+            rows[k] = loadLanes(lines[k] + i);
+            sum = sum + rows[k];
+        }
+        transpose(rows);
+        auto stores = lowPassed<Check::atTheEnd>(rows, damp, store);
+        if (!allFinite(stores.back())) {
+            stores = lowPassed<Check::everyFrame>(rows, damp, store);
+        }
+        store = stores.back();
+        transpose(stores);
+        const Lanes x = loadLanes(input + i);
+        for (std::size_t k = 0; k < rows.size(); ++k) {
+            storeLanes(lines[k] + i, finiteOr(x + feedback * stores[k], zeroLanes));
+        }
+        storeLanes(&output[i], sum * 0.25F);
     }
-    storeLanes(output, signal);
+    stores_ = store;
+    for (Line& comb : combs_) {
+        comb.advance(output.size());
+    }
 }
 
-/// The sum of the combs. Their low-passes go sample by sample, but all four combs at once.
-Lanes ReverbChannel::runCombs(Lanes input, Lanes feedback, Lanes damp) noexcept {
-    std::array<Lanes, 4> rows; // a comb's four samples each, then four combs' sample each
-    Lanes sum = zeroLanes;
-    for (std::size_t k = 0; k < rows.size(); ++k) {
-        rows[k] = loadLanes(&combs_[k].now());
-        sum = sum + rows[k];
+void ReverbChannel::runAllpass(Line& line, std::span<float> signal) noexcept {
+    float* const samples = &line.now();
+    for (std::size_t i = 0; i < signal.size(); i += 4) {
+        const Lanes in = loadLanes(&signal[i]);
+        const Lanes delayed = loadLanes(samples + i);
+        storeLanes(samples + i, finiteOr(in + delayed * allpassGain, zeroLanes));
+        storeLanes(&signal[i], delayed - in);
     }
-    transpose(rows);
-    auto stores = lowPassed<Check::atTheEnd>(rows, damp, stores_);
-    if (!allFinite(stores.back())) {
-        stores = lowPassed<Check::everyFrame>(rows, damp, stores_);
-    }
-    stores_ = stores.back();
-    transpose(stores);
-    for (std::size_t k = 0; k < rows.size(); ++k) {
-        storeLanes(&combs_[k].now(), finiteOr(input + feedback * stores[k], zeroLanes));
-        combs_[k].advance(4);
-    }
-    return sum;
+    line.advance(signal.size());
 }
 
 } // namespace velmora

@@ -57,8 +57,8 @@ private:
     void forEachLine(Call call);
 
     [[nodiscard]] std::size_t beforeAnyEnd() const noexcept;
-    void processFour(const float* input, float* output, Lanes feedback, Lanes damp) noexcept;
-    [[nodiscard]] Lanes runCombs(Lanes input, Lanes feedback, Lanes damp) noexcept;
+    void runCombs(const float* input, std::span<float> output, Lanes feedback, Lanes damp) noexcept;
+    static void runAllpass(Line& line, std::span<float> signal) noexcept;
 
     std::array<Line, 4> combs_;
     Lanes stores_{}; // each comb's damping low-pass

@@ -149,5 +149,24 @@ TEST(Limiter, EqualsItsFormulaBitForBitAndHardlyPassesItsCeiling) {
     }
 }
 
+TEST(Limiter, EqualsItsFormulaBitForBitOnceItsGainHasComeToRest) {
+    Limiter limiter{.gain = 0.9F};
+    Limiter plain = limiter;
+    std::vector<float> samples(2 * 100'000, 0.1F);
+    auto expected = samples;
+    limiter.process(samples);
+    limitPlainly(plain, expected);
+    ASSERT_LT(limiter.gain, 1.0F); // it rests just below
+
+    for (const float level : {0.5F, 0.8912F, 0.8914F, 0.1F}) {
+        samples.assign(2 * 64, level);
+        expected = samples;
+        limiter.process(samples);
+        limitPlainly(plain, expected);
+        EXPECT_EQ(samples, expected) << level;
+        EXPECT_EQ(limiter.gain, plain.gain) << level;
+    }
+}
+
 } // namespace
 } // namespace velmora

@@ -107,6 +107,20 @@ TEST_F(ProcessDirectoryTest, ForgetsAProcessWithItsLastClient) {
     EXPECT_NE(directory.objectOf(4312), before);
 }
 
+TEST_F(ProcessDirectoryTest, NamesAnApplicationAsItNamesItself) {
+    builder.addStream(
+        builder.addClient({{"pipewire.sec.pid", "4312"}, {"application.name", "Radio"}}), {"FL"});
+    builder.addStream(builder.addClient({{"pipewire.sec.pid", "4313"},
+                                         {"application.name", "PipeWire ALSA [aplay]"}}),
+                      {"FL"});
+
+    resolveAll();
+
+    EXPECT_EQ(directory.name(4312), "Radio");
+    EXPECT_EQ(directory.name(4313), "aplay");
+    EXPECT_EQ(directory.name(4314), "");
+}
+
 TEST_F(ProcessDirectoryTest, LeavesItselfOut) {
     builder.addStream(addClient(ownPid), {"FL", "FR"});
 

@@ -30,22 +30,28 @@ protected:
                                {.uid = microphone, .driftCompensation = true}}};
     }
 
+    /// 0 when it was refused.
+    static AudioObjectID make(AudioHardware& hardware, const std::string& interfaceUID) {
+        const auto made = hardware.createAggregate(describe(interfaceUID));
+        EXPECT_TRUE(made.has_value()) << "status " << made.error();
+        return made.value_or(0);
+    }
+
     static inline const std::string uid{pipewire::dawDeviceUID};
 };
 
 TEST_F(PublicAggregate, IsADeviceThatComesLast) {
-    const auto made = hardware().createAggregate(describe(interface4.name));
+    const AudioObjectID made = make(hardware(), interface4.name);
 
-    ASSERT_TRUE(made.has_value());
-    EXPECT_EQ(hardware().deviceUID(*made), uid);
-    EXPECT_EQ(hardware().deviceName(*made), "Velmora DAW");
-    EXPECT_EQ(hardware().transport(*made), Transport::aggregate);
-    EXPECT_EQ(hardware().streamChannels(*made, Scope::output), std::vector<std::uint32_t>{2});
-    EXPECT_EQ(hardware().devices().value_or(std::vector<AudioObjectID>{0}).back(), *made);
+    EXPECT_EQ(hardware().deviceUID(made), uid);
+    EXPECT_EQ(hardware().deviceName(made), "Velmora DAW");
+    EXPECT_EQ(hardware().transport(made), Transport::aggregate);
+    EXPECT_EQ(hardware().streamChannels(made, Scope::output), std::vector<std::uint32_t>{2});
+    EXPECT_EQ(hardware().devices().value_or(std::vector<AudioObjectID>{0}).back(), made);
 }
 
 TEST_F(PublicAggregate, PlaysIntoTheInterfaceAndTheMicrophone) {
-    ASSERT_TRUE(hardware().createAggregate(describe(interface4.name)).has_value());
+    make(hardware(), interface4.name);
     const Feeder workstation(session(), uid, {1, 2}, {.hz = {440, 440}, .db = playedDb});
 
     const Recorder mic(session(), microphone, {1, 2});
@@ -62,9 +68,9 @@ TEST_F(PublicAggregate, OutlivesItsMakerAndIsFoundAndRemovedByALaterRun) {
     {
         QtMainQueue earlierQueue;
         PipeWireAudio earlier(earlierQueue);
-        ASSERT_TRUE(earlier.hardware().createAggregate(describe(interface4.name)).has_value());
+        make(earlier.hardware(), interface4.name);
     }
-    ASSERT_TRUE(find(uid).has_value());
+    ASSERT_TRUE(waitUntil([&] { return find(uid).has_value(); }));
     EXPECT_TRUE(session().graph().linked(uid, microphone));
     EXPECT_FALSE(hardware().createAggregate(describe(interface4.name)).has_value()); // one at most
 
@@ -74,14 +80,12 @@ TEST_F(PublicAggregate, OutlivesItsMakerAndIsFoundAndRemovedByALaterRun) {
 }
 
 TEST_F(PublicAggregate, ReplacesItselfAtOnce) {
-    const auto first = hardware().createAggregate(describe(interface4.name));
-    ASSERT_TRUE(first.has_value());
+    const AudioObjectID first = make(hardware(), interface4.name);
 
-    EXPECT_EQ(hardware().destroyAggregate(*first), statusOk);
-    const auto second = hardware().createAggregate(describe(speakers.name));
+    EXPECT_EQ(hardware().destroyAggregate(first), statusOk);
+    const AudioObjectID second = make(hardware(), speakers.name);
 
-    ASSERT_TRUE(second.has_value());
-    EXPECT_EQ(*second, *first); // stored settings still fit
+    EXPECT_EQ(second, first); // stored settings still fit
     EXPECT_TRUE(waitUntil([&] { return session().graph().linked(uid, speakers.name); }));
     EXPECT_FALSE(session().graph().linked(uid, interface4.name));
 }
@@ -105,7 +109,7 @@ TEST_F(PublicAggregate, JoinsAMemberThatReturns) {
         .name = "test.box", .description = "Stage Box", .mediaClass = "Audio/Sink"};
     session().add(box);
     ASSERT_TRUE(waitUntil([&] { return find(box.name).has_value(); }));
-    ASSERT_TRUE(hardware().createAggregate(describe(box.name)).has_value());
+    make(hardware(), box.name);
     ASSERT_TRUE(waitUntil([&] { return session().graph().linked(uid, box.name); }));
     session().remove(box.name);
 

@@ -3,6 +3,7 @@
 
 #include "effects/Check.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -40,7 +41,7 @@ inline void storeLanes(float* to, Lanes lanes) noexcept {
     using Halves [[gnu::vector_size(16)]] = double;
     double both = 0.0;
     std::memcpy(&both, frame, sizeof both);
-    return (Lanes)Halves{both, 0.0};
+    return std::bit_cast<Lanes>(Halves{both, 0.0});
 }
 
 inline void storeFrame(float* frame, Lanes lanes) noexcept {
@@ -61,7 +62,7 @@ inline void storeFrame(float* frame, Lanes lanes) noexcept {
 
 [[nodiscard]] inline Lanes absolute(Lanes lanes) noexcept {
     constexpr std::int32_t allButTheSign = 0x7FFFFFFF;
-    return (Lanes)((LaneMask)lanes & allButTheSign);
+    return std::bit_cast<Lanes>(std::bit_cast<LaneMask>(lanes) & allButTheSign);
 }
 
 /// As for one float: the first when either is not a number.
@@ -88,7 +89,7 @@ inline void storeFrame(float* frame, Lanes lanes) noexcept {
 
 [[nodiscard]] inline bool allFinite(Lanes lanes) noexcept {
     using Halves [[gnu::vector_size(16)]] = std::int64_t;
-    const Halves finite = (Halves)areFinite(lanes);
+    const auto finite = std::bit_cast<Halves>(areFinite(lanes));
     return (finite[0] & finite[1]) == -1;
 }
 

@@ -41,32 +41,31 @@ TEST(ReverbChannel, AnswersFirstAfterItsShortestComb) {
     EXPECT_EQ(response[1116], 0.25F); // a quarter of the sum of the combs, through both allpasses
 }
 
-TEST(ReverbChannel, DelaysByItsBaseLengthsAt44100Hz) {
+/// Finds each line's length in the answer of a channel at 44.1 kHz.
+void expectLines(std::int64_t offset,
+                 std::array<std::size_t, 4> combs,
+                 std::array<std::size_t, 2> allpasses) {
     ReverbChannel channel;
-    channel.configure(44100.0, 0);
+    channel.configure(44100.0, offset);
 
     const auto response = impulseResponse(channel, 2000);
 
-    for (const std::size_t comb : {1116U, 1188U, 1277U, 1356U}) {
+    EXPECT_EQ(firstSound(response), combs[0]);
+    for (const std::size_t comb : combs) {
         EXPECT_EQ(response[comb], 0.25F) << comb;
     }
     // One comb's impulse through an allpass: out -a at once, then +a after the delay, twice over.
-    EXPECT_EQ(response[1116 + 556], -0.25F);
-    EXPECT_EQ(response[1116 + 441], -0.25F);
+    for (const std::size_t allpass : allpasses) {
+        EXPECT_EQ(response[combs[0] + allpass], -0.25F) << allpass;
+    }
+}
+
+TEST(ReverbChannel, DelaysByItsBaseLengthsAt44100Hz) {
+    expectLines(0, {1116, 1188, 1277, 1356}, {556, 441});
 }
 
 TEST(ReverbChannel, IsLongerByTheStereoSpreadInEveryLine) {
-    ReverbChannel channel;
-    channel.configure(44100.0, 23);
-
-    const auto response = impulseResponse(channel, 2000);
-
-    EXPECT_EQ(firstSound(response), 1139U);
-    for (const std::size_t line : {1139U, 1211U, 1300U, 1379U}) {
-        EXPECT_EQ(response[line], 0.25F) << line;
-    }
-    EXPECT_EQ(response[1139 + 579], -0.25F);
-    EXPECT_EQ(response[1139 + 464], -0.25F);
+    expectLines(23, {1139, 1211, 1300, 1379}, {579, 464});
 }
 
 TEST(ReverbChannel, ScalesItsLinesWithTheRateAndRoundsDown) {

@@ -1,7 +1,5 @@
 #include "engine/realtime/OutputMix.h"
 
-#include "platform/AudioUnits.h"
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -36,7 +34,7 @@ OutputMix::OutputMix(std::shared_ptr<RingSetBox> rings,
                      std::shared_ptr<Limiter> limiter,
                      std::shared_ptr<ParamBox> volume)
     : rings_(std::move(rings)), limiter_(std::move(limiter)), volume_(std::move(volume)),
-      mixed_(2 * largestBlockFrames), ring_(2 * largestBlockFrames) {
+      mixed_(2 * largestPart), ring_(2 * largestPart) {
 }
 
 void OutputMix::render(std::int64_t frames, std::span<float* const> channels) noexcept {
@@ -44,7 +42,7 @@ void OutputMix::render(std::int64_t frames, std::span<float* const> channels) no
     const float volume = volume_->get();
     std::int64_t done = 0;
     do { // once even for no frames: reading bounds each ring's backlog
-        const std::int64_t part = std::clamp<std::int64_t>(frames - done, 0, largestBlockFrames);
+        const std::int64_t part = std::clamp<std::int64_t>(frames - done, 0, largestPart);
         const std::span<float> mixed(mixed_.data(), static_cast<std::size_t>(2 * part));
         mix(*rings, mixed);
         applyVolume(volume, mixed);

@@ -16,7 +16,10 @@ namespace velmora {
 /// result to the device's channels. A sample that is not finite counts as 0, wherever it arises.
 class OutputMix {
 public:
-    /// Makes the scratch for the largest block. Real-time: no.
+    /// Frames. A larger request is rendered in parts of this size.
+    static constexpr std::int64_t largestPart = 8192;
+
+    /// Makes the scratch. Real-time: no.
     OutputMix(std::shared_ptr<RingSetBox> rings,
               std::shared_ptr<Limiter> limiter,
               std::shared_ptr<ParamBox> volume);

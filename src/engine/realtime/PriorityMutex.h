@@ -18,6 +18,7 @@ public:
 
     void lock() noexcept { pthread_mutex_lock(&mutex_); }
     void unlock() noexcept { pthread_mutex_unlock(&mutex_); }
+    // NOLINTNEXTLINE(readability-identifier-naming): the name that std::unique_lock looks for
     [[nodiscard]] bool try_lock() noexcept { return pthread_mutex_trylock(&mutex_) == 0; }
 
 private:

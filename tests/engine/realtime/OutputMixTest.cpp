@@ -16,6 +16,8 @@ namespace {
 constexpr float infinity = std::numeric_limits<float>::infinity();
 constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
 
+static_assert(OutputMix::largestPart >= largestBlockFrames, "whole blocks stay whole");
+
 class OutputMixTest : public testing::Test {
 protected:
     std::shared_ptr<RingBuffer> addRing() {
@@ -181,9 +183,9 @@ TEST_F(OutputMixTest, BoundsItsRingsEvenForNoFrames) {
     EXPECT_EQ(ring->availableToRead(), 2048);
 }
 
-TEST_F(OutputMixTest, SplitsARequestAboveTheLargestBlock) {
+TEST_F(OutputMixTest, SplitsARequestAboveItsLargestPart) {
     play(std::vector<float>(2000, 0.25F));
-    const std::int64_t frames = 2 * largestBlockFrames + 100;
+    const std::int64_t frames = 2 * OutputMix::largestPart + 100;
 
     const auto channels = render(frames);
 

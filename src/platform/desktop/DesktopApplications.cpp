@@ -49,14 +49,29 @@ void leaveTerminal(gpointer) {
     ::setsid();
 }
 
-/// Starts what the entry names. A process id comes back for every kind of entry: those that can be
-/// started over D-Bus are run as programs here, as plain launching would tell no process id.
+/// The entry, always as a program to run. Starting one over D-Bus would tell no process id; GIO
+/// does so wherever it can (2.74, g_desktop_app_info_launch_uris_internal), but not for an entry
+/// that has no file of its own.
+AppInfo programEntry(const std::string& location) {
+    AppInfo info(g_desktop_app_info_new_from_filename(location.c_str()));
+    if (info && g_desktop_app_info_get_boolean(info.get(), "DBusActivatable") != FALSE) {
+        const KeyFile content(g_key_file_new());
+        g_key_file_load_from_file(content.get(), location.c_str(), G_KEY_FILE_NONE, nullptr);
+        info.reset(g_desktop_app_info_new_from_keyfile(content.get()));
+    }
+    return info;
+}
+
+/// Starts what the entry names.
 std::optional<std::int32_t> start(const std::string& location) {
-    const AppInfo info(g_desktop_app_info_new_from_filename(location.c_str()));
+    const AppInfo info = programEntry(location);
     std::optional<std::int32_t> started;
     if (!info) {
         return started;
     }
+    // By this variable the application is found again.
+    const LaunchContext context(g_app_launch_context_new());
+    g_app_launch_context_setenv(context.get(), "GIO_LAUNCHED_DESKTOP_FILE", location.c_str());
     int flags = G_SPAWN_SEARCH_PATH;
     if (::isatty(STDOUT_FILENO) != 0) {
         flags |= G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL; // the mixer draws there
@@ -64,7 +79,7 @@ std::optional<std::int32_t> start(const std::string& location) {
     g_desktop_app_info_launch_uris_as_manager(
         info.get(),
         nullptr,
-        nullptr,
+        context.get(),
         static_cast<GSpawnFlags>(flags),
         leaveTerminal,
         nullptr,

@@ -1,18 +1,20 @@
 // velmora_tone_app: an application that plays what it is told on its standard input.
 //
-// velmora_tone_app [--child] [--name <application name>]
+// velmora_tone_app [--child] [--name <application name>] [--play <left Hz> <right Hz> <dB>]
 //   play <stream> <left Hz> <right Hz> <dB>   starts a stream, or replaces the one of that name
 //   mute <stream>                             keeps the stream and plays silence
 //   stop <stream>                             ends the stream
 //
 // It is known to the sound server from its start on. With --child a child process does all of
-// this, as in a browser.
+// this, as in a browser. With --play it plays by itself, does not read its input, and ends with the
+// sound server.
 
 #include "support/clients/Sine.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <iostream>
@@ -137,7 +139,8 @@ public:
     ToneApp(const ToneApp&) = delete;
     ToneApp& operator=(const ToneApp&) = delete;
 
-    int run() {
+    /// @param order  what to play from the start on; empty: follows its input
+    int run(const std::string& order) {
         if (core_ == nullptr) {
             std::cerr << "velmora_tone_app: no sound server answers\n";
             return 1;
@@ -149,7 +152,12 @@ public:
         const auto quit = [](void* data, int) {
             pw_main_loop_quit(static_cast<ToneApp*>(data)->loop_);
         };
-        pw_loop_add_io(loop, STDIN_FILENO, SPA_IO_IN | SPA_IO_HUP, false, read, this);
+        if (order.empty()) {
+            pw_loop_add_io(loop, STDIN_FILENO, SPA_IO_IN | SPA_IO_HUP, false, read, this);
+        } else {
+            pw_core_add_listener(core_, &coreHook_, &coreEvents, this);
+            obey(order);
+        }
         pw_loop_add_signal(loop, SIGTERM, quit, this);
         pw_loop_add_signal(loop, SIGINT, quit, this);
         pw_main_loop_run(loop_);
@@ -191,12 +199,26 @@ private:
         }
     }
 
+    static const pw_core_events coreEvents;
+
     pw_main_loop* loop_;
     pw_context* context_;
     pw_core* core_;
+    spa_hook coreHook_{};
     std::map<std::string, std::unique_ptr<ToneStream>> streams_;
     std::string pending_; // an unfinished line
 };
+
+const pw_core_events ToneApp::coreEvents = [] {
+    pw_core_events result{};
+    result.version = PW_VERSION_CORE_EVENTS;
+    result.error = [](void* data, std::uint32_t id, int, int error, const char*) {
+        if (id == PW_ID_CORE && error == -EPIPE) {
+            pw_main_loop_quit(static_cast<ToneApp*>(data)->loop_);
+        }
+    };
+    return result;
+}();
 
 /// Lets a child process go on; this one waits for its end.
 void continueInChild() {
@@ -214,17 +236,24 @@ void continueInChild() {
 
 int main(int argc, char** argv) {
     std::string name = "velmora_tone_app";
+    std::string order;
     for (int i = 1; i < argc; ++i) {
         const std::string_view argument = argv[i];
         if (argument == "--child") {
             continueInChild();
         } else if (argument == "--name" && i + 1 < argc) {
             name = argv[++i];
+        } else if (argument == "--play" && i + 3 < argc) {
+            order = "play tone";
+            for (const int last = i + 3; i < last;) {
+                order += std::string(" ") + argv[++i];
+            }
         } else {
-            std::cerr << "usage: velmora_tone_app [--child] [--name <application name>]\n";
+            std::cerr << "usage: velmora_tone_app [--child] [--name <application name>] "
+                         "[--play <left Hz> <right Hz> <dB>]\n";
             return 2;
         }
     }
     pw_init(&argc, &argv);
-    return ToneApp(name).run();
+    return ToneApp(name).run(order);
 }

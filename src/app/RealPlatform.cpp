@@ -3,7 +3,9 @@
 namespace velmora {
 
 RealPlatform::RealPlatform(const std::filesystem::path& settingsFile)
-    : defaults_(settingsFile), applications_(mainQueue_),
+    : defaults_(settingsFile),
+      applications_(mainQueue_,
+                    {.nameOf = [this](std::int32_t pid) { return audio_.applicationName(pid); }}),
       audio_(mainQueue_,
              {.applicationPid = [this](std::int32_t pid) { return applications_.leader(pid); }}) {
 }

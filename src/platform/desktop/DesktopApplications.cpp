@@ -119,7 +119,7 @@ std::vector<fs::path> DesktopApplications::xdgDataFolders() {
 }
 
 DesktopApplications::DesktopApplications(MainQueue& mainQueue, const Options& options)
-    : mainQueue_(mainQueue), processes_(options.procRoot),
+    : mainQueue_(mainQueue), processes_(options.procRoot), nameOf_(options.nameOf),
       entries_(std::make_unique<DesktopEntries>(options.dataFolders)),
       index_(std::make_unique<ApplicationIndex>(processes_, *entries_)) {
 }
@@ -147,8 +147,9 @@ RunningApplication DesktopApplications::describe(const ProcessStat& leading) con
                 .bundleID = entry->id,
                 .regular = entry->isVisible};
     }
+    std::string name = nameOf_ ? nameOf_(leading.pid) : "";
     return {.pid = leading.pid,
-            .name = fullName(leading, processes_),
+            .name = name.empty() ? fullName(leading, processes_) : std::move(name),
             .bundleID = {},
             .regular = false};
 }

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <list>
 #include <memory>
 #include <string>
@@ -27,6 +28,9 @@ public:
         std::filesystem::path procRoot = "/proc";
         /// Each may hold a folder "applications"; the first that has an entry wins.
         std::vector<std::filesystem::path> dataFolders = xdgDataFolders();
+        /// What a leading process without a desktop entry calls itself; empty when nobody knows,
+        /// and the process's own name serves.
+        std::function<std::string(std::int32_t pid)> nameOf{};
     };
 
     explicit DesktopApplications(MainQueue& mainQueue)
@@ -62,6 +66,7 @@ private:
 
     MainQueue& mainQueue_;
     ProcFiles processes_;
+    std::function<std::string(std::int32_t pid)> nameOf_;
     std::unique_ptr<DesktopEntries> entries_;
     std::unique_ptr<ApplicationIndex> index_;
     std::list<std::unique_ptr<LaunchWatch>> launches_;

@@ -29,6 +29,16 @@ std::int32_t clientPid(const Properties& properties) {
     return static_cast<std::int32_t>(checked.value_or(claimed.value_or(0)));
 }
 
+/// Programs that come through ALSA get a name around their own: "PipeWire ALSA [aplay]".
+std::string applicationName(const Properties& properties) {
+    constexpr std::string_view opening = "PipeWire ALSA [";
+    std::string name = text(properties, "application.name");
+    if (name.starts_with(opening) && name.ends_with(']')) {
+        return name.substr(opening.size(), name.size() - opening.size() - 1);
+    }
+    return name;
+}
+
 /// `{"name":"<node.name>"}` is all that the session manager writes here.
 std::optional<std::string> nameInJson(const std::string& json) {
     const std::string_view key = "\"name\"";
@@ -145,6 +155,7 @@ void Graph::describeNode(Serial serial, const Properties& properties) {
 void Graph::describeClient(Serial serial, const Properties& properties) {
     if (const auto found = clients_.find(serial); found != clients_.end()) {
         found->second.pid = clientPid(properties);
+        found->second.applicationName = applicationName(properties);
     }
 }
 

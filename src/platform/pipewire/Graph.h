@@ -45,7 +45,8 @@ struct Node {
 
 struct Client {
     Serial serial{};
-    std::int32_t pid{}; ///< 0 until known
+    std::int32_t pid{};            ///< 0 until known
+    std::string applicationName{}; ///< as the program calls itself; may be empty
 };
 
 struct Link {

@@ -102,6 +102,11 @@ std::string PipeWireAudio::connectionProblem() const {
     return impl_->session().problem();
 }
 
+std::string PipeWireAudio::applicationName(std::int32_t pid) const {
+    return impl_->session().read(
+        [pid](pipewire::SessionState& state, bool) { return state.processes.name(pid); });
+}
+
 Status PipeWireAudio::ensureVirtualMicrophone() {
     return impl_->session().ensureVirtualMicrophone();
 }

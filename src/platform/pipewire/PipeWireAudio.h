@@ -45,6 +45,10 @@ public:
     /// Why not, for a person to read; empty while connected.
     [[nodiscard]] std::string connectionProblem() const;
 
+    /// What the application that `pid` leads calls itself; empty when it does not say, or has
+    /// never played.
+    [[nodiscard]] std::string applicationName(std::int32_t pid) const;
+
     /// Makes sure that a device's name contains "velmora": creates the virtual microphone
     /// "Velmora Microphone" when there is none, waiting shortly until it can be used, and again
     /// after the daemon was restarted. The device stays when this program ends.

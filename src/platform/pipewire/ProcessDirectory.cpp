@@ -44,7 +44,11 @@ void ProcessDirectory::update(const Graph& graph) {
         }
         if (const std::int32_t leader = leaderOf(client->second);
             leader != 0 && leader != ownPid_) {
-            processes_[objectFor(leader)].streams.push_back(serial);
+            Process& process = processes_[objectFor(leader)];
+            process.streams.push_back(serial);
+            if (process.name.empty()) {
+                process.name = client->second.applicationName;
+            }
         }
     }
 }
@@ -63,6 +67,11 @@ AudioObjectID ProcessDirectory::objectOf(std::int32_t leader) const {
     const auto found = std::ranges::find_if(
         processes_, [leader](const auto& one) { return one.second.leader == leader; });
     return found == processes_.end() ? 0 : found->first;
+}
+
+std::string ProcessDirectory::name(std::int32_t leader) const {
+    const auto found = processes_.find(objectOf(leader));
+    return found == processes_.end() ? std::string{} : found->second.name;
 }
 
 const std::vector<Serial>& ProcessDirectory::streams(AudioObjectID object) const {

@@ -38,12 +38,15 @@ public:
     [[nodiscard]] std::int32_t pid(AudioObjectID object) const;
     /// 0 when no application with this leading process has played.
     [[nodiscard]] AudioObjectID objectOf(std::int32_t leader) const;
+    /// What the application calls itself; empty when it does not say, or never played.
+    [[nodiscard]] std::string name(std::int32_t leader) const;
     /// The output streams that exist now, oldest first.
     [[nodiscard]] const std::vector<Serial>& streams(AudioObjectID object) const;
 
 private:
     struct Process {
         std::int32_t leader{};
+        std::string name;
         std::vector<Serial> streams;
     };
     [[nodiscard]] std::int32_t leaderOf(const Client& client) const;

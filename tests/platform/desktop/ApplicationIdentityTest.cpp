@@ -19,13 +19,15 @@ protected:
         if (!applications_) {
             applications_.emplace(queue,
                                   DesktopApplications::Options{.procRoot = desktop.proc(),
-                                                               .dataFolders = {desktop.data()}});
+                                                               .dataFolders = {desktop.data()},
+                                                               .nameOf = nameOf});
         }
         return *applications_;
     }
 
     FakeDesktop desktop;
     SimulatedMainQueue queue;
+    std::function<std::string(std::int32_t)> nameOf;
 
 private:
     std::optional<DesktopApplications> applications_;
@@ -42,6 +44,23 @@ TEST_F(ApplicationIdentity, ComesFromTheSandboxFirst) {
     EXPECT_EQ(applications().byPid(10),
               (RunningApplication{
                   .pid = 10, .name = "Boxed", .bundleID = "org.example.Boxed", .regular = true}));
+}
+
+TEST_F(ApplicationIdentity, WithoutAnEntryIsNamedAsTheApplicationCallsItself) {
+    desktop.addProcess({.pid = 10, .name = "python3"});
+    desktop.addProcess({.pid = 11, .name = "python3"});
+    nameOf = [](std::int32_t pid) { return pid == 10 ? "Radio" : ""; };
+
+    EXPECT_EQ(applications().byPid(10)->name, "Radio");
+    EXPECT_EQ(applications().byPid(11)->name, "python3");
+}
+
+TEST_F(ApplicationIdentity, WithAnEntryIsNamedByIt) {
+    desktop.addEntry("player", "Name=Player\n");
+    desktop.addProcess({.pid = 10, .name = "player"});
+    nameOf = [](std::int32_t) { return "player-backend"; };
+
+    EXPECT_EQ(applications().byPid(10)->name, "Player");
 }
 
 TEST_F(ApplicationIdentity, ComesFromTheControlGroupThen) {

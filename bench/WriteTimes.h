@@ -8,8 +8,8 @@
 
 namespace velmora {
 
-/// Calls `write` with a new value each time; adds the 99th percentile and the longest call, in
-/// microseconds, to the mean.
+/// Calls `write` with a new value each time; adds the median, the 99th percentile and the longest
+/// call, in microseconds, to the mean.
 template <typename Write>
 void timeWrites(benchmark::State& state, Write write) {
     using Clock = std::chrono::steady_clock;
@@ -22,6 +22,7 @@ void timeWrites(benchmark::State& state, Write write) {
             std::chrono::duration<double, std::micro>(Clock::now() - start).count());
     }
     std::ranges::sort(microseconds);
+    state.counters["p50_us"] = microseconds[microseconds.size() / 2];
     state.counters["p99_us"] = microseconds[microseconds.size() * 99 / 100];
     state.counters["max_us"] = microseconds.back();
 }

@@ -16,11 +16,14 @@ namespace velmora {
 /// the audio thread takes over the latest of them as one value at the start of its next block.
 ///
 /// A neutral or bypassed chain leaves its blocks untouched, bad samples included. An active one
-/// gives finite samples only, and no input leaves its state bad. Bypass switches hard, without a
+/// gives finite samples only, and no infinity or not-a-number leaves its state bad. Bypass switches hard, without a
 /// crossfade. Leaving bypass, a new sample rate, and the step away from neutral start all stages
 /// afresh; other edits glide on from the running state. A stage that is off freezes.
 ///
-/// The state is in denormal numbers' hands: flush them on the audio thread.
+/// Deliberate: finite samples are arithmetic, however large. One near the end of the number range
+/// (10^38) makes a filter overflow and may leave it ringing until the chain starts afresh.
+///
+/// Decaying states pass through denormal numbers: have the audio thread flush those.
 class EffectsChain {
 public:
     explicit EffectsChain(const FXParams& params = {});

@@ -11,26 +11,35 @@ constexpr const char* idType = "Spa:Id";
 
 } // namespace
 
-MuteSink::MuteSink(Connection& connection, std::string name)
-    : connection_(connection), name_(std::move(name)) {
+MuteSink::MuteSink(Connection& connection, const Graph& graph, std::string name)
+    : connection_(connection), graph_(graph), name_(std::move(name)) {
 }
 
 MuteSink::~MuteSink() {
     for (const auto& [serial, stream] : muted_) {
-        // Each write changes what the session manager remembers, so the user's values come last,
-        // and writing a value that is already there would not be noticed.
-        connection_.setSessionMetadata(stream.id, targetObjectKey, std::nullopt);
-        connection_.setSessionMetadata(stream.id, targetNodeKey, std::nullopt);
-        if (stream.targetNode) {
-            connection_.setSessionMetadata(stream.id, targetNodeKey, stream.targetNode);
-        }
-        if (stream.targetObject) {
-            connection_.setSessionMetadata(stream.id, targetObjectKey, stream.targetObject);
+        const auto target = graph_.metadata("default", stream.id, targetObjectKey);
+        const bool isStillHere = graph_.node(serial) != nullptr && target &&
+                                 target->value == std::to_string(stream.sink);
+        if (isStillHere) {
+            giveBack(stream);
         }
     }
 }
 
-void MuteSink::follow(const Graph& graph, const std::vector<Serial>& streams) {
+void MuteSink::giveBack(const Muted& stream) {
+    // Each write changes what the session manager remembers, so the user's values come last, and
+    // writing a value that is already there would not be noticed.
+    connection_.setSessionMetadata(stream.id, targetObjectKey, std::nullopt);
+    connection_.setSessionMetadata(stream.id, targetNodeKey, std::nullopt);
+    if (stream.targetNode) {
+        connection_.setSessionMetadata(stream.id, targetNodeKey, stream.targetNode);
+    }
+    if (stream.targetObject) {
+        connection_.setSessionMetadata(stream.id, targetObjectKey, stream.targetObject);
+    }
+}
+
+void MuteSink::follow(const std::vector<Serial>& streams) {
     if (!sink_) {
         sink_ = connection_.create("adapter",
                                    PW_TYPE_INTERFACE_Node,
@@ -39,7 +48,7 @@ void MuteSink::follow(const Graph& graph, const std::vector<Serial>& streams) {
                                     {"media.class", "Audio/Sink/Internal"},
                                     {"node.name", name_},
                                     {"node.description", "Velmora Mute"},
-                                    {"audio.position", targetLayout(graph, streams)},
+                                    {"audio.position", targetLayout(graph_, streams)},
                                     {"node.virtual", "true"},
                                     {"priority.session", "0"},
                                     {"priority.driver", "0"},
@@ -49,26 +58,27 @@ void MuteSink::follow(const Graph& graph, const std::vector<Serial>& streams) {
                                     // Keeps its volume out of the session manager's files.
                                     {"device.routes", "1"}});
     }
-    std::erase_if(muted_, [&](const auto& one) { return graph.node(one.first) == nullptr; });
-    const Node* const sink = graph.nodeNamed(name_);
+    std::erase_if(muted_, [&](const auto& one) { return graph_.node(one.first) == nullptr; });
+    const Node* const sink = graph_.nodeNamed(name_);
     if (sink == nullptr || sink->ports.empty()) {
         return; // comes with a later change of the graph
     }
     for (const Serial serial : streams) {
-        if (const Node* const stream = graph.node(serial); stream != nullptr) {
-            send(graph, *stream, sink->serial);
+        if (const Node* const stream = graph_.node(serial); stream != nullptr) {
+            send(*stream, sink->serial);
         }
     }
 }
 
-void MuteSink::send(const Graph& graph, const Node& stream, Serial sink) {
+void MuteSink::send(const Node& stream, Serial sink) {
     const bool isManaged = stream.mediaClass == "Stream/Output/Audio";
     if (!isManaged || muted_.contains(stream.serial)) {
         return;
     }
     muted_[stream.serial] = {.id = stream.id,
-                             .targetObject = graph.metadata("default", stream.id, targetObjectKey),
-                             .targetNode = graph.metadata("default", stream.id, targetNodeKey)};
+                             .sink = sink,
+                             .targetObject = graph_.metadata("default", stream.id, targetObjectKey),
+                             .targetNode = graph_.metadata("default", stream.id, targetNodeKey)};
     connection_.setSessionMetadata(
         stream.id, targetObjectKey, MetadataValue{.type = idType, .value = std::to_string(sink)});
     connection_.setSessionMetadata(

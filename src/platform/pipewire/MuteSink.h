@@ -24,14 +24,14 @@ namespace velmora::pipewire {
 class MuteSink {
 public:
     /// @param name  `node.name`, never used before, so that a remembered one cannot match
-    MuteSink(Connection& connection, std::string name);
-    /// Gives every stream back the target that it had.
+    MuteSink(Connection& connection, const Graph& graph, std::string name);
+    /// Gives every stream back the target that it had, unless the user has sent it elsewhere since.
     ~MuteSink();
     MuteSink(const MuteSink&) = delete;
     MuteSink& operator=(const MuteSink&) = delete;
 
     /// Sends every stream of `streams` here that is not here yet.
-    void follow(const Graph& graph, const std::vector<Serial>& streams);
+    void follow(const std::vector<Serial>& streams);
 
     /// The session manager has gone and with it all targets: everything is to be sent again.
     void forgetTargets() { muted_.clear(); }
@@ -39,12 +39,15 @@ public:
 private:
     struct Muted {
         GlobalId id{};
+        Serial sink{};
         std::optional<MetadataValue> targetObject; // as the user had set it
         std::optional<MetadataValue> targetNode;
     };
-    void send(const Graph& graph, const Node& stream, Serial sink);
+    void send(const Node& stream, Serial sink);
+    void giveBack(const Muted& stream);
 
     Connection& connection_;
+    const Graph& graph_;
     std::string name_;
     ProxyHandle sink_;
     std::map<Serial, Muted> muted_;

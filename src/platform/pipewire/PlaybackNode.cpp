@@ -9,7 +9,7 @@
 namespace velmora::pipewire {
 namespace {
 
-enum PortIndex : std::size_t { leftPort, rightPort, syncPort };
+enum PortIndex : std::size_t { leftPort, rightPort, monoPort, syncPort };
 
 FilterNode::Setup nodeSetup(std::string name, std::uint32_t blockFrames, double rateHz) {
     using enum FilterNode::Direction;
@@ -17,6 +17,7 @@ FilterNode::Setup nodeSetup(std::string name, std::uint32_t blockFrames, double 
             .description = "Velmora Output",
             .ports = {{std::string(own::left), output},
                       {std::string(own::right), output},
+                      {std::string(own::mono), output},
                       {std::string(own::sync), input}},
             .blockFrames = blockFrames,
             .rateHz = rateHz};
@@ -43,28 +44,37 @@ StatusOr<std::unique_ptr<PlaybackNode>> PlaybackNode::open(std::string name,
 }
 
 void PlaybackNode::process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept {
-    const std::size_t total = cycle.frames;
-    float* const left = node.buffer(leftPort, cycle.frames);
-    float* const right = node.buffer(rightPort, cycle.frames);
+    const Ports ports = {node.buffer(leftPort, cycle.frames),
+                         node.buffer(rightPort, cycle.frames),
+                         node.buffer(monoPort, cycle.frames)};
     // Its content is silence; taking it keeps the link, and with it the order of the nodes, alive.
     static_cast<void>(node.buffer(syncPort, cycle.frames));
     if (cycle.turn.isRepeated) {
-        for (float* const channel : {left, right}) {
-            std::fill_n(channel, channel == nullptr ? 0 : total, 0.0F);
+        for (float* const port : ports) {
+            std::fill_n(port, port == nullptr ? 0 : cycle.frames, 0.0F);
         }
         return;
     }
     if (cycle.turn.missedFrames > 0) {
-        const std::array<float*, 2> dropped = {unheardLeft_.data(), unheardRight_.data()};
-        render_(static_cast<std::int64_t>(cycle.turn.missedFrames), dropped);
+        render({}, 0, cycle.turn.missedFrames);
     }
-    for (std::size_t done = 0; done < total;) {
-        const std::size_t block = std::min(total - done, unheardLeft_.size());
-        const std::array<float*, 2> channels = {left == nullptr ? unheardLeft_.data() : left + done,
-                                                right == nullptr ? unheardRight_.data()
-                                                                 : right + done};
-        render_(static_cast<std::int64_t>(block), channels);
-        done += block;
+    const std::size_t largest = unheardLeft_.size();
+    for (std::size_t done = 0; done < cycle.frames; done += largest) {
+        render(ports, done, std::min(cycle.frames - done, largest));
+    }
+}
+
+void PlaybackNode::render(const Ports& ports, std::size_t from, std::size_t frames) noexcept {
+    const auto at = [from](float* port, std::vector<float>& unheard) {
+        return port == nullptr ? unheard.data() : port + from;
+    };
+    const std::array<float*, 2> channels = {at(ports[leftPort], unheardLeft_),
+                                            at(ports[rightPort], unheardRight_)};
+    render_(static_cast<std::int64_t>(frames), channels);
+    if (float* const mono = ports[monoPort]) {
+        for (std::size_t frame = 0; frame < frames; ++frame) {
+            mono[from + frame] = 0.5F * (channels[0][frame] + channels[1][frame]);
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 #include "platform/AudioUnits.h"
 #include "platform/pipewire/FilterNode.h"
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,7 +20,11 @@ public:
 
 private:
     explicit PlaybackNode(RenderCallback render);
+    using Ports = std::array<float*, 3>; // left, right, mono; null while nothing is linked
+
     void process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept override;
+    /// Fills `frames` of the ports' blocks, starting at frame `from`.
+    void render(const Ports& ports, std::size_t from, std::size_t frames) noexcept;
 
     RenderCallback render_;
     std::vector<float> unheardLeft_; // real-time thread; takes the sound of a port without a link

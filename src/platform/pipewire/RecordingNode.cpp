@@ -39,12 +39,11 @@ StatusOr<std::unique_ptr<RecordingNode>> RecordingNode::open(const Setup& setup,
 }
 
 void RecordingNode::process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept {
-    const std::size_t total = cycle.frames;
     for (std::size_t at = 0; at < blocks_.size(); ++at) {
         blocks_[at] = node.buffer(at, cycle.frames);
     }
     if (float* const sync = node.buffer(blocks_.size(), cycle.frames)) {
-        std::fill_n(sync, total, 0.0F);
+        std::fill_n(sync, cycle.frames, 0.0F);
     }
     if (cycle.turn.isRepeated) {
         return;
@@ -53,13 +52,12 @@ void RecordingNode::process(const FilterNode& node, const FilterNode::Cycle& cyc
         std::ranges::fill(handed_, silence_.data());
         receive_(static_cast<std::int64_t>(cycle.turn.missedFrames), handed_);
     }
-    for (std::size_t done = 0; done < total;) {
-        const std::size_t block = std::min(total - done, silence_.size());
+    const std::size_t largest = silence_.size();
+    for (std::size_t done = 0; done < cycle.frames; done += largest) {
         for (std::size_t at = 0; at < blocks_.size(); ++at) {
             handed_[at] = blocks_[at] == nullptr ? silence_.data() : blocks_[at] + done;
         }
-        receive_(static_cast<std::int64_t>(block), handed_);
-        done += block;
+        receive_(static_cast<std::int64_t>(std::min(cycle.frames - done, largest)), handed_);
     }
 }
 

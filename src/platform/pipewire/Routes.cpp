@@ -43,8 +43,13 @@ public:
     }
 
     void add(const Node& node, const PlaybackRoute& route) {
+        destinations_.push_back(portNamed(node, own::sync));
         if (const Node* const device = deviceNamed(graph_, route.deviceUID)) {
             const auto channels = playbackPorts(*device);
+            if (channels.size() == 1 && route.map.size() > 1) {
+                connect(portNamed(node, own::mono), &channels.front());
+                return;
+            }
             for (std::size_t at = 0; at < std::min(channels.size(), route.map.size()); ++at) {
                 if (route.map[at] == 0 || route.map[at] == 1) {
                     connect(portNamed(node, route.map[at] == 0 ? own::left : own::right),
@@ -52,7 +57,6 @@ public:
                 }
             }
         }
-        destinations_.push_back(portNamed(node, own::sync));
     }
 
     void add(const Node& node, const RecordingRoute& route) {

@@ -20,6 +20,7 @@ namespace velmora::pipewire {
 namespace own {
 inline constexpr std::string_view left = "left";
 inline constexpr std::string_view right = "right";
+inline constexpr std::string_view mono = "mono"; ///< half of left and right together
 inline constexpr std::string_view centre = "centre";
 inline constexpr std::string_view surroundLeft = "surround_left";
 inline constexpr std::string_view surroundRight = "surround_right";
@@ -33,7 +34,8 @@ struct TapRoute {
     AudioObjectID process{};
 };
 
-/// Plays to the device whenever a device with this UID exists.
+/// Plays to the device whenever a device with this UID exists. A pair that meets a single channel
+/// becomes mono.
 struct PlaybackRoute {
     std::string deviceUID;
     /// One entry per device channel: −1 = silent, 0 = left, 1 = right.

@@ -111,10 +111,11 @@ void Session::passMutes() {
     for (const auto& [tap, process] : state_.mutes) {
         auto& sink = muteSinks_[tap];
         if (!sink) {
-            sink = std::make_unique<MuteSink>(connection_, state_.newNodeName("mute"));
+            sink =
+                std::make_unique<MuteSink>(connection_, state_.graph, state_.newNodeName("mute"));
         }
         if (state_.graph.hasMetadata("default")) {
-            sink->follow(state_.graph, state_.processes.streams(process));
+            sink->follow(state_.processes.streams(process));
         } else {
             sink->forgetTargets();
         }

@@ -5,14 +5,12 @@
 #include "platform/pipewire/Routes.h"
 
 #include <algorithm>
-#include <array>
 #include <span>
 
 namespace velmora::pipewire {
 namespace {
 
-constexpr std::size_t inputCount = 5; // one per TapInput
-constexpr std::size_t syncPort = inputCount;
+constexpr std::size_t syncPort = 5; // after one port per TapInput
 
 FilterNode::Setup nodeSetup(const TapNode::Setup& setup) {
     using enum FilterNode::Direction;
@@ -47,13 +45,12 @@ StatusOr<std::unique_ptr<TapNode>> TapNode::open(const Setup& setup, IOCallback 
 }
 
 void TapNode::process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept {
-    const std::size_t total = cycle.frames;
-    std::array<const float*, inputCount> inputs{};
-    for (std::size_t at = 0; at < inputCount; ++at) {
+    Inputs inputs{};
+    for (std::size_t at = 0; at < inputs.size(); ++at) {
         inputs[at] = node.buffer(at, cycle.frames);
     }
     if (float* const sync = node.buffer(syncPort, cycle.frames)) {
-        std::fill_n(sync, total, 0.0F);
+        std::fill_n(sync, cycle.frames, 0.0F);
     }
     if (cycle.turn.isRepeated) {
         return;
@@ -62,25 +59,29 @@ void TapNode::process(const FilterNode& node, const FilterNode::Cycle& cycle) no
         std::fill_n(interleaved_.data(), 2 * cycle.turn.missedFrames, 0.0F);
         handOn(cycle.turn.missedFrames);
     }
-    for (std::size_t done = 0; done < total;) {
-        const std::size_t block = std::min(total - done, silence_.size());
-        const auto from = [&](TapInput input) {
-            const float* const data = inputs[static_cast<std::size_t>(input)];
-            return data == nullptr ? silence_.data() : data + done;
-        };
-        const float* const left = from(TapInput::left);
-        const float* const right = from(TapInput::right);
-        const float* const centre = from(TapInput::centre);
-        const float* const surroundLeft = from(TapInput::surroundLeft);
-        const float* const surroundRight = from(TapInput::surroundRight);
-        for (std::size_t at = 0; at < block; ++at) {
-            interleaved_[2 * at] =
-                scale_ * (left[at] + surroundGain * (centre[at] + surroundLeft[at]));
-            interleaved_[2 * at + 1] =
-                scale_ * (right[at] + surroundGain * (centre[at] + surroundRight[at]));
-        }
-        handOn(block);
-        done += block;
+    const std::size_t largest = silence_.size();
+    for (std::size_t done = 0; done < cycle.frames; done += largest) {
+        const std::size_t frames = std::min(cycle.frames - done, largest);
+        mixDown(inputs, done, frames);
+        handOn(frames);
+    }
+}
+
+void TapNode::mixDown(const Inputs& inputs, std::size_t from, std::size_t frames) noexcept {
+    const auto at = [&](TapInput input) {
+        const float* const block = inputs[static_cast<std::size_t>(input)];
+        return block == nullptr ? silence_.data() : block + from;
+    };
+    const float* const left = at(TapInput::left);
+    const float* const right = at(TapInput::right);
+    const float* const centre = at(TapInput::centre);
+    const float* const surroundLeft = at(TapInput::surroundLeft);
+    const float* const surroundRight = at(TapInput::surroundRight);
+    for (std::size_t frame = 0; frame < frames; ++frame) {
+        interleaved_[2 * frame] =
+            scale_ * (left[frame] + surroundGain * (centre[frame] + surroundLeft[frame]));
+        interleaved_[2 * frame + 1] =
+            scale_ * (right[frame] + surroundGain * (centre[frame] + surroundRight[frame]));
     }
 }
 

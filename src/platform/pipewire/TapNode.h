@@ -4,6 +4,7 @@
 #include "platform/AudioHardware.h"
 #include "platform/pipewire/FilterNode.h"
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,8 +26,12 @@ public:
                                                                  IOCallback callback);
 
 private:
+    using Inputs = std::array<const float*, 5>; // by TapInput; null while nothing is linked
+
     TapNode(float scale, IOCallback callback);
     void process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept override;
+    /// Fills `interleaved_` from `frames` frames of the inputs' blocks, starting at frame `from`.
+    void mixDown(const Inputs& inputs, std::size_t from, std::size_t frames) noexcept;
     void handOn(std::size_t frames) noexcept;
 
     float scale_;

@@ -27,7 +27,7 @@ protected:
     }
     void addOutputNode(const std::string& name, PlaybackRoute route) {
         const Serial node = builder.addNode(name, "");
-        builder.addPorts(node, "out", {"left", "right"});
+        builder.addPorts(node, "out", {"left", "right", "mono"});
         builder.addPort(node, "in", 0, "sync");
         routes[name] = std::move(route);
     }
@@ -92,6 +92,20 @@ TEST_F(RoutesTest, ConnectsAnOutputToTheChannelsOfItsMap) {
     EXPECT_THAT(links(),
                 UnorderedElementsAre(Ends("output:left", "interface:AUX2"),
                                      Ends("output:right", "interface:AUX3")));
+}
+
+TEST_F(RoutesTest, PlaysAPairInMonoToASingleChannel) {
+    builder.addSink("headset", {"MONO"});
+    addOutputNode("output", {.deviceUID = "headset", .map = {0, 1}});
+
+    EXPECT_THAT(links(), UnorderedElementsAre(Ends("output:mono", "headset:MONO")));
+}
+
+TEST_F(RoutesTest, KeepsToAMapOfASingleChannel) {
+    builder.addSink("headset", {"MONO"});
+    addOutputNode("output", {.deviceUID = "headset", .map = {1}});
+
+    EXPECT_THAT(links(), UnorderedElementsAre(Ends("output:right", "headset:MONO")));
 }
 
 TEST_F(RoutesTest, NeverConnectsAnOutputToAnotherDevice) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <random>
 #include <unistd.h>
@@ -32,6 +33,11 @@ void copyStore(const StoreOnDisk& disk, StoreOnDisk& copy) {
 
 class KilledMixer : public testing::Test {
 protected:
+    KilledMixer() {
+        // A program killed while it looks at what an earlier one left leaves its copy behind.
+        setenv("TMPDIR", disk.folder().c_str(), /*overwrite=*/1);
+    }
+
     /// Takes the changes up to the last acknowledged one over into what must have been kept.
     /// Returns what the kill interrupted.
     Change follow(const std::optional<std::uint64_t>& acknowledged) {

@@ -43,18 +43,6 @@ Shelf shelfOf(double freq, double gainDB, double sampleRate) {
 
 } // namespace
 
-void Biquad::retune(const Biquad& design) noexcept {
-    b0 = design.b0;
-    b1 = design.b1;
-    b2 = design.b2;
-    a1 = design.a1;
-    a2 = design.a2;
-}
-
-void Biquad::clearHistory() noexcept {
-    x1 = x2 = y1 = y2 = 0.0F;
-}
-
 Biquad Biquad::lowShelf(double freq, double gainDB, double sampleRate) {
     const auto [a, c, k] = shelfOf(freq, gainDB, sampleRate);
     const double a0 = (a + 1.0) + (a - 1.0) * c + k;

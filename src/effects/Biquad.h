@@ -19,10 +19,6 @@ struct Biquad {
     /// Real-time: yes.
     float process(float x) noexcept;
 
-    /// Takes over the coefficients and keeps the history, so that a retune does not click.
-    void retune(const Biquad& design) noexcept;
-    void clearHistory() noexcept;
-
     /// Shelves of slope 1. Units: Hz, dB. Real-time: yes (a few transcendental functions).
     static Biquad lowShelf(double freq, double gainDB, double sampleRate);
     static Biquad highShelf(double freq, double gainDB, double sampleRate);

@@ -16,9 +16,10 @@ namespace velmora {
 /// the audio thread takes over the latest of them as one value at the start of its next block.
 ///
 /// A neutral or bypassed chain leaves its blocks untouched, bad samples included. An active one
-/// gives finite samples only, and no infinity or not-a-number leaves its state bad. Bypass switches hard, without a
-/// crossfade. Leaving bypass, a new sample rate, and the step away from neutral start all stages
-/// afresh; other edits glide on from the running state. A stage that is off freezes.
+/// gives finite samples only, and no infinity or not-a-number leaves its state bad. Bypass switches
+/// hard, without a crossfade. Leaving bypass, a new sample rate, and the step away from neutral
+/// start all stages afresh; other edits glide on from the running state. A stage that is off
+/// freezes.
 ///
 /// Deliberate: finite samples are arithmetic, however large. One near the end of the number range
 /// (10^38) makes a filter overflow and may leave it ringing until the chain starts afresh.

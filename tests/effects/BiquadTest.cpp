@@ -100,27 +100,5 @@ TEST(Biquad, NeverLetsABadResultIntoItsFeedback) {
     EXPECT_TRUE(std::isnan(section.x1));
 }
 
-TEST(Biquad, KeepsItsHistoryWhenRetuned) {
-    Biquad section = Biquad::highPass(75.0, rate);
-    section.process(0.5F);
-    const Biquad before = section;
-
-    section.retune(Biquad::highPass(150.0, rate));
-
-    EXPECT_EQ(section.x1, 0.5F);
-    EXPECT_EQ(section.y1, before.y1);
-    EXPECT_NE(section.b0, before.b0);
-}
-
-TEST(Biquad, ForgetsItsHistoryWhenCleared) {
-    Biquad section{.b0 = 1.0F, .b1 = 1.0F, .b2 = 1.0F, .a1 = 1.0F, .a2 = 1.0F};
-    section.process(1.0F);
-    section.process(1.0F);
-
-    section.clearHistory();
-
-    EXPECT_EQ(section.process(0.25F), 0.25F);
-}
-
 } // namespace
 } // namespace velmora

@@ -11,7 +11,7 @@ namespace {
 constexpr int nameWidth = 24;
 constexpr int numberWidth = 12;
 
-/// One cell, cut off at nothing: a long text shifts its line, which is better than losing it.
+/// One line of a table; ends it when destroyed.
 class Line {
 public:
     explicit Line(std::ostream& out) : out_(out) {}

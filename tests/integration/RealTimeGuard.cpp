@@ -161,11 +161,14 @@ RealTimeGuard::~RealTimeGuard() {
 
 extern "C" {
 
+// The C library's own names for its allocator.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 void* __libc_malloc(std::size_t size);
 void __libc_free(void* memory);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* memory, std::size_t size);
 void* __libc_memalign(std::size_t alignment, std::size_t size);
+// NOLINTEND(bugprone-reserved-identifier)
 
 void* malloc(std::size_t size) {
     if (velmora::isWatched()) {

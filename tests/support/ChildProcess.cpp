@@ -21,6 +21,7 @@ namespace {
 /// `strings` as the null-terminated list that exec takes; the strings must outlive it.
 std::vector<char*> pointers(std::vector<std::string>& strings) {
     std::vector<char*> list;
+    list.reserve(strings.size() + 1);
     for (auto& text : strings) {
         list.push_back(text.data());
     }
@@ -59,7 +60,7 @@ struct Files {
     }
     sigset_t none;
     sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
+    pthread_sigmask(SIG_SETMASK, &none, nullptr);
     execvpe(arguments[0], arguments, environment);
     _exit(cannotStart);
 }
@@ -87,7 +88,7 @@ ChildProcess::ChildProcess(const Command& command) {
     auto arguments = command.arguments;
     std::vector<std::string> assignments;
     for (const auto& [name, value] : command.environment) {
-        assignments.push_back(name + "=" + value);
+        assignments.emplace_back(name).append("=").append(value);
     }
     const auto argumentList = pointers(arguments);
     const auto environmentList = pointers(assignments);

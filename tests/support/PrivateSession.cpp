@@ -91,6 +91,7 @@ PrivateSession::~PrivateSession() {
     static_cast<void>(janitor_.wait(patience));
 }
 
+// NOLINTBEGIN(concurrency-mt-unsafe): called before the caller starts threads that read it.
 void PrivateSession::enter() const {
     const Environment before = currentEnvironment();
     for (const auto& [name, value] : before) {
@@ -102,6 +103,7 @@ void PrivateSession::enter() const {
         setenv(name.c_str(), value.c_str(), /*overwrite=*/1);
     }
 }
+// NOLINTEND(concurrency-mt-unsafe)
 
 fs::path PrivateSession::applicationsFolder() const {
     return folder() / "data/applications";

@@ -45,7 +45,8 @@ public:
     PrivateSession(const PrivateSession&) = delete;
     PrivateSession& operator=(const PrivateSession&) = delete;
 
-    /// Makes this process, and what it starts from now on, part of the session.
+    /// Makes this process, and what it starts from now on, part of the session. Call it while no
+    /// other thread reads the environment.
     void enter() const;
 
     [[nodiscard]] const Environment& environment() const { return environment_; }

@@ -40,6 +40,11 @@ std::optional<Device> findDevice(const std::vector<Device>& devices, std::string
     return found == devices.end() ? std::nullopt : std::optional(*found);
 }
 
+std::optional<Device> defaultOutput(const Graph& graph) {
+    const auto name = graph.defaultSinkName();
+    return name ? findDevice(listDevices(graph), *name) : std::nullopt;
+}
+
 std::vector<Device> listDevices(const Graph& graph) {
     std::vector<Device> devices;
     for (const auto& [serial, node] : graph.nodes()) {

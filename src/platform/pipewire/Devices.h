@@ -31,6 +31,9 @@ struct Device {
 [[nodiscard]] std::optional<Device> findDevice(const std::vector<Device>& devices,
                                                std::string_view uid);
 
+/// The session's default output, once it exists.
+[[nodiscard]] std::optional<Device> defaultOutput(const Graph& graph);
+
 /// The ports of a device's channels, channel 1 first.
 [[nodiscard]] std::vector<Port> playbackPorts(const Node& device);
 /// A sink's own output ports are monitors, not recordable channels; those of anything else count,

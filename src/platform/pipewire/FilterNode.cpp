@@ -82,36 +82,47 @@ Status FilterNode::connect(const Setup& setup) {
         return made;
     }();
 
-    context_ = makeRealtimeContext(loop_.get());
-    core_.reset(context_ ? pw_context_connect(context_.get(), nullptr, 0) : nullptr);
-    if (!core_) {
-        return -(errno == 0 ? EIO : errno);
-    }
-    filter_.reset(pw_filter_new(
-        core_.get(), setup.name.c_str(), makeProperties(nodeProperties(setup)).release()));
-    if (!filter_) {
-        return -(errno == 0 ? EIO : errno);
+    if (const Status status = openFilter(setup); status != statusOk) {
+        return status;
     }
     hook_ = std::make_unique<Hook>();
     pw_filter_add_listener(filter_.get(), hook_->get(), &events, this);
     for (const PortSetup& port : setup.ports) {
-        auto properties = makeProperties(
-            {{PW_KEY_PORT_NAME, port.name}, {PW_KEY_FORMAT_DSP, "32 bit float mono audio"}});
-        const bool isInput = port.direction == Direction::input;
-        ports_.push_back(pw_filter_add_port(filter_.get(),
-                                            isInput ? PW_DIRECTION_INPUT : PW_DIRECTION_OUTPUT,
-                                            PW_FILTER_PORT_FLAG_MAP_BUFFERS,
-                                            sizeof(int), // unused, but must not be 0
-                                            properties.release(),
-                                            nullptr,
-                                            0));
-        if (ports_.back() == nullptr) {
+        if (!addPort(port)) {
             return -ENOMEM;
         }
     }
     watchdog_ = std::make_unique<LoopTimer>(loop_, [this] { checkCalls(); });
     const Status status = pw_filter_connect(filter_.get(), PW_FILTER_FLAG_RT_PROCESS, nullptr, 0);
-    return status < 0 ? status : loop_.start() ? statusOk : -EAGAIN;
+    if (status < 0) {
+        return status;
+    }
+    return loop_.start() ? statusOk : -EAGAIN;
+}
+
+Status FilterNode::openFilter(const Setup& setup) {
+    context_ = makeRealtimeContext(loop_.get());
+    core_.reset(context_ ? pw_context_connect(context_.get(), nullptr, 0) : nullptr);
+    if (core_) {
+        filter_.reset(pw_filter_new(
+            core_.get(), setup.name.c_str(), makeProperties(nodeProperties(setup)).release()));
+    }
+    return filter_ ? statusOk : -(errno == 0 ? EIO : errno);
+}
+
+bool FilterNode::addPort(const PortSetup& port) {
+    constexpr std::size_t dataSize = sizeof(int); // unused, but must not be 0
+    auto properties = makeProperties(
+        {{PW_KEY_PORT_NAME, port.name}, {PW_KEY_FORMAT_DSP, "32 bit float mono audio"}});
+    const bool isInput = port.direction == Direction::input;
+    ports_.push_back(pw_filter_add_port(filter_.get(),
+                                        isInput ? PW_DIRECTION_INPUT : PW_DIRECTION_OUTPUT,
+                                        PW_FILTER_PORT_FLAG_MAP_BUFFERS,
+                                        dataSize,
+                                        properties.release(),
+                                        nullptr,
+                                        0));
+    return ports_.back() != nullptr;
 }
 
 float* FilterNode::buffer(std::size_t index, std::uint32_t frames) const noexcept {

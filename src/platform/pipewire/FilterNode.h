@@ -63,6 +63,8 @@ public:
 private:
     explicit FilterNode(Handler& handler);
     Status connect(const Setup& setup);
+    Status openFilter(const Setup& setup);
+    bool addPort(const PortSetup& port);
     void onState(pw_filter_state state);
     void onProcess(const spa_io_position* position) noexcept;
     void checkCalls();

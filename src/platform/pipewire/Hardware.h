@@ -4,11 +4,9 @@
 #include "platform/AudioHardware.h"
 #include "platform/pipewire/ApplicationResolver.h"
 #include "platform/pipewire/Session.h"
-#include "platform/pipewire/TapNode.h"
+#include "platform/pipewire/TapDevices.h"
 
 #include <functional>
-#include <map>
-#include <memory>
 #include <string>
 
 namespace velmora::pipewire {
@@ -17,7 +15,7 @@ namespace velmora::pipewire {
 class Hardware final : public AudioHardware {
 public:
     Hardware(Session& session, ApplicationResolver& applications)
-        : session_(session), applications_(applications) {}
+        : session_(session), applications_(applications), taps_(session) {}
 
     [[nodiscard]] std::optional<std::vector<AudioObjectID>> processObjects() const override;
     [[nodiscard]] std::optional<std::int32_t> processPid(AudioObjectID process) const override;
@@ -49,35 +47,12 @@ public:
     void defaultOutputChanged() const;
 
 private:
-    struct Tap {
-        AudioObjectID process{};
-        std::string uuid;
-        float scale{1.0F};
-        std::uint32_t epoch{};
-    };
-    struct Proc {
-        IOCallback callback;
-        std::string nodeName;
-        std::unique_ptr<TapNode> node; // present while started
-    };
-    struct Aggregate {
-        AudioObjectID tap{};
-        std::map<IOProcID, Proc> procs;
-    };
-    StatusOr<AudioObjectID> createTapDevice(const std::string& tapUUID);
     StatusOr<AudioObjectID> createPublicDevice(const AggregateDescription& description);
-    [[nodiscard]] Proc* findProc(AudioObjectID device, IOProcID proc);
-    /// Not made under a connection that was lost since.
-    [[nodiscard]] bool isAlive(const Tap& tap) const;
-    Status start(Proc& proc, const Tap& tap);
-    void stop(Proc& proc);
 
     Session& session_;
     ApplicationResolver& applications_;
     std::function<void()> listener_;
-    std::map<AudioObjectID, Tap> taps_;
-    std::map<AudioObjectID, Aggregate> aggregates_; // private ones, of taps
-    IOProcID lastProc_ = 0;
+    TapDevices taps_;
 };
 
 } // namespace velmora::pipewire

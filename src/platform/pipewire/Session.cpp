@@ -18,6 +18,15 @@ constexpr auto farewellLimit = 200ms;
 
 } // namespace
 
+std::optional<Device> SessionState::device(AudioObjectID id) {
+    for (Device& device : listDevices(graph)) {
+        if (ids.ofDevice(device.uid) == id) {
+            return std::move(device);
+        }
+    }
+    return std::nullopt;
+}
+
 std::string SessionState::newNodeName(std::string_view kind) {
     // Process numbers come back; the start time tells two runs with the same one apart.
     static const auto run = std::chrono::system_clock::now().time_since_epoch() / 1s;
@@ -179,8 +188,8 @@ std::string Session::problem() const {
 }
 
 std::optional<std::string> Session::defaultOutputUID() const {
-    const auto name = state_.graph.defaultSinkName();
-    return name && findDevice(listDevices(state_.graph), *name) ? name : std::nullopt;
+    const auto device = defaultOutput(state_.graph);
+    return device ? std::optional(device->uid) : std::nullopt;
 }
 
 Status Session::ensureVirtualMicrophone() {

@@ -42,6 +42,8 @@ struct SessionState {
 
     explicit SessionState(std::int32_t ownPid) : processes(ids, ownPid) {}
 
+    /// One device by number. Numbers are given as devices are seen, hence not const.
+    [[nodiscard]] std::optional<Device> device(AudioObjectID id);
     /// A `node.name` that was never used before, in any run.
     std::string newNodeName(std::string_view kind);
 

@@ -1,0 +1,52 @@
+#include "platform/pipewire/PlaybackUnit.h"
+
+#include <algorithm>
+#include <cerrno>
+
+namespace velmora::pipewire {
+
+Status PlaybackUnit::setDevice(AudioObjectID device) {
+    auto target = findTarget(session_, device, Scope::output);
+    if (!target) {
+        return target.error();
+    }
+    target_ = *std::move(target);
+    map_ = {0, 1};
+    return statusOk;
+}
+
+Status PlaybackUnit::setChannelMap(std::span<const std::int32_t> map) {
+    if (!target_) {
+        return -ENODEV;
+    }
+    const bool isValid = map.size() <= target_->channels &&
+                         std::ranges::all_of(map, [](auto at) { return at >= -1 && at <= 1; });
+    if (!isValid) {
+        return -EINVAL;
+    }
+    map_.assign(map.begin(), map.end());
+    return statusOk;
+}
+
+Status PlaybackUnit::start(RenderCallback render) {
+    stop();
+    if (const Status status = checkTarget(session_, target_, Scope::output); status != statusOk) {
+        return status;
+    }
+    route_.emplace(session_, "output", PlaybackRoute{.deviceUID = target_->uid, .map = map_});
+    auto node = PlaybackNode::open(
+        route_->nodeName(), target_->blockFrames, target_->rateHz, std::move(render));
+    if (!node) {
+        route_.reset();
+        return node.error();
+    }
+    node_ = *std::move(node);
+    return statusOk;
+}
+
+void PlaybackUnit::stop() noexcept {
+    route_.reset();
+    node_.reset();
+}
+
+} // namespace velmora::pipewire

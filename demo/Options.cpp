@@ -19,8 +19,8 @@ double number(const std::string& name, const std::string& text) {
     } catch (const std::exception&) {
         used = 0;
     }
-    if (used == 0 || used != text.size()) {
-        throw std::invalid_argument(name + " takes a number, not '" + text + "'");
+    if (used == 0 || used != text.size() || !(value >= 0)) {
+        throw std::invalid_argument(name + " takes a number of at least 0, not '" + text + "'");
     }
     return value;
 }

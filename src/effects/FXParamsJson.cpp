@@ -23,6 +23,7 @@ void readBoolean(std::string_view key, const Json& value, bool& field) {
 }
 
 void readInteger(std::string_view key, const Json& value, std::int64_t& field) {
+    // The parser hands integers beyond 64 bits over as the nearest double, which the bounds refuse.
     constexpr double twoTo63 = 9223372036854775808.0;
     if (value.is_number_unsigned()) {
         if (value.get<std::uint64_t>() > std::uint64_t{std::numeric_limits<std::int64_t>::max()}) {
@@ -33,7 +34,7 @@ void readInteger(std::string_view key, const Json& value, std::int64_t& field) {
         field = value.get<std::int64_t>();
     } else if (value.is_number_float()) {
         const auto number = value.get<double>();
-        if (std::trunc(number) != number || number < -twoTo63 || number >= twoTo63) {
+        if (std::trunc(number) != number || number <= -twoTo63 || number >= twoTo63) {
             refuse(key, "a 64-bit integer");
         }
         field = static_cast<std::int64_t>(number);

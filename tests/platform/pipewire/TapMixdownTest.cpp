@@ -2,36 +2,24 @@
 
 #include "BackendTest.h"
 
-#include "support/WavFile.h"
-
 namespace velmora {
 namespace {
 
 using namespace support;
 
+/// The session manager makes it the default by its priority.
 const SessionDevice surround8{.name = "test.surround",
                               .description = "Surround",
                               .mediaClass = "Audio/Sink",
                               .positions = {"FL", "FR", "FC", "LFE", "RL", "RR", "SL", "SR"},
-                              .priority = 500};
+                              .priority = 5000};
 
-/// Files of one tone per channel, played by `pw-play`.
+/// Listens to `pw-play`, which plays one tone per channel of its material.
 class TapMixdown : public BackendTest {
 protected:
-    static void SetUpTestSuite() {
-        BackendTest::SetUpTestSuite();
-        session().add(surround8);
-    }
     void TearDown() override {
         tap.reset();
-        session().setDefaultSink(speakers.name);
         BackendTest::TearDown();
-    }
-
-    void useSurroundAsDefault() {
-        session().setDefaultSink(surround8.name);
-        ASSERT_TRUE(
-            waitUntil([&] { return hardware().defaultOutputDevice() == find(surround8.name); }));
     }
 
     void listenTo(const NativePlayer& player) {
@@ -59,8 +47,16 @@ TEST_F(TapMixdown, HearsMonoMaterialOnBothSides) {
     EXPECT_TRUE(hears(1, 440, playedDb));
 }
 
-TEST_F(TapMixdown, DividesByHalfTheDefaultOutputsChannels) {
-    useSurroundAsDefault();
+class SurroundTapMixdown : public TapMixdown {
+protected:
+    static void SetUpTestSuite() {
+        BackendTest::SetUpTestSuite();
+        session().add(surround8);
+        EXPECT_TRUE(waitUntil([] { return session().graph().defaultSink() == surround8.name; }));
+    }
+};
+
+TEST_F(SurroundTapMixdown, DividesByHalfTheDefaultOutputsChannels) {
     const NativePlayer player(session(), {.hz = {440, 1000}, .db = playedDb});
 
     listenTo(player);
@@ -71,8 +67,7 @@ TEST_F(TapMixdown, DividesByHalfTheDefaultOutputsChannels) {
     EXPECT_TRUE(isSilentAt(0, 1000));
 }
 
-TEST_F(TapMixdown, HearsMonoMaterialOnBothSidesOfALargerOutput) {
-    useSurroundAsDefault();
+TEST_F(SurroundTapMixdown, HearsMonoMaterialOnBothSidesOfALargerOutput) {
     const NativePlayer player(session(), {.hz = {440}, .db = playedDb});
 
     listenTo(player);
@@ -82,8 +77,7 @@ TEST_F(TapMixdown, HearsMonoMaterialOnBothSidesOfALargerOutput) {
     EXPECT_TRUE(hears(1, 440, quarter));
 }
 
-TEST_F(TapMixdown, HearsSurroundMaterialFoldedIntoTwoSides) {
-    useSurroundAsDefault();
+TEST_F(SurroundTapMixdown, HearsSurroundMaterialFoldedIntoTwoSides) {
     // FL FR FC LFE RL RR
     const NativePlayer player(session(), {.hz = {440, 500, 600, 700, 800, 900}, .db = playedDb});
 

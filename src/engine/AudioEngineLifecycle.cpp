@@ -154,6 +154,9 @@ void AudioEngine::publishRings() {
     std::vector<std::shared_ptr<RingBuffer>> streamRings;
     std::vector<std::shared_ptr<RingBuffer>> monitorRings;
     for (const auto& capture : captures_) {
+        // What came in while later sources were starting would stay in the ring as delay for good.
+        capture->boxes().streamRing->clear();
+        capture->boxes().monitorRing->clear();
         streamRings.push_back(capture->boxes().streamRing);
         monitorRings.push_back(capture->boxes().monitorRing);
     }

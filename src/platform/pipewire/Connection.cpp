@@ -104,13 +104,16 @@ void Connection::destroyGlobal(GlobalId id) {
 void Connection::setSessionMetadata(GlobalId subject,
                                     const std::string& key,
                                     const std::optional<MetadataValue>& value) {
-    if (sessionMetadata_ != nullptr) {
-        pw_metadata_set_property(reinterpret_cast<pw_metadata*>(sessionMetadata_),
-                                 subject,
-                                 key.c_str(),
-                                 value ? value->type.c_str() : nullptr,
-                                 value ? value->value.c_str() : nullptr);
+    if (sessionMetadata_ == nullptr) {
+        return;
     }
+    pw_metadata_set_property(reinterpret_cast<pw_metadata*>(sessionMetadata_),
+                             subject,
+                             key.c_str(),
+                             value ? value->type.c_str() : nullptr,
+                             value ? value->value.c_str() : nullptr);
+    // Whoever reads next must not take our own value, already withdrawn, for the user's.
+    graph_.setMetadata("default", subject, key, value);
 }
 
 void Connection::onGlobal(GlobalId id, const std::string& type, const Properties& properties) {

@@ -173,9 +173,8 @@ Status Hardware::destroyAggregate(AudioObjectID device) {
     if (taps_.contains(device)) {
         return taps_.destroyDevice(device);
     }
-    const auto found = deviceOf(session_, device);
-    const bool isAggregate = found && found->transport == Transport::aggregate;
-    return isAggregate ? session_.destroyAggregate(found->uid) : -ENODEV;
+    const auto uid = session_.aggregateUID(device);
+    return uid ? session_.destroyAggregate(*uid) : -ENODEV;
 }
 
 StatusOr<IOProcID> Hardware::createIOProc(AudioObjectID device, IOCallback callback) {

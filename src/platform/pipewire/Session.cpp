@@ -48,11 +48,11 @@ Session::~Session() {
     {
         // What the session manager is to forget has to reach it before we leave.
         Loop::Lock lock(loop_);
-        if (!muteSinks_.empty()) {
-            muteSinks_.clear();
-            connection_.startRoundTrip();
-            lock.wait(farewellLimit, [this] { return connection_.isListed(); });
-        }
+        state_.mutes.clear();
+        muteSinks_.clear();
+        connection_.startRoundTrip();
+        lock.wait(farewellLimit,
+                  [this] { return connection_.isListed() || !connection_.isOpen(); });
     }
     loop_.stop();
     forgetObjects();
@@ -219,18 +219,40 @@ Status Session::createAggregate(const PublicAggregate& aggregate) {
         const auto sink = aggregateSinks_.find(aggregate.uid);
         return sink != aggregateSinks_.end() && sink->second->isComplete(state_.graph);
     });
-    return isThere ? statusOk : -ETIMEDOUT;
+    if (!isThere) {
+        forgetAggregate(aggregate.uid);
+        return -ETIMEDOUT;
+    }
+    return statusOk;
+}
+
+void Session::forgetAggregate(const std::string& uid) {
+    aggregates_.erase(uid);
+    aggregateSinks_.erase(uid);
+    if (const Node* const sink = state_.graph.nodeNamed(uid)) {
+        connection_.destroyGlobal(sink->id);
+    }
+}
+
+std::optional<std::string> Session::aggregateUID(AudioObjectID id) {
+    const Loop::Lock lock(loop_);
+    for (const auto& [uid, aggregate] : aggregates_) {
+        if (state_.ids.ofDevice(uid) == id) {
+            return uid;
+        }
+    }
+    const auto device = state_.device(id);
+    const bool isAggregate = device && device->transport == Transport::aggregate;
+    return isAggregate ? std::optional(device->uid) : std::nullopt;
 }
 
 Status Session::destroyAggregate(const std::string& uid) {
     Loop::Lock lock(loop_);
-    aggregates_.erase(uid);
-    aggregateSinks_.erase(uid);
-    const Node* const sink = state_.graph.nodeNamed(uid);
-    if (sink == nullptr) {
+    const bool wasThere = state_.graph.nodeNamed(uid) != nullptr;
+    forgetAggregate(uid);
+    if (!wasThere) {
         return -ENODEV;
     }
-    connection_.destroyGlobal(sink->id);
     const bool isGone =
         lock.wait(devicesExpectedWithin, [&] { return state_.graph.nodeNamed(uid) == nullptr; });
     return isGone ? statusOk : -ETIMEDOUT;

@@ -94,6 +94,8 @@ public:
 
     /// Makes a public aggregate and waits shortly until it can be played to.
     Status createAggregate(const PublicAggregate& aggregate);
+    /// None when this is no public aggregate, neither one of ours nor one that is there.
+    [[nodiscard]] std::optional<std::string> aggregateUID(AudioObjectID id);
     /// Removes it, also one that an earlier run left; waits shortly until it has gone.
     Status destroyAggregate(const std::string& uid);
 
@@ -101,6 +103,7 @@ private:
     void connect();
     void onLost();
     void forgetObjects();
+    void forgetAggregate(const std::string& uid);
     void pass();
     void askForApplications();
     void passMutes();

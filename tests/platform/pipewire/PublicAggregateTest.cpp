@@ -104,6 +104,22 @@ TEST_F(PublicAggregate, NeverRemovesAnOrdinaryDevice) {
     EXPECT_EQ(find(speakers.name), device);
 }
 
+TEST_F(PublicAggregate, ComesBackWithTheDaemonUnlessItWasRemovedMeanwhile) {
+    const AudioObjectID made = make(hardware(), interface4.name);
+
+    session().killDaemon();
+    ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
+    session().startServices();
+    EXPECT_TRUE(waitUntil([&] { return session().graph().linked(uid, interface4.name); }));
+
+    session().killDaemon();
+    ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
+    hardware().destroyAggregate(made);
+    session().startServices();
+    ASSERT_TRUE(waitUntil([&] { return audio.connected(); }));
+    EXPECT_EQ(find(uid), std::nullopt);
+}
+
 TEST_F(PublicAggregate, JoinsAMemberThatReturns) {
     const SessionDevice box{
         .name = "test.box", .description = "Stage Box", .mediaClass = "Audio/Sink"};

@@ -50,7 +50,13 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
     if (!options.quiet) {
         engine_.setLastError(notice);
     }
-    restartIfRunning();
+    pausedForLaunch_ = engine_.isRunning() && resolved.empty() && !toLaunch.empty();
+    if (engine_.isRunning() && resolved.empty()) {
+        // A start without sources would leave the previous setup in the mix.
+        engine_.stop();
+    } else if (engine_.isRunning()) {
+        engine_.start();
+    }
     if (!options.quiet && notice && engine_.lastError() != notice) {
         // The restart has cleared it; what the restart itself reports comes below.
         const auto report = engine_.lastError();
@@ -132,20 +138,15 @@ void PresetRecall::addLaunched(const ToLaunch& entry,
         engine_.setLastError(settings_.t("Impossible de lancer") + " " + entry.source.name);
         return;
     }
-    const AudioSource source = AppSource{running->pid, entry.source.name, running->bundleID};
+    const AudioSource source =
+        AppSource{running->pid, entry.source.name, entry.source.bundleID.value_or("")};
     if (std::ranges::find(engine_.sources(), source) != engine_.sources().end()) {
         return;
     }
     engine_.insertSource(source, entry.index);
     install({source, entry.source.gain, entry.source.fx.value_or(FXParams{})});
-    restartIfRunning();
-}
-
-void PresetRecall::restartIfRunning() {
-    if (engine_.isRunning() && engine_.sources().empty()) {
-        // A start without sources would leave the previous setup in the mix.
-        engine_.stop();
-    } else if (engine_.isRunning()) {
+    const bool resumes = std::exchange(pausedForLaunch_, false);
+    if (resumes || engine_.isRunning()) {
         engine_.start();
     }
 }

@@ -34,7 +34,7 @@ public:
     PresetRecall& operator=(const PresetRecall&) = delete;
 
     /// Replaces the engine's setup by what the preset holds and exists now. A running engine is
-    /// started again, or stopped when nothing of the preset exists; a stopped one stays stopped.
+    /// started again, or stopped while nothing of the preset exists; a stopped one stays stopped.
     /// Launched applications join later, each on its own, at their place in the preset, unless
     /// another preset is applied first.
     void apply(const Preset& preset, RecallOptions options);
@@ -64,12 +64,13 @@ private:
     void install(const Resolved& entry);
     void launch(const ToLaunch& entry);
     void addLaunched(const ToLaunch& entry, const std::optional<RunningApplication>& running);
-    void restartIfRunning();
 
     Platform platform_;
     AudioEngine& engine_;
     const AppSettings& settings_;
     AppLauncher launcher_;
+    /// The mix was stopped because every source of the preset is still coming up.
+    bool pausedForLaunch_ = false;
 };
 
 } // namespace velmora

@@ -174,14 +174,14 @@ TEST_F(PresetRecallLaunchTest, AnApplicationThatQuitDuringTheWaitCouldNotBeLaunc
     EXPECT_EQ(engine_.lastError(), "Impossible de lancer B");
 }
 
-TEST_F(PresetRecallLaunchTest, ALaunchedApplicationWithoutAnIdentifierHasAnEmptyOne) {
+TEST_F(PresetRecallLaunchTest, ALaunchedApplicationKeepsTheIdentifierThatFindsItAgain) {
     installWithPlan(
         "B", "b", {.result = RunningApplication{.pid = 11, .name = "B", .bundleID = ""}});
 
     apply({app("B", "b")}, chosen);
     machine_.advance(1500ms);
 
-    EXPECT_THAT(engine_.sources(), ElementsAre(AudioSource(AppSource{11, "B", ""})));
+    EXPECT_THAT(engine_.sources(), ElementsAre(AudioSource(AppSource{11, "B", "b"})));
 }
 
 TEST_F(PresetRecallLaunchTest, ADestroyedRecallForgetsWhatIsComingUp) {

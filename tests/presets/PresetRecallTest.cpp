@@ -292,6 +292,32 @@ TEST_F(RunningRecallTest, ASetupOfWhichNothingExistsLeavesNothingOfThePreviousOn
     EXPECT_EQ(engine_.lastError(), "Introuvable : Micro");
 }
 
+TEST_F(RunningRecallTest, AMixWhoseSourcesAllHaveToBeLaunchedGoesOnWhenTheFirstIsUp) {
+    startPlayer(20, "org.example.player", 0.25F);
+    install("Game", "org.example.game", 21);
+    apply({app("Player", "org.example.player")}, chosen);
+    engine_.start();
+
+    apply({app("Game", "org.example.game", 0.5F)}, chosen);
+    EXPECT_FALSE(engine_.isRunning());
+    machine_.sound.play(21, constant(0.125F));
+    machine_.advance(1500ms);
+
+    EXPECT_TRUE(engine_.isRunning());
+    EXPECT_FLOAT_EQ(heard(), 0.125F * 0.5F);
+}
+
+TEST_F(RunningRecallTest, AStoppedMixIsNotStartedByALaunchedApplication) {
+    install("Game", "org.example.game", 21);
+
+    apply({app("Game", "org.example.game")}, chosen);
+    machine_.sound.play(21, constant(0.125F));
+    machine_.advance(1500ms);
+
+    EXPECT_FALSE(engine_.isRunning());
+    EXPECT_EQ(engine_.sources().size(), 1U);
+}
+
 TEST_F(RunningRecallTest, ALaunchedApplicationIsHeardOnceItHasJoined) {
     startPlayer(20, "org.example.player", 0.25F);
     install("Game", "org.example.game", 21);

@@ -21,7 +21,9 @@ public:
             return;
         }
         dark_ = dark;
-        for (const auto& listener : listeners_) {
+        // A listener may add another, which is told from the next time on.
+        const auto listeners = listeners_;
+        for (const auto& listener : listeners) {
             listener();
         }
     }

@@ -29,6 +29,7 @@ struct Counters {
     std::atomic<std::int64_t> systemCalls;
     std::atomic<std::int64_t> firstSystemCall;
     std::atomic<std::int64_t> contendedLocks;
+    std::atomic<std::int64_t> plainLocks;
 };
 
 constinit Counters counters{};
@@ -103,6 +104,13 @@ void holdCallsOfThisThread() {
 }
 #endif
 
+/// Whether the holder runs at the priority of whoever waits. The C library keeps a mutex's protocol
+/// in its kind and has no function that reads it from a mutex.
+bool inheritsPriority(const pthread_mutex_t& mutex) {
+    constexpr int inheritBit = 32; // PTHREAD_MUTEX_PRIO_INHERIT_NP of glibc's pthreadP.h
+    return (mutex.__data.__kind & inheritBit) != 0;
+}
+
 /// What the C library itself would have called.
 template <typename Function>
 Function original(const char* name) {
@@ -119,6 +127,7 @@ bool beginWatching() {
     counters.systemCalls = 0;
     counters.firstSystemCall = -1;
     counters.contendedLocks = 0;
+    counters.plainLocks = 0;
     watching = true;
     return complete;
 }
@@ -134,7 +143,8 @@ RealTimeSightings sightingsSoFar() {
             .releases = counters.releases,
             .systemCalls = counters.systemCalls,
             .firstSystemCall = counters.firstSystemCall,
-            .contendedLocks = counters.contendedLocks};
+            .contendedLocks = counters.contendedLocks,
+            .plainLocks = counters.plainLocks};
 }
 
 RealTimeGuard::RealTimeGuard() {
@@ -214,6 +224,9 @@ int pthread_mutex_lock(pthread_mutex_t* mutex) {
     static const auto lock = velmora::original<int (*)(pthread_mutex_t*)>("pthread_mutex_lock");
     if (!velmora::isInCallback) {
         return lock(mutex);
+    }
+    if (!velmora::inheritsPriority(*mutex)) {
+        velmora::count(velmora::counters.plainLocks);
     }
     if (pthread_mutex_trylock(mutex) == 0) {
         return 0;

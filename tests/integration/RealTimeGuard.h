@@ -14,6 +14,7 @@ struct RealTimeSightings {
     std::int64_t systemCalls{};       ///< callbacks that made any; inside the callback only
     std::int64_t firstSystemCall{-1}; ///< its number, −1 = none
     std::int64_t contendedLocks{};    ///< inside the callback; the design's short locks may wait
+    std::int64_t plainLocks{}; ///< inside the callback, of mutexes without priority inheritance
 };
 
 /// Forgets what was seen and begins to watch. False when this kernel cannot report system calls;

@@ -1,9 +1,12 @@
-// The engine's real-time callbacks on the sound server's own threads: they must not allocate, free
-// or call the system, whatever the user edits meanwhile.
+// The engine's real-time callbacks on the sound server's own threads: they must not allocate, free,
+// call the system or take a lock that any thread can hold for long, whatever the user edits
+// meanwhile.
 
 #include "GuardedPlatform.h"
 #include "MixerTest.h"
 #include "RealTimeGuard.h"
+
+#include "engine/realtime/PriorityMutex.h"
 
 #include <mutex>
 #include <sys/syscall.h>
@@ -78,6 +81,14 @@ TEST_F(RealTimePath, TheWatchSeesALockThatHasToWait) {
     EXPECT_EQ(endWatching().contendedLocks, 1);
 }
 
+TEST_F(RealTimePath, TheWatchSeesALockWhoseHolderCanBeHeldUpByAnyThread) {
+    std::mutex plain;
+    PriorityMutex inheriting;
+
+    EXPECT_EQ(seenDuring([&] { const std::scoped_lock held(plain); }).plainLocks, 1);
+    EXPECT_EQ(seenDuring([&] { const std::scoped_lock held(inheriting); }).plainLocks, 0);
+}
+
 TEST_F(RealTimePath, NothingIsAllocatedFreedOrAskedOfTheSystem) {
     const Feeder feeder(
         session(), interface4.name, {1, 2}, {.hz = {inputLeftHz, inputRightHz}, .db = playedDb});
@@ -120,6 +131,7 @@ TEST_F(RealTimePath, NothingIsAllocatedFreedOrAskedOfTheSystem) {
     EXPECT_EQ(seen.allocations, 0);
     EXPECT_EQ(seen.releases, 0);
     EXPECT_EQ(seen.systemCalls, 0) << "the first was number " << seen.firstSystemCall;
+    EXPECT_EQ(seen.plainLocks, 0);
     RecordProperty("contendedLocks", std::to_string(seen.contendedLocks));
     if (!seesCalls) {
         GTEST_SKIP() << "this kernel cannot report system calls; the rest was checked";

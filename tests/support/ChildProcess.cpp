@@ -102,11 +102,11 @@ ChildProcess::ChildProcess(const Command& command) {
         files.input = ends[0];
         input_ = ends[1];
     } else if (!command.keepsStdin) {
-        files.input = open("/dev/null", O_RDONLY | O_CLOEXEC);
+        files.input = open(command.input.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC);
     }
     if (!command.output.empty()) {
-        files.output =
-            open(command.output.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+        files.output = open(
+            command.output.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOCTTY | O_CLOEXEC, 0600);
     }
 
     const pid_t parent = getpid();

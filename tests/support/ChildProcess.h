@@ -23,9 +23,10 @@ struct Command {
     Environment environment = currentEnvironment();
     std::filesystem::path output{}; ///< file that receives stdout and stderr; empty: inherited
     pid_t processGroup = -1;        ///< group to join; 0 = its own new one, -1 = this process's
-    bool takesLines = false;        ///< stdin is a pipe written by `send`; otherwise /dev/null
-    bool keepsStdin = false;        ///< stdin is this process's
-    bool outlivesStarter = false;   ///< the kernel leaves it alone when its starter ends
+    std::filesystem::path input = "/dev/null"; ///< file that stdin reads, a terminal for instance
+    bool takesLines = false;                   ///< stdin is a pipe written by `send` instead
+    bool keepsStdin = false;                   ///< stdin is this process's
+    bool outlivesStarter = false;              ///< the kernel leaves it alone when its starter ends
 };
 
 /// One running child. The kernel kills it when the thread that started it ends, however that

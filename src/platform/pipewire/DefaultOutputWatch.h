@@ -6,8 +6,8 @@
 
 namespace velmora::pipewire {
 
-/// Not told: that there is no default output just now. A device that went away comes back under
-/// its name, or another one takes its place; both are told.
+/// Not told: that there is no default output just now. When the device comes back under its name,
+/// or another one takes its place, that is told.
 class DefaultOutputWatch {
 public:
     /// Takes the present default output without telling it.
@@ -18,11 +18,9 @@ public:
 
     /// Returns true when `uid` is to be told as a change.
     bool update(const std::optional<std::string>& uid) {
-        if (!uid || uid == known_) {
-            return false;
-        }
+        const bool isNews = uid && uid != known_;
         known_ = uid;
-        return true;
+        return isNews;
     }
 
 private:

@@ -52,7 +52,7 @@ public:
     /// Makes sure that a device's name contains "velmora": creates the virtual microphone
     /// "Velmora Microphone" when there is none, waiting shortly until it can be used, and again
     /// after the daemon was restarted. The device stays when this program ends.
-    /// Errors: the status; nothing was made.
+    /// Errors: the status; the microphone is made as soon as a daemon answers.
     Status ensureVirtualMicrophone();
 
 private:

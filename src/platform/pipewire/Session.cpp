@@ -79,6 +79,7 @@ void Session::forgetObjects() {
     aggregateSinks_.clear();
     links_.clear();
     microphone_.reset();
+    isMicrophoneSeen_ = false;
 }
 
 void Session::pass() {
@@ -142,9 +143,17 @@ void Session::passAggregates() {
 }
 
 void Session::passVirtualMicrophone() {
-    if (state_.wantsVirtualMicrophone && !microphone_ && !hasVirtualMicrophone(state_.graph)) {
+    if (!state_.wantsVirtualMicrophone) {
+        return;
+    }
+    const bool isKnown = knowsVirtualMicrophone(state_.graph);
+    if (!isKnown && isMicrophoneSeen_) {
+        microphone_.reset(); // somebody removed it
+    }
+    if (!isKnown && !microphone_) {
         microphone_ = createVirtualMicrophone(connection_);
     }
+    isMicrophoneSeen_ = isKnown;
 }
 
 void Session::passDefaultOutput() {
@@ -194,10 +203,10 @@ std::optional<std::string> Session::defaultOutputUID() const {
 
 Status Session::ensureVirtualMicrophone() {
     Loop::Lock lock(loop_);
+    state_.wantsVirtualMicrophone = true;
     if (!connection_.isOpen()) {
         return -EHOSTDOWN;
     }
-    state_.wantsVirtualMicrophone = true;
     pass_.request();
     const bool isThere = lock.wait(devicesExpectedWithin, [this] {
         return connection_.isListed() && hasVirtualMicrophone(state_.graph);

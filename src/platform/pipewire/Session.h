@@ -122,6 +122,7 @@ private:
     std::map<std::string, PublicAggregate> aggregates_; // by UID; wanted
     std::map<std::string, std::unique_ptr<AggregateSink>> aggregateSinks_;
     ProxyHandle microphone_;
+    bool isMicrophoneSeen_ = false;
     DefaultOutputWatch defaultOutput_;
     std::set<std::int32_t> asked_; // processes whose application was asked for
     bool isLost_ = false;

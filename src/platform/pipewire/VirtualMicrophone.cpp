@@ -10,6 +10,7 @@ namespace velmora::pipewire {
 namespace {
 
 constexpr std::string_view microphoneWord = "velmora";
+constexpr std::string_view microphoneNode = "velmora.mic"; // as in the packaged fragment
 
 bool hasMicrophoneWord(std::string_view name) {
     const auto found = std::ranges::search(name, microphoneWord, [](char one, char two) {
@@ -18,7 +19,19 @@ bool hasMicrophoneWord(std::string_view name) {
     return !found.empty();
 }
 
+bool isMicrophone(const Node& node) {
+    const bool isDevice =
+        node.mediaClass.starts_with("Audio/") && node.mediaClass != "Audio/Sink/Internal";
+    return node.name == microphoneNode ||
+           (isDevice && node.name != dawDeviceUID && hasMicrophoneWord(node.description));
+}
+
 } // namespace
+
+bool knowsVirtualMicrophone(const Graph& graph) {
+    return std::ranges::any_of(graph.nodes(),
+                               [](const auto& entry) { return isMicrophone(entry.second); });
+}
 
 bool hasVirtualMicrophone(const Graph& graph) {
     return std::ranges::any_of(listDevices(graph), [](const Device& device) {
@@ -32,7 +45,7 @@ ProxyHandle createVirtualMicrophone(Connection& connection) {
                              PW_VERSION_NODE,
                              {{"factory.name", "support.null-audio-sink"},
                               {"media.class", "Audio/Source/Virtual"},
-                              {"node.name", "velmora.mic"},
+                              {"node.name", std::string(microphoneNode)},
                               {"node.description", "Velmora Microphone"},
                               {"audio.position", "[FL,FR]"},
                               {"node.virtual", "true"},

@@ -10,6 +10,10 @@ namespace velmora::pipewire {
 /// DAW mode has that word too and does not count.
 [[nodiscard]] bool hasVirtualMicrophone(const Graph& graph);
 
+/// True when such a device exists, also while it has no ports yet: a daemon makes its own devices
+/// before their ports, and a second microphone of the same name would be the result of not waiting.
+[[nodiscard]] bool knowsVirtualMicrophone(const Graph& graph);
+
 /// Asks for a true source (not a sink's monitor) that also outlives this program.
 /// Null when the request could not be sent.
 [[nodiscard]] ProxyHandle createVirtualMicrophone(Connection& connection);

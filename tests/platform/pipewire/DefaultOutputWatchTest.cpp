@@ -21,11 +21,12 @@ TEST(DefaultOutputWatch, TellsTheFirstDeviceWhenThereWasNone) {
     EXPECT_TRUE(watch.update("speakers"));
 }
 
-TEST(DefaultOutputWatch, DoesNotTellThatThereIsNone) {
+TEST(DefaultOutputWatch, TellsThatTheDeviceIsBackButNotThatThereIsNone) {
     DefaultOutputWatch watch;
     watch.start("speakers");
 
     EXPECT_FALSE(watch.update(std::nullopt));
+    EXPECT_TRUE(watch.update("speakers"));
     EXPECT_FALSE(watch.update("speakers"));
 }
 

@@ -52,6 +52,32 @@ TEST_F(Reconnection, TellsTheDefaultOutputWhenTheDaemonIsBack) {
     EXPECT_EQ(audio.connectionProblem(), "");
 }
 
+TEST_F(Reconnection, LeavesTheMicrophoneOfTheDaemonsOwnSettingsTheOnlyOne) {
+    ASSERT_EQ(audio.ensureVirtualMicrophone(), statusOk);
+
+    session().killDaemon();
+    ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
+    session().startServices();
+    ASSERT_TRUE(waitUntil([&] { return audio.connected() && find(microphone); }));
+
+    const AudioGraph graph = session().graph();
+    EXPECT_EQ(std::ranges::count(graph.nodes(), microphone, &GraphNode::name), 1);
+}
+
+TEST_F(Reconnection, MakesTheMicrophoneWhenTheDaemonComesAfterTheMixer) {
+    PrivateSession later({.devices = {speakers}, .virtualMicrophone = false});
+    later.killDaemon();
+    later.enter();
+    QtMainQueue laterQueue;
+    {
+        PipeWireAudio early(laterQueue);
+        EXPECT_NE(early.ensureVirtualMicrophone(), statusOk);
+        later.startServices();
+        EXPECT_TRUE(waitUntil([&] { return later.graph().node(microphone) != nullptr; }));
+    }
+    session().enter();
+}
+
 TEST_F(Reconnection, WhatWasMadeBeforeALossIsDeadAndHarmless) {
     const ToneApp app(session());
     app.play("music", 440, 440, playedDb);

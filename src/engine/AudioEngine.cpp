@@ -156,9 +156,10 @@ void AudioEngine::add(const AudioSource& source) {
 void AudioEngine::remove(const AudioSource& source) {
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): may be an element of the list
     const AudioSource removed = source;
+    const Status before = status_;
     const bool differs = std::erase(sources_, removed) > 0;
     restartIfRunning();
-    notifyIf(differs);
+    notifyIf(differs || status_ != before);
 }
 
 void AudioEngine::setPrimary(const AudioSource& source) {

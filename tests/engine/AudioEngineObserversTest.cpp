@@ -33,6 +33,16 @@ TEST_F(AudioEngineObservers, TellsEveryChangeOnce) {
     EXPECT_EQ(notifications([&] { engine.stop(); }), 1);
 }
 
+TEST_F(AudioEngineObservers, TellsThatARebuildFailedAlthoughTheListStayed) {
+    engine.add(player);
+    engine.start();
+    ASSERT_TRUE(engine.isRunning());
+    machine.sound.removeDevice(mic);
+
+    EXPECT_EQ(notifications([&] { engine.remove(browser); }), 1);
+    EXPECT_FALSE(engine.isRunning());
+}
+
 TEST_F(AudioEngineObservers, TellsNothingWhenNothingChanged) {
     engine.setGain(0.5F, player);
     engine.setFX(manualGain(1.0F), player);

@@ -1,5 +1,7 @@
 #include "app/MixerScreen.h"
 
+#include "settings/Theme.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -15,10 +17,6 @@ constexpr int nameCells = 24;
 constexpr int gainCells = 9;
 constexpr int marksCells = 6;
 
-// Colours of the palette, as 24-bit terminal foregrounds.
-constexpr std::string_view oceanColour = "\x1b[38;2;14;127;140m";
-constexpr std::string_view sunColour = "\x1b[38;2;255;201;77m";
-constexpr std::string_view coralColour = "\x1b[38;2;255;106;85m";
 constexpr std::string_view plain = "\x1b[0m";
 
 bool startsCodePoint(char byte) {
@@ -30,20 +28,25 @@ bool isControl(char byte) {
     return value < 0x20U || value == 0x7FU;
 }
 
-std::string painted(std::string_view colour, const std::string& text, bool wanted) {
-    return wanted ? std::string(colour) + text + std::string(plain) : text;
+std::string painted(const Color& colour, const std::string& text, bool wanted) {
+    if (!wanted) {
+        return text;
+    }
+    const auto byte = [](double component) { return std::to_string(std::lround(component * 255)); };
+    return "\x1b[38;2;" + byte(colour.red) + ";" + byte(colour.green) + ";" + byte(colour.blue) +
+           "m" + text + std::string(plain);
 }
 
-std::string_view meterColour(float level) {
+const Color& meterColour(float level) {
     constexpr float nearCeiling = 0.8912509F; // the limiter's ceiling, −1 dBFS
     constexpr float loud = 0.5F;              // −6 dBFS
-    return level >= nearCeiling ? coralColour : level >= loud ? sunColour : oceanColour;
+    return level >= nearCeiling ? Theme::coral : level >= loud ? Theme::sun : Theme::ocean;
 }
 
 std::string drawStrip(const StripView& strip, int columns, bool colour) {
     const int fixedCells = 2 + nameCells + 1 + gainCells + 1 + marksCells + 1;
     const int meterCells = std::clamp(columns - fixedCells, 4, 40);
-    std::string line = painted(sunColour, strip.selected ? "▸ " : "  ", colour);
+    std::string line = painted(Theme::sun, strip.selected ? "▸ " : "  ", colour);
     line += fitted(strip.name, nameCells) + ' ';
     if (strip.level) {
         line += painted(meterColour(*strip.level), levelBar(*strip.level, meterCells), colour);
@@ -108,14 +111,14 @@ std::string fitted(std::string_view text, int cells) {
 std::vector<std::string> drawMixer(const MixerView& view, int columns, bool colour) {
     std::vector<std::string> lines;
     lines.push_back(
-        painted(oceanColour, fitted(view.title + "  ·  " + view.state, columns), colour));
+        painted(Theme::ocean, fitted(view.title + "  ·  " + view.state, columns), colour));
     lines.emplace_back();
     for (const StripView& strip : view.strips) {
         lines.push_back(drawStrip(strip, columns, colour));
     }
     lines.emplace_back();
     for (const std::string& notice : view.notices) {
-        lines.push_back(painted(coralColour, fitted(notice, columns), colour));
+        lines.push_back(painted(Theme::coral, fitted(notice, columns), colour));
     }
     for (const std::string& line : view.footer) {
         lines.push_back(fitted(line, columns));

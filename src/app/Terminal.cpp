@@ -24,6 +24,10 @@ Terminal::Terminal() {
     }
     termios raw = before_;
     raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+    // Suspended, the program would hold up every program that shares a device with its outputs;
+    // with its drawing held back it would not even take a key.
+    raw.c_cc[VSUSP] = _POSIX_VDISABLE;
+    raw.c_iflag &= ~static_cast<tcflag_t>(IXON);
     tcsetattr(STDIN_FILENO, TCSANOW, &raw);
     write(enterScreen);
 }

@@ -9,6 +9,7 @@
 #include "presets/PresetSnapshot.h"
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
+#include "settings/ErrorText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -327,7 +328,7 @@ MixerView TerminalMixer::view() const {
     view.state = parts_.engine.isRunning() ? t("En marche") : t("Arrêté");
     view.strips = strips();
     if (parts_.engine.lastError()) {
-        view.notices = splitLines(*parts_.engine.lastError());
+        view.notices = splitLines(errorText(*parts_.engine.lastError(), parts_.settings));
     }
     if (presetName_) {
         view.footer = {t("Nom du preset") + " : " + *presetName_ + "▏"};

@@ -29,6 +29,14 @@ constexpr auto texts = std::to_array<TextPair>({
     // The audio service
     {"Service audio injoignable", "Audio service not reachable"},
 
+    // Starting the program
+    {"Velmora est déjà ouvert.", "Velmora is already open."},
+    {"Cette vue a besoin d'un terminal.", "This view needs a terminal."},
+
+    // Refusals by the audio service, shown by `errorText`
+    {"Démarrage de la sortie refusé", "The output could not be started"},
+    {"Démarrage de l'entrée refusé", "The input could not be started"},
+
     // The mixer in a terminal
     {"En marche", "Running"},
     {"Arrêté", "Stopped"},

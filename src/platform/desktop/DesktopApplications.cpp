@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <utility>
 
@@ -44,9 +45,16 @@ std::string fullName(const ProcessStat& process, const ProcFiles& processes) {
     return process.name;
 }
 
-/// In the new process: leaves our terminal, whose interrupt and end are not for applications.
-void leaveTerminal(gpointer) {
+/// In the new process: leaves our terminal, whose interrupt and end are not for applications, and
+/// our limit of open files, which may be raised: programs that use select() rely on the usual one.
+void leaveUs(gpointer) {
+    constexpr rlim_t usualFiles = 1024;
     ::setsid();
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur > usualFiles) {
+        limit.rlim_cur = usualFiles;
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
 }
 
 /// The entry, always as a program to run. Starting one over D-Bus would tell no process id; GIO
@@ -81,7 +89,7 @@ std::optional<std::int32_t> start(const std::string& location) {
         nullptr,
         context.get(),
         static_cast<GSpawnFlags>(flags),
-        leaveTerminal,
+        leaveUs,
         nullptr,
         [](GDesktopAppInfo*, GPid pid, gpointer result) {
             *static_cast<std::optional<std::int32_t>*>(result) = pid;

@@ -28,6 +28,8 @@ void LaunchWatch::look() {
         goneSince_.reset();
         if (watched_ - candidateSince_ >= staysFor) {
             finish(candidate_);
+        } else if (watched_ >= longest) {
+            finish(std::nullopt); // comes up and goes down again and again
         }
         return;
     }

@@ -49,6 +49,19 @@ private:
 
 using Outcomes = std::vector<std::optional<std::int32_t>>;
 
+TEST_F(LaunchWatchTest, GivesUpOnAProgramThatComesUpAndGoesDownAgainAndAgain) {
+    desktop.addProcess(shellScript());
+    watch();
+
+    for (std::int32_t run = 0; run < 30 && outcomes.empty(); ++run) {
+        desktop.addProcess({.pid = 20 + run, .name = "player"});
+        queue.advance(400ms);
+        desktop.removeProcess(20 + run);
+    }
+
+    EXPECT_EQ(outcomes, Outcomes{std::nullopt});
+}
+
 TEST_F(LaunchWatchTest, BringsAProgramThatStays) {
     desktop.addProcess({.pid = launchedPid, .name = "player"});
     watch();

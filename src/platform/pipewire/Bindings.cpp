@@ -129,12 +129,20 @@ private:
     }
 };
 
-class MetadataBinding final : public ObjectBinding {
+class BoundMetadata final : public MetadataBinding {
 public:
-    MetadataBinding(pw_proxy* proxy, std::string name, Graph& graph, Changed changed)
-        : ObjectBinding(proxy, 0, graph, std::move(changed)), name_(std::move(name)) {}
+    BoundMetadata(
+        pw_proxy* proxy, std::string name, MetadataStart start, Graph& graph, Changed changed)
+        : graph_(graph), changed_(std::move(changed)), name_(std::move(name)),
+          isCollecting_(start == MetadataStart::collecting), proxy_(proxy) {}
 
-    [[nodiscard]] pw_proxy* proxy() const { return proxy_.get(); }
+    [[nodiscard]] pw_proxy* proxy() const override { return proxy_.get(); }
+
+    void publish() override {
+        isCollecting_ = false;
+        graph_.replaceMetadata(name_, std::move(collected_));
+        changed_();
+    }
 
     void listen() {
         static constexpr pw_metadata_events events = [] {
@@ -145,7 +153,7 @@ public:
                                const char* key,
                                const char* type,
                                const char* value) {
-                static_cast<MetadataBinding*>(self)->onProperty(subject, key, type, value);
+                static_cast<BoundMetadata*>(self)->onProperty(subject, key, type, value);
                 return 0;
             };
             return made;
@@ -156,15 +164,26 @@ public:
 
 private:
     void onProperty(std::uint32_t subject, const char* key, const char* type, const char* value) {
+        const std::string name = key == nullptr ? "" : key;
         std::optional<MetadataValue> entry;
         if (value != nullptr) {
             entry = {.type = type == nullptr ? "" : type, .value = value};
         }
-        graph_.setMetadata(name_, subject, key == nullptr ? "" : key, std::move(entry));
-        changed_();
+        if (isCollecting_) {
+            change(collected_, subject, name, std::move(entry));
+        } else {
+            graph_.setMetadata(name_, subject, name, std::move(entry));
+            changed_();
+        }
     }
 
+    Graph& graph_;
+    Changed changed_;
     std::string name_;
+    bool isCollecting_;
+    MetadataEntries collected_;
+    ProxyHandle proxy_;
+    Hook hook_; // goes before the proxy
 };
 
 template <typename Made>
@@ -191,17 +210,17 @@ bindClient(pw_registry* registry, GlobalId id, Serial serial, Graph& graph, Chan
     return follow<ClientBinding>(proxy, serial, graph, std::move(changed));
 }
 
-std::unique_ptr<Binding> bindMetadata(pw_registry* registry,
-                                      GlobalId id,
-                                      const std::string& name,
-                                      Graph& graph,
-                                      Changed changed,
-                                      pw_proxy*& proxy) {
-    proxy = bindGlobal(registry, id, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA);
+std::unique_ptr<MetadataBinding> bindMetadata(pw_registry* registry,
+                                              GlobalId id,
+                                              const std::string& name,
+                                              MetadataStart start,
+                                              Graph& graph,
+                                              Changed changed) {
+    auto* const proxy = bindGlobal(registry, id, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA);
     if (proxy == nullptr) {
         return nullptr;
     }
-    auto made = std::make_unique<MetadataBinding>(proxy, name, graph, std::move(changed));
+    auto made = std::make_unique<BoundMetadata>(proxy, name, start, graph, std::move(changed));
     made->listen();
     return made;
 }

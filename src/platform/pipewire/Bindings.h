@@ -20,12 +20,26 @@ bindNode(pw_registry* registry, GlobalId id, Serial serial, Graph& graph, Change
 [[nodiscard]] std::unique_ptr<Binding>
 bindClient(pw_registry* registry, GlobalId id, Serial serial, Graph& graph, Changed changed);
 
-/// Follows a metadata object; `proxy` receives what requests are made on. Loop: locked.
-[[nodiscard]] std::unique_ptr<Binding> bindMetadata(pw_registry* registry,
-                                                    GlobalId id,
-                                                    const std::string& name,
-                                                    Graph& graph,
-                                                    Changed changed,
-                                                    pw_proxy*& proxy);
+/// Follows a metadata object.
+class MetadataBinding : public Binding {
+public:
+    /// What requests are made on.
+    [[nodiscard]] virtual pw_proxy* proxy() const = 0;
+    /// Puts all that was collected in the place of what the graph had, and follows from now on.
+    virtual void publish() = 0;
+};
+
+enum class MetadataStart {
+    following, ///< every entry goes to the graph as it comes
+    collecting ///< entries are kept until `publish`
+};
+
+/// Loop: locked.
+[[nodiscard]] std::unique_ptr<MetadataBinding> bindMetadata(pw_registry* registry,
+                                                            GlobalId id,
+                                                            const std::string& name,
+                                                            MetadataStart start,
+                                                            Graph& graph,
+                                                            Changed changed);
 
 } // namespace velmora::pipewire

@@ -72,7 +72,8 @@ Status Connection::open() {
 }
 
 void Connection::close() {
-    sessionMetadata_ = nullptr;
+    nextSessionMetadata_.reset();
+    sessionMetadata_.reset();
     bindings_.clear();
     registryHook_.reset();
     registry_.reset();
@@ -104,10 +105,10 @@ void Connection::destroyGlobal(GlobalId id) {
 void Connection::setSessionMetadata(GlobalId subject,
                                     const std::string& key,
                                     const std::optional<MetadataValue>& value) {
-    if (sessionMetadata_ == nullptr) {
+    if (!sessionMetadata_) {
         return;
     }
-    pw_metadata_set_property(reinterpret_cast<pw_metadata*>(sessionMetadata_),
+    pw_metadata_set_property(reinterpret_cast<pw_metadata*>(sessionMetadata_->proxy()),
                              subject,
                              key.c_str(),
                              value ? value->type.c_str() : nullptr,
@@ -127,27 +128,48 @@ void Connection::onGlobal(GlobalId id, const std::string& type, const Properties
     } else if (type == PW_TYPE_INTERFACE_Client) {
         graph_.addClient(id, properties);
         bind(id, bindClient(registry, id, serial, graph_, events_.changed));
+        events_.clientCame();
     } else if (type == PW_TYPE_INTERFACE_Link) {
         graph_.addLink(id, properties);
     } else if (type == PW_TYPE_INTERFACE_Metadata) {
-        const std::string name = text(properties, "metadata.name");
-        if (name != "default" && name != "settings") {
-            return;
-        }
-        graph_.addMetadata(id, name);
-        pw_proxy* proxy{};
-        bind(id, bindMetadata(registry, id, name, graph_, events_.changed, proxy));
-        if (name == "default") {
-            sessionMetadata_ = proxy;
-            sessionMetadataId_ = id;
-        }
+        onMetadata(id, text(properties, "metadata.name"));
     }
     events_.changed();
 }
 
+void Connection::onMetadata(GlobalId id, const std::string& name) {
+    const bool isSession = name == "default";
+    if (!isSession && name != "settings") {
+        return;
+    }
+    graph_.addMetadata(id, name);
+    auto* const registry = reinterpret_cast<pw_registry*>(registry_.get());
+    auto binding =
+        bindMetadata(registry, id, name, MetadataStart::following, graph_, events_.changed);
+    if (isSession) {
+        sessionMetadata_ = std::move(binding);
+        sessionMetadataId_ = id;
+    } else {
+        bind(id, std::move(binding));
+    }
+}
+
+void Connection::readSessionMetadataAgain() {
+    if (sessionMetadata_) {
+        nextSessionMetadata_ = bindMetadata(reinterpret_cast<pw_registry*>(registry_.get()),
+                                            sessionMetadataId_,
+                                            "default",
+                                            MetadataStart::collecting,
+                                            graph_,
+                                            events_.changed);
+        nextSequence_ = pw_core_sync(core_.get(), PW_ID_CORE, 0);
+    }
+}
+
 void Connection::onGlobalRemove(GlobalId id) {
-    if (sessionMetadata_ != nullptr && id == sessionMetadataId_) {
-        sessionMetadata_ = nullptr;
+    if (sessionMetadata_ && id == sessionMetadataId_) {
+        nextSessionMetadata_.reset();
+        sessionMetadata_.reset();
     }
     bindings_.erase(id);
     graph_.remove(id);
@@ -162,6 +184,10 @@ void Connection::startRoundTrip() {
 }
 
 void Connection::onDone(int sequence) {
+    if (nextSessionMetadata_ && sequence == nextSequence_) {
+        sessionMetadata_ = std::move(nextSessionMetadata_);
+        sessionMetadata_->publish();
+    }
     if (roundTrips_ == 0 || sequence != sequence_) {
         return;
     }

@@ -18,6 +18,8 @@ public:
     virtual ~Binding() = default;
 };
 
+class MetadataBinding;
+
 /// The control connection: object list, metadata, and requests for new objects.
 ///
 /// Threads: everything needs the loop's lock; the callbacks come on the loop's thread.
@@ -25,7 +27,8 @@ class Connection {
 public:
     struct Events {
         std::function<void()> changed; ///< the graph changed
-        std::function<void()> lost;    ///< nothing answers any more; `close` is still to be called
+        std::function<void()> clientCame;
+        std::function<void()> lost; ///< nothing answers any more; `close` is still to be called
     };
 
     Connection(pw_loop* loop, Graph& graph, Events events);
@@ -44,6 +47,9 @@ public:
     /// True once everything that existed when the connection was opened is in the graph.
     [[nodiscard]] bool isListed() const { return roundTrips_ == 0 && isOpen(); }
 
+    /// Reads the session manager's metadata once more; the graph changes when all of it is here.
+    void readSessionMetadataAgain();
+
     /// Null when the request could not even be sent. The object goes with the handle, unless its
     /// properties say that it lingers.
     [[nodiscard]] ProxyHandle create(const char* factory,
@@ -59,6 +65,7 @@ public:
 
 private:
     void onGlobal(GlobalId id, const std::string& type, const Properties& properties);
+    void onMetadata(GlobalId id, const std::string& name);
     void onGlobalRemove(GlobalId id);
     void onDone(int sequence);
     void onError(std::uint32_t id, int result);
@@ -73,10 +80,12 @@ private:
     ProxyHandle registry_;
     std::unique_ptr<Hook> registryHook_;
     std::map<GlobalId, std::unique_ptr<Binding>> bindings_;
-    pw_proxy* sessionMetadata_ = nullptr; // owned by its binding
+    std::unique_ptr<MetadataBinding> sessionMetadata_;
+    std::unique_ptr<MetadataBinding> nextSessionMetadata_; // being read
     GlobalId sessionMetadataId_ = 0;
-    int roundTrips_ = 0; // still to come until the first list is complete
-    int sequence_ = 0;   // of the round trip under way
+    int nextSequence_ = 0; // of the round trip that ends the reading
+    int roundTrips_ = 0;   // still to come until the first list is complete
+    int sequence_ = 0;     // of the round trip under way
 };
 
 } // namespace velmora::pipewire

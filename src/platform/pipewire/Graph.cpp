@@ -62,6 +62,19 @@ std::optional<std::string> nameInJson(const std::string& json) {
 
 } // namespace
 
+void change(MetadataEntries& entries,
+            GlobalId subject,
+            const std::string& key,
+            std::optional<MetadataValue> value) {
+    if (key.empty()) {
+        entries.erase(subject);
+    } else if (value) {
+        entries[subject][key] = *std::move(value);
+    } else if (const auto found = entries.find(subject); found != entries.end()) {
+        found->second.erase(key);
+    }
+}
+
 Serial Graph::serialOf(GlobalId id) const {
     const auto found = serials_.find(id);
     return found == serials_.end() ? 0 : found->second;
@@ -182,17 +195,14 @@ void Graph::setMetadata(const std::string& object,
                         GlobalId subject,
                         const std::string& key,
                         std::optional<MetadataValue> value) {
-    const auto found = metadata_.find(object);
-    if (found == metadata_.end()) {
-        return;
+    if (const auto found = metadata_.find(object); found != metadata_.end()) {
+        change(found->second.subjects, subject, key, std::move(value));
     }
-    auto& subjects = found->second.subjects;
-    if (key.empty()) {
-        subjects.erase(subject);
-    } else if (value) {
-        subjects[subject][key] = *std::move(value);
-    } else if (const auto entries = subjects.find(subject); entries != subjects.end()) {
-        entries->second.erase(key);
+}
+
+void Graph::replaceMetadata(const std::string& object, MetadataEntries entries) {
+    if (const auto found = metadata_.find(object); found != metadata_.end()) {
+        found->second.subjects = std::move(entries);
     }
 }
 

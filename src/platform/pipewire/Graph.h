@@ -61,6 +61,16 @@ struct MetadataValue {
     bool operator==(const MetadataValue&) const = default;
 };
 
+/// The entries of one metadata object, by the global id that they are about.
+using MetadataEntries = std::map<GlobalId, std::map<std::string, MetadataValue>>;
+
+/// Applies one change as the daemon tells it: no value removes the key, an empty key removes
+/// everything about the subject.
+void change(MetadataEntries& entries,
+            GlobalId subject,
+            const std::string& key,
+            std::optional<MetadataValue> value);
+
 /// The mirror of the daemon's object list. Every change comes in through the few functions here, in
 /// the order in which the daemon tells it.
 ///
@@ -79,12 +89,13 @@ public:
     void setRunning(Serial serial, bool running);
     void setContent(Serial serial, std::vector<std::string> positions);
 
-    /// An empty value removes the key; an empty key removes everything about the subject.
+    /// See `change`.
     void setMetadata(const std::string& object,
                      GlobalId subject,
                      const std::string& key,
                      std::optional<MetadataValue> value);
     void addMetadata(GlobalId id, const std::string& object);
+    void replaceMetadata(const std::string& object, MetadataEntries entries);
 
     /// Ascending serial: the order in which the objects came.
     [[nodiscard]] const std::map<Serial, Node>& nodes() const { return nodes_; }
@@ -112,10 +123,9 @@ private:
     std::map<Serial, Client> clients_;
     std::map<Serial, Link> links_;
 
-    using Subject = std::map<std::string, MetadataValue>;
     struct Metadata {
         Serial serial{};
-        std::map<GlobalId, Subject> subjects;
+        MetadataEntries subjects;
     };
     std::map<std::string, Metadata> metadata_;
 };

@@ -102,6 +102,7 @@ public:
 private:
     void connect();
     void onLost();
+    void onClientCame();
     void forgetObjects();
     void forgetAggregate(const std::string& uid);
     void pass();
@@ -129,6 +130,8 @@ private:
     bool announces_ = false; // the first listing is no change
     Status lastStatus_ = statusOk;
     LoopTimer retry_;
+    LoopTimer reread_;
+    bool isRereadDue_ = false;
     LoopWork pass_;
 };
 

@@ -103,6 +103,18 @@ TEST(Graph, RemovesOneKeyOrAllOfASubject) {
     EXPECT_EQ(graph.metadata("default", 65, "two"), std::nullopt);
 }
 
+TEST(Graph, ReplacesAllEntriesOfAMetadataObject) {
+    Graph graph;
+    const MetadataValue value{.type = "Spa:Id", .value = "7"};
+    graph.addMetadata(35, "default");
+    graph.setMetadata("default", 65, "old", value);
+
+    graph.replaceMetadata("default", {{65, {{"new", value}}}});
+
+    EXPECT_EQ(graph.metadata("default", 65, "old"), std::nullopt);
+    EXPECT_EQ(graph.metadata("default", 65, "new"), value);
+}
+
 TEST(Graph, AReusedIdHasNothingOfTheOldNodesMetadata) {
     Graph graph;
     graph.addMetadata(35, "default");

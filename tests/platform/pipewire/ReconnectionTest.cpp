@@ -113,6 +113,25 @@ TEST_F(Reconnection, TellsTheDefaultOutputWhenTheSessionManagerIsBack) {
     EXPECT_EQ(hardware().defaultOutputDevice(), find(speakers.name));
 }
 
+/// The daemon tells a change to nobody but a client that begins to follow just then. With so many
+/// of them about one change in 15 was missed.
+TEST_F(Reconnection, MissesNoDefaultOutputBesideProgramsThatComeAndGo) {
+    const std::vector<std::string> comesAndGoes = {
+        "sh", "-c", "while :; do pw-metadata 0 >/dev/null; done"};
+    std::vector<ChildProcess> others;
+    for (int made = 0; made < 4; ++made) {
+        others.push_back(session().start(comesAndGoes, "others"));
+    }
+    for (int round = 0; round < 20; ++round) {
+        for (const auto& name : {interface4.name, speakers.name}) {
+            session().setDefaultSink(name);
+            const auto device = find(name);
+            ASSERT_TRUE(waitUntil([&] { return hardware().defaultOutputDevice() == device; }))
+                << name;
+        }
+    }
+}
+
 /// WirePlumber 0.4.13, restarted while a stream plays, links nothing any more; so this looks at
 /// what it was asked for, and not at what is heard.
 TEST_F(Reconnection, AMuteIsAskedForAgainOnceTheSessionManagerIsBack) {

@@ -10,6 +10,7 @@
 #include "engine/realtime/ParamBox.h"
 #include "engine/realtime/RingBuffer.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -154,11 +155,12 @@ void AudioEngine::publishRings() {
     std::vector<std::shared_ptr<RingBuffer>> streamRings;
     std::vector<std::shared_ptr<RingBuffer>> monitorRings;
     for (const auto& capture : captures_) {
-        // What came in while later sources were starting would stay in the ring as delay for good.
-        capture->boxes().streamRing->clear();
-        capture->boxes().monitorRing->clear();
         streamRings.push_back(capture->boxes().streamRing);
         monitorRings.push_back(capture->boxes().monitorRing);
+    }
+    // What came in while later sources were starting would stay in the rings as delay for good.
+    for (const auto& rings : {streamRings, monitorRings}) {
+        std::ranges::for_each(rings, &RingBuffer::clear);
     }
     stream_.setRings(std::move(streamRings));
     monitor_.setRings(std::move(monitorRings));

@@ -68,7 +68,8 @@ public:
     }
     std::vector<float> listen(const std::string& uid, std::size_t channel, std::size_t frames) {
         const support::Recorder recorder(session(), uid, {static_cast<int>(channel)});
-        EXPECT_TRUE(support::waitUntil([&] { return recorder.frames() >= frames; })) << uid;
+        // The graph takes a moment to settle when a recorder joins it.
+        EXPECT_TRUE(support::waitUntil([&] { return recorder.frames() >= 2 * frames; })) << uid;
         const auto sound = recorder.latest(static_cast<double>(frames) / 48000.0);
         return sound.channel(0);
     }

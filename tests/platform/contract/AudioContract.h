@@ -87,6 +87,11 @@ protected:
         return support::toneDb(rig.listen(uid, channel, listenedFrames), hz);
     }
 
+    /// Listens until the tone has that level: a machine under load loses a block now and then.
+    bool hears(const std::string& uid, std::size_t channel, double hz, double db) {
+        return rig.wait([&] { return std::abs(heardDb(uid, channel, hz) - db) < tolerance; });
+    }
+
     /// The process object of an application that has begun to play.
     AudioObjectID processOf(std::int32_t pid) {
         EXPECT_TRUE(rig.wait([&] { return hardware().processForPid(pid).value_or(0) != 0; }));
@@ -237,8 +242,8 @@ TYPED_TEST_P(AudioContract, PlaysAPairIntoADevicesFirstTwoChannels) {
 
     const std::string& uid = this->interface4.uid;
     ASSERT_TRUE(this->rig.wait([&] { return this->heardDb(uid, 1, 440) > -30; }));
-    EXPECT_NEAR(this->heardDb(uid, 1, 440), -20, this->tolerance);
-    EXPECT_NEAR(this->heardDb(uid, 2, 1000), -20, this->tolerance);
+    EXPECT_TRUE(this->hears(uid, 1, 440, -20));
+    EXPECT_TRUE(this->hears(uid, 2, 1000, -20));
     EXPECT_LT(this->heardDb(uid, 1, 1000), this->silentDb);
     EXPECT_LT(this->heardDb(uid, 3, 440), this->silentDb);
 }
@@ -253,8 +258,8 @@ TYPED_TEST_P(AudioContract, PlaysIntoTheChannelsOfItsMap) {
 
     const std::string& uid = this->interface4.uid;
     ASSERT_TRUE(this->rig.wait([&] { return this->heardDb(uid, 3, 440) > -30; }));
-    EXPECT_NEAR(this->heardDb(uid, 3, 440), -20, this->tolerance);
-    EXPECT_NEAR(this->heardDb(uid, 4, 1000), -20, this->tolerance);
+    EXPECT_TRUE(this->hears(uid, 3, 440, -20));
+    EXPECT_TRUE(this->hears(uid, 4, 1000, -20));
     EXPECT_LT(this->heardDb(uid, 1, 440), this->silentDb);
     EXPECT_LT(this->heardDb(uid, 2, 1000), this->silentDb);
 }
@@ -338,7 +343,7 @@ TYPED_TEST_P(AudioContract, TapsOneApplicationAndNoOther) {
     EXPECT_NEAR(tap.latestDb(0, 440), -20, this->tolerance);
     EXPECT_NEAR(tap.latestDb(1, 440), -20, this->tolerance);
     EXPECT_LT(tap.latestDb(0, 1000), this->silentDb);
-    EXPECT_NEAR(this->heardDb(this->speakers.uid, 1, 440), -20, this->tolerance);
+    EXPECT_TRUE(this->hears(this->speakers.uid, 1, 440, -20));
 }
 
 TYPED_TEST_P(AudioContract, SilencesAMutedApplicationWhileItIsTapped) {
@@ -357,7 +362,7 @@ TYPED_TEST_P(AudioContract, SilencesAMutedApplicationWhileItIsTapped) {
     tap.release();
 
     EXPECT_TRUE(this->rig.wait([&] { return this->heardDb(uid, 1, 440) > -30; }));
-    EXPECT_NEAR(this->heardDb(uid, 1, 440), -20, this->tolerance);
+    EXPECT_TRUE(this->hears(uid, 1, 440, -20));
 }
 
 TYPED_TEST_P(AudioContract, CallsATapNoMoreOnceItStopped) {

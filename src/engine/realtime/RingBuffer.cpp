@@ -26,6 +26,9 @@ void RingBuffer::write(const float* samples, std::int64_t count) noexcept {
     if (capacity_ == 0 || count <= 0) {
         return;
     }
+    // Where the reader stands decides nothing here. Looking orders what is written below after the
+    // reads that have made room for it.
+    static_cast<void>(readIndex_.load());
     // Of more than a whole round only the last one stays.
     const std::int64_t overwritten = std::max<std::int64_t>(count - capacity_, 0);
     const std::int64_t position = wrapped(writeIndex_.load() + overwritten);

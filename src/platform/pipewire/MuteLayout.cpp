@@ -27,11 +27,11 @@ std::string targetLayout(const Graph& graph, const std::vector<Serial>& streams)
             break;
         }
     }
-    std::string positions;
+    std::string layout = "[";
     for (const Port& port : sink == nullptr ? std::vector<Port>{} : playbackPorts(*sink)) {
-        positions += (positions.empty() ? "" : ",") + port.channel;
+        layout += (layout.size() == 1 ? "" : ",") + port.channel;
     }
-    return "[" + (positions.empty() ? "FL,FR" : positions) + "]";
+    return layout.size() == 1 ? "[FL,FR]" : layout + "]";
 }
 
 } // namespace velmora::pipewire

@@ -17,7 +17,7 @@ struct Finding {
     double predictedDb{}; ///< `absent` when the tone must not be there
     double foundDb{};
 
-    static constexpr double absent = -80; ///< nothing louder than this
+    static constexpr double absent = -60; ///< nothing louder, a click of another tone included
     static constexpr double toleranceDb = 0.5;
 
     [[nodiscard]] bool isAsPredicted() const;

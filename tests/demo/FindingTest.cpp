@@ -22,7 +22,7 @@ TEST(Finding, MayDifferByHalfADecibelInEitherDirection) {
 
 TEST(Finding, OfAMutedSourceMustBeNothing) {
     EXPECT_TRUE(finding(Finding::absent, -200).isAsPredicted());
-    EXPECT_FALSE(finding(Finding::absent, -79).isAsPredicted());
+    EXPECT_FALSE(finding(Finding::absent, -59).isAsPredicted());
 }
 
 TEST(Finding, OneThatIsWrongMakesTheWholeWrong) {

@@ -22,10 +22,6 @@ public:
     template <Check check>
     Lanes process(Lanes x) noexcept;
 
-    /// The same for the chosen sections only; the others neither move nor give a result.
-    template <Check check>
-    Lanes processOnly(LaneMask chosen, Lanes x) noexcept;
-
 private:
     Lanes b0_{1, 1, 1, 1}, b1_{}, b2_{}, a1_{}, a2_{};
     Lanes x1_{}, x2_{}, y1_{}, y2_{};
@@ -41,17 +37,6 @@ Lanes BiquadLanes::process(Lanes x) noexcept {
     x1_ = x;
     y2_ = y1_;
     y1_ = y;
-    return y;
-}
-
-template <Check check>
-Lanes BiquadLanes::processOnly(LaneMask chosen, Lanes x) noexcept {
-    const BiquadLanes before = *this;
-    const Lanes y = process<check>(x);
-    x1_ = select(chosen, x1_, before.x1_);
-    x2_ = select(chosen, x2_, before.x2_);
-    y1_ = select(chosen, y1_, before.y1_);
-    y2_ = select(chosen, y2_, before.y2_);
     return y;
 }
 

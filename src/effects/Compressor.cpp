@@ -1,7 +1,5 @@
 #include "effects/Compressor.h"
 
-#include "effects/SampleMath.h"
-
 #include <algorithm>
 #include <array>
 
@@ -22,8 +20,8 @@ constexpr std::array<Strength, 3> strengths{
 } // namespace
 
 void Compressor::retune(std::int64_t strength, double sampleRate) {
-    attack_ = allLanes(followCoefficient(sampleRate, attackSeconds));
-    release_ = allLanes(followCoefficient(sampleRate, releaseSeconds));
+    attack_ = followCoefficient(sampleRate, attackSeconds);
+    release_ = followCoefficient(sampleRate, releaseSeconds);
     if (strength < 1) {
         slope_ = 0.0F;
         return;
@@ -35,30 +33,18 @@ void Compressor::retune(std::int64_t strength, double sampleRate) {
     makeup_ = linearGain(chosen.makeupDb);
 }
 
-float Compressor::gainAt(float envelope) const noexcept {
-    if (!(envelope > threshold_)) {
-        return makeup_;
-    }
-    const float overDb = 20.0F * std::log10(envelope / threshold_);
-    return makeup_ * linearGain(-(slope_ * overDb));
+void Compressor::process(std::span<float> samples) noexcept {
+    processEveryFrame(*this, samples);
 }
 
-template <Check check>
-void Compressor::run(std::span<float> samples) noexcept {
-    Lanes envelope = allLanes(envelope_);
-    for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
-        const Lanes x = loadFrame(&samples[i]);
-        const Lanes levels = absolute(x);
-        const Lanes peak = maxFirst(levels, __builtin_shufflevector(levels, levels, 1, 1, 1, 1));
-        const Lanes speed = select(peak > envelope, attack_, release_);
-        envelope = follow<check>(envelope, peak, speed, zeroLanes);
-        storeFrame(&samples[i], x * gainAt(envelope[0]));
+void Compressor::findGains(std::size_t firstFrame, std::size_t frames) noexcept {
+    const auto row = std::span(row_).subspan(firstFrame, frames);
+    for (float& number : row) {
+        number = number > threshold_ ? 20.0F * std::log10(number / threshold_) : 0.0F; // dB over it
     }
-    envelope_ = envelope[0];
-}
-
-void Compressor::process(std::span<float> samples, Check check) noexcept {
-    check == Check::everyFrame ? run<Check::everyFrame>(samples) : run<Check::atTheEnd>(samples);
+    for (float& number : row) {
+        number = number > 0.0F ? makeup_ * linearGain(-(slope_ * number)) : makeup_;
+    }
 }
 
 } // namespace velmora

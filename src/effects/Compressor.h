@@ -1,8 +1,10 @@
 // Compressor.h: evens out loudness in three fixed strengths.
 #pragma once
 
-#include "effects/Lanes.h"
+#include "effects/SampleMath.h"
+#include "effects/Steps.h"
 
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <span>
@@ -20,20 +22,45 @@ public:
     void reset() noexcept { envelope_ = 0.0F; }
     [[nodiscard]] bool isOn() const noexcept { return slope_ > 0.0F; }
     /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples, Check check = Check::everyFrame) noexcept;
+    void process(std::span<float> samples) noexcept;
     [[nodiscard]] bool isFinite() const noexcept { return std::isfinite(envelope_); }
 
-private:
-    template <Check check>
-    void run(std::span<float> samples) noexcept;
-    [[nodiscard]] float gainAt(float envelope) const noexcept;
+    /// The middle step may also be done for a whole block: it calls the C library, which goes best
+    /// without anything else between.
+    static constexpr std::size_t steps = 3;
+    template <Check check, std::size_t step>
+    void run(const QuadPlace& place) noexcept;
+    using EnvelopeStep = OneStep<Compressor, 0>;
+    void findGains(std::size_t firstFrame, std::size_t frames) noexcept;
+    using GainStep = OneStep<Compressor, 2>;
 
+private:
     float envelope_{0};
-    Lanes attack_{};
-    Lanes release_{};
+    float attack_{0};
+    float release_{0};
     float threshold_{0}; // linear
     float slope_{0};     // 1 - 1/ratio; 0 = off
     float makeup_{1};    // linear
+
+    std::array<float, blockFrames> row_{}; // from step to step: the envelope, then the gains
 };
+
+template <Check check, std::size_t step>
+void Compressor::run(const QuadPlace& place) noexcept {
+    float* const row = &row_[place.index * quadFrames];
+    if constexpr (step == 0) {
+        const Lanes levels = levelsOf(loadQuad(place.samples));
+        storeLanes(
+            row,
+            throughFrames(
+                envelope_, levels, place.frames, [&](float envelope, float level, std::size_t) {
+                    return followFastUp<check>(envelope, level, attack_, release_, 0.0F);
+                }));
+    } else if constexpr (step == 1) {
+        findGains(place.index * quadFrames, quadFrames);
+    } else {
+        storeQuad(place.samples, loadQuad(place.samples) * forBothChannels(loadLanes(row)));
+    }
+}
 
 } // namespace velmora

@@ -7,7 +7,7 @@
 namespace velmora {
 namespace {
 
-constexpr std::size_t triedSamples = 256; // at a time; 1 KiB to keep and to repeat
+constexpr std::size_t blockSamples = 2 * blockFrames; // 1 KiB to keep and to repeat
 
 } // namespace
 
@@ -30,28 +30,71 @@ void DryStages::reset() noexcept {
 }
 
 void DryStages::process(std::span<float> samples) noexcept {
-    for (std::size_t at = 0; at < samples.size(); at += triedSamples) {
-        tryBlock(samples.subspan(at, std::min(triedSamples, samples.size() - at)));
+    const std::size_t whole = samples.size() / quadSamples * quadSamples;
+    for (std::size_t at = 0; at < whole; at += blockSamples) {
+        tryBlock(samples.subspan(at, std::min(blockSamples, whole - at)));
     }
+    runChecked(samples.subspan(whole));
 }
 
 void DryStages::tryBlock(std::span<float> samples) noexcept {
     static_assert(std::is_trivially_copyable_v<DryStages>);
     const DryStages before = *this;
-    std::array<float, triedSamples> input;
+    std::array<float, blockSamples> input;
     std::ranges::copy(samples, input.begin());
-    run(samples, Check::atTheEnd);
+    runUnchecked(samples);
     if (!areFinite()) {
         *this = before;
         std::copy_n(input.begin(), samples.size(), samples.begin());
-        run(samples, Check::everyFrame);
+        runChecked(samples);
     }
 }
 
-void DryStages::run(std::span<float> samples, Check check) noexcept {
-    const auto runIfOn = [=](auto& stage) {
+void DryStages::runUnchecked(std::span<float> samples) noexcept {
+    runFirstWave(samples);
+    if (compressor_.isOn()) {
+        compressor_.findGains(0, samples.size() / 2);
+        runSecondWave(samples);
+    }
+}
+
+/// Everything up to the compressor's envelope; without a compressor, simply everything. Flat, so
+/// that the steps of a turn lie side by side in one loop.
+[[gnu::flatten]] void DryStages::runFirstWave(std::span<float> samples) noexcept {
+    Wave wave(samples);
+    Compressor::EnvelopeStep envelope(compressor_);
+    const std::size_t lowCutLag = wave.lagOf(lowCut_);
+    const std::size_t plosiveGuardLag = wave.lagOf(plosiveGuard_);
+    const std::size_t tiltLag = wave.lagOf(tilt_);
+    const std::size_t noiseReductionLag = wave.lagOf(noiseReduction_);
+    const std::size_t envelopeLag = wave.lagOf(envelope, compressor_.isOn());
+    const std::size_t levelStageLag = wave.lagOf(levelStage_, !compressor_.isOn());
+    for (std::size_t turn = 0; turn < wave.turns(); ++turn) {
+        wave.run(levelStage_, turn, levelStageLag);
+        wave.run(envelope, turn, envelopeLag);
+        wave.run(noiseReduction_, turn, noiseReductionLag);
+        wave.run(tilt_, turn, tiltLag);
+        wave.run(plosiveGuard_, turn, plosiveGuardLag);
+        wave.run(lowCut_, turn, lowCutLag);
+    }
+}
+
+/// What comes after the compressor has found its gains.
+[[gnu::flatten]] void DryStages::runSecondWave(std::span<float> samples) noexcept {
+    Wave wave(samples);
+    Compressor::GainStep gain(compressor_);
+    const std::size_t gainLag = wave.lagOf(gain, true);
+    const std::size_t levelStageLag = wave.lagOf(levelStage_, true);
+    for (std::size_t turn = 0; turn < wave.turns(); ++turn) {
+        wave.run(levelStage_, turn, levelStageLag);
+        wave.run(gain, turn, gainLag);
+    }
+}
+
+void DryStages::runChecked(std::span<float> samples) noexcept {
+    const auto runIfOn = [&](auto& stage) {
         if (stage.isOn()) {
-            stage.process(samples, check);
+            processEveryFrame(stage, samples);
         }
     };
     runIfOn(lowCut_);
@@ -59,7 +102,7 @@ void DryStages::run(std::span<float> samples, Check check) noexcept {
     runIfOn(tilt_);
     runIfOn(noiseReduction_);
     runIfOn(compressor_);
-    levelStage_.process(samples, check);
+    processEveryFrame(levelStage_, samples);
 }
 
 bool DryStages::areFinite() const noexcept {

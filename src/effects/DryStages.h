@@ -21,14 +21,17 @@ public:
     void retune(const FXParams& params, double sampleRate);
     void reset() noexcept;
 
-    /// Each stage runs over the whole block before the next one starts: nothing feeds back from a
-    /// later stage, so this gives the same samples as going frame by frame.
-    /// Shape: interleaved stereo, in place. Real-time: yes.
+    /// Nothing feeds back from a later stage, so that each may run ahead of the next one: this
+    /// gives the same samples as going frame by frame. Shape: interleaved stereo, in place.
+    /// Real-time: yes.
     void process(std::span<float> samples) noexcept;
 
 private:
-    void run(std::span<float> samples, Check check) noexcept;
     void tryBlock(std::span<float> samples) noexcept;
+    void runUnchecked(std::span<float> samples) noexcept;
+    void runFirstWave(std::span<float> samples) noexcept;
+    void runSecondWave(std::span<float> samples) noexcept;
+    void runChecked(std::span<float> samples) noexcept;
     [[nodiscard]] bool areFinite() const noexcept;
 
     LowCut lowCut_;

@@ -11,7 +11,8 @@ constexpr double highestSampleRate = 12'288'000.0; // Hz, 64 times the highest r
 
 } // namespace
 
-EffectsChain::EffectsChain(const FXParams& params) : wanted_{.params = params} {
+EffectsChain::EffectsChain(const FXParams& params, Instructions instructions)
+    : wanted_{.params = params}, reverb_(instructions) {
     mailbox_.post(wanted_);
 }
 

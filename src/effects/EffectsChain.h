@@ -27,7 +27,9 @@ namespace velmora {
 /// Decaying states pass through denormal numbers: have the audio thread flush those.
 class EffectsChain {
 public:
-    explicit EffectsChain(const FXParams& params = {});
+    /// @param instructions  available ones; the sound is the same with any
+    explicit EffectsChain(const FXParams& params = {},
+                          Instructions instructions = bestInstructions());
     EffectsChain(const EffectsChain&) = delete;
     EffectsChain& operator=(const EffectsChain&) = delete;
 

@@ -4,6 +4,7 @@
 #include "effects/Check.h"
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -83,6 +84,14 @@ inline void storeFrame(float* frame, Lanes lanes) noexcept {
 #endif
 }
 
+[[nodiscard]] inline Lanes squareRoots(Lanes lanes) noexcept {
+#if defined(__SSE__)
+    return _mm_sqrt_ps(lanes);
+#else
+    return {std::sqrt(lanes[0]), std::sqrt(lanes[1]), std::sqrt(lanes[2]), std::sqrt(lanes[3])};
+#endif
+}
+
 [[nodiscard]] inline LaneMask areFinite(Lanes lanes) noexcept {
     return absolute(lanes) <= allLanes(std::numeric_limits<float>::max());
 }
@@ -101,6 +110,15 @@ inline void storeFrame(float* frame, Lanes lanes) noexcept {
 template <Check check>
 [[nodiscard]] Lanes follow(Lanes state, Lanes target, Lanes coefficient, Lanes reset) noexcept {
     const Lanes next = state + (target - state) * coefficient;
+    return check == Check::everyFrame ? finiteOr(next, reset) : next;
+}
+
+/// The same, `fast` upwards and `slow` downwards.
+template <Check check>
+[[nodiscard]] Lanes
+followFastUp(Lanes state, Lanes target, Lanes fast, Lanes slow, Lanes reset) noexcept {
+    const Lanes distance = target - state;
+    const Lanes next = state + maxFirst(distance * slow, distance * fast);
     return check == Check::everyFrame ? finiteOr(next, reset) : next;
 }
 

@@ -1,7 +1,8 @@
 // LowCut.h: removes rumble.
 #pragma once
 
-#include "effects/BiquadLanes.h"
+#include "effects/Steps.h"
+#include "effects/StereoSection.h"
 
 #include <cstdint>
 #include <span>
@@ -18,14 +19,17 @@ public:
     void reset() noexcept { highPass_.clearHistory(); }
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples, Check check = Check::everyFrame) noexcept;
+    void process(std::span<float> samples) noexcept;
     [[nodiscard]] bool isFinite() const noexcept { return highPass_.isFinite(); }
 
-private:
-    template <Check check>
-    void run(std::span<float> samples) noexcept;
+    static constexpr std::size_t steps = 1;
+    template <Check check, std::size_t step>
+    void run(const QuadPlace& place) noexcept {
+        storeQuad(place.samples, highPass_.process<check>(loadQuad(place.samples), place.frames));
+    }
 
-    BiquadLanes highPass_; // the lower pair
+private:
+    StereoSection highPass_;
     bool isOn_{false};
 };
 

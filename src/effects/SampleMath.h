@@ -13,6 +13,11 @@ namespace velmora {
     return second > first ? second : first;
 }
 
+/// The smaller, and the first when either is not a number.
+[[nodiscard]] constexpr float minFirst(float first, float second) noexcept {
+    return second < first ? second : first;
+}
+
 /// `value`, or `reset` when it is infinite or not a number, so that no state stays poisoned.
 [[nodiscard]] inline float finiteOr(float value, float reset) noexcept {
     return std::abs(value) <= std::numeric_limits<float>::max() ? value : reset;
@@ -25,6 +30,24 @@ namespace velmora {
 template <Check check>
 [[nodiscard]] float follow(float state, float target, float coefficient, float reset) noexcept {
     const float next = state + (target - state) * coefficient;
+    return check == Check::everyFrame ? finiteOr(next, reset) : next;
+}
+
+/// The same, `fast` upwards and `slow` downwards: of both steps the larger one is right either way.
+template <Check check>
+[[nodiscard]] float
+followFastUp(float state, float target, float fast, float slow, float reset) noexcept {
+    const float distance = target - state;
+    const float next = state + maxFirst(distance * slow, distance * fast);
+    return check == Check::everyFrame ? finiteOr(next, reset) : next;
+}
+
+/// `fast` downwards and `slow` upwards.
+template <Check check>
+[[nodiscard]] float
+followFastDown(float state, float target, float fast, float slow, float reset) noexcept {
+    const float distance = target - state;
+    const float next = state + minFirst(distance * slow, distance * fast);
     return check == Check::everyFrame ? finiteOr(next, reset) : next;
 }
 

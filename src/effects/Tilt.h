@@ -1,7 +1,8 @@
 // Tilt.h: makes a source brighter or darker.
 #pragma once
 
-#include "effects/BiquadLanes.h"
+#include "effects/Steps.h"
+#include "effects/StereoSection.h"
 
 #include <span>
 
@@ -14,17 +15,24 @@ class Tilt {
 public:
     /// @param tilt  -1 … +1 for -4.5 … +4.5 dB of the highs; off up to a magnitude of 0.01
     void retune(float tilt, double sampleRate);
-    void reset() noexcept { shelves_.clearHistory(); }
+    void reset() noexcept;
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples, Check check = Check::everyFrame) noexcept;
-    [[nodiscard]] bool isFinite() const noexcept { return shelves_.isFinite(); }
+    void process(std::span<float> samples) noexcept;
+    [[nodiscard]] bool isFinite() const noexcept {
+        return lowShelf_.isFinite() && highShelf_.isFinite();
+    }
+
+    static constexpr std::size_t steps = 2;
+    template <Check check, std::size_t step>
+    void run(const QuadPlace& place) noexcept {
+        StereoSection& shelf = step == 0 ? lowShelf_ : highShelf_;
+        storeQuad(place.samples, shelf.process<check>(loadQuad(place.samples), place.frames));
+    }
 
 private:
-    template <Check check>
-    void run(std::span<float> samples) noexcept;
-
-    BiquadLanes shelves_; // the low shelf is the lower pair, the high shelf the upper one
+    StereoSection lowShelf_;
+    StereoSection highShelf_;
     bool isOn_{false};
 };
 

@@ -65,18 +65,6 @@ TEST(BiquadLanes, ForgetTheirHistoryWhenCleared) {
     EXPECT_EQ(sections.process<Check::everyFrame>(zeroLanes)[0], 0.0F);
 }
 
-TEST(BiquadLanes, MoveOnlyTheChosenSections) {
-    BiquadLanes sections;
-    sections.retune(0, Biquad{.b0 = 0.0F, .b1 = 1.0F}); // give the sample before
-    sections.retune(1, Biquad{.b0 = 0.0F, .b1 = 1.0F});
-
-    sections.processOnly<Check::everyFrame>(LaneMask{-1, -1, 0, 0}, allLanes(0.5F));
-
-    const Lanes before = sections.process<Check::everyFrame>(zeroLanes);
-    EXPECT_EQ(before[1], 0.5F);
-    EXPECT_EQ(before[2], 0.0F);
-}
-
 TEST(BiquadLanes, KeepABadFeedbackUntilTheEndWhenUnchecked) {
     BiquadLanes sections = tuned();
     sections.process<Check::atTheEnd>(Lanes{notANumber, 0.0F, 0.0F, 0.0F});

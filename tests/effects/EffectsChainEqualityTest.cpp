@@ -1,5 +1,6 @@
 #include "effects/EffectsChain.h"
 
+#include "effects/Available.h"
 #include "effects/ScalarChain.h"
 #include "effects/Signals.h"
 
@@ -58,7 +59,8 @@ private:
 
 /// Both chains, always told the same.
 struct Pair {
-    explicit Pair(const FXParams& params) : chain(params), scalar(params) {}
+    explicit Pair(const FXParams& params, Instructions instructions = bestInstructions())
+        : chain(params, instructions), scalar(params) {}
 
     template <typename Call>
     void tell(Call call) {
@@ -121,13 +123,68 @@ TEST(EffectsChainEquality, HoldsForEachEffectAlone) {
     }
 }
 
-TEST(EffectsChainEquality, HoldsForInputOfArbitraryBits) {
+class EffectsChainEqualityWith : public testing::TestWithParam<Instructions> {};
+
+/// The effects that are on, one bit each.
+FXParams combination(unsigned bits) {
+    const auto isOn = [bits](unsigned bit) { return (bits >> bit & 1U) != 0; };
+    return {.lowcut = isOn(0) ? 1 : 0,
+            .tilt = isOn(1) ? 0.5F : 0.0F,
+            .comp = isOn(2) ? 3 : 0,
+            .autoGain = isOn(3),
+            .manualDB = 6.0F,
+            .reverbChar = 1,
+            .reverbMix = isOn(4) ? 0.4F : 0.0F,
+            .plosive = isOn(5),
+            .denoise = isOn(6)};
+}
+
+TEST_P(EffectsChainEqualityWith, HoldsForEveryCombinationOfEffectsAndPlaceOfABadSample) {
+    std::mt19937 random(7);
+    for (unsigned bits = 0; bits < 128; ++bits) {
+        Pair pair(combination(bits), GetParam());
+        for (const std::size_t frames : {1U, 4U, 7U, 63U, 128U, 131U, 259U}) {
+            auto clean = noise(random, frames, 0.5F);
+            auto bad = clean;
+            bad[random() % bad.size()] = random() % 2 == 0 ? notANumber : -infinity;
+            ASSERT_NO_FATAL_FAILURE(expectEqualBlocks(pair, clean)) << bits << ' ' << frames;
+            ASSERT_NO_FATAL_FAILURE(expectEqualBlocks(pair, bad)) << bits << ' ' << frames;
+        }
+    }
+}
+
+TEST_P(EffectsChainEqualityWith, HoldsWhereverABadSampleIsInABlock) {
+    std::mt19937 random(8);
+    Pair pair(everyEffect, GetParam());
+    for (std::size_t at = 0; at < 2 * 130; ++at) {
+        auto block = noise(random, 130, 0.5F);
+        block[at] = at % 3 == 0 ? infinity : notANumber;
+        ASSERT_NO_FATAL_FAILURE(expectEqualBlocks(pair, block)) << at;
+    }
+}
+
+TEST_P(EffectsChainEqualityWith, HoldsWhenTheCombinationChangesWithEveryBlock) {
+    std::mt19937 random(9);
+    Pair pair(everyEffect, GetParam());
+    for (int block = 0; block < 500; ++block) {
+        const FXParams params = combination(random() % 128);
+        pair.tell([&](auto& chain) { chain.setParams(params); });
+        ASSERT_NO_FATAL_FAILURE(expectEqualBlocks(pair, noise(random, 1 + random() % 300, 0.5F)));
+    }
+}
+
+TEST_P(EffectsChainEqualityWith, HoldsForInputOfArbitraryBits) {
     std::mt19937 random(5);
-    Pair pair(everyEffect);
+    Pair pair(everyEffect, GetParam());
     for (int block = 0; block < 200; ++block) {
         ASSERT_NO_FATAL_FAILURE(expectEqualBlocks(pair, arbitraryBits(random, 200)));
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(EveryInstructionSet,
+                         EffectsChainEqualityWith,
+                         testing::ValuesIn(availableInstructions()),
+                         nameOfInstructions);
 
 TEST(EffectsChainEquality, HoldsForAnyWayToCutTheSignalIntoBlocks) {
     std::mt19937 random(6);

@@ -11,11 +11,7 @@ constexpr double reservedRate = 192000.0; // Hz
 constexpr float leastMix = 0.005F;
 constexpr float wetAtFullMix = 0.6F;
 
-struct Character {
-    float feedback;
-    float damp;
-};
-constexpr std::array<Character, 3> characters{{
+constexpr std::array<ReverbTone, 3> characters{{
     {0.75F, 0.45F}, // Studio
     {0.84F, 0.25F}, // Plate
     {0.92F, 0.5F},  // Hall
@@ -26,7 +22,7 @@ using Part = std::array<float, partFrames>;
 
 } // namespace
 
-Reverb::Reverb() : spare_(reservedRate) {
+Reverb::Reverb(Instructions instructions) : instructions_(instructions), spare_(reservedRate) {
     lines_.reserve(reservedRate);
 }
 
@@ -36,9 +32,7 @@ void Reverb::retune(const FXParams& params, double sampleRate, bool rateChanged)
         return;
     }
     const auto index = std::clamp<std::int64_t>(params.reverbChar, 0, characters.size() - 1);
-    const Character& character = characters[static_cast<std::size_t>(index)];
-    feedback_ = character.feedback;
-    damp_ = character.damp;
+    tone_ = characters[static_cast<std::size_t>(index)];
     wet_ = std::min(params.reverbMix, 1.0F) * wetAtFullMix;
     if (!isConfigured_ || rateChanged) {
         if (ReverbLines* larger = spare_.take()) {
@@ -69,12 +63,8 @@ void Reverb::addRoom(std::span<float> samples) noexcept {
         left[i] = samples[2 * i];
         right[i] = samples[2 * i + 1];
     }
-    const auto wetOf = [&](ReverbChannel& channel, Part& part) {
-        const auto row = std::span(part).first(frames);
-        channel.process(row, row, feedback_, damp_);
-    };
-    wetOf(lines_.left, left);
-    wetOf(lines_.right, right);
+    lines_.process(
+        std::span(left).first(frames), std::span(right).first(frames), tone_, instructions_);
     for (std::size_t i = 0; i < frames; ++i) {
         samples[2 * i] += left[i] * wet_;
         samples[2 * i + 1] += right[i] * wet_;

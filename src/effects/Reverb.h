@@ -13,7 +13,7 @@ namespace velmora {
 /// Threads: audio only, where nothing else is said.
 class Reverb {
 public:
-    Reverb();
+    explicit Reverb(Instructions instructions = bestInstructions());
 
     /// Makes room for rates above 192 kHz. Threads: control, one at a time. Real-time: no.
     void reserveFor(double sampleRate) { spare_.reserveFor(sampleRate); }
@@ -29,12 +29,12 @@ public:
 private:
     void addRoom(std::span<float> samples) noexcept;
 
+    Instructions instructions_;
     ReverbLines lines_;
     SpareReverbLines spare_;
     bool isConfigured_{false};
     bool isOn_{false};
-    float feedback_{0};
-    float damp_{0};
+    ReverbTone tone_{};
     float wet_{0}; // linear
 };
 

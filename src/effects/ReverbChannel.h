@@ -1,7 +1,7 @@
 // ReverbChannel.h: a small room for one channel.
 #pragma once
 
-#include "effects/Lanes.h"
+#include "effects/ReverbRun.h"
 
 #include <array>
 #include <cstddef>
@@ -35,12 +35,13 @@ public:
     /// One sample in, the wet signal out; 0 before the first `configure`. Real-time: yes.
     float process(float input, float feedback, float damp) noexcept;
 
-    /// The same for a row of samples; `output` is as long as `input`, and may be it. Real-time:
-    /// yes.
-    void process(std::span<const float> input,
-                 std::span<float> output,
-                 float feedback,
-                 float damp) noexcept;
+    [[nodiscard]] bool isConfigured() const noexcept { return !combs_.front().samples.empty(); }
+    /// How many samples every line can go on without starting over; at least 1 once configured.
+    [[nodiscard]] std::size_t beforeAnyEnd() const noexcept;
+    /// The lines at their positions, for `signal` to be taken along them. Whoever does so moves the
+    /// positions on by `advance`, no further than `beforeAnyEnd`.
+    [[nodiscard]] ReverbRun runFor(float* signal) noexcept;
+    void advance(std::size_t samples) noexcept;
 
 private:
     struct Line {
@@ -56,12 +57,8 @@ private:
     template <typename Call>
     void forEachLine(Call call);
 
-    [[nodiscard]] std::size_t beforeAnyEnd() const noexcept;
-    void runCombs(const float* input, std::span<float> output, Lanes feedback, Lanes damp) noexcept;
-    static void runAllpass(Line& line, std::span<float> signal) noexcept;
-
     std::array<Line, 4> combs_;
-    Lanes stores_{}; // each comb's damping low-pass
+    std::array<float, 4> stores_{}; // each comb's damping low-pass
     std::array<Line, 2> allpasses_;
 };
 

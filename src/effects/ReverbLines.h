@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace velmora {
@@ -19,6 +20,11 @@ struct ReverbLines {
     void configure(double sampleRate);
     /// Real-time: yes.
     void clear();
+    /// The wet signal in place of a row of samples for each channel, equally long. Real-time: yes.
+    void process(std::span<float> leftRow,
+                 std::span<float> rightRow,
+                 const ReverbTone& tone,
+                 Instructions instructions) noexcept;
 };
 
 /// Makes larger lines on the control side, so that the audio thread can build for a rate above the

@@ -135,35 +135,6 @@ TEST(ReverbChannel, RecoversFromBadSamples) {
     EXPECT_EQ(impulseResponse(channel, 200), impulseResponse(silent, 200));
 }
 
-TEST(ReverbChannel, GivesTheSameForARowAsSampleBySample) {
-    std::mt19937 random(2);
-    for (const double rate : {1.0, 400.0, 44100.0}) {
-        ReverbChannel rows;
-        ReverbChannel single;
-        rows.configure(rate, 23);
-        single.configure(rate, 23);
-        for (int round = 0; round < 300; ++round) {
-            auto row =
-                round % 20 == 0 ? arbitraryBits(random, 20) : noise(random, random() % 100, 0.5F);
-            auto expected = row;
-            for (float& sample : expected) {
-                sample = single.process(sample, feedback, damp);
-            }
-            rows.process(row, row, feedback, damp);
-            ASSERT_EQ(bitsOf(row), bitsOf(expected));
-        }
-    }
-}
-
-TEST(ReverbChannel, GivesSilenceForARowBeforeItIsConfigured) {
-    ReverbChannel channel;
-    std::vector<float> row(10, 0.5F);
-
-    channel.process(row, row, feedback, damp);
-
-    EXPECT_EQ(row, std::vector<float>(10, 0.0F));
-}
-
 TEST(ReverbChannelDeathTest, RefusesARateThatGivesNoLength) {
     ReverbChannel channel;
 

@@ -1,20 +1,8 @@
 #include "FrameTimes.h"
 
-#if defined(__SSE2__)
-#include <immintrin.h>
-#endif
+#include "ThreadMode.h"
 
 namespace velmora {
-namespace {
-
-void flushDenormals() {
-#if defined(__SSE2__)
-    _MM_SET_FLUSH_ZERO_MODE(_MM_FLUSH_ZERO_ON);
-    _mm_setcsr(_mm_getcsr() | 0x0040U); // also denormal inputs
-#endif
-}
-
-} // namespace
 
 void FrameTimes::ReportRuns(const std::vector<Run>& runs) {
     for (const Run& run : runs) {

@@ -1,14 +1,12 @@
 // Times the effects chain, whole and effect by effect, beside a plain scalar version of it.
 #include "FrameTimes.h"
+#include "Speech.h"
 #include "effects/EffectsChain.h"
 #include "effects/ScalarChain.h"
-#include "effects/Signals.h"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdio>
-#include <random>
 #include <vector>
 
 namespace velmora {
@@ -32,23 +30,15 @@ constexpr std::array cases{
     Case{"everything", everyEffect},
 };
 
-/// Four seconds like speech: syllables of tone and hiss, and pauses with a little noise.
-std::vector<float> speech() {
-    constexpr std::size_t frames = 4 * 48000;
-    std::mt19937 random(1);
-    auto samples = noise(random, frames, 0.02F);
-    const auto voice = sine(frames, 180.0, 0.3);
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const float syllables = std::sin(static_cast<float>(i) * 1e-4F);
-        samples[i] += syllables > 0.0F ? syllables * voice[i] : 0.0F;
-    }
-    return samples;
-}
+/// As on a processor that has no more than the least.
+struct PlainChain : EffectsChain {
+    explicit PlainChain(const FXParams& params) : EffectsChain(params, Instructions::plain) {}
+};
 
 /// Walks through the signal block by block, in place as a capture does.
 template <typename Chain>
 void processBlocks(benchmark::State& state, const FXParams& params, std::int64_t frames) {
-    static const std::vector<float> signal = speech();
+    static const std::vector<float> signal = speech(4 * 48000);
     Chain chain(params);
     std::vector<float> block(static_cast<std::size_t>(2 * frames));
     std::size_t at = 0;
@@ -74,6 +64,9 @@ void registerAll() {
                                          [=](benchmark::State& state) {
                                              processBlocks<EffectsChain>(state, params, frames);
                                          });
+            benchmark::RegisterBenchmark(
+                nameOf("plain", row, frames).c_str(),
+                [=](benchmark::State& state) { processBlocks<PlainChain>(state, params, frames); });
             benchmark::RegisterBenchmark(nameOf("scalar", row, frames).c_str(),
                                          [=](benchmark::State& state) {
                                              processBlocks<ScalarChain>(state, params, frames);
@@ -83,17 +76,19 @@ void registerAll() {
 }
 
 void printRatios(const FrameTimes& times) {
-    std::printf("\nns per stereo frame, best run; ratio = scalar / chain\n");
-    std::printf("%-18s %7s %9s %9s %7s\n", "effect", "frames", "chain", "scalar", "ratio");
+    std::printf("\nns per stereo frame, best run; ratio = scalar / chain; plain = without AVX2\n");
+    std::printf(
+        "%-18s %7s %9s %9s %9s %7s\n", "effect", "frames", "chain", "plain", "scalar", "ratio");
     for (const Case& row : cases) {
         for (const std::int64_t frames : blockLengths) {
             const double chain = times.best(nameOf("chain", row, frames));
             const double scalar = times.best(nameOf("scalar", row, frames));
             if (chain > 0.0 && scalar > 0.0) {
-                std::printf("%-18s %7lld %9.2f %9.2f %7.2f\n",
+                std::printf("%-18s %7lld %9.2f %9.2f %9.2f %7.2f\n",
                             row.name,
                             static_cast<long long>(frames),
                             chain,
+                            times.best(nameOf("plain", row, frames)),
                             scalar,
                             scalar / chain);
             }

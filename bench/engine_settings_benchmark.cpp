@@ -55,7 +55,8 @@ private:
                 .applications = machine.applications,
                 .defaults = file.store,
                 .mainQueue = machine.mainQueue,
-                .appearance = machine.appearance};
+                .appearance = machine.appearance,
+                .loginItem = machine.loginItem};
     }
 
     SimulatedPlatform machine_;

@@ -1,4 +1,5 @@
-// The operations that edit a mix; starting and stopping are in AudioEngineLifecycle.cpp.
+// The operations that edit a mix; starting and stopping are in AudioEngineLifecycle.cpp, and coming
+// back after a loss in AudioEngineRecovery.cpp.
 #include "engine/AudioEngine.h"
 
 #include "capture/SourceCapture.h"
@@ -59,6 +60,9 @@ void AudioEngine::setStreamVolume(float volume) {
 void AudioEngine::setMonitoringSelection(std::optional<std::string> selection) {
     const bool differs = selection != monitoringSelection();
     settings_.setMonitoringSelection(std::move(selection));
+    if (recovery_) {
+        recovery_->monitorBefore.reset();
+    }
     if (isRunning()) {
         restartMonitor();
     }

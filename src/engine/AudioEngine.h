@@ -13,6 +13,7 @@
 #include "platform/Signal.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
@@ -29,10 +30,17 @@ class SourceCapture;
 /// takes it up at its next block, and it is kept in the defaults store. Settings are keyed by
 /// `AudioSource::id()`; membership in the list is equality of source values.
 ///
+/// A mix that is on when the audio service goes stays on: `lastError()` says so meanwhile, and the
+/// mix is built anew, piece by piece, as the service, devices and applications come back. A start
+/// while the service is away waits for it in the same way. `stop()` ends the waiting.
+///
 /// Threads: main only. Real-time: no.
 /// Errors: operations never throw; a failed start is told by `lastError()`.
 class AudioEngine {
 public:
+    /// What `lastError()` says while the audio service is away.
+    static constexpr const char* serviceAway = "Service audio injoignable";
+
     /// Loads what was kept; does not start.
     explicit AudioEngine(const Platform& platform);
     /// Stops a running mix.
@@ -46,6 +54,7 @@ public:
 
     // -- published values --
 
+    /// The mix is on, also while it waits for the audio service.
     [[nodiscard]] bool isRunning() const { return status_.isRunning; }
     /// 0 ... 1, the loudest source.
     [[nodiscard]] float level() const { return meters_.level(); }
@@ -131,19 +140,48 @@ private:
         bool operator==(const Status&) const = default;
     };
 
-    void listenToDefaultOutput();
+    /// What a start does about sources that fail while none works.
+    enum class NoSource { endsTheMix, isWaitedFor };
+
+    /// A mix that is on, but not whole.
+    struct Recovery {
+        bool hasOutputs{};
+        /// The service was lost, and the default output was not told since. Until then devices
+        /// come and go.
+        bool awaitsDefaultOutput{};
+        /// Where the monitoring output played: a chosen device is never replaced by another one.
+        std::optional<OutputTarget> monitorBefore;
+        std::optional<std::string> told; ///< the last message that came from here
+        std::unique_ptr<MainQueue::Timer> retry;
+    };
+
+    void listenToHardware();
+    void onAvailabilityChange(bool isAvailable);
+    void onDefaultOutputChange();
     void scheduleRestart();
-    void rebuild();
+    void rebuild(NoSource noSource);
     void restartIfRunning();
     bool halt();
+    void tellWhetherServiceIsAway(bool isAway);
+    void awaitService();
+    void awaitMissingSources();
+    void beginRecovery(Recovery recovery);
+    void endRecovery();
+    void recoverAndTell();
+    void recover();
+    [[nodiscard]] std::optional<std::string> restoreMissing();
+    void restoreMonitor();
+    [[nodiscard]] bool isWhole() const;
     void openStream();
     void openMonitor();
-    [[nodiscard]] std::string startCaptures();
+    [[nodiscard]] std::optional<std::string> startMissingCaptures();
+    [[nodiscard]] std::vector<AudioSource> missingSources() const;
     [[nodiscard]] std::unique_ptr<SourceCapture> makeCapture(const AudioSource& source) const;
     void publishRings();
     void startMeterTimer();
     void stopInternals();
     void restartMonitor();
+    [[nodiscard]] std::optional<OutputTarget> monitoringTarget() const;
     void notifyIf(bool somethingChanged) const;
     [[nodiscard]] SourceCapture* captureOf(const AudioSource& source) const;
 
@@ -160,6 +198,8 @@ private:
     std::vector<std::unique_ptr<SourceCapture>> captures_;
     std::unique_ptr<MainQueue::Timer> meterTimer_;
     std::unique_ptr<MainQueue::Timer> restartTimer_;
+    std::optional<Recovery> recovery_;
+    std::uint32_t generation_{}; ///< of the audio service that the mix was built on
     /// Expires with the engine: the platform's listener, which outlives it, looks here first.
     std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true);
 };

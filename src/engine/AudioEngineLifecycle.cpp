@@ -27,33 +27,54 @@ constexpr std::chrono::nanoseconds meterPeriod =
 AudioEngine::AudioEngine(const Platform& platform)
     : platform_(platform), settings_(platform.defaults), stream_(settings_.streamVolume()),
       monitor_(settings_.headphoneVolume()) {
-    listenToDefaultOutput();
+    listenToHardware();
 }
 
 AudioEngine::~AudioEngine() {
     stopInternals();
 }
 
-void AudioEngine::listenToDefaultOutput() {
+void AudioEngine::listenToHardware() {
     platform_.hardware.onDefaultOutputChange([this, alive = std::weak_ptr(alive_)] {
-        if (!alive.expired() && isRunning()) {
-            scheduleRestart();
+        if (!alive.expired()) {
+            onDefaultOutputChange();
         }
     });
+    platform_.hardware.onAvailabilityChange(
+        [this, alive = std::weak_ptr(alive_)](bool isAvailable) {
+            if (!alive.expired()) {
+                onAvailabilityChange(isAvailable);
+            }
+        });
+    if (!platform_.hardware.isAvailable()) {
+        onAvailabilityChange(false);
+    }
+}
+
+void AudioEngine::onDefaultOutputChange() {
+    if (recovery_) {
+        recovery_->awaitsDefaultOutput = false;
+        recoverAndTell();
+    } else if (isRunning()) {
+        scheduleRestart();
+    }
 }
 
 void AudioEngine::scheduleRestart() {
     // Replacing the pending one: several changes in a row cause one restart.
     restartTimer_ = platform_.mainQueue.after(deviceChangeDebounce, [this] {
-        if (isRunning()) {
-            start();
+        if (isRunning() && !recovery_) {
+            const Status before = status_;
+            // The device that went may be a source's as well, and come back.
+            rebuild(NoSource::isWaitedFor);
+            notifyIf(status_ != before);
         }
     });
 }
 
 void AudioEngine::start() {
     const Status before = status_;
-    rebuild();
+    rebuild(NoSource::endsTheMix);
     notifyIf(status_ != before);
 }
 
@@ -65,6 +86,7 @@ void AudioEngine::stop() {
 bool AudioEngine::halt() {
     const bool differs = isRunning() || level() != 0.0F || !sourceLevels().empty();
     stopInternals();
+    endRecovery();
     status_.isRunning = false;
     meters_.clear();
     return differs;
@@ -74,31 +96,40 @@ void AudioEngine::restartIfRunning() {
     if (isRunning() && sources_.empty()) {
         halt();
     } else if (isRunning()) {
-        rebuild();
+        rebuild(NoSource::endsTheMix);
     }
 }
 
-void AudioEngine::rebuild() {
+void AudioEngine::rebuild(NoSource noSource) {
     if (sources_.empty()) {
         status_.lastError = "Choisir d'abord une source";
         return;
     }
+    if (recovery_) {
+        recovery_->hasOutputs = false; // everything anew, with the list as it is now
+        recover();
+        return;
+    }
+    if (!platform_.hardware.isAvailable()) {
+        awaitService();
+        return;
+    }
     stopInternals();
     status_ = {};
+    generation_ = platform_.hardware.generation();
     try {
         // The outputs come first and get their rings last: they play silence until then.
         openStream();
         openMonitor();
-        std::string failures = startCaptures();
-        if (captures_.empty()) {
-            throw VelmoraError::engine(std::move(failures));
+        status_.lastError = startMissingCaptures();
+        if (captures_.empty() && noSource == NoSource::endsTheMix) {
+            throw VelmoraError::engine(*std::move(status_.lastError));
         }
-        if (!failures.empty()) {
-            status_.lastError = std::move(failures);
-        }
-        publishRings();
         startMeterTimer();
         status_.isRunning = true;
+        if (status_.lastError && noSource == NoSource::isWaitedFor) {
+            awaitMissingSources();
+        }
     } catch (const std::exception& error) {
         status_.lastError = error.what();
         stopInternals();
@@ -113,8 +144,12 @@ void AudioEngine::openStream() {
     stream_.open(platform_.hardware, platform_.units, {.device = *device, .firstChannel = 1});
 }
 
+std::optional<OutputTarget> AudioEngine::monitoringTarget() const {
+    return resolveMonitoringDevice(platform_.hardware, monitoringSelection());
+}
+
 void AudioEngine::openMonitor() {
-    const auto target = resolveMonitoringDevice(platform_.hardware, monitoringSelection());
+    const auto target = monitoringTarget();
     if (!target) {
         return;
     }
@@ -125,10 +160,11 @@ void AudioEngine::openMonitor() {
     }
 }
 
-/// Starts what can be started. Returns one line for each source that failed.
-std::string AudioEngine::startCaptures() {
+/// Starts what can be started and is not running. Returns one line for each source that failed.
+std::optional<std::string> AudioEngine::startMissingCaptures() {
+    const std::size_t present = captures_.size();
     std::string failures;
-    for (const AudioSource& source : sources_) {
+    for (const AudioSource& source : missingSources()) {
         auto capture = makeCapture(source);
         try {
             capture->start();
@@ -137,7 +173,27 @@ std::string AudioEngine::startCaptures() {
             failures += (failures.empty() ? "" : "\n") + source.name() + " : " + error.what();
         }
     }
-    return failures;
+    if (captures_.size() > present) {
+        // What came in while later sources were starting would stay in the rings as delay for good.
+        for (std::size_t at = present; at < captures_.size(); ++at) {
+            captures_[at]->boxes().streamRing->clear();
+            captures_[at]->boxes().monitorRing->clear();
+        }
+        publishRings();
+    }
+    return failures.empty() ? std::nullopt : std::optional(std::move(failures));
+}
+
+/// The list without what is running. A source may be in it twice.
+std::vector<AudioSource> AudioEngine::missingSources() const {
+    std::vector<AudioSource> missing = sources_;
+    for (const auto& capture : captures_) {
+        if (const auto found = std::ranges::find(missing, capture->source());
+            found != missing.end()) {
+            missing.erase(found);
+        }
+    }
+    return missing;
 }
 
 std::unique_ptr<SourceCapture> AudioEngine::makeCapture(const AudioSource& source) const {
@@ -157,10 +213,6 @@ void AudioEngine::publishRings() {
     for (const auto& capture : captures_) {
         streamRings.push_back(capture->boxes().streamRing);
         monitorRings.push_back(capture->boxes().monitorRing);
-    }
-    // What came in while later sources were starting would stay in the rings as delay for good.
-    for (const auto& rings : {streamRings, monitorRings}) {
-        std::ranges::for_each(rings, &RingBuffer::clear);
     }
     stream_.setRings(std::move(streamRings));
     monitor_.setRings(std::move(monitorRings));

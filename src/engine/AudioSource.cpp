@@ -7,6 +7,8 @@ template <typename... Visitors>
 struct Overloaded : Visitors... {
     using Visitors::operator()...;
 };
+template <typename... Visitors>
+Overloaded(Visitors...) -> Overloaded<Visitors...>; // for compilers without P1816
 
 class Hasher {
 public:

@@ -18,10 +18,12 @@ MixOutput::~MixOutput() = default;
 
 void MixOutput::open(AudioHardware& hardware, AudioUnits& units, const OutputTarget& target) {
     unit_ = makeOutputEngine(hardware, units, target, rings_, limiter_, volume_);
+    target_ = target;
 }
 
 void MixOutput::close() {
     unit_.reset();
+    target_.reset();
     // The render thread is gone: nobody else touches the gain now.
     limiter_->gain = 1.0F;
 }

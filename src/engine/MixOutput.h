@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace velmora {
@@ -37,6 +38,8 @@ public:
     void open(AudioHardware& hardware, AudioUnits& units, const OutputTarget& target);
     /// Stops, and lets the limiter begin anew.
     void close();
+    /// Where it plays; none while it is closed.
+    [[nodiscard]] const std::optional<OutputTarget>& target() const { return target_; }
 
     void setVolume(float volume);
     /// Heard from the next block on.
@@ -47,6 +50,7 @@ private:
     std::shared_ptr<Limiter> limiter_; // render thread while the unit runs, main otherwise
     std::shared_ptr<ParamBox> volume_;
     std::unique_ptr<OutputUnit> unit_;
+    std::optional<OutputTarget> target_;
 };
 
 } // namespace velmora

@@ -62,12 +62,24 @@ class AudioHardware {
 public:
     virtual ~AudioHardware() = default;
 
+    // -- the audio service itself --
+
+    /// False while the service does not answer: every read gives none, every request is refused.
+    [[nodiscard]] virtual bool isAvailable() const = 0;
+    /// Adds a listener, called on the main queue with false when the service was lost, and with
+    /// true when it answers again. Lives as long as this object.
+    virtual void onAvailabilityChange(std::function<void(bool isAvailable)> listener) = 0;
+    /// Another number means that what was made before is dead; stopping and destroying it stays
+    /// harmless. It changes no later than the service answers again.
+    [[nodiscard]] virtual std::uint32_t generation() const = 0;
+
     // -- applications that have played since they connected --
 
     /// In the system's order; none when the audio service does not answer.
     [[nodiscard]] virtual std::optional<std::vector<AudioObjectID>> processObjects() const = 0;
     [[nodiscard]] virtual std::optional<std::int32_t> processPid(AudioObjectID process) const = 0;
-    [[nodiscard]] virtual std::optional<bool> processIsRunningOutput(AudioObjectID process) const = 0;
+    [[nodiscard]] virtual std::optional<bool>
+    processIsRunningOutput(AudioObjectID process) const = 0;
     /// The process object of the application that `pid` belongs to; none or 0 when it has none.
     [[nodiscard]] virtual std::optional<AudioObjectID> processForPid(std::int32_t pid) const = 0;
 

@@ -50,7 +50,9 @@ void RingBuffer::read(float* destination, std::int64_t count) noexcept {
     const std::int64_t backlog = availableFrom(start);
     const std::int64_t wholeFrames = backlog & ~std::int64_t{1};
     const std::int64_t dropped = std::max<std::int64_t>(wholeFrames - maxBacklog, 0);
-    countRead(backlog, backlog<count, dropped> 0);
+    const bool underruns = backlog - dropped < count;
+    const bool trims = dropped > 0;
+    countRead(backlog, underruns, trims);
     const std::int64_t position = wrapped(start + dropped);
     const std::int64_t copied = std::clamp<std::int64_t>(count, 0, backlog - dropped);
     const std::int64_t beforeEnd = std::min(copied, capacity_ - position);

@@ -13,7 +13,7 @@ template <typename Answer>
 auto read(SoundGraph& graph, Operation operation, AudioObjectID object, Answer answer)
     -> decltype(answer()) {
     const std::scoped_lock guard(graph.mutex);
-    if (graph.refusals.find(operation, object)) {
+    if (!graph.isAvailable || graph.refusals.find(operation, object)) {
         return std::nullopt;
     }
     return answer();
@@ -36,8 +36,9 @@ std::vector<AudioObjectID> idsOf(const Items& items) {
     return ids;
 }
 
+/// A request that ends something: allowed also while the service is away.
 template <typename Request>
-Status request(SoundGraph& graph, Operation operation, AudioObjectID object, Request carryOut) {
+Status end(SoundGraph& graph, Operation operation, AudioObjectID object, Request carryOut) {
     const std::scoped_lock guard(graph.mutex);
     if (const auto refusal = graph.refusals.find(operation, object)) {
         return *refusal;
@@ -45,10 +46,15 @@ Status request(SoundGraph& graph, Operation operation, AudioObjectID object, Req
     return carryOut() ? statusOk : statusNoSuchObject;
 }
 
+template <typename Request>
+Status request(SoundGraph& graph, Operation operation, AudioObjectID object, Request carryOut) {
+    return end(graph, operation, object, [&] { return graph.isAvailable && carryOut(); });
+}
+
 /// A request that gives something back.
 template <typename Erase>
 Status release(SoundGraph& graph, Operation operation, AudioObjectID object, Erase erase) {
-    return request(graph, operation, object, [&] {
+    return end(graph, operation, object, [&] {
         const bool existed = erase();
         graph.wrongReleases += existed ? 0 : 1;
         return existed;
@@ -64,6 +70,24 @@ bool eraseId(Items& items, AudioObjectID id) {
 
 SimulatedAudioHardware::SimulatedAudioHardware(SimulatedSound& sound, MainQueue& mainQueue)
     : graph_(sound.graph_), mainQueue_(mainQueue) {
+}
+
+bool SimulatedAudioHardware::isAvailable() const {
+    const std::scoped_lock guard(graph_->mutex);
+    return graph_->isAvailable;
+}
+
+void SimulatedAudioHardware::onAvailabilityChange(std::function<void(bool isAvailable)> listener) {
+    const std::scoped_lock guard(graph_->mutex);
+    graph_->availabilityListeners.emplace_back(
+        [this, listener = std::move(listener)](bool isAvailable) {
+            mainQueue_.post([listener, isAvailable] { listener(isAvailable); });
+        });
+}
+
+std::uint32_t SimulatedAudioHardware::generation() const {
+    const std::scoped_lock guard(graph_->mutex);
+    return graph_->epoch;
 }
 
 std::optional<std::vector<AudioObjectID>> SimulatedAudioHardware::processObjects() const {
@@ -196,7 +220,8 @@ StatusOr<IOProcID> SimulatedAudioHardware::createIOProc(AudioObjectID device, IO
             return false;
         }
         id = graph_->nextObject();
-        graph_->ioProcs.push_back({.id = id, .device = device, .callback = std::move(callback)});
+        graph_->ioProcs.push_back(
+            {.id = id, .device = device, .callback = std::move(callback), .epoch = graph_->epoch});
         return true;
     });
     return status == statusOk ? StatusOr<IOProcID>(id) : std::unexpected(status);
@@ -213,15 +238,16 @@ Status SimulatedAudioHardware::destroyIOProc(AudioObjectID device, IOProcID proc
 Status SimulatedAudioHardware::startDevice(AudioObjectID device, IOProcID proc) {
     return request(*graph_, Operation::startDevice, device, [&] {
         IOProcState* found = graph_->ioProc(device, proc);
-        if (found != nullptr) {
+        const bool isAlive = found != nullptr && found->epoch == graph_->epoch;
+        if (isAlive) {
             found->startedAs = graph_->nextStart();
         }
-        return found != nullptr;
+        return isAlive;
     });
 }
 
 Status SimulatedAudioHardware::stopDevice(AudioObjectID device, IOProcID proc) {
-    return request(*graph_, Operation::stopDevice, device, [&] {
+    return end(*graph_, Operation::stopDevice, device, [&] {
         IOProcState* found = graph_->ioProc(device, proc);
         if (found != nullptr) {
             found->startedAs = 0;

@@ -14,6 +14,10 @@ public:
     /// Default-output changes of `sound` are told on `mainQueue`.
     SimulatedAudioHardware(SimulatedSound& sound, MainQueue& mainQueue);
 
+    [[nodiscard]] bool isAvailable() const override;
+    void onAvailabilityChange(std::function<void(bool isAvailable)> listener) override;
+    [[nodiscard]] std::uint32_t generation() const override;
+
     [[nodiscard]] std::optional<std::vector<AudioObjectID>> processObjects() const override;
     [[nodiscard]] std::optional<std::int32_t> processPid(AudioObjectID process) const override;
     [[nodiscard]] std::optional<bool> processIsRunningOutput(AudioObjectID process) const override;

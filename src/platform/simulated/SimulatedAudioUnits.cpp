@@ -15,7 +15,7 @@ Status pointAt(
     if (const auto refusal = graph.refusals.find(operation, device)) {
         return *refusal;
     }
-    const DeviceState* found = graph.device(device);
+    const DeviceState* found = graph.isAvailable ? graph.device(device) : nullptr;
     if (found == nullptr) {
         return statusNoSuchObject;
     }
@@ -69,7 +69,7 @@ public:
         if (const auto refusal = graph_->refusals.find(Operation::startOutput, state_.device)) {
             return *refusal;
         }
-        if (graph_->device(state_.device) == nullptr) {
+        if (!graph_->isAvailable || graph_->device(state_.device) == nullptr) {
             return statusNoSuchObject;
         }
         state_.render = std::move(render);
@@ -117,7 +117,7 @@ public:
         if (const auto refusal = graph_->refusals.find(Operation::startInput, state_.device)) {
             return *refusal;
         }
-        if (graph_->device(state_.device) == nullptr) {
+        if (!graph_->isAvailable || graph_->device(state_.device) == nullptr) {
             return statusNoSuchObject;
         }
         state_.receive = std::move(receive);

@@ -35,11 +35,30 @@ void SimulatedSound::setInput(AudioObjectID device, Waveform signal) {
 
 void SimulatedSound::setDefaultOutput(AudioObjectID device) {
     const Guard guard(graph_->mutex);
-    if (std::exchange(graph_->defaultOutput, device) == device) {
-        return;
+    const bool differs = std::exchange(graph_->defaultOutput, device) != device;
+    if (differs && graph_->isAvailable) {
+        graph_->tellDefaultOutput();
     }
-    for (const auto& listener : graph_->defaultOutputListeners) {
-        listener();
+}
+
+void SimulatedSound::loseService() {
+    const Guard guard(graph_->mutex);
+    graph_->loseService();
+    graph_->tellAvailability();
+}
+
+void SimulatedSound::pauseService() {
+    const Guard guard(graph_->mutex);
+    graph_->isAvailable = false;
+    graph_->tellAvailability();
+}
+
+void SimulatedSound::returnService() {
+    const Guard guard(graph_->mutex);
+    graph_->isAvailable = true;
+    graph_->tellAvailability();
+    if (graph_->defaultOutput != 0) {
+        graph_->tellDefaultOutput();
     }
 }
 
@@ -137,6 +156,18 @@ void SimulatedSound::skipOutputs(std::int64_t cycles) {
     graph_->skippedOutputCycles = cycles;
 }
 
+void SimulatedSound::standStill(std::int64_t cycles) {
+    const Guard guard(graph_->mutex);
+    graph_->standstillCycles = cycles;
+}
+
+void SimulatedSound::setClockSkew(AudioObjectID device, double ppm) {
+    const Guard guard(graph_->mutex);
+    if (DeviceState* found = graph_->device(device)) {
+        found->clock.setSkew(ppm);
+    }
+}
+
 void SimulatedSound::setBlockFrames(std::int64_t frames) {
     const Guard guard(graph_->mutex);
     graph_->blockFrames = frames;
@@ -204,6 +235,12 @@ std::vector<TapDescription> SimulatedSound::tapDescriptions() const {
 std::vector<AggregateDescription> SimulatedSound::aggregateDescriptions() const {
     const Guard guard(graph_->mutex);
     return graph_->aggregateHistory;
+}
+
+void SimulatedSound::forgetDescriptions() {
+    const Guard guard(graph_->mutex);
+    graph_->tapHistory.clear();
+    graph_->aggregateHistory.clear();
 }
 
 } // namespace velmora

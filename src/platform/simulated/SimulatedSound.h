@@ -52,6 +52,17 @@ public:
     /// 0 = there is none. Listeners are told through `onDefaultOutputChange`.
     void setDefaultOutput(AudioObjectID device);
 
+    // -- the audio service --
+
+    /// Every tap and unit falls silent for good, every application loses its connection. Devices
+    /// stay as they are; a test that wants them back later takes them out meanwhile.
+    void loseService();
+    /// The service does not answer for a while, but what is connected to it goes on.
+    void pauseService();
+    /// The service answers again; a default output is told as a change. Applications are heard
+    /// after their next `play`.
+    void returnService();
+
     // -- applications' audio --
 
     /// The application plays on the default output from now on. Its process object is made when it
@@ -88,6 +99,12 @@ public:
     void delayCaptures(std::int64_t cycles);
     /// For the next `cycles` cycles no output runs.
     void skipOutputs(std::int64_t cycles);
+    /// For the next `cycles` cycles neither captures nor outputs run, as if the process were
+    /// stopped; devices and applications go on.
+    void standStill(std::int64_t cycles);
+    /// From now on the device is faster than the machine's clock by so many millionths. Taps of
+    /// applications run with the default output.
+    void setClockSkew(AudioObjectID device, double ppm);
 
     // -- the cycle --
 
@@ -120,6 +137,8 @@ public:
     /// As given to the audio layer, newest last; also of objects that are gone.
     [[nodiscard]] std::vector<TapDescription> tapDescriptions() const;
     [[nodiscard]] std::vector<AggregateDescription> aggregateDescriptions() const;
+    /// Lets go of both lists; what exists stays.
+    void forgetDescriptions();
 
 private:
     friend class SimulatedAudioHardware;

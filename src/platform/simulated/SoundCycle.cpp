@@ -2,7 +2,8 @@
 #include "platform/simulated/SoundGraph.h"
 
 #include <algorithm>
-#include <numeric>
+#include <functional>
+#include <span>
 
 namespace velmora {
 namespace {
@@ -34,8 +35,25 @@ channelOf(const Waveform& signal, std::size_t channel, std::int64_t first, std::
 
 void SoundGraph::runCycle() {
     for (DeviceState& item : devices) {
-        item.playing = silentBlock(item.channels(Scope::output), blockFrames);
+        item.clock.beginCycle(blockFrames);
+        item.playing = silentBlock(item.channels(Scope::output), item.clock.blocks() * blockFrames);
     }
+    if (standstillCycles == 0) {
+        runCallbacks();
+    }
+    playApplications();
+    keepHeard();
+    for (DeviceState& item : devices) {
+        item.clock.endCycle();
+    }
+    frame += blockFrames;
+    for (std::int64_t* const left :
+         {&delayedCaptureCycles, &skippedOutputCycles, &standstillCycles}) {
+        *left = std::max<std::int64_t>(*left - 1, 0);
+    }
+}
+
+void SoundGraph::runCallbacks() {
     const bool capturesAreLate = delayedCaptureCycles > 0;
     if (!capturesAreLate) {
         runCaptures();
@@ -46,11 +64,6 @@ void SoundGraph::runCycle() {
     if (capturesAreLate) {
         runCaptures();
     }
-    playApplications();
-    keepHeard();
-    frame += blockFrames;
-    delayedCaptureCycles = std::max<std::int64_t>(delayedCaptureCycles - 1, 0);
-    skippedOutputCycles = std::max<std::int64_t>(skippedOutputCycles - 1, 0);
 }
 
 void SoundGraph::runCaptures() {
@@ -75,10 +88,22 @@ void SoundGraph::runIOProc(const IOProcState& proc) {
     if (device == nullptr) {
         return;
     }
+    const DeviceClock clock = applicationsClock();
+    for (std::int64_t block = 0; block < clock.blocks(); ++block) {
+        handOn(proc, *device, frame + clock.ahead(block));
+    }
+}
+
+DeviceClock SoundGraph::applicationsClock() {
+    const DeviceState* speakers = device(defaultOutput);
+    return speakers == nullptr ? DeviceClock{} : speakers->clock;
+}
+
+void SoundGraph::handOn(const IOProcState& proc, const AggregateState& device, std::int64_t first) {
     std::vector<std::vector<float>> blocks;
-    for (const std::string& uuid : device->about.taps) {
+    for (const std::string& uuid : device.about.taps) {
         if (const TapState* tap = tapByUUID(uuid)) {
-            blocks.push_back(tapBlock(*tap));
+            blocks.push_back(tapBlock(*tap, first));
         }
     }
     std::vector<IOBuffer> buffers;
@@ -91,14 +116,14 @@ void SoundGraph::runIOProc(const IOProcState& proc) {
     callBack([&] { proc.callback(buffers); });
 }
 
-std::vector<float> SoundGraph::tapBlock(const TapState& tap) {
+std::vector<float> SoundGraph::tapBlock(const TapState& tap, std::int64_t first) {
     std::vector<float> block(static_cast<std::size_t>(blockFrames) * stereoChannels);
     const ProcessState* player = process(tap.about.process);
     if (player == nullptr || !player->playing) {
         return block;
     }
     for (std::size_t index = 0; index < block.size(); ++index) {
-        const auto at = frame + static_cast<std::int64_t>(index / stereoChannels);
+        const auto at = first + static_cast<std::int64_t>(index / stereoChannels);
         block[index] = player->signal(at, index % stereoChannels) / tap.divisor;
     }
     return block;
@@ -109,13 +134,16 @@ void SoundGraph::runInput(const InputUnitState& unit) {
     if (source == nullptr) {
         return;
     }
-    ChannelBlock block;
-    for (std::size_t channel = 0; channel < source->channels(Scope::input); ++channel) {
-        block.push_back(channelOf(source->input, channel, frame, blockFrames));
+    for (std::int64_t block = 0; block < source->clock.blocks(); ++block) {
+        ChannelBlock sound;
+        for (std::size_t channel = 0; channel < source->channels(Scope::input); ++channel) {
+            sound.push_back(
+                channelOf(source->input, channel, frame + source->clock.ahead(block), blockFrames));
+        }
+        const std::vector<float*> channels = pointersTo(sound);
+        const std::vector<const float*> readable(channels.begin(), channels.end());
+        callBack([&] { unit.receive(blockFrames, readable); });
     }
-    const std::vector<float*> channels = pointersTo(block);
-    const std::vector<const float*> readable(channels.begin(), channels.end());
-    callBack([&] { unit.receive(blockFrames, readable); });
 }
 
 void SoundGraph::runOutputs() {
@@ -131,18 +159,28 @@ void SoundGraph::runOutput(const OutputUnitState& unit) {
     if (target == nullptr) {
         return;
     }
-    ChannelBlock block = silentBlock(stereoChannels, blockFrames);
-    const std::vector<float*> channels = pointersTo(block);
-    callBack([&] { unit.render(blockFrames, channels); });
     std::vector<std::int32_t> map = unit.map;
     if (map.empty()) {
         map = {0, 1};
     }
-    for (std::size_t channel = 0; channel < map.size(); ++channel) {
-        if (map[channel] >= 0) {
-            playInto(*target, channel, block[static_cast<std::size_t>(map[channel])]);
+    for (std::int64_t block = 0; block < target->clock.blocks(); ++block) {
+        const ChannelBlock sound = rendered(unit);
+        for (std::size_t channel = 0; channel < map.size(); ++channel) {
+            if (map[channel] >= 0) {
+                playInto(*target,
+                         channel,
+                         sound[static_cast<std::size_t>(map[channel])],
+                         block * blockFrames);
+            }
         }
     }
+}
+
+ChannelBlock SoundGraph::rendered(const OutputUnitState& unit) {
+    ChannelBlock sound = silentBlock(stereoChannels, blockFrames);
+    const std::vector<float*> channels = pointersTo(sound);
+    callBack([&] { unit.render(blockFrames, channels); });
+    return sound;
 }
 
 void SoundGraph::playApplications() {
@@ -155,7 +193,12 @@ void SoundGraph::playApplications() {
             continue;
         }
         for (std::size_t channel = 0; channel < stereoChannels; ++channel) {
-            playInto(*speakers, channel, channelOf(player.signal, channel, frame, blockFrames));
+            playInto(*speakers,
+                     channel,
+                     channelOf(player.signal,
+                               channel,
+                               frame + speakers->clock.ahead(0),
+                               speakers->clock.blocks() * blockFrames));
         }
     }
 }
@@ -168,14 +211,18 @@ bool SoundGraph::isMuted(AudioObjectID process) const {
 
 void SoundGraph::playInto(DeviceState& target,
                           std::size_t channel,
-                          const std::vector<float>& samples) {
+                          const std::vector<float>& samples,
+                          std::int64_t from) {
     if (channel < target.playing.size()) {
-        std::ranges::transform(
-            target.playing[channel], samples, target.playing[channel].begin(), std::plus{});
+        const auto heard =
+            std::span(target.playing[channel])
+                .subspan(std::min(static_cast<std::size_t>(from), target.playing[channel].size()));
+        // Adds as much as fits: a part of an aggregate may move fewer blocks than the whole.
+        std::ranges::transform(heard, samples, heard.begin(), std::plus{});
     }
     for (const std::string& part : target.partUIDs) {
         if (DeviceState* subDevice = deviceByUID(part)) {
-            playInto(*subDevice, channel, samples);
+            playInto(*subDevice, channel, samples, from);
         }
     }
 }

@@ -41,6 +41,33 @@ AudioObjectID SoundGraph::idForUID(std::string_view uid) const {
     return id;
 }
 
+void SoundGraph::tellAvailability() const {
+    for (const auto& listener : availabilityListeners) {
+        listener(isAvailable);
+    }
+}
+
+void SoundGraph::tellDefaultOutput() const {
+    for (const auto& listener : defaultOutputListeners) {
+        listener();
+    }
+}
+
+void SoundGraph::loseService() {
+    isAvailable = false;
+    ++epoch;
+    processes.clear();
+    for (IOProcState& proc : ioProcs) {
+        proc.startedAs = 0;
+    }
+    for (OutputUnitState* const unit : outputUnits) {
+        unit->running = false;
+    }
+    for (InputUnitState* const unit : inputUnits) {
+        unit->startedAs = 0;
+    }
+}
+
 DeviceState* SoundGraph::device(AudioObjectID id) {
     return findIn(devices, [&](const DeviceState& item) { return item.id == id; });
 }

@@ -4,6 +4,7 @@
 
 #include "platform/AudioHardware.h"
 #include "platform/AudioUnits.h"
+#include "platform/simulated/DeviceClock.h"
 #include "platform/simulated/Refusals.h"
 #include "platform/simulated/SimulatedDevice.h"
 #include "platform/simulated/SimulatedSound.h"
@@ -32,6 +33,7 @@ struct DeviceState {
     Waveform input = silence();
     std::vector<std::string> partUIDs{}; ///< where an aggregate's sound goes as well
     std::uint32_t requestedFrames{};
+    DeviceClock clock{};
     ChannelBlock playing{}; ///< this cycle's block
     ChannelBlock heard{};   ///< all blocks so far
 
@@ -61,6 +63,7 @@ struct IOProcState {
     AudioObjectID device{};
     IOCallback callback;
     std::uint64_t startedAs{}; ///< 0 = not running; otherwise its place in the order of starts
+    std::uint32_t epoch{};     ///< of the service when it was made
 };
 
 /// The graph's side of an output or input unit; the unit takes it out when it is destroyed.
@@ -80,6 +83,10 @@ struct InputUnitState {
 /// Callers hold `mutex`.
 struct SoundGraph {
     std::mutex mutex;
+
+    bool isAvailable{true};
+    std::uint32_t epoch{};                                        ///< counts losses of the service
+    std::vector<std::function<void(bool)>> availabilityListeners; ///< each posts to the main queue
 
     Refusals refusals;
     std::vector<DeviceState> devices; ///< in the system's order
@@ -103,6 +110,7 @@ struct SoundGraph {
     bool mixdownDivided{true};
     std::int64_t delayedCaptureCycles{};
     std::int64_t skippedOutputCycles{};
+    std::int64_t standstillCycles{};
     std::int64_t blockFrames{128};
     double rateHz{48000.0};
     std::int64_t frame{}; ///< frames since the first cycle
@@ -128,20 +136,34 @@ struct SoundGraph {
     /// How much louder than a tap's mixdown an application is on the present default output.
     [[nodiscard]] float mixdownDivisor();
 
+    void tellAvailability() const;
+    void tellDefaultOutput() const;
+    /// Ends every callback and every application's connection for good.
+    void loseService();
+
     /// Moves one block through the machine.
     void runCycle();
 
 private:
+    void runCallbacks();
     void runCaptures();
     void runIOProc(const IOProcState& proc);
+    void handOn(const IOProcState& proc, const AggregateState& device, std::int64_t first);
     void runInput(const InputUnitState& unit);
     void runOutputs();
     void runOutput(const OutputUnitState& unit);
+    [[nodiscard]] ChannelBlock rendered(const OutputUnitState& unit);
     void playApplications();
     void keepHeard();
-    [[nodiscard]] std::vector<float> tapBlock(const TapState& tap);
+    /// That of the device that applications play on.
+    [[nodiscard]] DeviceClock applicationsClock();
+    [[nodiscard]] std::vector<float> tapBlock(const TapState& tap, std::int64_t first);
     [[nodiscard]] bool isMuted(AudioObjectID process) const;
-    void playInto(DeviceState& target, std::size_t channel, const std::vector<float>& samples);
+    /// Mixes samples into the device's block, `from` frames after its beginning.
+    void playInto(DeviceState& target,
+                  std::size_t channel,
+                  const std::vector<float>& samples,
+                  std::int64_t from = 0);
     void callBack(const std::function<void()>& callback) const;
 
     AudioObjectID lastObject_ = 1000; // clear of small ids that tests give to devices

@@ -149,6 +149,19 @@ TEST(Limiter, EqualsItsFormulaBitForBitAndHardlyPassesItsCeiling) {
     }
 }
 
+TEST(Limiter, PassesItsCeilingByLessThanATenthOfADecibelUpToPeaks32DbAboveFullScale) {
+    // A frame that the gain in force g just suffices for lets the gain rise by (1 - k)(1 - g):
+    // relative to g = 0.891 / 40 that is 0.00026 * 44 = 1.1 %, or 0.099 dB.
+    constexpr float peak = 40.0F;
+    Limiter limiter;
+    std::vector<float> samples(2 * 48000, peak);
+
+    limiter.process(samples);
+
+    EXPECT_LT(*std::ranges::max_element(samples), limiter.ceiling * std::pow(10.0F, 0.1F / 20.0F));
+    EXPECT_GT(*std::ranges::max_element(samples), limiter.ceiling * std::pow(10.0F, 0.09F / 20.0F));
+}
+
 TEST(Limiter, EqualsItsFormulaBitForBitOnceItsGainHasComeToRest) {
     Limiter limiter{.gain = 0.9F};
     Limiter plain = limiter;

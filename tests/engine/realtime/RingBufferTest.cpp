@@ -253,6 +253,16 @@ TEST(RingBuffer, CountsTrims) {
             .underruns = 0, .trims = 1, .backlogMin = 1536, .backlogMax = 5000, .backlog = 1536}));
 }
 
+TEST(RingBuffer, CountsAnUnderrunWhereATrimLeavesTooLittle) {
+    RingBuffer ring(capacity);
+    write(ring, countingFrom(0, 4096));
+
+    (void)read(ring, 4096); // 2048 of them are there, the rest is silence
+
+    EXPECT_EQ(ring.statistics().trims, 1);
+    EXPECT_EQ(ring.statistics().underruns, 1);
+}
+
 TEST(RingBuffer, CountsABacklogOf2049AsUntrimmed) {
     RingBuffer ring(capacity);
     write(ring, countingFrom(0, 2049));

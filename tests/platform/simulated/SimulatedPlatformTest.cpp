@@ -67,6 +67,31 @@ TEST(SimulatedPlatform, PlaysAnAggregateOnItsParts) {
     EXPECT_THAT(*machine.hardware.devices(), ElementsAre(first, second));
 }
 
+TEST(SimulatedPlatform, KeepsNothingOfTheTimeBeforeALossOfTheService) {
+    SimulatedPlatform machine;
+    const AudioObjectID speakers = machine.addSpeakers();
+    machine.sound.play(7, constant(0.5F));
+    std::vector<bool> told;
+    machine.hardware.onAvailabilityChange([&](bool isAvailable) { told.push_back(isAvailable); });
+    int calls = 0;
+    const auto unit = machine.units.makeOutput();
+    unit->setDevice(speakers);
+    unit->start([&](std::int64_t, std::span<float* const>) { ++calls; });
+
+    machine.sound.loseService();
+    machine.advanceCycles(1);
+
+    EXPECT_EQ(machine.hardware.devices(), std::nullopt);
+    EXPECT_EQ(calls, 0);
+    EXPECT_NE(machine.units.makeOutput()->setDevice(speakers), statusOk);
+    machine.sound.returnService();
+    machine.advanceCycles(1);
+    EXPECT_THAT(told, ElementsAre(false, true));
+    EXPECT_THAT(*machine.hardware.devices(), ElementsAre(speakers));
+    EXPECT_EQ(machine.hardware.processForPid(7), std::nullopt);
+    EXPECT_EQ(calls, 0);
+}
+
 TEST(SimulatedPlatform, GivesAHelpersProcessToItsApplication) {
     SimulatedPlatform machine;
     machine.startApplication(50, "Browser", "org.browser");

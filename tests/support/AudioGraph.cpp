@@ -1,6 +1,7 @@
 #include "support/AudioGraph.h"
 
 #include <algorithm>
+#include <map>
 #include <nlohmann/json.hpp>
 
 namespace velmora::support {
@@ -13,12 +14,23 @@ GraphNode toNode(const json& object) {
     const json properties = info.value("props", json::object());
     return {
         .id = object.value("id", 0U),
+        .serial = properties.value("object.serial", std::uint64_t{0}),
         .name = properties.value("node.name", ""),
         .mediaClass = properties.value("media.class", ""),
         .state = info.value("state", ""),
         .inputPorts = info.value("n-input-ports", 0),
         .outputPorts = info.value("n-output-ports", 0),
     };
+}
+
+GraphLink toLink(const json& object, const std::map<std::uint32_t, std::string>& names) {
+    const json& info = object["info"];
+    const auto name = [&](const char* side) {
+        const auto found = names.find(info.value(side, 0U));
+        return found == names.end() ? std::string() : found->second;
+    };
+    return {
+        .id = object.value("id", 0U), .from = name("output-node-id"), .to = name("input-node-id")};
 }
 
 std::optional<std::string> toDefaultSink(const json& metadata) {
@@ -45,19 +57,24 @@ AudioGraph AudioGraph::read(const Environment& session) {
     if (!dump.is_array()) {
         return graph;
     }
+    std::map<std::uint32_t, std::string> names;
+    std::vector<json> links;
     for (const json& object : dump) {
         const std::string type = object.value("type", "");
         const bool described = object.contains("info") && object["info"].is_object();
         if (type == "PipeWire:Interface:Node" && described) {
             graph.nodes_.push_back(toNode(object));
+            names[graph.nodes_.back().id] = graph.nodes_.back().name;
         } else if (type == "PipeWire:Interface:Link" && described) {
-            const json& info = object["info"];
-            graph.links_.emplace(info.value("output-node-id", 0U), info.value("input-node-id", 0U));
+            links.push_back(object);
         } else if (type == "PipeWire:Interface:Metadata") {
             if (auto sink = toDefaultSink(object)) {
                 graph.defaultSink_ = std::move(sink);
             }
         }
+    }
+    for (const json& link : links) { // they may be told before their nodes
+        graph.links_.push_back(toLink(link, names));
     }
     return graph;
 }
@@ -68,13 +85,8 @@ const GraphNode* AudioGraph::node(std::string_view name) const {
 }
 
 bool AudioGraph::linked(std::string_view from, std::string_view to) const {
-    const GraphNode* source = node(from);
-    const GraphNode* target = node(to);
-    if (source == nullptr || target == nullptr) {
-        return false;
-    }
-    const auto [first, last] = links_.equal_range(source->id);
-    return std::any_of(first, last, [&](const auto& link) { return link.second == target->id; });
+    return std::ranges::any_of(
+        links_, [&](const GraphLink& link) { return link.from == from && link.to == to; });
 }
 
 } // namespace velmora::support

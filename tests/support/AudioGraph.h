@@ -4,7 +4,6 @@
 #include "support/ChildProcess.h"
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,12 +12,20 @@
 namespace velmora::support {
 
 struct GraphNode {
-    std::uint32_t id{};
+    std::uint32_t id{};     ///< given to the next object once this one has gone
+    std::uint64_t serial{}; ///< never given twice
     std::string name;
     std::string mediaClass;
     std::string state; ///< "suspended", "idle", "running", ...
     int inputPorts{};
     int outputPorts{};
+};
+
+/// A link between two ports, by the `node.name` of their nodes.
+struct GraphLink {
+    std::uint32_t id{};
+    std::string from;
+    std::string to;
 };
 
 class AudioGraph {
@@ -28,6 +35,7 @@ public:
 
     [[nodiscard]] const std::vector<GraphNode>& nodes() const { return nodes_; }
     [[nodiscard]] const GraphNode* node(std::string_view name) const;
+    [[nodiscard]] const std::vector<GraphLink>& links() const { return links_; }
     /// True when any output port of `from` is linked to any input port of `to`.
     [[nodiscard]] bool linked(std::string_view from, std::string_view to) const;
     /// node.name of the default sink, or none while the session manager has not chosen.
@@ -35,7 +43,7 @@ public:
 
 private:
     std::vector<GraphNode> nodes_;
-    std::multimap<std::uint32_t, std::uint32_t> links_; // output node id -> input node id
+    std::vector<GraphLink> links_;
     std::optional<std::string> defaultSink_;
 };
 

@@ -23,10 +23,14 @@ std::filesystem::path freshFile(const PrivateSession& session, const std::string
     return session.folder() / ("sound-" + std::to_string(++count) + suffix);
 }
 
-std::string toneFile(const PrivateSession& session, const Tone& tone) {
+std::string soundFile(const PrivateSession& session, const Sound& sound) {
     const auto file = freshFile(session, ".wav");
-    writeWav(file, makeTone(tone, playerSeconds));
+    writeWav(file, sound);
     return file;
+}
+
+std::string toneFile(const PrivateSession& session, const Tone& tone) {
+    return soundFile(session, makeTone(tone, playerSeconds));
 }
 
 std::vector<std::string> arguments(const ToneApp::Look& look) {
@@ -51,8 +55,20 @@ ToneApp::ToneApp(const PrivateSession& session, const Look& look)
 }
 
 void ToneApp::play(std::string_view stream, double leftHz, double rightHz, double db) const {
+    order("play", stream, leftHz, rightHz, db);
+}
+
+void ToneApp::sing(std::string_view device, double leftHz, double rightHz, double db) const {
+    order("sing", device, leftHz, rightHz, db);
+}
+
+void ToneApp::order(std::string_view verb,
+                    std::string_view stream,
+                    double leftHz,
+                    double rightHz,
+                    double db) const {
     std::ostringstream line;
-    line << "play " << stream << ' ' << leftHz << ' ' << rightHz << ' ' << db;
+    line << verb << ' ' << stream << ' ' << leftHz << ' ' << rightHz << ' ' << db;
     process_.send(line.str());
 }
 
@@ -64,8 +80,19 @@ void ToneApp::stop(std::string_view stream) const {
     process_.send("stop " + std::string(stream));
 }
 
+void ToneApp::reconnect() const {
+    process_.send("reconnect");
+}
+
 NativePlayer::NativePlayer(const PrivateSession& session, const Tone& tone)
     : process_(session.start({"pw-play", toneFile(session, tone)}, "pw-play")) {
+}
+
+TargetedPlayer::TargetedPlayer(const PrivateSession& session,
+                               const std::string& device,
+                               const Sound& sound)
+    : process_(session.start({"pw-play", "--target", device, soundFile(session, sound)},
+                             "targeted-player")) {
 }
 
 PulsePlayer::PulsePlayer(const PrivateSession& session, const Tone& tone)

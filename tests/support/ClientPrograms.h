@@ -28,13 +28,22 @@ public:
     ToneApp(const PrivateSession& session, const Look& look);
 
     void play(std::string_view stream, double leftHz, double rightHz, double db) const;
+    /// Is an input device of that name, until it is told to stop.
+    void sing(std::string_view device, double leftHz, double rightHz, double db) const;
     void mute(std::string_view stream) const; ///< the stream stays and plays silence
     void stop(std::string_view stream) const;
+    void reconnect() const; ///< leaves the sound server with every stream, and joins it again
 
     [[nodiscard]] pid_t pid() const { return process_.pid(); }
     void end() { process_.end(); }
 
 private:
+    void order(std::string_view verb,
+               std::string_view stream,
+               double leftHz,
+               double rightHz,
+               double db) const;
+
     ChildProcess process_;
 };
 
@@ -58,6 +67,15 @@ private:
     ChildProcess process_;
 };
 
+/// `pw-play` with a sound of the test's own, to a device of its choice.
+class TargetedPlayer {
+public:
+    TargetedPlayer(const PrivateSession& session, const std::string& device, const Sound& sound);
+
+private:
+    ChildProcess process_;
+};
+
 /// Plays one tone into each of the given channels (1-based) of a device, without end.
 class Feeder {
 public:
@@ -70,7 +88,8 @@ private:
     ChildProcess process_;
 };
 
-/// Records output ports (1-based; of a sink: of its monitor) of a node.
+/// Records output ports (1-based; of a sink: of its monitor) of a node, or of one node for each
+/// channel ("speakers,mic"): then the channels are of the same moment.
 class Recorder : public Recording {
 public:
     Recorder(const PrivateSession& session,

@@ -11,9 +11,10 @@ std::int32_t ApplicationResolver::leader(std::int32_t pid) const {
 
 void ApplicationResolver::resolve(const std::set<std::int32_t>& pids) {
     // Asked for without the session's lock: the answer may take a walk through /proc.
-    std::map<std::int32_t, std::int32_t> leaders;
+    std::map<std::int32_t, ProcessDirectory::Leader> leaders;
     for (const std::int32_t pid : pids) {
-        leaders[pid] = leader(pid);
+        const std::int32_t leading = leader(pid);
+        leaders[pid] = {.pid = leading, .start = startOf_ ? startOf_(leading) : 0};
     }
     if (leaders.empty()) {
         return;

@@ -14,9 +14,10 @@ namespace velmora::pipewire {
 class ApplicationResolver {
 public:
     using LeaderOf = std::function<std::int32_t(std::int32_t pid)>;
+    using StartOf = std::function<std::uint64_t(std::int32_t pid)>;
 
-    ApplicationResolver(Session& session, LeaderOf leaderOf)
-        : session_(session), leaderOf_(std::move(leaderOf)) {}
+    ApplicationResolver(Session& session, LeaderOf leaderOf, StartOf startOf)
+        : session_(session), leaderOf_(std::move(leaderOf)), startOf_(std::move(startOf)) {}
 
     [[nodiscard]] std::int32_t leader(std::int32_t pid) const;
     void resolve(const std::set<std::int32_t>& pids);
@@ -26,6 +27,7 @@ public:
 private:
     Session& session_;
     LeaderOf leaderOf_;
+    StartOf startOf_;
 };
 
 } // namespace velmora::pipewire

@@ -81,6 +81,7 @@ void Connection::close() {
     core_.reset();
     context_.reset();
     roundTrips_ = 0;
+    probeSequence_ = 0;
     graph_.clear();
 }
 
@@ -170,10 +171,17 @@ void Connection::onGlobalRemove(GlobalId id) {
     if (sessionMetadata_ && id == sessionMetadataId_) {
         nextSessionMetadata_.reset();
         sessionMetadata_.reset();
+        events_.managerLost();
     }
     bindings_.erase(id);
     graph_.remove(id);
     events_.changed();
+}
+
+void Connection::probe() {
+    if (isOpen()) {
+        probeSequence_ = pw_core_sync(core_.get(), PW_ID_CORE, 0);
+    }
 }
 
 void Connection::startRoundTrip() {
@@ -187,6 +195,9 @@ void Connection::onDone(int sequence) {
     if (nextSessionMetadata_ && sequence == nextSequence_) {
         sessionMetadata_ = std::move(nextSessionMetadata_);
         sessionMetadata_->publish();
+    }
+    if (sequence == probeSequence_) {
+        probeSequence_ = 0;
     }
     if (roundTrips_ == 0 || sequence != sequence_) {
         return;

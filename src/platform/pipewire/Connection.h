@@ -28,6 +28,7 @@ public:
     struct Events {
         std::function<void()> changed; ///< the graph changed
         std::function<void()> clientCame;
+        std::function<void()> managerLost; ///< the session's metadata, which it owns, has gone
         std::function<void()> lost; ///< nothing answers any more; `close` is still to be called
     };
 
@@ -46,6 +47,10 @@ public:
     void startRoundTrip();
     /// True once everything that existed when the connection was opened is in the graph.
     [[nodiscard]] bool isListed() const { return roundTrips_ == 0 && isOpen(); }
+
+    /// Asks for a sign of life; `isAnswered` is false until it comes.
+    void probe();
+    [[nodiscard]] bool isAnswered() const { return probeSequence_ == 0; }
 
     /// Reads the session manager's metadata once more; the graph changes when all of it is here.
     void readSessionMetadataAgain();
@@ -86,6 +91,7 @@ private:
     int nextSequence_ = 0; // of the round trip that ends the reading
     int roundTrips_ = 0;   // still to come until the first list is complete
     int sequence_ = 0;     // of the round trip under way
+    int probeSequence_ = 0;
 };
 
 } // namespace velmora::pipewire

@@ -211,6 +211,11 @@ const Node* Graph::node(Serial serial) const {
     return found == nodes_.end() ? nullptr : &found->second;
 }
 
+const Node* Graph::nodeOfPort(Serial port) const {
+    const auto owner = portOwners_.find(port);
+    return owner == portOwners_.end() ? nullptr : node(owner->second);
+}
+
 const Node* Graph::nodeNamed(std::string_view name) const {
     const auto found =
         std::ranges::find_if(nodes_, [name](const auto& one) { return one.second.name == name; });

@@ -103,6 +103,7 @@ public:
     [[nodiscard]] const std::map<Serial, Link>& links() const { return links_; }
 
     [[nodiscard]] const Node* node(Serial serial) const;
+    [[nodiscard]] const Node* nodeOfPort(Serial port) const;
     [[nodiscard]] const Node* nodeNamed(std::string_view name) const;
 
     [[nodiscard]] bool hasMetadata(const std::string& object) const;

@@ -21,6 +21,20 @@ std::optional<Value> valueOf(const std::optional<Device>& device, Value Device::
 
 } // namespace
 
+void Hardware::onAvailabilityChange(std::function<void(bool isAvailable)> listener) {
+    availabilityListeners_.push_back(std::move(listener));
+}
+
+std::uint32_t Hardware::generation() const {
+    return session_.read([](SessionState& state, bool) { return state.epoch; });
+}
+
+void Hardware::availabilityChanged(bool isAvailable) const {
+    for (const auto& listener : availabilityListeners_) {
+        listener(isAvailable);
+    }
+}
+
 std::optional<std::vector<AudioObjectID>> Hardware::processObjects() const {
     applications_.resolveAll();
     return session_.read([](SessionState& state, bool isAvailable) {
@@ -121,12 +135,12 @@ std::optional<AudioObjectID> Hardware::defaultOutputDevice() const {
 }
 
 void Hardware::onDefaultOutputChange(std::function<void()> listener) {
-    listener_ = std::move(listener);
+    defaultOutputListener_ = std::move(listener);
 }
 
 void Hardware::defaultOutputChanged() const {
-    if (listener_) {
-        listener_();
+    if (defaultOutputListener_) {
+        defaultOutputListener_();
     }
 }
 

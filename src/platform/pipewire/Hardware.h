@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace velmora::pipewire {
 
@@ -16,6 +17,10 @@ class Hardware final : public AudioHardware {
 public:
     Hardware(Session& session, ApplicationResolver& applications)
         : session_(session), applications_(applications), taps_(session) {}
+
+    [[nodiscard]] bool isAvailable() const override { return session_.isAvailable(); }
+    void onAvailabilityChange(std::function<void(bool isAvailable)> listener) override;
+    [[nodiscard]] std::uint32_t generation() const override;
 
     [[nodiscard]] std::optional<std::vector<AudioObjectID>> processObjects() const override;
     [[nodiscard]] std::optional<std::int32_t> processPid(AudioObjectID process) const override;
@@ -43,7 +48,8 @@ public:
     Status startDevice(AudioObjectID device, IOProcID proc) override;
     Status stopDevice(AudioObjectID device, IOProcID proc) override;
 
-    /// Tells the listener.
+    // These tell the listeners.
+    void availabilityChanged(bool isAvailable) const;
     void defaultOutputChanged() const;
 
 private:
@@ -51,7 +57,8 @@ private:
 
     Session& session_;
     ApplicationResolver& applications_;
-    std::function<void()> listener_;
+    std::vector<std::function<void(bool)>> availabilityListeners_;
+    std::function<void()> defaultOutputListener_;
     TapDevices taps_;
 };
 

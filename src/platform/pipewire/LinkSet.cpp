@@ -1,18 +1,24 @@
 #include "platform/pipewire/LinkSet.h"
 
+#include <algorithm>
+
 namespace velmora::pipewire {
 namespace {
 
-/// A pair of ports that cannot be joined must not keep both sides busy forever.
-constexpr int mostAttempts = 5;
+using namespace std::chrono_literals;
+
+/// A session manager that was started again sets the devices' formats anew. The daemon (0.3.65)
+/// then leaves some of their links paused for good: of a pair, one side falls silent.
+constexpr auto startsWithin = 500ms;
 
 } // namespace
 
 /// One requested link. Dead once the daemon has refused or removed it.
 class LinkSet::Made {
 public:
-    Made(Connection& connection, const WantedLink& wanted)
-        : proxy_(connection.create("link-factory",
+    Made(Connection& connection, const WantedLink& wanted, const std::function<void()>& changed)
+        : changed_(changed),
+          proxy_(connection.create("link-factory",
                                    PW_TYPE_INTERFACE_Link,
                                    PW_VERSION_LINK,
                                    {{PW_KEY_LINK_OUTPUT_PORT, std::to_string(wanted.outputId)},
@@ -20,26 +26,49 @@ public:
         static constexpr pw_proxy_events events = [] {
             pw_proxy_events made{};
             made.version = PW_VERSION_PROXY_EVENTS;
-            made.removed = [](void* self) { static_cast<Made*>(self)->isDead_ = true; };
-            made.error = [](void* self, int, int, const char*) {
-                static_cast<Made*>(self)->isDead_ = true;
+            made.removed = [](void* self) { static_cast<Made*>(self)->die(); };
+            made.error = [](void* self, int, int, const char*) { static_cast<Made*>(self)->die(); };
+            return made;
+        }();
+        static constexpr pw_link_events linkEvents = [] {
+            pw_link_events made{};
+            made.version = PW_VERSION_LINK_EVENTS;
+            made.info = [](void* self, const pw_link_info* info) {
+                static_cast<Made*>(self)->onInfo(*info);
             };
             return made;
         }();
         if (proxy_) {
             pw_proxy_add_listener(proxy_.get(), hook_.get(), &events, this);
+            auto* const link = reinterpret_cast<pw_link*>(proxy_.get());
+            pw_link_add_listener(link, linkHook_.get(), &linkEvents, this);
         }
     }
 
     [[nodiscard]] bool isDead() const { return isDead_ || !proxy_; }
+    [[nodiscard]] bool isActive() const { return isActive_; }
 
 private:
+    void die() {
+        isDead_ = true;
+        changed_();
+    }
+
+    void onInfo(const pw_link_info& info) {
+        isActive_ = info.state == PW_LINK_STATE_ACTIVE;
+        changed_();
+    }
+
+    const std::function<void()>& changed_;
     ProxyHandle proxy_;
     Hook hook_;
+    Hook linkHook_;
     bool isDead_ = false;
+    bool isActive_ = false;
 };
 
-LinkSet::LinkSet(Connection& connection) : connection_(connection) {
+LinkSet::LinkSet(Connection& connection, std::function<void()> changed)
+    : connection_(connection), changed_(std::move(changed)) {
 }
 
 LinkSet::~LinkSet() = default;
@@ -48,16 +77,41 @@ void LinkSet::clear() {
     links_.clear();
 }
 
-void LinkSet::apply(const std::set<WantedLink>& wanted) {
+std::optional<LinkSet::Clock::time_point> LinkSet::apply(const std::set<WantedLink>& wanted,
+                                                         const IsNeeded& isNeeded,
+                                                         Clock::time_point now) {
     std::erase_if(links_, [&](const auto& one) { return !wanted.contains(one.first); });
+    std::optional<Clock::time_point> comeAgain;
     for (const WantedLink& link : wanted) {
-        Entry& entry = links_[link];
-        const bool isMissing = !entry.link || entry.link->isDead();
-        if (isMissing && entry.attempts < mostAttempts) {
-            ++entry.attempts;
-            entry.link = std::make_unique<Made>(connection_, link);
+        if (const auto due = keep(link, links_[link], isNeeded(link), now)) {
+            comeAgain = std::min(comeAgain.value_or(*due), *due);
         }
     }
+    return comeAgain;
+}
+
+/// Returns when to look at the link again.
+std::optional<LinkSet::Clock::time_point>
+LinkSet::keep(const WantedLink& wanted, Entry& entry, bool isNeeded, Clock::time_point now) {
+    const bool isThere = entry.link && !entry.link->isDead();
+    if (!isThere || !isNeeded || entry.link->isActive()) {
+        entry.stalledSince.reset();
+    } else if (!entry.stalledSince) {
+        entry.stalledSince = now;
+    }
+    const bool isStalled = entry.stalledSince && now >= *entry.stalledSince + startsWithin;
+    if (isThere && !isStalled) {
+        entry.attempts.lasts(now);
+        return entry.stalledSince.transform([](auto since) { return since + startsWithin; });
+    }
+    const auto due = entry.attempts.next();
+    if (!due || *due > now) {
+        return due;
+    }
+    entry.attempts.made(now);
+    entry.stalledSince.reset();
+    entry.link = std::make_unique<Made>(connection_, wanted, changed_);
+    return std::nullopt;
 }
 
 } // namespace velmora::pipewire

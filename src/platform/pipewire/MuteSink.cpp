@@ -11,8 +11,8 @@ constexpr const char* idType = "Spa:Id";
 
 } // namespace
 
-MuteSink::MuteSink(Connection& connection, const Graph& graph, std::string name)
-    : connection_(connection), graph_(graph), name_(std::move(name)) {
+MuteSink::MuteSink(Connection& connection, const Graph& graph, std::function<std::string()> newName)
+    : connection_(connection), graph_(graph), newName_(std::move(newName)) {
 }
 
 MuteSink::~MuteSink() {
@@ -40,26 +40,13 @@ void MuteSink::giveBack(const Muted& stream) {
 }
 
 void MuteSink::follow(const std::vector<Serial>& streams) {
-    if (!sink_) {
-        sink_ = connection_.create("adapter",
-                                   PW_TYPE_INTERFACE_Node,
-                                   PW_VERSION_NODE,
-                                   {{"factory.name", "support.null-audio-sink"},
-                                    {"media.class", "Audio/Sink/Internal"},
-                                    {"node.name", name_},
-                                    {"node.description", "Velmora Mute"},
-                                    {"audio.position", targetLayout(graph_, streams)},
-                                    {"node.virtual", "true"},
-                                    {"priority.session", "0"},
-                                    {"priority.driver", "0"},
-                                    // WirePlumber 0.4.13 crashes (suspend-node.lua) when a sink
-                                    // goes while it is waiting to be suspended.
-                                    {"session.suspend-timeout-seconds", "0"},
-                                    // Keeps its volume out of the session manager's files.
-                                    {"device.routes", "1"}});
-    }
     std::erase_if(muted_, [&](const auto& one) { return graph_.node(one.first) == nullptr; });
-    const Node* const sink = graph_.nodeNamed(name_);
+    const Node* const sink = sink_ ? graph_.nodeNamed(name_) : nullptr;
+    if (!sink_ || (isSinkSeen_ && sink == nullptr)) {
+        makeSink(streams);
+        return;
+    }
+    isSinkSeen_ = sink != nullptr;
     if (sink == nullptr || sink->ports.empty()) {
         return; // comes with a later change of the graph
     }
@@ -70,15 +57,43 @@ void MuteSink::follow(const std::vector<Serial>& streams) {
     }
 }
 
+void MuteSink::makeSink(const std::vector<Serial>& streams) {
+    name_ = newName_();
+    isSinkSeen_ = false;
+    sink_ = connection_.create("adapter",
+                               PW_TYPE_INTERFACE_Node,
+                               PW_VERSION_NODE,
+                               {{"factory.name", "support.null-audio-sink"},
+                                {"media.class", "Audio/Sink/Internal"},
+                                {"node.name", name_},
+                                {"node.description", "Velmora Mute"},
+                                {"audio.position", targetLayout(graph_, streams)},
+                                {"node.virtual", "true"},
+                                {"priority.session", "0"},
+                                {"priority.driver", "0"},
+                                // WirePlumber 0.4.13 crashes (suspend-node.lua) when a sink
+                                // goes while it is waiting to be suspended.
+                                {"session.suspend-timeout-seconds", "0"},
+                                // Keeps its volume out of the session manager's files.
+                                {"device.routes", "1"}});
+}
+
 void MuteSink::send(const Node& stream, Serial sink) {
-    const bool isManaged = stream.mediaClass == "Stream/Output/Audio";
-    if (!isManaged || muted_.contains(stream.serial)) {
+    if (stream.mediaClass != "Stream/Output/Audio") {
+        return; // the session manager does not move it
+    }
+    const auto known = muted_.find(stream.serial);
+    if (known == muted_.end()) {
+        muted_[stream.serial] = {
+            .id = stream.id,
+            .sink = sink,
+            .targetObject = graph_.metadata("default", stream.id, targetObjectKey),
+            .targetNode = graph_.metadata("default", stream.id, targetNodeKey)};
+    } else if (known->second.sink != sink) {
+        known->second.sink = sink; // what it names now is our own sink before this one
+    } else {
         return;
     }
-    muted_[stream.serial] = {.id = stream.id,
-                             .sink = sink,
-                             .targetObject = graph_.metadata("default", stream.id, targetObjectKey),
-                             .targetNode = graph_.metadata("default", stream.id, targetNodeKey)};
     connection_.setSessionMetadata(
         stream.id, targetObjectKey, MetadataValue{.type = idType, .value = std::to_string(sink)});
     connection_.setSessionMetadata(

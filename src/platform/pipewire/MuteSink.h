@@ -5,6 +5,7 @@
 #include "platform/pipewire/Graph.h"
 #include "platform/pipewire/Handles.h"
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -23,14 +24,16 @@ namespace velmora::pipewire {
 /// Threads: needs the control loop's lock.
 class MuteSink {
 public:
-    /// @param name  `node.name`, never used before, so that a remembered one cannot match
-    MuteSink(Connection& connection, const Graph& graph, std::string name);
+    /// @param newName  gives a `node.name` that was never used before, so that a remembered one
+    ///                 cannot match
+    MuteSink(Connection& connection, const Graph& graph, std::function<std::string()> newName);
     /// Gives every stream back the target that it had, unless the user has sent it elsewhere since.
     ~MuteSink();
     MuteSink(const MuteSink&) = delete;
     MuteSink& operator=(const MuteSink&) = delete;
 
-    /// Sends every stream of `streams` here that is not here yet.
+    /// Sends every stream of `streams` here that is not here yet. A sink that somebody else has
+    /// removed is replaced.
     void follow(const std::vector<Serial>& streams);
 
     /// The session manager has gone and with it all targets: everything is to be sent again.
@@ -43,13 +46,16 @@ private:
         std::optional<MetadataValue> targetObject; // as the user had set it
         std::optional<MetadataValue> targetNode;
     };
+    void makeSink(const std::vector<Serial>& streams);
     void send(const Node& stream, Serial sink);
     void giveBack(const Muted& stream);
 
     Connection& connection_;
     const Graph& graph_;
+    std::function<std::string()> newName_;
     std::string name_;
     ProxyHandle sink_;
+    bool isSinkSeen_ = false;
     std::map<Serial, Muted> muted_;
 };
 

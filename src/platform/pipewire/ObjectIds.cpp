@@ -16,18 +16,18 @@ AudioObjectID ObjectIds::ofDevice(const std::string& uid) {
     if (const auto known = devices_.find(uid); known != devices_.end()) {
         return known->second;
     }
-    return devices_[uid] = takeFrom(hash_(uid));
+    AudioObjectID id = hash_(uid);
+    while (id <= last_ || !taken_.insert(id).second) {
+        ++id;
+    }
+    return devices_[uid] = id;
 }
 
 AudioObjectID ObjectIds::next() {
-    return last_ = takeFrom(last_ + 1);
-}
-
-AudioObjectID ObjectIds::takeFrom(AudioObjectID first) {
-    while (!taken_.insert(first).second) {
-        ++first;
-    }
-    return first;
+    do {
+        ++last_;
+    } while (taken_.contains(last_));
+    return last_;
 }
 
 } // namespace velmora::pipewire

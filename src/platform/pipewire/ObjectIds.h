@@ -28,12 +28,10 @@ public:
     [[nodiscard]] AudioObjectID next();
 
 private:
-    AudioObjectID takeFrom(AudioObjectID first);
-
     Hash hash_;
     std::map<std::string, AudioObjectID> devices_;
-    std::set<AudioObjectID> taken_{0};
-    AudioObjectID last_ = 0;
+    std::set<AudioObjectID> taken_; // by devices
+    AudioObjectID last_ = 0;        // counted
 };
 
 } // namespace velmora::pipewire

@@ -45,9 +45,16 @@ public:
                            self.applications_.resolve(pids);
                        });
                    },
+               .availabilityChanged =
+                   [this](bool isAvailable) {
+                       post([isAvailable](Impl& self) {
+                           self.hardware_.availabilityChanged(isAvailable);
+                       });
+                   },
                .defaultOutputChanged =
                    [this] { post([](Impl& self) { self.hardware_.defaultOutputChanged(); }); }}),
-          applications_(session_, std::move(options.applicationPid)),
+          applications_(
+              session_, std::move(options.applicationPid), std::move(options.processStart)),
           hardware_(session_, applications_), units_(session_) {
         session_.waitForListing(options.firstListing);
     }

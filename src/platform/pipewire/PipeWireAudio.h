@@ -27,6 +27,9 @@ public:
         /// The leading process of the application that a process belongs to; the process itself
         /// when empty. Called on the main thread.
         std::function<std::int32_t(std::int32_t pid)> applicationPid;
+        /// When a process started, in any unit; 0 = unknown. It tells a process that connects again
+        /// from another one that was given its number.
+        std::function<std::uint64_t(std::int32_t pid)> processStart;
         /// Longest wait of the constructor for the first complete list of devices.
         std::chrono::milliseconds firstListing{2000};
     };

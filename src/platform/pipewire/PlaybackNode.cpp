@@ -5,11 +5,15 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <utility>
 
 namespace velmora::pipewire {
 namespace {
 
 enum PortIndex : std::size_t { leftPort, rightPort, monoPort, syncPort };
+
+/// Frames that a source's ring can hold back for an output.
+constexpr std::size_t mostInStore = 1024;
 
 FilterNode::Setup nodeSetup(std::string name, std::uint32_t blockFrames, double rateHz) {
     using enum FilterNode::Direction;
@@ -48,7 +52,10 @@ void PlaybackNode::process(const FilterNode& node, const FilterNode::Cycle& cycl
                          node.buffer(rightPort, cycle.frames),
                          node.buffer(monoPort, cycle.frames)};
     // Its content is silence; taking it keeps the link, and with it the order of the nodes, alive.
-    static_cast<void>(node.buffer(syncPort, cycle.frames));
+    const bool isOrdered = node.buffer(syncPort, cycle.frames) != nullptr;
+    if (isOrdered && !std::exchange(wasOrdered_, true)) {
+        dropWhatCameBefore();
+    }
     if (cycle.turn.isRepeated) {
         for (float* const port : ports) {
             std::fill_n(port, port == nullptr ? 0 : cycle.frames, 0.0F);
@@ -62,6 +69,10 @@ void PlaybackNode::process(const FilterNode& node, const FilterNode::Cycle& cycl
     for (std::size_t done = 0; done < cycle.frames; done += largest) {
         render(ports, done, std::min(cycle.frames - done, largest));
     }
+}
+
+void PlaybackNode::dropWhatCameBefore() noexcept {
+    render({}, 0, std::min<std::size_t>(mostInStore, unheardLeft_.size()));
 }
 
 void PlaybackNode::render(const Ports& ports, std::size_t from, std::size_t frames) noexcept {

@@ -25,8 +25,11 @@ private:
     void process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept override;
     /// Fills `frames` of the ports' blocks, starting at frame `from`.
     void render(const Ports& ports, std::size_t from, std::size_t frames) noexcept;
+    /// What captures handed on before they and this node had an order would stay as delay for good.
+    void dropWhatCameBefore() noexcept;
 
     RenderCallback render_;
+    bool wasOrdered_ = false; // real-time thread; a capture has run before this node in its cycle
     std::vector<float> unheardLeft_; // real-time thread; takes the sound of a port without a link
     std::vector<float> unheardRight_;
     std::unique_ptr<FilterNode> node_; // last: its end is the end of all callbacks

@@ -4,6 +4,12 @@
 #include <ranges>
 
 namespace velmora::pipewire {
+namespace {
+
+/// Applications that have left; most never come back.
+constexpr std::ptrdiff_t mostRemembered = 256;
+
+} // namespace
 
 bool isOutputStream(const Node& node) {
     if (node.mediaClass == "Stream/Output/Audio") {
@@ -24,27 +30,27 @@ void ProcessDirectory::update(const Graph& graph) {
             continue;
         }
         livePids.insert(client.pid);
-        if (const std::int32_t leader = leaderOf(client); leader != 0) {
-            liveLeaders.insert(leader);
+        if (const Leader leader = leaderOf(client); leader.pid != 0) {
+            liveLeaders.insert(leader.pid);
         } else {
             unresolved_.insert(client.pid);
         }
     }
-    // A number may be given to another process later: forget it with its last client.
+    // A number may be given to another process later: ask again when its last client has left.
     std::erase_if(leaders_, [&](const auto& one) { return !livePids.contains(one.first); });
-    std::erase_if(processes_,
-                  [&](const auto& one) { return !liveLeaders.contains(one.second.leader); });
     for (auto& process : processes_ | std::views::values) {
         process.streams.clear();
+        process.isHere = process.isHere && liveLeaders.contains(process.leader.pid);
     }
     for (const auto& [serial, node] : graph.nodes()) {
         const auto client = graph.clients().find(node.client);
         if (client == graph.clients().end() || !isOutputStream(node)) {
             continue;
         }
-        if (const std::int32_t leader = leaderOf(client->second);
-            leader != 0 && leader != ownPid_) {
+        if (const Leader leader = leaderOf(client->second);
+            leader.pid != 0 && leader.pid != ownPid_) {
             Process& process = processes_[objectFor(leader)];
+            process.isHere = true;
             process.streams.push_back(serial);
             if (process.name.empty()) {
                 process.name = client->second.applicationName;
@@ -54,44 +60,70 @@ void ProcessDirectory::update(const Graph& graph) {
 }
 
 std::vector<AudioObjectID> ProcessDirectory::objects() const {
-    const auto ids = processes_ | std::views::keys;
-    return {ids.begin(), ids.end()};
+    std::vector<AudioObjectID> ids;
+    for (const auto& [id, process] : processes_) {
+        if (process.isHere) {
+            ids.push_back(id);
+        }
+    }
+    return ids;
 }
 
 std::int32_t ProcessDirectory::pid(AudioObjectID object) const {
-    const auto found = processes_.find(object);
-    return found == processes_.end() ? 0 : found->second.leader;
+    const Process* const process = here(object);
+    return process == nullptr ? 0 : process->leader.pid;
 }
 
 AudioObjectID ProcessDirectory::objectOf(std::int32_t leader) const {
-    const auto found = std::ranges::find_if(
-        processes_, [leader](const auto& one) { return one.second.leader == leader; });
+    const auto found = std::ranges::find_if(processes_, [leader](const auto& one) {
+        return one.second.isHere && one.second.leader.pid == leader;
+    });
     return found == processes_.end() ? 0 : found->first;
 }
 
 std::string ProcessDirectory::name(std::int32_t leader) const {
-    const auto found = processes_.find(objectOf(leader));
-    return found == processes_.end() ? std::string{} : found->second.name;
+    const Process* const process = here(objectOf(leader));
+    return process == nullptr ? std::string{} : process->name;
 }
 
 const std::vector<Serial>& ProcessDirectory::streams(AudioObjectID object) const {
     static const std::vector<Serial> none;
+    const Process* const process = here(object);
+    return process == nullptr ? none : process->streams;
+}
+
+const ProcessDirectory::Process* ProcessDirectory::here(AudioObjectID object) const {
     const auto found = processes_.find(object);
-    return found == processes_.end() ? none : found->second.streams;
+    return found == processes_.end() || !found->second.isHere ? nullptr : &found->second;
 }
 
-std::int32_t ProcessDirectory::leaderOf(const Client& client) const {
+ProcessDirectory::Leader ProcessDirectory::leaderOf(const Client& client) const {
     const auto found = leaders_.find(client.pid);
-    return found == leaders_.end() ? 0 : found->second;
+    return found == leaders_.end() ? Leader{} : found->second;
 }
 
-AudioObjectID ProcessDirectory::objectFor(std::int32_t leader) {
-    if (const AudioObjectID known = objectOf(leader); known != 0) {
-        return known;
+AudioObjectID ProcessDirectory::objectFor(Leader leader) {
+    if (const AudioObjectID present = objectOf(leader.pid); present != 0) {
+        return present;
     }
+    const auto isSame = [&](const auto& one) {
+        return one.second.leader.pid == leader.pid && leader.start != 0 &&
+               one.second.leader.start == leader.start;
+    };
+    if (const auto back = std::ranges::find_if(processes_, isSame); back != processes_.end()) {
+        return back->first;
+    }
+    forgetOldest();
     const AudioObjectID made = ids_.next();
     processes_[made].leader = leader;
     return made;
+}
+
+void ProcessDirectory::forgetOldest() {
+    const auto hasLeft = [](const auto& one) { return !one.second.isHere; };
+    if (std::ranges::count_if(processes_, hasLeft) > mostRemembered) {
+        processes_.erase(std::ranges::find_if(processes_, hasLeft));
+    }
 }
 
 } // namespace velmora::pipewire

@@ -23,7 +23,7 @@ FilterNode::Setup nodeSetup(const RecordingNode::Setup& setup) {
 } // namespace
 
 RecordingNode::RecordingNode(std::uint32_t channels, ReceiveCallback receive)
-    : receive_(std::move(receive)), blocks_(channels), handed_(channels),
+    : receive_(std::move(receive)), blocks_(channels), handed_(channels), fades_(channels),
       silence_(static_cast<std::size_t>(largestBlockFrames)) {
 }
 
@@ -41,6 +41,9 @@ StatusOr<std::unique_ptr<RecordingNode>> RecordingNode::open(const Setup& setup,
 void RecordingNode::process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept {
     for (std::size_t at = 0; at < blocks_.size(); ++at) {
         blocks_[at] = node.buffer(at, cycle.frames);
+        if (blocks_[at] == nullptr) {
+            fades_[at].restart();
+        }
     }
     if (float* const sync = node.buffer(blocks_.size(), cycle.frames)) {
         std::fill_n(sync, cycle.frames, 0.0F);
@@ -52,13 +55,26 @@ void RecordingNode::process(const FilterNode& node, const FilterNode::Cycle& cyc
         std::ranges::fill(handed_, silence_.data());
         receive_(static_cast<std::int64_t>(cycle.turn.missedFrames), handed_);
     }
-    const std::size_t largest = silence_.size();
-    for (std::size_t done = 0; done < cycle.frames; done += largest) {
-        for (std::size_t at = 0; at < blocks_.size(); ++at) {
-            handed_[at] = blocks_[at] == nullptr ? silence_.data() : blocks_[at] + done;
-        }
-        receive_(static_cast<std::int64_t>(std::min(cycle.frames - done, largest)), handed_);
+    for (std::size_t done = 0; done < cycle.frames;) {
+        const std::size_t frames = point(done, cycle.frames - done);
+        receive_(static_cast<std::int64_t>(frames), handed_);
+        done += frames;
     }
+}
+
+std::size_t RecordingNode::point(std::size_t from, std::size_t most) noexcept {
+    const bool areAllRisen = std::ranges::all_of(fades_, &FadeIn::isOver);
+    const std::size_t frames = std::min(most, areAllRisen ? silence_.size() : FadeIn::frames);
+    for (std::size_t at = 0; at < blocks_.size(); ++at) {
+        if (blocks_[at] == nullptr) {
+            handed_[at] = silence_.data();
+        } else if (fades_[at].isOver()) {
+            handed_[at] = blocks_[at] + from;
+        } else {
+            handed_[at] = fades_[at].next({blocks_[at] + from, frames});
+        }
+    }
+    return frames;
 }
 
 } // namespace velmora::pipewire

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/AudioUnits.h"
+#include "platform/pipewire/FadeIn.h"
 #include "platform/pipewire/FilterNode.h"
 
 #include <memory>
@@ -10,6 +11,8 @@
 
 namespace velmora::pipewire {
 
+/// A channel that gets a link, the first one or another one later, fades in.
+///
 /// Threads: main. Real-time: no; the callback runs on the node's own real-time thread.
 class RecordingNode final : FilterNode::Handler {
 public:
@@ -27,10 +30,14 @@ public:
 private:
     RecordingNode(std::uint32_t channels, ReceiveCallback receive);
     void process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept override;
+    /// Points `handed_` at the cycle from frame `from` on. Returns for how many frames, at most
+    /// `most`.
+    std::size_t point(std::size_t from, std::size_t most) noexcept;
 
     ReceiveCallback receive_;
     std::vector<const float*> blocks_; // real-time thread; whole cycle, one per channel
     std::vector<const float*> handed_; // real-time thread; the part that is handed on
+    std::vector<FadeIn> fades_;        // of each channel, since it is linked
     std::vector<float> silence_;       // stands in for a channel without a link
     std::unique_ptr<FilterNode> node_; // last: its end is the end of all callbacks
 };

@@ -19,6 +19,10 @@ constexpr auto retryEvery = 200ms;
 /// read again shortly after anybody has come.
 constexpr auto rereadAfter = 200ms;
 
+/// A session manager that is killed while the daemon (0.3.65) waits for it on our behalf leaves the
+/// daemon deaf to our connection for good; what it tells still arrives.
+constexpr auto answerExpectedWithin = 1s;
+
 constexpr auto devicesExpectedWithin = 2s;
 constexpr auto farewellLimit = 200ms;
 
@@ -46,12 +50,22 @@ Session::Session(Events events)
                   state_.graph,
                   {.changed = [this] { pass_.request(); },
                    .clientCame = [this] { onClientCame(); },
+                   .managerLost = [this] { onManagerLost(); },
                    .lost = [this] { onLost(); }}),
-      links_(connection_), retry_(loop_, [this] { connect(); }),
+      links_(connection_, [this] { pass_.request(); }), retry_(loop_, [this] { connect(); }),
+      relink_(loop_, [this] { pass_.request(); }), probe_(loop_,
+                                                          [this] {
+                                                              if (!connection_.isAnswered()) {
+                                                                  onLost();
+                                                              }
+                                                          }),
       reread_(loop_,
               [this] {
                   isRereadDue_ = false;
                   connection_.readSessionMetadataAgain();
+                  if (std::exchange(isAnotherRereadDue_, false)) {
+                      onClientCame();
+                  }
               }),
       pass_(loop_, [this] { pass(); }) {
     connect();
@@ -83,9 +97,12 @@ void Session::connect() {
 }
 
 void Session::onClientCame() {
-    if (!isRereadDue_) {
-        isRereadDue_ = true;
+    // Whoever comes last must be waited for as long as the first; and a steady coming and going
+    // must not put it off for ever.
+    if (!std::exchange(isRereadDue_, true)) {
         reread_.start(rereadAfter);
+    } else {
+        isAnotherRereadDue_ = true;
     }
 }
 
@@ -93,6 +110,14 @@ void Session::onLost() {
     // Called from inside the connection: closing it is left to the pass.
     isLost_ = true;
     pass_.request();
+}
+
+void Session::onManagerLost() {
+    // A new one may be there before the next pass looks.
+    isManagerLost_ = true;
+    pass_.request();
+    connection_.probe();
+    probe_.start(answerExpectedWithin);
 }
 
 void Session::forgetObjects() {
@@ -112,13 +137,12 @@ void Session::pass() {
         lastStatus_ = -EHOSTDOWN;
         retry_.start(retryEvery);
     }
+    passAvailability();
     state_.processes.update(state_.graph);
     askForApplications();
     if (connection_.isListed()) {
         passMutes();
-        links_.apply(wantedLinks(state_.graph, state_.routes, [this](AudioObjectID process) {
-            return state_.processes.streams(process);
-        }));
+        passLinks();
         passAggregates();
         passVirtualMicrophone();
         passDefaultOutput();
@@ -136,19 +160,34 @@ void Session::askForApplications() {
     }
 }
 
+void Session::passLinks() {
+    const auto now = LinkAttempts::Clock::now();
+    const auto wanted = wantedLinks(state_.graph, state_.routes, [this](AudioObjectID process) {
+        return state_.processes.streams(process);
+    });
+    const auto runs = [this](Serial port) {
+        const Node* const node = state_.graph.nodeOfPort(port);
+        return node != nullptr && node->isRunning;
+    };
+    const auto isNeeded = [&](const WantedLink& link) {
+        return runs(link.output) && runs(link.input);
+    };
+    if (const auto due = links_.apply(wanted, isNeeded, now)) {
+        relink_.start(std::chrono::ceil<std::chrono::milliseconds>(*due - now));
+    }
+}
+
 void Session::passMutes() {
     std::erase_if(muteSinks_,
                   [this](const auto& one) { return !state_.mutes.contains(one.first); });
     for (const auto& [tap, process] : state_.mutes) {
         auto& sink = muteSinks_[tap];
         if (!sink) {
-            sink =
-                std::make_unique<MuteSink>(connection_, state_.graph, state_.newNodeName("mute"));
+            sink = std::make_unique<MuteSink>(
+                connection_, state_.graph, [this] { return state_.newNodeName("mute"); });
         }
-        if (state_.graph.hasMetadata("default")) {
+        if (isAvailableLocked()) {
             sink->follow(state_.processes.streams(process));
-        } else {
-            sink->forgetTargets();
         }
     }
 }
@@ -177,9 +216,25 @@ void Session::passVirtualMicrophone() {
     isMicrophoneSeen_ = isKnown;
 }
 
-void Session::passDefaultOutput() {
-    if (!state_.graph.hasMetadata("default")) {
+void Session::passAvailability() {
+    const auto tell = [this](bool isAvailable) {
+        const bool isNews = std::exchange(isToldAvailable_, isAvailable) != isAvailable;
+        if (isNews && announces_) {
+            events_.availabilityChanged(isAvailable);
+        }
+    };
+    if (std::exchange(isManagerLost_, false)) {
         defaultOutput_.lose();
+        for (const auto& [tap, sink] : muteSinks_) {
+            sink->forgetTargets();
+        }
+        tell(false);
+    }
+    tell(isAvailableLocked());
+}
+
+void Session::passDefaultOutput() {
+    if (!isAvailableLocked()) {
         return;
     }
     // Whoever is told starts anew, and for that needs the microphone to be there.
@@ -197,6 +252,7 @@ void Session::waitForListing(std::chrono::milliseconds limit) {
     if (isAvailableLocked()) {
         defaultOutput_.start(defaultOutputUID());
     }
+    isToldAvailable_ = isAvailableLocked();
     announces_ = true;
 }
 

@@ -60,6 +60,8 @@ class Session {
 public:
     struct Events {
         std::function<void(std::set<std::int32_t> pids)> unknownApplications;
+        /// Not told before `waitForListing` has returned.
+        std::function<void(bool isAvailable)> availabilityChanged;
         std::function<void()> defaultOutputChanged;
     };
 
@@ -102,14 +104,17 @@ public:
 private:
     void connect();
     void onLost();
+    void onManagerLost();
     void onClientCame();
     void forgetObjects();
     void forgetAggregate(const std::string& uid);
     void pass();
     void askForApplications();
+    void passLinks();
     void passMutes();
     void passAggregates();
     void passVirtualMicrophone();
+    void passAvailability();
     void passDefaultOutput();
     [[nodiscard]] bool isAvailableLocked() const;
     [[nodiscard]] std::optional<std::string> defaultOutputUID() const;
@@ -127,11 +132,16 @@ private:
     DefaultOutputWatch defaultOutput_;
     std::set<std::int32_t> asked_; // processes whose application was asked for
     bool isLost_ = false;
+    bool isManagerLost_ = false;
+    bool isToldAvailable_ = false;
     bool announces_ = false; // the first listing is no change
     Status lastStatus_ = statusOk;
     LoopTimer retry_;
+    LoopTimer relink_;
+    LoopTimer probe_;
     LoopTimer reread_;
     bool isRereadDue_ = false;
+    bool isAnotherRereadDue_ = false;
     LoopWork pass_;
 };
 

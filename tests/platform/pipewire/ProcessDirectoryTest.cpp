@@ -22,7 +22,7 @@ protected:
     void resolveAll() {
         update();
         for (const std::int32_t pid : directory.unresolvedPids()) {
-            directory.resolve(pid, pid);
+            directory.resolve(pid, {.pid = pid, .start = started});
         }
         update();
     }
@@ -31,6 +31,7 @@ protected:
     }
 
     GraphBuilder builder;
+    std::uint64_t started = 1; // when every process started
     ObjectIds ids;
     ProcessDirectory directory{ids, ownPid};
 };
@@ -65,8 +66,8 @@ TEST_F(ProcessDirectoryTest, AsksWhichApplicationAProcessBelongsTo) {
 TEST_F(ProcessDirectoryTest, CountsHelperProcessesWithTheirApplication) {
     const Serial one = builder.addStream(addClient(500), {"FL", "FR"});
     const Serial two = builder.addStream(addClient(501), {"FL", "FR"});
-    directory.resolve(500, 400);
-    directory.resolve(501, 400);
+    directory.resolve(500, {.pid = 400});
+    directory.resolve(501, {.pid = 400});
     update();
 
     EXPECT_EQ(directory.objects().size(), 1U);
@@ -91,18 +92,71 @@ TEST_F(ProcessDirectoryTest, KeepsTheObjectWhileAClientOfTheApplicationIsThere) 
     EXPECT_THAT(directory.objects(), IsEmpty());
 }
 
-TEST_F(ProcessDirectoryTest, ForgetsAProcessWithItsLastClient) {
-    const Serial client = addClient(4312);
-    builder.addStream(client, {"FL", "FR"});
-    resolveAll();
-    const AudioObjectID before = directory.objectOf(4312);
-    builder.graph.remove(GraphBuilder::id(client));
-    update();
+/// A process that plays, leaves, and has connected and played again.
+class ReturningProcess : public ProcessDirectoryTest {
+protected:
+    ReturningProcess() {
+        const Serial client = addClient(4312);
+        builder.addStream(client, {"FL", "FR"});
+        resolveAll();
+        before = directory.objectOf(4312);
+        builder.graph.remove(GraphBuilder::id(client));
+        update();
+    }
+    void comeBack() {
+        builder.addStream(addClient(4312), {"FL", "FR"});
+        update();
+        EXPECT_THAT(directory.unresolvedPids(), ElementsAre(4312));
+        resolveAll();
+    }
 
-    builder.addStream(addClient(4312), {"FL", "FR"});
-    update();
-    EXPECT_THAT(directory.unresolvedPids(), ElementsAre(4312));
+    AudioObjectID before{};
+};
+
+TEST_F(ReturningProcess, IsTheSameObjectAsBefore) {
+    EXPECT_EQ(directory.pid(before), 0);
+    EXPECT_THAT(directory.streams(before), IsEmpty());
+
+    comeBack();
+
+    EXPECT_EQ(directory.objectOf(4312), before);
+    EXPECT_EQ(directory.streams(before).size(), 1U);
+}
+
+TEST_F(ReturningProcess, IsNoObjectBeforeItPlays) {
+    addClient(4312);
+
     resolveAll();
+
+    EXPECT_THAT(directory.objects(), IsEmpty());
+}
+
+TEST_F(ReturningProcess, IsAnotherObjectWhenItsNumberWasGivenToAnotherProcess) {
+    started = 2;
+
+    comeBack();
+
+    EXPECT_NE(directory.objectOf(4312), before);
+}
+
+TEST_F(ReturningProcess, IsAnotherObjectWhenItsStartIsUnknown) {
+    started = 0;
+
+    comeBack();
+
+    EXPECT_NE(directory.objectOf(4312), before);
+}
+
+TEST_F(ReturningProcess, IsForgottenAfterHundredsOfOthers) {
+    for (std::int32_t pid = 10000; pid < 10300; ++pid) {
+        const Serial client = addClient(pid);
+        builder.addStream(client, {"FL", "FR"});
+        resolveAll();
+        builder.graph.remove(GraphBuilder::id(client));
+        update();
+    }
+
+    comeBack();
 
     EXPECT_NE(directory.objectOf(4312), before);
 }
@@ -131,7 +185,7 @@ TEST_F(ProcessDirectoryTest, LeavesItselfOut) {
 
 TEST_F(ProcessDirectoryTest, LeavesHelpersOfItselfOut) {
     builder.addStream(addClient(1001), {"FL", "FR"});
-    directory.resolve(1001, ownPid);
+    directory.resolve(1001, {.pid = ownPid});
 
     update();
 

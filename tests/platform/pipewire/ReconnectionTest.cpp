@@ -2,6 +2,8 @@
 
 #include "BackendTest.h"
 
+#include <gmock/gmock.h>
+
 namespace velmora {
 namespace {
 
@@ -17,6 +19,12 @@ protected:
     std::shared_ptr<int> countDefaultOutputChanges() {
         auto told = std::make_shared<int>(0);
         hardware().onDefaultOutputChange([told] { ++*told; });
+        return told;
+    }
+    /// From now on.
+    std::shared_ptr<std::vector<bool>> keepAvailabilityChanges() {
+        auto told = std::make_shared<std::vector<bool>>();
+        hardware().onAvailabilityChange([told](bool isAvailable) { told->push_back(isAvailable); });
         return told;
     }
 };
@@ -50,6 +58,30 @@ TEST_F(Reconnection, TellsTheDefaultOutputWhenTheDaemonIsBack) {
     EXPECT_TRUE(audio.connected());
     EXPECT_EQ(hardware().defaultOutputDevice(), find(speakers.name));
     EXPECT_EQ(audio.connectionProblem(), "");
+}
+
+TEST_F(Reconnection, TellsThatTheDaemonHasGoneAndThatItIsBack) {
+    const auto told = keepAvailabilityChanges();
+
+    session().killDaemon();
+    EXPECT_TRUE(waitUntil([&] { return *told == std::vector{false}; }));
+    EXPECT_FALSE(hardware().isAvailable());
+    session().startServices();
+
+    EXPECT_TRUE(waitUntil([&] { return told->size() > 1; }));
+    EXPECT_THAT(*told, testing::ElementsAre(false, true));
+    EXPECT_TRUE(hardware().isAvailable());
+}
+
+TEST_F(Reconnection, TellsThatTheSessionManagerHasGoneAndThatItIsBack) {
+    const auto told = keepAvailabilityChanges();
+
+    session().killManager();
+    EXPECT_TRUE(waitUntil([&] { return *told == std::vector{false}; }));
+    session().startServices();
+
+    EXPECT_TRUE(waitUntil([&] { return told->size() > 1; }));
+    EXPECT_THAT(*told, testing::ElementsAre(false, true));
 }
 
 TEST_F(Reconnection, LeavesTheMicrophoneOfTheDaemonsOwnSettingsTheOnlyOne) {

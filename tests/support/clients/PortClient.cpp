@@ -1,5 +1,6 @@
 #include "support/clients/PortClient.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <spa/utils/string.h>
@@ -59,8 +60,8 @@ const pw_filter_events PortClient::Events::filter = [] {
     return events;
 }();
 
-PortClient::PortClient(Direction direction, Target target, Process process)
-    : direction_(direction), target_(std::move(target)), process_(std::move(process)),
+PortClient::PortClient(Direction direction, std::vector<Target> targets, Process process)
+    : direction_(direction), targets_(std::move(targets)), process_(std::move(process)),
       mainLoop_(pw_main_loop_new(nullptr)),
       context_(pw_context_new(
           loop(), pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0)) {
@@ -85,8 +86,8 @@ PortClient::PortClient(Direction direction, Target target, Process process)
     pw_filter_add_listener(filter_, &filterHook_, &Events::filter, this);
     const auto portDirection =
         direction_ == Direction::play ? PW_DIRECTION_OUTPUT : PW_DIRECTION_INPUT;
-    for (const std::uint32_t channel : target_.channels) {
-        const std::string portName = "channel_" + std::to_string(channel);
+    for (const Target& target : targets_) {
+        const std::string portName = target.node + "_" + std::to_string(target.channel);
         ports_.push_back(pw_filter_add_port(filter_,
                                             portDirection,
                                             PW_FILTER_PORT_FLAG_MAP_BUFFERS,
@@ -129,8 +130,8 @@ void PortClient::addGlobal(std::uint32_t id, const char* type, const spa_dict* p
         const char* value = properties == nullptr ? nullptr : spa_dict_lookup(properties, key);
         return std::string(value == nullptr ? "" : value);
     };
-    if (spa_streq(type, PW_TYPE_INTERFACE_Node) && text(PW_KEY_NODE_NAME) == target_.node) {
-        targetId_ = id;
+    if (spa_streq(type, PW_TYPE_INTERFACE_Node) && isTarget(text(PW_KEY_NODE_NAME))) {
+        nodes_[text(PW_KEY_NODE_NAME)] = id;
     } else if (spa_streq(type, PW_TYPE_INTERFACE_Port)) {
         const auto number = [&](const char* key) {
             return static_cast<std::uint32_t>(std::strtoul(text(key).c_str(), nullptr, 10));
@@ -142,10 +143,7 @@ void PortClient::addGlobal(std::uint32_t id, const char* type, const spa_dict* p
 }
 
 void PortClient::removeGlobal(std::uint32_t id) {
-    if (id == targetId_) {
-        targetId_ = PW_ID_ANY;
-        dropLinks();
-    }
+    std::erase_if(nodes_, [&](const auto& node) { return node.second == id; });
     std::erase_if(links_, [&](const auto& entry) {
         const bool lost = entry.second.targetPort == id;
         if (lost) {
@@ -158,15 +156,23 @@ void PortClient::removeGlobal(std::uint32_t id) {
     }
 }
 
+bool PortClient::isTarget(std::string_view node) const {
+    return std::ranges::find(targets_, node, &Target::node) != targets_.end();
+}
+
 void PortClient::linkWhatIsThere() {
-    if (targetId_ == PW_ID_ANY || filter_ == nullptr) {
+    if (filter_ == nullptr) {
         return;
     }
     const std::uint32_t own = pw_filter_get_node_id(filter_);
     const bool plays = direction_ == Direction::play;
-    for (std::size_t i = 0; i < target_.channels.size(); ++i) {
+    for (std::size_t i = 0; i < targets_.size(); ++i) {
+        const auto node = nodes_.find(targets_[i].node);
+        if (node == nodes_.end()) {
+            continue;
+        }
         const PortKey ownKey{own, static_cast<std::uint32_t>(i)};
-        const PortKey targetKey{targetId_, target_.channels[i] - 1};
+        const PortKey targetKey{node->second, targets_[i].channel - 1};
         const PortKey& outputKey = plays ? ownKey : targetKey;
         const PortKey& inputKey = plays ? targetKey : ownKey;
         const auto output = outputs_.find(outputKey);

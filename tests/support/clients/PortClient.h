@@ -1,4 +1,4 @@
-// PortClient.h: a program's own node, linked to chosen channels of one node of the graph.
+// PortClient.h: a program's own node, linked to chosen channels of other nodes of the graph.
 #pragma once
 
 #include <cstdint>
@@ -8,12 +8,13 @@
 #include <pipewire/pipewire.h>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace velmora::support {
 
-/// Plays into, or records from, ports of another node; links again when they come back.
+/// Plays into, or records from, ports of other nodes; links again when they come back.
 ///
 /// Threads: everything on the thread that calls `run`, but `process`.
 class PortClient {
@@ -21,16 +22,17 @@ public:
     enum class Direction { play, record };
 
     struct Target {
-        std::string node;                    ///< node.name
-        std::vector<std::uint32_t> channels; ///< 1-based, in the order of the client's own ports
+        std::string node;        ///< node.name
+        std::uint32_t channel{}; ///< 1-based
     };
 
-    /// One block: `frames` floats per channel of the target; a pointer may be null.
+    /// One block: `frames` floats per target; a pointer may be null.
     /// Threads: the node's real-time thread.
     using Process = std::function<void(std::uint32_t frames, std::span<float* const> channels)>;
 
+    /// @param targets  one for each of the client's own ports, in their order
     /// Errors: throws std::runtime_error when there is no sound server.
-    PortClient(Direction direction, Target target, Process process);
+    PortClient(Direction direction, std::vector<Target> targets, Process process);
     ~PortClient();
     PortClient(const PortClient&) = delete;
     PortClient& operator=(const PortClient&) = delete;
@@ -45,12 +47,13 @@ private:
     struct Events; // the C callbacks
     void addGlobal(std::uint32_t id, const char* type, const spa_dict* properties);
     void removeGlobal(std::uint32_t id);
+    [[nodiscard]] bool isTarget(std::string_view node) const;
     void linkWhatIsThere();
     void dropLinks();
     void process(const spa_io_position* position);
 
     Direction direction_;
-    Target target_;
+    std::vector<Target> targets_;
     Process process_;
     pw_main_loop* mainLoop_;
     pw_context* context_;
@@ -63,8 +66,8 @@ private:
     spa_hook registryHook_{};
     spa_hook filterHook_{};
 
-    std::uint32_t targetId_ = PW_ID_ANY;
-    std::map<PortKey, std::uint32_t> inputs_; // global ids of every node's ports
+    std::map<std::string, std::uint32_t, std::less<>> nodes_; // ids of the targets by name
+    std::map<PortKey, std::uint32_t> inputs_;                 // global ids of every node's ports
     std::map<PortKey, std::uint32_t> outputs_;
     struct Link {
         pw_proxy* proxy{};

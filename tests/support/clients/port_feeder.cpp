@@ -16,17 +16,17 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        const auto channels = parseList<std::uint32_t>(argv[2]);
+        const auto targets = parseTargets(argv[1], argv[2]);
         std::vector<Sine> sines;
         for (const double hz : parseList<double>(argv[3])) {
             sines.emplace_back(hz, std::stod(argv[4]));
         }
-        if (sines.size() != channels.size()) {
+        if (sines.size() != targets.size()) {
             throw std::invalid_argument("as many frequencies as channels, please");
         }
         pw_init(nullptr, nullptr);
         PortClient client(PortClient::Direction::play,
-                          {.node = argv[1], .channels = channels},
+                          targets,
                           [&](std::uint32_t frames, std::span<float* const> blocks) {
                               for (std::size_t i = 0; i < blocks.size(); ++i) {
                                   if (blocks[i] != nullptr) {

@@ -1,7 +1,8 @@
-// velmora_port_recorder: writes chosen output ports of a node to a growing file of raw interleaved
-// 32-bit floats until it is ended. A sink's output ports are its monitor.
+// velmora_port_recorder: writes chosen output ports to a growing file of raw interleaved 32-bit
+// floats until it is ended. A sink's output ports are its monitor. One node for all channels, or
+// one for each.
 //
-// velmora_port_recorder <node.name> <channel>[,<channel>...] <file>
+// velmora_port_recorder <node.name>[,<node.name>...] <channel>[,<channel>...] <file>
 
 #include "support/clients/Lists.h"
 #include "support/clients/PortClient.h"
@@ -73,15 +74,15 @@ private:
 
 int main(int argc, char** argv) {
     if (argc != 4) {
-        std::cerr << "usage: velmora_port_recorder <node.name> <channels> <file>\n";
+        std::cerr << "usage: velmora_port_recorder <node.names> <channels> <file>\n";
         return 2;
     }
     try {
-        const auto channels = parseList<std::uint32_t>(argv[2]);
-        Tape tape(argv[3], channels.size());
+        const auto targets = parseTargets(argv[1], argv[2]);
+        Tape tape(argv[3], targets.size());
         pw_init(nullptr, nullptr);
         PortClient client(PortClient::Direction::record,
-                          {.node = argv[1], .channels = channels},
+                          targets,
                           [&](std::uint32_t frames, std::span<float* const> blocks) {
                               tape.record(frames, blocks);
                           });

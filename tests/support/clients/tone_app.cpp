@@ -2,8 +2,10 @@
 //
 // velmora_tone_app [--child] [--name <application name>] [--play <left Hz> <right Hz> <dB>]
 //   play <stream> <left Hz> <right Hz> <dB>   starts a stream, or replaces the one of that name
-//   mute <stream>                             keeps the stream and plays silence
-//   stop <stream>                             ends the stream
+//   sing <device> <left Hz> <right Hz> <dB>   is an input device of that name, which plays by
+//   itself mute <stream>                             keeps the stream and plays silence stop
+//   <stream>                             ends the stream reconnect ends every stream and makes a
+//   new connection
 //
 // It is known to the sound server from its start on. With --child a child process does all of
 // this, as in a browser. With --play it plays by itself, does not read its input, and ends with the
@@ -35,10 +37,13 @@ using velmora::support::Sine;
 
 constexpr std::uint32_t channels = 2;
 
-/// One stereo stream to the default output.
+/// One stereo stream, to the default output or as an input device.
 class ToneStream {
 public:
-    ToneStream(pw_core* core, const std::string& name, double leftHz, double rightHz, double db)
+    enum class Role { playback, inputDevice };
+
+    ToneStream(
+        pw_core* core, Role role, const std::string& name, double leftHz, double rightHz, double db)
         : sines_{Sine(leftHz, db), Sine(rightHz, db)},
           stream_(pw_stream_new(core,
                                 name.c_str(),
@@ -51,6 +56,14 @@ public:
                                                   PW_KEY_MEDIA_ROLE,
                                                   "Music",
                                                   nullptr))) {
+        auto flags = PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS;
+        if (role == Role::playback) {
+            flags |= PW_STREAM_FLAG_AUTOCONNECT;
+        } else {
+            const spa_dict_item device = {PW_KEY_MEDIA_CLASS, "Audio/Source"};
+            const spa_dict change = {0, 1, &device};
+            pw_stream_update_properties(stream_, &change);
+        }
         pw_stream_add_listener(stream_, &hook_, &events, this);
         std::array<std::uint8_t, 1024> storage{};
         spa_pod_builder builder{};
@@ -66,9 +79,7 @@ public:
         pw_stream_connect(stream_,
                           PW_DIRECTION_OUTPUT,
                           PW_ID_ANY,
-                          static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT |
-                                                       PW_STREAM_FLAG_MAP_BUFFERS |
-                                                       PW_STREAM_FLAG_RT_PROCESS),
+                          static_cast<pw_stream_flags>(flags),
                           &parameter,
                           1);
     }
@@ -122,17 +133,13 @@ const pw_stream_events ToneStream::events = [] {
 class ToneApp {
 public:
     explicit ToneApp(const std::string& name)
-        : loop_(pw_main_loop_new(nullptr)),
+        : name_(name), loop_(pw_main_loop_new(nullptr)),
           context_(pw_context_new(pw_main_loop_get_loop(loop_),
                                   pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr),
                                   0)),
-          core_(pw_context_connect(
-              context_, pw_properties_new(PW_KEY_APP_NAME, name.c_str(), nullptr), 0)) {}
+          core_(connect()) {}
     ~ToneApp() {
-        streams_.clear();
-        if (core_ != nullptr) {
-            pw_core_disconnect(core_);
-        }
+        disconnect();
         pw_context_destroy(context_);
         pw_main_loop_destroy(loop_);
     }
@@ -165,6 +172,18 @@ public:
     }
 
 private:
+    [[nodiscard]] pw_core* connect() const {
+        return pw_context_connect(
+            context_, pw_properties_new(PW_KEY_APP_NAME, name_.c_str(), nullptr), 0);
+    }
+
+    void disconnect() {
+        streams_.clear();
+        if (core_ != nullptr) {
+            pw_core_disconnect(core_);
+        }
+    }
+
     void readInput() {
         std::array<char, 512> bytes{};
         const ssize_t count = read(STDIN_FILENO, bytes.data(), bytes.size());
@@ -184,16 +203,21 @@ private:
         std::string verb;
         std::string name;
         words >> verb >> name;
-        if (verb == "play") {
+        if ((verb == "play" || verb == "sing") && core_ != nullptr) {
             double leftHz = 0;
             double rightHz = 0;
             double db = 0;
             words >> leftHz >> rightHz >> db;
-            streams_[name] = std::make_unique<ToneStream>(core_, name, leftHz, rightHz, db);
+            const auto role =
+                verb == "play" ? ToneStream::Role::playback : ToneStream::Role::inputDevice;
+            streams_[name] = std::make_unique<ToneStream>(core_, role, name, leftHz, rightHz, db);
         } else if (verb == "mute" && streams_.contains(name)) {
             streams_[name]->mute();
         } else if (verb == "stop") {
             streams_.erase(name);
+        } else if (verb == "reconnect") {
+            disconnect();
+            core_ = connect();
         } else {
             std::cerr << "velmora_tone_app: cannot obey: " << line << '\n';
         }
@@ -201,9 +225,10 @@ private:
 
     static const pw_core_events coreEvents;
 
+    std::string name_;
     pw_main_loop* loop_;
     pw_context* context_;
-    pw_core* core_;
+    pw_core* core_; // null when no sound server answers
     spa_hook coreHook_{};
     std::map<std::string, std::unique_ptr<ToneStream>> streams_;
     std::string pending_; // an unfinished line

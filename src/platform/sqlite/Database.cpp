@@ -98,7 +98,7 @@ StatusOr<Database> Database::open(const std::filesystem::path& file) {
         return std::unexpected(code);
     }
     // SQLite falls back to reading alone when the file refuses writing.
-    if (sqlite3_db_readonly(connection, "main") != 0) {
+    if (database.isReadOnly()) {
         return std::unexpected(SQLITE_READONLY);
     }
     database.foldLogOnClose(false);
@@ -157,6 +157,10 @@ StatusOr<std::int64_t> Database::queryNumber(std::string_view sql) {
 
 bool Database::inTransaction() const {
     return sqlite3_get_autocommit(connection_.get()) == 0;
+}
+
+bool Database::isReadOnly() const {
+    return sqlite3_db_readonly(connection_.get(), "main") != 0;
 }
 
 bool isDamage(Status status) {

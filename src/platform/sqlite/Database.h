@@ -64,6 +64,8 @@ public:
     [[nodiscard]] StatusOr<std::int64_t> queryNumber(std::string_view sql);
 
     [[nodiscard]] bool inTransaction() const;
+    /// Because the file system says so or, once a page was read, the file's header.
+    [[nodiscard]] bool isReadOnly() const;
 
 private:
     struct Close {

@@ -14,7 +14,8 @@ Status checkPages(Database& database) {
     if (!verdict) {
         return verdict.error();
     }
-    return *verdict == "ok" ? SQLITE_OK : SQLITE_CORRUPT;
+    // The file was opened for writing: only a damaged header can still forbid it.
+    return *verdict == "ok" && !database.isReadOnly() ? SQLITE_OK : SQLITE_CORRUPT;
 }
 
 Status useLog(Database& database) {

@@ -68,6 +68,12 @@ TEST_F(DamagedStore, IsSetAsideWhenAPageBehindAGoodHeaderIsOverwritten) {
     expectSetAside(file);
 }
 
+TEST_F(DamagedStore, IsSetAsideWhenItsHeaderForbidsWriting) {
+    std::string file = wholeFile();
+    file[18] = '\xA2'; // the format that a writer must know: 1 or 2
+    expectSetAside(file);
+}
+
 TEST_F(DamagedStore, IsSetAsideWhenItIsAnotherProgramsDatabase) {
     runSql(disk.path(), "CREATE TABLE defaults(id INTEGER); PRAGMA user_version=1");
     expectSetAside(contentOf(disk.path()));

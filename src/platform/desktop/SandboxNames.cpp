@@ -1,6 +1,7 @@
 #include "platform/desktop/SandboxNames.h"
 
 #include <charconv>
+#include <utility>
 
 namespace velmora {
 
@@ -40,14 +41,22 @@ bool removeSuffix(std::string_view& text, std::string_view suffix) {
     return has;
 }
 
+/// An id is a file name; what is none stands for no entry.
+void addReading(std::string_view escaped, std::vector<std::string>& ids) {
+    std::string id = unescape(escaped);
+    if (!id.empty() && id.find('/') == std::string::npos) {
+        ids.push_back(std::move(id));
+    }
+}
+
 /// "gnome-org.player" gives "org.player", then "gnome-org.player".
 void addReadings(std::string_view launcherAndId, std::vector<std::string>& ids) {
     auto start = launcherAndId.rfind('-');
     while (start != std::string_view::npos) {
-        ids.push_back(unescape(launcherAndId.substr(start + 1)));
+        addReading(launcherAndId.substr(start + 1), ids);
         start = start == 0 ? std::string_view::npos : launcherAndId.rfind('-', start - 1);
     }
-    ids.push_back(unescape(launcherAndId));
+    addReading(launcherAndId, ids);
 }
 
 void addUnit(std::string_view unit, std::vector<std::string>& ids) {

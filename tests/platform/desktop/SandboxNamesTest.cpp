@@ -48,6 +48,12 @@ TEST(ControlGroup, NamesTheEntryOfASnap) {
     EXPECT_THAT(idsOf("snap.player.tool.0f4e-11.scope"), ElementsAre("player_tool"));
 }
 
+TEST(ControlGroup, NamesNothingThatCouldBeNoEntry) {
+    EXPECT_THAT(idsOf("app-player--12.scope"), ElementsAre("player-"));
+    EXPECT_THAT(idsOf("app--12.scope"), IsEmpty());
+    EXPECT_THAT(idsOf("app-..\\x2fplayer-12.scope"), IsEmpty());
+}
+
 TEST(ControlGroup, TakesTheInnermostUnit) {
     EXPECT_THAT(idsOf("app-gnome-outer-1.scope/app-gnome-inner-2.scope/tab(7).scope"),
                 ElementsAre("inner", "gnome-inner"));

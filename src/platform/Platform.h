@@ -8,6 +8,7 @@ class Applications;
 class AudioHardware;
 class AudioUnits;
 class DefaultsStore;
+class LoginItem;
 class MainQueue;
 
 /// References to one implementation of each interface. The implementations outlive every object
@@ -19,6 +20,7 @@ struct Platform {
     DefaultsStore& defaults;
     MainQueue& mainQueue;
     Appearance& appearance;
+    LoginItem& loginItem;
 };
 
 } // namespace velmora

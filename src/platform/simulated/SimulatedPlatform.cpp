@@ -14,7 +14,8 @@ Platform SimulatedPlatform::platform() {
             .applications = applications,
             .defaults = defaults,
             .mainQueue = mainQueue,
-            .appearance = appearance};
+            .appearance = appearance,
+            .loginItem = loginItem};
 }
 
 void SimulatedPlatform::advance(std::chrono::nanoseconds duration) {

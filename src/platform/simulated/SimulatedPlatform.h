@@ -7,6 +7,7 @@
 #include "platform/simulated/SimulatedAudioHardware.h"
 #include "platform/simulated/SimulatedAudioUnits.h"
 #include "platform/simulated/SimulatedDefaultsStore.h"
+#include "platform/simulated/SimulatedLoginItem.h"
 #include "platform/simulated/SimulatedMainQueue.h"
 #include "platform/simulated/SimulatedSound.h"
 
@@ -53,6 +54,7 @@ public:
     SimulatedApplications applications;
     SimulatedDefaultsStore defaults;
     SimulatedAppearance appearance;
+    SimulatedLoginItem loginItem;
 
 private:
     std::chrono::nanoseconds lastCycle_{};

@@ -1,0 +1,63 @@
+#include "platform/desktop/ExecLine.h"
+
+namespace velmora {
+namespace {
+
+constexpr std::string_view reserved = " \t\n\"'\\><~|&;$*?#()`";
+constexpr std::string_view escapedInQuotes = "\"`$\\";
+
+std::string quoted(std::string_view argument) {
+    if (argument.find_first_of(reserved) == argument.npos) {
+        return std::string(argument);
+    }
+    std::string result = "\"";
+    for (const char letter : argument) {
+        if (escapedInQuotes.find(letter) != escapedInQuotes.npos) {
+            result += '\\';
+        }
+        result += letter;
+    }
+    return result + '"';
+}
+
+std::string withoutFieldCodes(std::string_view argument) {
+    std::string result;
+    for (const char letter : argument) {
+        result += letter;
+        if (letter == '%') {
+            result += '%';
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+std::string entryValue(std::string_view text) {
+    std::string result;
+    for (const char letter : text) {
+        switch (letter) {
+        case '\\':
+            result += "\\\\";
+            break;
+        case '\n':
+            result += "\\n";
+            break;
+        case '\r':
+            result += "\\r";
+            break;
+        case '\t':
+            result += "\\t";
+            break;
+        default:
+            result += letter;
+        }
+    }
+    return result.starts_with(' ') ? "\\s" + result.substr(1) : result;
+}
+
+std::string execValue(std::string_view program) {
+    return entryValue(quoted(withoutFieldCodes(program)));
+}
+
+} // namespace velmora

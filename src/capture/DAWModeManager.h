@@ -1,0 +1,68 @@
+// DAWModeManager.h: one public device that plays to an audio interface and the microphone at once.
+#pragma once
+
+#include "platform/AudioHardware.h"
+#include "platform/Platform.h"
+#include "platform/Signal.h"
+
+#include <optional>
+#include <string>
+
+namespace velmora {
+
+/// Lets music software play into the virtual microphone and through the user's interface: builds
+/// the aggregate device "Velmora DAW" of both, and removes it again.
+///
+/// Whether the mode is on, and with which interface, is kept under "dawMode.enabled" and
+/// "dawMode.interfaceUID". The device is public and outlives the program; the next start, or the
+/// next build, finds it by its fixed UID and replaces it. The engine's own captures and outputs
+/// are not concerned.
+///
+/// Threads: main. Real-time: no.
+/// Errors: never throws; a failed build is told by `lastError()`.
+class DAWModeManager {
+public:
+    /// Reads what was kept. When the mode is on, the device is built twice in a row. Deliberate:
+    /// the second build starts from a device of this very program, as each later one will.
+    explicit DAWModeManager(const Platform& platform);
+    DAWModeManager(const DAWModeManager&) = delete;
+    DAWModeManager& operator=(const DAWModeManager&) = delete;
+
+    [[nodiscard]] bool enabled() const { return enabled_; }
+    /// On: with no interface chosen, chooses the default output, unless that is a virtual or an
+    /// aggregate device; then builds. Off: removes the device, also one of an earlier run.
+    void setEnabled(bool enabled);
+
+    /// The interface's device UID; none = not chosen.
+    [[nodiscard]] const std::optional<std::string>& interfaceUID() const { return interfaceUID_; }
+    /// Keeps the choice and, while the mode is on, builds the device anew with it.
+    void setInterfaceUID(std::optional<std::string> uid);
+
+    /// French, as a key for the text table; none after a build that succeeded.
+    [[nodiscard]] const std::optional<std::string>& lastError() const { return lastError_; }
+    /// The device that this program built; 0 = none.
+    [[nodiscard]] AudioObjectID aggregateID() const { return aggregateID_; }
+
+    /// Writes both settings.
+    void persist();
+    /// Removes any DAW device, then builds one of the chosen interface, which becomes the clock,
+    /// and the virtual microphone. Builds nothing while no interface is chosen.
+    void create();
+
+    /// Told after each operation, when it is complete.
+    [[nodiscard]] Signal& changed() { return changed_; }
+
+private:
+    void chooseDefaultOutput();
+    void build();
+    void remove();
+
+    Platform platform_;
+    bool enabled_ = false;
+    std::optional<std::string> interfaceUID_;
+    std::optional<std::string> lastError_;
+    AudioObjectID aggregateID_ = 0;
+    Signal changed_;
+};
+
+} // namespace velmora

@@ -31,21 +31,27 @@ constexpr auto texts = std::to_array<TextPair>({
 
     // Starting the program
     {"Velmora est déjà ouvert.", "Velmora is already open."},
-    {"Cette vue a besoin d'un terminal.", "This view needs a terminal."},
 
     // Refusals by the audio service, shown by `errorText`
     {"Démarrage de la sortie refusé", "The output could not be started"},
     {"Démarrage de l'entrée refusé", "The input could not be started"},
 
-    // The mixer in a terminal
+    // The source menus and the choice of an application
+    {"Appareil entier", "Whole device"},
+    {"Rechercher", "Search"},
+    {"Aucune application trouvée", "No application found"},
+
+    // The control window, as a screen reader calls its parts
+    {"Couper le son", "Mute"},
+    {"Couper la sortie directe", "Mute direct output"},
+    {"Effets", "Effects"},
+    {"Retirer", "Remove"},
+
+    // The mix and its outputs
     {"En marche", "Running"},
     {"Arrêté", "Stopped"},
     {"Casque", "Headphones"},
     {"Micro virtuel", "Virtual microphone"},
-    {"espace marche/arrêt · ↑↓ choisir · ←→ gain · a ajouter · x retirer",
-     "space start/stop · ↑↓ choose · ←→ gain · a add · x remove"},
-    {"e effets · b sans effets · m muet direct · o monitoring · p presets · l langue · q quitter",
-     "e effects · b bypass · m mute direct · o monitoring · p presets · l language · q quit"},
 });
 
 } // namespace

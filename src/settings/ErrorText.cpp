@@ -28,7 +28,8 @@ std::string errorText(std::string_view lastError, const AppSettings& settings) {
     std::string text;
     for (std::size_t start = 0; start <= lastError.size();) {
         const std::size_t end = std::min(lastError.find('\n', start), lastError.size());
-        text += (start == 0 ? "" : "\n") + lineText(lastError.substr(start, end - start), settings);
+        text += start == 0 ? "" : "\n";
+        text += lineText(lastError.substr(start, end - start), settings);
         start = end + 1;
     }
     return text;

@@ -1,0 +1,32 @@
+#include "ui/kit/Kit.h"
+
+#include "ui/kit/AppTexts.h"
+#include "ui/kit/Fonts.h"
+#include "ui/kit/GlyphProvider.h"
+#include "ui/kit/ThemeColors.h"
+
+#include <QtPlugin>
+
+Q_IMPORT_PLUGIN(Velmora_KitPlugin)
+
+namespace velmora {
+
+namespace {
+
+template <typename T>
+void give(QQmlEngine& engine, AppSettings& settings) {
+    engine.setProperty(T::staticMetaObject.className(),
+                       QVariant::fromValue(new T(settings, &engine)));
+}
+
+} // namespace
+
+void installKit(QQmlEngine& engine, AppSettings& settings) {
+    engine.addImportPath(QStringLiteral(":/qt/qml"));
+    engine.addImageProvider(QStringLiteral("glyph"), new GlyphProvider);
+    loadFonts();
+    give<AppTexts>(engine, settings);
+    give<ThemeColors>(engine, settings);
+}
+
+} // namespace velmora

@@ -1,0 +1,71 @@
+// ThemeColors.h: the palette for QML.
+#pragma once
+
+#include "platform/Signal.h"
+#include "settings/Color.h"
+
+#include <QColor>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+class QJSEngine;
+class QQmlEngine;
+
+namespace velmora {
+
+class AppSettings;
+
+/// The colours of `Theme` as they are shown now; all follow one signal, so that a change of
+/// appearance recolours everything in one frame.
+///
+/// Threads: main.
+class ThemeColors : public QObject {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(Theme)
+    QML_SINGLETON
+    Q_PROPERTY(bool dark READ dark NOTIFY changed)
+    Q_PROPERTY(QColor ink READ ink NOTIFY changed)
+    Q_PROPERTY(QColor ink60 READ ink60 NOTIFY changed)
+    Q_PROPERTY(QColor ink40 READ ink40 NOTIFY changed)
+    Q_PROPERTY(QColor ink15 READ ink15 NOTIFY changed)
+    Q_PROPERTY(QColor paper READ paper NOTIFY changed)
+    Q_PROPERTY(QColor sand READ sand NOTIFY changed)
+    Q_PROPERTY(QColor shore READ shore NOTIFY changed)
+    Q_PROPERTY(QColor ocean READ ocean CONSTANT)
+    Q_PROPERTY(QColor lagoon READ lagoon CONSTANT)
+    Q_PROPERTY(QColor coral READ coral CONSTANT)
+    Q_PROPERTY(QColor sun READ sun CONSTANT)
+    Q_PROPERTY(QColor palm READ palm CONSTANT)
+
+public:
+    /// `settings` outlives this object.
+    explicit ThemeColors(AppSettings& settings, QObject* parent = nullptr);
+    /// The object that `installKit` gave to this engine.
+    static ThemeColors* create(QQmlEngine* engine, QJSEngine* scripts);
+
+    [[nodiscard]] bool dark() const { return scheme_ == ColorScheme::dark; }
+    [[nodiscard]] QColor ink() const;
+    [[nodiscard]] QColor ink60() const;
+    [[nodiscard]] QColor ink40() const;
+    [[nodiscard]] QColor ink15() const;
+    [[nodiscard]] QColor paper() const;
+    [[nodiscard]] QColor sand() const;
+    [[nodiscard]] QColor shore() const;
+    [[nodiscard]] QColor ocean() const;
+    [[nodiscard]] QColor lagoon() const;
+    [[nodiscard]] QColor coral() const;
+    [[nodiscard]] QColor sun() const;
+    [[nodiscard]] QColor palm() const;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void follow();
+
+    AppSettings& settings_;
+    ColorScheme scheme_;
+    Signal::Connection connection_;
+};
+
+} // namespace velmora

@@ -1,0 +1,25 @@
+import QtQuick
+import Velmora.Kit
+
+// A card of the window; what is put into it stands in one column.
+Rectangle {
+    id: root
+    default property alias content: column.data
+    property alias spacing: column.spacing
+    property real horizontalPadding: 12
+    property real verticalPadding: 10
+
+    implicitWidth: column.implicitWidth + 2 * horizontalPadding
+    implicitHeight: column.implicitHeight + 2 * verticalPadding
+    radius: 12
+    color: Theme.paper
+    border.width: 1
+    border.color: Theme.ink15
+
+    Column {
+        id: column
+        x: root.horizontalPadding
+        y: root.verticalPadding
+        width: root.width - 2 * root.horizontalPadding
+    }
+}

@@ -1,0 +1,129 @@
+import QtQuick
+import Velmora.Kit
+
+// One entry of a menu that can be chosen.
+Item {
+    id: root
+    required property string title
+    property string icon
+    property string symbol
+    property bool checked: false
+    property bool playing: false
+    property bool expandable: false
+    property bool isExpanded: false
+    property bool deletable: false
+    // The keyboard stands on it, or the pointer is over it.
+    property bool isCurrent: false
+    property real indent: 0
+    readonly property bool hovering: hover.hovered
+    readonly property bool showsDelete: deletable && (hovering || (isCurrent && InputMode.keyboard))
+
+    signal tap
+    signal deleteTap
+
+    implicitWidth: leading.x + leading.width + 8 + titleText.implicitWidth + 16 + trailing.implicitWidth + 8
+    implicitHeight: 28
+    opacity: enabled ? 1 : 0.4
+    Accessible.role: Accessible.MenuItem
+    Accessible.name: title
+    Accessible.focusable: true
+    Accessible.checkable: checked
+    Accessible.checked: checked
+    Accessible.onPressAction: tap()
+
+    HoverHandler {
+        id: hover
+    }
+    MouseArea {
+        id: area
+        anchors.fill: parent
+        onClicked: root.tap()
+    }
+    Feedback {
+        radius: 6
+        hovered: root.isCurrent
+        down: area.pressed
+    }
+    Item {
+        id: leading
+        x: 8 + root.indent
+        width: 16
+        height: parent.height
+
+        Image {
+            id: picture
+            anchors.centerIn: parent
+            width: 16
+            height: 16
+            sourceSize.width: width
+            sourceSize.height: height
+            source: root.icon
+        }
+        Symbol {
+            anchors.centerIn: parent
+            visible: root.icon === "" || picture.status === Image.Error
+            name: root.symbol
+        }
+    }
+    GumText {
+        id: titleText
+        anchors.left: leading.right
+        anchors.leftMargin: 8
+        anchors.right: trailing.left
+        anchors.rightMargin: 8
+        height: parent.height
+        text: root.title
+        size: 12.5
+        elide: Text.ElideMiddle
+        textFormat: Text.PlainText
+    }
+    Row {
+        id: trailing
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        height: parent.height
+        spacing: 6
+
+        Symbol {
+            objectName: "checkmark"
+            visible: root.checked
+            anchors.verticalCenter: parent.verticalCenter
+            name: "checkmark"
+            size: 12
+        }
+        Symbol {
+            objectName: "playing"
+            visible: root.playing
+            anchors.verticalCenter: parent.verticalCenter
+            name: "playing"
+            color: Theme.palm
+            size: 12
+        }
+        Symbol {
+            objectName: "chevron"
+            visible: root.expandable
+            anchors.verticalCenter: parent.verticalCenter
+            name: root.isExpanded ? "chevron.down" : "chevron.right"
+            color: Theme.ink60
+            size: 12
+        }
+        Item {
+            visible: root.deletable
+            anchors.verticalCenter: parent.verticalCenter
+            width: 24
+            height: 24
+
+            GumButton {
+                objectName: "delete"
+                anchors.fill: parent
+                visible: root.showsDelete
+                activeFocusOnTab: false
+                name: I18n.t("Supprimer")
+                symbol: "xmark"
+                symbolSize: 9
+                color: Theme.ink40
+                onClicked: root.deleteTap()
+            }
+        }
+    }
+}

@@ -1,0 +1,71 @@
+// VolumeModel.h: the volume of one output.
+#pragma once
+
+#include "engine/Binding.h"
+#include "platform/Signal.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+
+namespace velmora {
+
+class AppSettings;
+class AudioEngine;
+class DefaultsStore;
+
+/// Threads: main.
+class VolumeModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("belongs to the control window")
+    Q_PROPERTY(QString symbol READ symbol CONSTANT)
+    Q_PROPERTY(QString name READ name NOTIFY nameChanged)
+    Q_PROPERTY(double value READ value WRITE setValue NOTIFY valueChanged)
+    Q_PROPERTY(bool muted READ muted NOTIFY valueChanged)
+
+public:
+    /// Which of the engine's outputs, and how it is shown.
+    struct Output {
+        const char* symbol;
+        const char* frenchName;
+        std::string storageKey; ///< of the volume; the gain before muting is kept beside it
+        Binding<float> volume;
+    };
+    [[nodiscard]] static Output headphones(AudioEngine& engine);
+    [[nodiscard]] static Output stream(AudioEngine& engine);
+
+    /// All three outlive this object.
+    VolumeModel(Output output,
+                AudioEngine& engine,
+                AppSettings& settings,
+                DefaultsStore& defaults,
+                QObject* parent = nullptr);
+
+    [[nodiscard]] QString symbol() const { return QString::fromUtf8(output_.symbol); }
+    [[nodiscard]] const QString& name() const { return name_; }
+    /// Linear, 1 = unity, 0 = silence. What is no number or negative is not taken.
+    [[nodiscard]] double value() const { return static_cast<double>(value_); }
+    void setValue(double value);
+    [[nodiscard]] bool muted() const;
+    Q_INVOKABLE void toggleMute();
+
+Q_SIGNALS:
+    void nameChanged();
+    void valueChanged();
+
+private:
+    void followEngine();
+    void followLanguage();
+
+    Output output_;
+    AppSettings& settings_;
+    DefaultsStore& defaults_;
+    QString name_; // as last shown, like the value
+    float value_;
+    Signal::Connection engineConnection_;
+    Signal::Connection settingsConnection_;
+};
+
+} // namespace velmora

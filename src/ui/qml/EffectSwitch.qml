@@ -1,0 +1,28 @@
+import QtQuick
+import Velmora.Kit
+
+// An effect that is either on or off.
+Item {
+    id: root
+    required property string title
+    required property bool checked
+    signal toggled
+
+    implicitHeight: 30
+
+    Label {
+        anchors.left: parent.left
+        anchors.right: control.left
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.title
+    }
+    GumSwitch {
+        id: control
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        name: root.title
+        checked: root.checked
+        onToggled: root.toggled()
+    }
+}

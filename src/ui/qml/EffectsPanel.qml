@@ -1,0 +1,115 @@
+import QtQuick
+import Velmora
+import Velmora.Kit
+
+// The effects of one source: a row each, of which one at a time is open.
+Column {
+    id: root
+    required property EffectsModel effects
+
+    objectName: "effectsPanel"
+    topPadding: 4
+
+    Rectangle {
+        width: parent.width
+        height: 1
+        color: Theme.ink15
+    }
+    Item {
+        width: 1
+        height: 4
+    }
+    EffectRow {
+        width: parent.width
+        effects: root.effects
+        rowId: "lowcut"
+        title: I18n.t("Coupe-bas")
+        summary: root.effects.lowcutSummary
+
+        GumSegments {
+            width: parent.width
+            name: I18n.t("Coupe-bas")
+            options: ["Off", "75 Hz", "150 Hz"]
+            current: root.effects.lowcut
+            onPicked: index => root.effects.lowcut = index
+        }
+    }
+    EffectRow {
+        width: parent.width
+        effects: root.effects
+        rowId: "tilt"
+        title: I18n.t("Tonalité")
+        summary: root.effects.tiltSummary
+
+        ToneSlider {
+            width: parent.width
+            tilt: root.effects.tilt
+            summary: root.effects.tiltSummary
+            onMoved: amount => root.effects.tilt = amount
+        }
+    }
+    EffectRow {
+        width: parent.width
+        effects: root.effects
+        rowId: "comp"
+        title: I18n.t("Compression")
+        summary: root.effects.compSummary
+        dots: root.effects.compDots
+
+        GumSegments {
+            width: parent.width
+            name: I18n.t("Compression")
+            options: ["Off", "●", "●●", "●●●"]
+            names: ["Off", "1", "2", "3"]
+            current: root.effects.compDots
+            onPicked: index => root.effects.comp = index
+        }
+    }
+    EffectRow {
+        width: parent.width
+        effects: root.effects
+        rowId: "reverb"
+        title: I18n.t("Réverbération")
+        summary: root.effects.reverbSummary
+
+        ReverbControls {
+            width: parent.width
+            effects: root.effects
+        }
+    }
+    EffectSwitch {
+        width: parent.width
+        objectName: "plosiveRow"
+        title: I18n.t("Anti-plosives")
+        checked: root.effects.plosive
+        onToggled: root.effects.plosive = !root.effects.plosive
+    }
+    EffectSwitch {
+        width: parent.width
+        objectName: "denoiseRow"
+        title: I18n.t("Réduction de bruit")
+        checked: root.effects.denoise
+        onToggled: root.effects.denoise = !root.effects.denoise
+    }
+    EffectRow {
+        width: parent.width
+        effects: root.effects
+        rowId: "gain"
+        title: I18n.t("Gain")
+        summary: root.effects.gainSummary
+
+        GainControls {
+            width: parent.width
+            effects: root.effects
+        }
+    }
+    GumButton {
+        objectName: "resetEffects"
+        anchors.horizontalCenter: parent.horizontalCenter
+        visible: !root.effects.neutral
+        text: I18n.t("Rétablir")
+        color: Theme.dark ? Theme.lagoon : Theme.ocean
+        semibold: true
+        onClicked: root.effects.reset()
+    }
+}

@@ -1,0 +1,46 @@
+import QtQuick
+import Velmora
+import Velmora.Kit
+
+// Gain that follows the voice, or set by hand.
+Column {
+    id: root
+    required property EffectsModel effects
+
+    EffectSwitch {
+        objectName: "autoGain"
+        width: parent.width
+        title: "Auto"
+        checked: root.effects.autoGain
+        onToggled: root.effects.autoGain = !root.effects.autoGain
+    }
+    Item {
+        width: parent.width
+        height: 28
+        visible: !root.effects.autoGain
+
+        BipolarSlider {
+            objectName: "manualGain"
+            anchors.left: parent.left
+            anchors.right: amount.left
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            name: I18n.t("Gain")
+            valueText: root.effects.manualText
+            value: root.effects.manualDB
+            range: 12
+            onMoved: value => root.effects.manualDB = value
+        }
+        Label {
+            id: amount
+            objectName: "manualText"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            width: 40
+            horizontalAlignment: Text.AlignRight
+            text: root.effects.manualText
+            color: Theme.ink60
+            size: 11
+        }
+    }
+}

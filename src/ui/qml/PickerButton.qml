@@ -1,0 +1,64 @@
+import QtQuick
+import Velmora.Kit
+
+// A card that shows the present choice and opens a menu of others.
+Item {
+    id: root
+    required property string name
+    required property string caption
+    // A small word before the caption; may be empty.
+    property string prefix
+    property bool opened
+    signal clicked
+
+    implicitHeight: 42
+
+    Card {
+        anchors.fill: parent
+    }
+    RowButton {
+        anchors.fill: parent
+        radius: 12
+        name: root.name
+        description: root.caption
+        Accessible.role: Accessible.ButtonMenu
+        onClicked: root.clicked()
+
+        Label {
+            id: prefix
+            anchors.baseline: caption.baseline
+            x: 12
+            visible: text !== ""
+            text: root.prefix
+            color: Theme.ink60
+            size: 11
+            font.weight: Font.DemiBold
+        }
+        Label {
+            id: caption
+            objectName: "caption"
+            anchors.left: prefix.visible ? prefix.right : parent.left
+            anchors.leftMargin: prefix.visible ? 8 : 12
+            anchors.right: chevron.left
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.caption
+            font.weight: Font.Bold
+        }
+        Symbol {
+            id: chevron
+            anchors.right: parent.right
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            name: "chevron.down"
+            size: 16
+            rotation: root.opened ? 180 : 0
+            Behavior on rotation {
+                NumberAnimation {
+                    duration: 120
+                    easing.type: Easing.OutQuad
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,230 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Velmora
+import Velmora.Kit
+
+// The whole control surface. Between the fixed top and bottom the strips scroll.
+Item {
+    id: root
+    required property ControlWindowModel model
+    property bool isWindow: true
+
+    readonly property int margin: 16
+    readonly property int spacing: 10
+    readonly property real fixedHeight: top.height + spacing + bottom.height + 2 * margin
+    // With the gap before them.
+    readonly property real stripsHeight: stripColumn.implicitHeight > 0 ? stripColumn.implicitHeight + spacing : 0
+    readonly property bool asking: savePrompt.opened || chooser.opened
+
+    // What a menu asked for waits until the menu has closed and given the focus back.
+    property bool promptWanted
+    property bool chooserWanted
+    function answerWishes(): void {
+        if (primaryMenu.opened || extraMenu.opened || presetsMenu.opened)
+            return;
+        if (promptWanted)
+            savePrompt.ask(model.beginSavePreset());
+        else if (chooserWanted)
+            chooser.ask();
+        promptWanted = false;
+        chooserWanted = false;
+    }
+
+    // Whoever removes a strip by keyboard goes on at the next one.
+    function passFocusOn(index: int, removed: Item): void {
+        let focused = Window.activeFocusItem;
+        while (focused && focused !== removed)
+            focused = focused.parent;
+        if (!focused)
+            return;
+        const next = stripList.itemAt(Math.min(index, stripList.count - 1)) as SourceStrip;
+        if (next)
+            next.takeFocus();
+        else
+            addSource.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    // Enough for everything; with less the strips scroll, and below that the whole page.
+    implicitWidth: 400
+    implicitHeight: fixedHeight + stripsHeight
+    readonly property real minimumHeight: fixedHeight + Math.min(stripsHeight, 96)
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.sand
+    }
+    ScrollArea {
+        id: page
+        anchors.fill: parent
+        contentHeight: Math.max(height, root.minimumHeight)
+        enabled: !root.asking
+
+        Column {
+            id: top
+            x: root.margin
+            y: root.margin
+            width: root.width - 2 * root.margin
+            spacing: root.spacing
+
+            HeaderBar {
+                width: parent.width
+                running: root.model.running
+                onToggled: root.model.toggleRunning()
+            }
+            WaveformView {
+                width: parent.width
+                height: 28
+            }
+            ProblemCard {
+                objectName: "problemCard"
+                width: parent.width
+                visible: text !== ""
+                text: root.model.problemText
+            }
+            PickerButton {
+                id: sourcePicker
+                objectName: "sourcePicker"
+                width: parent.width
+                name: I18n.t("Choisir une source")
+                caption: root.model.primaryCaption
+                opened: primaryMenu.opened
+                onClicked: primaryMenu.open(root.model.openPrimaryMenu())
+            }
+        }
+        ScrollArea {
+            id: strips
+            objectName: "strips"
+            y: top.y + top.height + root.spacing
+            width: root.width
+            height: Math.max(0, page.contentHeight - root.fixedHeight - root.spacing)
+            contentHeight: stripColumn.implicitHeight
+
+            Column {
+                id: stripColumn
+                x: root.margin
+                width: root.width - 2 * root.margin
+                spacing: root.spacing
+
+                Repeater {
+                    id: stripList
+                    model: root.model.strips
+                    onItemRemoved: (index, item) => root.passFocusOn(index, item)
+
+                    SourceStrip {
+                        required property int index
+                        objectName: "strip" + index
+                        width: root.width - 2 * root.margin
+                    }
+                }
+            }
+        }
+        Column {
+            id: bottom
+            x: root.margin
+            y: page.contentHeight - root.margin - height
+            width: root.width - 2 * root.margin
+            spacing: root.spacing
+
+            AddSourceRow {
+                id: addSource
+                objectName: "addSource"
+                width: parent.width
+                onClicked: extraMenu.open(root.model.openExtraMenu())
+            }
+            Card {
+                width: parent.width
+                verticalPadding: 8
+
+                VolumeRow {
+                    objectName: "headphones"
+                    width: parent.width
+                    volume: root.model.headphones
+                }
+                VolumeRow {
+                    objectName: "stream"
+                    width: parent.width
+                    volume: root.model.stream
+                }
+            }
+            PickerButton {
+                id: presetPicker
+                objectName: "presetPicker"
+                width: parent.width
+                name: "Preset"
+                prefix: "Preset"
+                caption: root.model.activePresetName
+                opened: presetsMenu.opened
+                onClicked: presetsMenu.open(root.model.openPresetsMenu())
+            }
+            Card {
+                width: parent.width
+                horizontalPadding: 0
+                verticalPadding: 0
+
+                MenuRow {
+                    objectName: "settingsRow"
+                    width: parent.width
+                    title: I18n.t("Réglages…")
+                    shortcut: "⌘,"
+                    onClicked: root.model.openSettings()
+                }
+                Rectangle {
+                    width: parent.width
+                    height: 1
+                    color: Theme.ink15
+                }
+                MenuRow {
+                    objectName: "quitRow"
+                    width: parent.width
+                    title: I18n.t("Quitter Velmora")
+                    shortcut: "⌘Q"
+                    onClicked: root.model.quit()
+                }
+            }
+        }
+    }
+
+    GumMenuPopup {
+        id: primaryMenu
+        anchor: sourcePicker
+        name: I18n.t("Choisir une source")
+        onClosed: root.answerWishes()
+    }
+    GumMenuPopup {
+        id: extraMenu
+        anchor: addSource
+        name: I18n.t("Ajouter une source")
+        onClosed: root.answerWishes()
+    }
+    GumMenuPopup {
+        id: presetsMenu
+        anchor: presetPicker
+        name: "Preset"
+        onClosed: root.answerWishes()
+    }
+    SavePresetPrompt {
+        id: savePrompt
+        objectName: "savePrompt"
+        anchors.fill: parent
+        onSaved: name => root.model.savePreset(name)
+    }
+    ApplicationChooser {
+        id: chooser
+        objectName: "chooser"
+        anchors.fill: parent
+        applications: root.model.chooser
+    }
+
+    Connections {
+        target: root.model
+        function onSavePromptRequested() {
+            root.Window.window.requestActivate();
+            root.promptWanted = true;
+            root.answerWishes();
+        }
+        function onChooserRequested() {
+            root.chooserWanted = true;
+            root.answerWishes();
+        }
+    }
+}

@@ -1,0 +1,55 @@
+import QtQuick
+import Velmora.Kit
+
+// What went wrong, line by line. The text can be selected and copied; many lines scroll.
+Rectangle {
+    id: root
+    required property string text
+
+    readonly property int maximumTextHeight: 132
+
+    implicitHeight: Math.min(words.implicitHeight, maximumTextHeight) + 20
+    radius: 12
+    color: Qt.alpha(Theme.coral, 0.12)
+    border.color: Qt.alpha(Theme.coral, 0.4)
+    border.width: 1
+
+    Symbol {
+        id: mark
+        x: 12
+        y: 10
+        name: "exclamationmark.triangle"
+        color: Theme.coral
+        size: 18
+    }
+    ScrollArea {
+        anchors.left: mark.right
+        anchors.leftMargin: 8
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.top: parent.top
+        anchors.topMargin: 10
+        height: root.height - 20
+        contentHeight: words.implicitHeight
+
+        TextEdit {
+            id: words
+            objectName: "problemText"
+            width: parent.width
+            text: root.text
+            color: Theme.ink
+            selectionColor: Theme.ocean
+            selectedTextColor: "white"
+            font.family: "Albert Sans"
+            font.pointSize: Scales.fontSize(13)
+            wrapMode: Text.Wrap
+            textFormat: Text.PlainText
+            readOnly: true
+            selectByMouse: true
+            activeFocusOnPress: true
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: root.text
+            Accessible.readOnly: true
+        }
+    }
+}

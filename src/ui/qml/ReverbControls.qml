@@ -1,0 +1,47 @@
+import QtQuick
+import Velmora
+import Velmora.Kit
+
+// The kind of room and how much of it.
+Column {
+    id: root
+    required property EffectsModel effects
+
+    spacing: 6
+
+    GumSegments {
+        width: parent.width
+        name: I18n.t("Réverbération")
+        options: ["Studio", "Plate", "Hall"]
+        current: root.effects.reverbChar
+        onPicked: index => root.effects.reverbChar = index
+    }
+    Item {
+        width: parent.width
+        height: 28
+
+        FaderSlider {
+            objectName: "reverbMix"
+            anchors.left: parent.left
+            anchors.right: amount.left
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            name: I18n.t("Réverbération")
+            valueText: root.effects.reverbText
+            position: root.effects.reverbMix
+            onMoved: position => root.effects.reverbMix = position
+            onReset: root.effects.reverbMix = 0
+        }
+        Label {
+            id: amount
+            objectName: "reverbText"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            width: 40
+            horizontalAlignment: Text.AlignRight
+            text: root.effects.reverbText
+            color: Theme.ink60
+            size: 11
+        }
+    }
+}

@@ -1,0 +1,100 @@
+import QtQuick
+import Velmora
+import Velmora.Kit
+
+// One source: its name, its level, its buttons, its gain and, opened, its effects.
+Card {
+    id: root
+    required property SourceStripModel strip
+
+    function takeFocus(): void {
+        icon.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    spacing: 4
+
+    Item {
+        width: parent.width
+        height: 28
+
+        SourceIcon {
+            id: icon
+            objectName: "muteButton"
+            anchors.verticalCenter: parent.verticalCenter
+            x: -4
+            strip: root.strip
+        }
+        Label {
+            anchors.left: icon.right
+            anchors.leftMargin: 6
+            anchors.right: level.left
+            anchors.rightMargin: 10
+            anchors.verticalCenter: parent.verticalCenter
+            objectName: "sourceName"
+            text: root.strip.name
+            font.weight: Font.DemiBold
+        }
+        MiniVU {
+            id: level
+            objectName: "levelBar"
+            anchors.right: buttons.left
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            active: !root.strip.muted
+            level: root.strip.level
+        }
+        Row {
+            id: buttons
+            anchors.right: parent.right
+            anchors.rightMargin: -4
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 4
+
+            GumButton {
+                objectName: "effectsButton"
+                symbol: "slider.vertical.3"
+                color: !root.strip.fxActive ? Theme.ink60 : Theme.dark ? Theme.lagoon : Theme.ocean
+                name: I18n.t("Effets") + " — " + root.strip.name
+                Accessible.description: root.strip.fxActive ? I18n.t("En marche") : I18n.t("Arrêté")
+                Accessible.checkable: true
+                Accessible.checked: root.strip.fxOpen
+                onClicked: root.strip.fxOpen = !root.strip.fxOpen
+            }
+            GumButton {
+                objectName: "monitoringButton"
+                visible: root.strip.isApplication
+                symbol: root.strip.directMuted ? "speaker.slash.fill" : "speaker.wave.2"
+                color: root.strip.directMuted ? Theme.ocean : Theme.ink40
+                name: I18n.t("Couper la sortie directe") + " — " + root.strip.name
+                Accessible.checkable: true
+                Accessible.checked: root.strip.directMuted
+                onClicked: root.strip.directMuted = !root.strip.directMuted
+            }
+            GumButton {
+                objectName: "removeButton"
+                symbol: "xmark"
+                color: Theme.ink60
+                name: I18n.t("Retirer") + " — " + root.strip.name
+                onClicked: root.strip.remove()
+            }
+        }
+    }
+    BalanceFader {
+        objectName: "gainFader"
+        width: parent.width
+        name: I18n.t("Gain") + " — " + root.strip.name
+        gain: root.strip.gain
+        minDB: -60
+        maxDB: 6
+        onGainEdited: gain => root.strip.gain = gain
+    }
+    // Made when it is opened first: a strip is light until then.
+    Loader {
+        width: parent.width
+        active: root.strip.fxOpen
+        visible: active
+        Component.onCompleted: setSource("EffectsPanel.qml", {
+            "effects": root.strip.effects
+        })
+    }
+}

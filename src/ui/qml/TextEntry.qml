@@ -1,0 +1,63 @@
+import QtQuick
+import Velmora.Kit
+
+// A single line to type into.
+FocusScope {
+    id: root
+    required property string placeholder
+    property alias text: input.text
+    property string symbol
+    signal accepted
+
+    function selectAll(): void {
+        input.selectAll();
+    }
+
+    implicitWidth: 220
+    implicitHeight: 24
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 6
+        color: Theme.sand
+        border.color: input.activeFocus ? Theme.lagoon : Theme.ink40
+        border.width: input.activeFocus ? 2 : 1
+    }
+    Symbol {
+        id: sign
+        x: 8
+        anchors.verticalCenter: parent.verticalCenter
+        name: root.symbol
+        color: Theme.ink60
+        size: root.symbol === "" ? 0 : 14
+    }
+    Label {
+        anchors.fill: input
+        visible: input.text === "" && input.preeditText === ""
+        text: root.placeholder
+        color: Theme.ink60
+    }
+    TextInput {
+        id: input
+        objectName: "input"
+        anchors.left: root.symbol === "" ? parent.left : sign.right
+        anchors.leftMargin: root.symbol === "" ? 8 : 6
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        focus: true
+        activeFocusOnTab: true
+        clip: true
+        color: Theme.ink
+        selectionColor: Theme.ocean
+        selectedTextColor: "white"
+        font.family: "Albert Sans"
+        font.pointSize: Scales.fontSize(13)
+        verticalAlignment: TextInput.AlignVCenter
+        selectByMouse: true
+        Accessible.role: Accessible.EditableText
+        Accessible.name: root.placeholder
+        onAccepted: root.accepted()
+    }
+}

@@ -1,0 +1,49 @@
+// Pointer.h: the mouse of a window under test.
+#pragma once
+
+#include <QEvent>
+#include <QPointF>
+#include <Qt>
+#include <QtGlobal>
+
+class QQuickItem;
+class QWindow;
+
+namespace velmora {
+
+/// Sends mouse events with its own time stamps, so that a test decides what is a double click.
+/// Positions are in the item's own coordinates.
+///
+/// Threads: main. A button still held is released when the pointer ends.
+class Pointer {
+public:
+    explicit Pointer(QWindow& window) : window_(window) {}
+    Pointer(const Pointer&) = delete;
+    Pointer& operator=(const Pointer&) = delete;
+    ~Pointer();
+
+    void press(const QQuickItem& item, QPointF at, Qt::KeyboardModifiers modifiers = {});
+    void moveTo(const QQuickItem& item, QPointF at, Qt::KeyboardModifiers modifiers = {});
+    void release(Qt::KeyboardModifiers modifiers = {});
+    /// The second press of a double click; the first click has been made. Stays pressed.
+    void pressAgain(Qt::KeyboardModifiers modifiers = {});
+
+    void click(const QQuickItem& item, QPointF at, Qt::KeyboardModifiers modifiers = {});
+    void doubleClick(const QQuickItem& item, QPointF at);
+    /// Clicks the middle of the item.
+    void click(const QQuickItem& item);
+    /// Turns the wheel; one notch is 120 eighths of a degree.
+    void wheel(const QQuickItem& item, QPoint eighths, Qt::KeyboardModifiers modifiers = {});
+    /// Lets more time pass than a double click may take.
+    void pause();
+
+private:
+    void send(QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+
+    QWindow& window_;
+    QPointF at_; // in the window
+    Qt::MouseButtons held_;
+    quint64 timeStamp_ = 1000; // ms
+};
+
+} // namespace velmora

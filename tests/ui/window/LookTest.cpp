@@ -1,0 +1,207 @@
+#include "ui/window/WindowTest.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace velmora {
+
+namespace {
+
+/// Relative luminance of an opaque colour (WCAG 2.1).
+double luminance(const QColor& color) {
+    const auto linear = [](double channel) {
+        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& one, const QColor& other) {
+    const double a = luminance(one);
+    const double b = luminance(other);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+QColor over(const QColor& front, const QColor& back) {
+    const auto mix = [&](double f, double b) {
+        return float(f * double(front.alphaF()) + b * (1 - double(front.alphaF())));
+    };
+    return QColor::fromRgbF(mix(front.redF(), back.redF()),
+                            mix(front.greenF(), back.greenF()),
+                            mix(front.blueF(), back.blueF()));
+}
+
+bool isText(QQuickItem& item) {
+    return item.inherits("QQuickText") && !item.property("text").toString().isEmpty();
+}
+
+/// The window in each language and appearance, with much to read.
+class Look : public WindowTest {
+protected:
+    void openEverything() {
+        scene.mixPodcast();
+        scene.engine.setLastError("Un souci");
+        open();
+        click("effectsButton");
+        click("gainTitle");
+        scene.engine.setFX({.tilt = -1, .autoGain = false, .manualDB = -12}, scene.browser);
+        settle();
+    }
+    void expectNothingCut(const std::string& where) {
+        for (QQuickItem* text : visibleItems(*window().contentItem(), isText)) {
+            const auto words = text->property("text").toString().toStdString();
+            EXPECT_FALSE(text->property("truncated").toBool()) << words << " in " << where;
+            EXPECT_GE(text->width() + 0.5, text->property("contentWidth").toDouble())
+                << words << " in " << where;
+            EXPECT_GE(text->height() + 0.5, text->property("contentHeight").toDouble())
+                << words << " in " << where;
+        }
+    }
+
+    void expectContrast(QQuickItem& root, const std::string& where) {
+        const QImage picture = grab();
+        const double scale = picture.devicePixelRatio();
+        const auto texts = visibleItems(root, isText);
+        EXPECT_FALSE(texts.empty());
+        for (QQuickItem* text : texts) {
+            const QPointF beside = text->mapToScene({-2, text->height() / 2}) * scale;
+            const QPoint pixel = beside.toPoint();
+            if (!picture.rect().contains(pixel)) {
+                continue;
+            }
+            const QColor back = picture.pixelColor(pixel);
+            const auto color = text->property("color").value<QColor>();
+            const bool isInk = color == inkColor();
+            EXPECT_GE(contrast(over(color, back), back), isInk ? 7.0 : 3.0)
+                << text->property("text").toString().toStdString() << " in " << where;
+        }
+    }
+
+    void inEveryLook(const std::function<void(const std::string&)>& check) {
+        for (const char* language : {"fr", "en"}) {
+            for (const char* appearance : {"light", "dark"}) {
+                settings.setLanguage(language);
+                settings.setAppearance(appearance);
+                advance(std::chrono::milliseconds(400)); // switches glide to their colour
+                check(std::string(language) + ", " + appearance);
+            }
+        }
+    }
+
+private:
+    QColor inkColor() const {
+        return settings.appearance() == "dark" ? QColor(0xF2, 0xE7, 0xCF)
+                                               : QColor(0x14, 0x33, 0x3F);
+    }
+};
+
+TEST_F(Look, CutsNoText) {
+    openEverything();
+    inEveryLook([this](const std::string& where) { expectNothingCut(where); });
+}
+
+TEST_F(Look, CutsNoTextOfThePrompt) {
+    scene.mixPodcast();
+    open();
+    Q_EMIT scene.model.savePromptRequested();
+    settle();
+    inEveryLook([this](const std::string& where) { expectNothingCut(where); });
+}
+
+TEST_F(Look, CutsNoTextOfTheChooser) {
+    open();
+    scene.model.openExtraMenu()->activate(0);
+    settle();
+    inEveryLook([this](const std::string& where) { expectNothingCut(where); });
+}
+
+TEST_F(Look, HasInkAtSevenToOneAndTheRestAtThreeToOne) {
+    openEverything();
+    inEveryLook(
+        [this](const std::string& where) { expectContrast(*window().contentItem(), where); });
+}
+
+TEST_F(Look, HasTheSameContrastInThePromptAndTheChooser) {
+    scene.mixPodcast();
+    open();
+    Q_EMIT scene.model.savePromptRequested();
+    settle();
+    inEveryLook([this](const std::string& where) { expectContrast(find("sheetPanel"), where); });
+    key(Qt::Key_Escape);
+    scene.model.openExtraMenu()->activate(0);
+    settle();
+    inEveryLook([this](const std::string& where) { expectContrast(find("sheetPanel"), where); });
+}
+
+TEST_F(Look, HasTheSameContrastInItsMenus) {
+    scene.mixPodcast();
+    open();
+    click("presetPicker");
+    inEveryLook([this](const std::string& where) { expectContrast(find("Podcast"), where); });
+}
+
+TEST_F(Look, FollowsTheLanguageAtOnce) {
+    openEverything();
+    EXPECT_TRUE(isShown("Quitter Velmora"));
+    settings.setLanguage("en");
+    EXPECT_TRUE(isShown("Quit Velmora"));
+    EXPECT_TRUE(isShown(QString::fromUtf8("Settings…")));
+    EXPECT_TRUE(isShown("Add a source"));
+    EXPECT_TRUE(isShown("Reset"));
+}
+
+TEST_F(Look, GivesEveryControlARoleAndAName) {
+    openEverything();
+    inEveryLook([this](const std::string& where) {
+        const auto controls = visibleItems(
+            *window().contentItem(), [](QQuickItem& item) { return item.activeFocusOnTab(); });
+        EXPECT_GT(controls.size(), 25U);
+        for (QQuickItem* control : controls) {
+            EXPECT_FALSE(spokenName(*control).isEmpty()) << where;
+            EXPECT_NE(spokenRole(*control), QAccessible::NoRole) << where;
+        }
+    });
+}
+
+TEST_F(Look, TellsAScreenReaderWhatIsWhat) {
+    openWithBrowser();
+    auto& gain = trackOf(find("gainFader"));
+    EXPECT_EQ(spokenRole(gain), QAccessible::Slider);
+    EXPECT_EQ(spokenName(gain), QString::fromUtf8("Gain — Web Browser"));
+    EXPECT_TRUE(speakValue(gain, -12));
+    EXPECT_NEAR(decibels(this->gain()), -12, 1e-4);
+    settings.setLanguage("en");
+    EXPECT_EQ(spokenName(find("muteButton")), QString::fromUtf8("Mute — Web Browser"));
+    EXPECT_EQ(spokenName(find("removeButton")), QString::fromUtf8("Remove — Web Browser"));
+    EXPECT_EQ(spokenRole(find("runningSwitch")), QAccessible::CheckBox);
+}
+
+TEST_F(Look, OffersTargetsOfAtLeastTwentyFourPoints) {
+    openEverything();
+    for (QQuickItem* control : visibleItems(
+             *window().contentItem(), [](QQuickItem& item) { return item.activeFocusOnTab(); })) {
+        EXPECT_GE(control->width(), 24) << spokenName(*control).toStdString();
+        EXPECT_GE(control->height(), 24) << spokenName(*control).toStdString();
+    }
+}
+
+TEST_F(Look, TheKeyboardReachesEveryControlInTheOrderOfReading) {
+    openWithBrowser();
+    QStringList order;
+    for (int presses = 0; presses < 40; ++presses) {
+        key(Qt::Key_Tab);
+        if (order.contains(focused())) {
+            break;
+        }
+        order.append(focused());
+    }
+    EXPECT_EQ(order.join('|').toStdString(),
+              "En marche|Choisir une source|Couper le son — Web Browser|Effets — Web Browser"
+              "|Couper la sortie directe — Web Browser|Retirer — Web Browser"
+              "|Gain — Web Browser|Ajouter une source|Couper le son — Casque|Casque"
+              "|Couper le son — Micro virtuel|Micro virtuel|Preset|Réglages…|Quitter Velmora");
+}
+
+} // namespace
+
+} // namespace velmora

@@ -1,0 +1,155 @@
+#include "ui/window/WindowTest.h"
+
+namespace velmora {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class Menus : public WindowTest {
+protected:
+    [[nodiscard]] std::vector<std::string> mixed() const {
+        std::vector<std::string> names;
+        for (const AudioSource& source : scene.engine.sources()) {
+            names.push_back(source.name());
+        }
+        return names;
+    }
+    void openChooser() {
+        open();
+        click("addSource");
+        click(QString::fromUtf8("Choisir une application…"));
+    }
+};
+
+TEST_F(Menus, TheAddMenuAddsTheChosenSourceAndCloses) {
+    openWithBrowser();
+    click("addSource");
+    click("Music Player");
+    EXPECT_EQ(mixed(), (std::vector<std::string>{"Web Browser", "Music Player"}));
+    EXPECT_FALSE(isShown("Microphone"));
+    EXPECT_EQ(focused(), "Ajouter une source");
+}
+
+TEST_F(Menus, ThePickersMenuReplacesThePrimarySource) {
+    openWithBrowser();
+    click("sourcePicker");
+    click("Music Player");
+    EXPECT_EQ(mixed(), std::vector<std::string>{"Music Player"});
+    EXPECT_EQ(textOf("caption"), "Music Player");
+}
+
+TEST_F(Menus, ThePickerInvitesToChooseWhileThereIsNoSource) {
+    open();
+    EXPECT_EQ(textOf("caption"), "Choisir une source");
+    settings.setLanguage("en");
+    EXPECT_EQ(textOf("caption"), "Choose a source");
+}
+
+TEST_F(Menus, AreRebuiltWhenOpened) {
+    open();
+    click("addSource");
+    key(Qt::Key_Escape);
+    machine.startApplication(4800, "Newcomer", "org.newcomer");
+    machine.sound.play(4800, silence());
+    click("addSource");
+    EXPECT_TRUE(isShown("Newcomer"));
+}
+
+TEST_F(Menus, ADevicesChannelsUnfoldInPlace) {
+    open();
+    click("addSource");
+    EXPECT_FALSE(isShown("Entrées 3-4"));
+    type("Int");
+    key(Qt::Key_Right);
+    EXPECT_TRUE(isShown("Appareil entier"));
+    for (int row = 0; row < 3; ++row) {
+        key(Qt::Key_Down); // past the whole device and its first two channels
+    }
+    key(Qt::Key_Return);
+    ASSERT_EQ(scene.engine.sources().size(), 1U);
+    EXPECT_EQ(scene.engine.sources().front(), scene.interfaceInputs);
+}
+
+TEST_F(Menus, StayInsideTheWindow) {
+    open(560);
+    for (const char* opener : {"sourcePicker", "addSource", "presetPicker"}) {
+        click(opener);
+        const auto menus = visibleItems(*window().contentItem(), [](QQuickItem& item) {
+            return spokenRole(item) == QAccessible::PopupMenu;
+        });
+        ASSERT_EQ(menus.size(), 1U) << opener;
+        const QRectF place = menus.front()->mapRectToScene(menus.front()->boundingRect());
+        EXPECT_TRUE(QRectF(QPointF(), QSizeF(window().size())).contains(place)) << opener;
+        key(Qt::Key_Escape);
+    }
+}
+
+TEST_F(Menus, AreWorkedByKeyboardAlone) {
+    open();
+    tabTo("Ajouter une source");
+    key(Qt::Key_Return);
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    EXPECT_EQ(mixed().size(), 1U);
+}
+
+TEST_F(Menus, ChoosingAnApplicationThatRunsAddsItAtOnce) {
+    machine.startApplication(4900, "Video Call", "org.call");
+    openChooser();
+    click("confirmChoice");
+    EXPECT_EQ(mixed(), std::vector<std::string>{"Video Call"});
+    EXPECT_TRUE(machine.applications.launched().empty());
+}
+
+TEST_F(Menus, ChoosingAnApplicationThatDoesNotRunLaunchesItAndAddsItAfterASecondAndAHalf) {
+    openChooser();
+    click("confirmChoice");
+    EXPECT_EQ(machine.applications.launched().size(), 1U);
+    advance(1400ms);
+    EXPECT_TRUE(mixed().empty());
+    advance(200ms);
+    EXPECT_EQ(mixed(), std::vector<std::string>{"Video Call"});
+}
+
+TEST_F(Menus, ALaunchThatFailsIsTold) {
+    machine.applications.planLaunch("/apps/org.call.desktop", {});
+    openChooser();
+    click("confirmChoice");
+    advance(2s);
+    EXPECT_EQ(textOf("problemText"), "Impossible de lancer Video Call");
+}
+
+TEST_F(Menus, TheChooserFindsByNameAndReturnChooses) {
+    machine.applications.install(
+        {.bundleID = "org.other", .name = "Another", .location = "/apps/org.other.desktop"});
+    openChooser();
+    EXPECT_TRUE(isShown("Another"));
+    type("call");
+    EXPECT_FALSE(isShown("Another"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(machine.applications.launched(), std::vector<std::string>{"/apps/org.call.desktop"});
+}
+
+TEST_F(Menus, TheChooserSaysWhenNothingIsFound) {
+    openChooser();
+    type("zzz");
+    EXPECT_TRUE(isShown("nothingFound"));
+    EXPECT_FALSE(find("confirmChoice").isEnabled());
+    key(Qt::Key_Return);
+    EXPECT_TRUE(machine.applications.launched().empty());
+}
+
+TEST_F(Menus, CancellingTheChooserChangesNothing) {
+    openChooser();
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(isShown("applicationSearch"));
+    advance(2s);
+    EXPECT_TRUE(mixed().empty());
+    EXPECT_EQ(focused(), "Ajouter une source");
+}
+
+} // namespace
+
+} // namespace velmora

@@ -1,0 +1,54 @@
+#include "ui/window/WindowTest.h"
+
+namespace velmora {
+
+namespace {
+
+class Volumes : public WindowTest {};
+
+TEST_F(Volumes, EachFaderSetsItsOutput) {
+    open();
+    drag(trackOf(within(find("headphones"), "volumeFader")), 0);
+    drag(trackOf(within(find("stream"), "volumeFader")), 1);
+    EXPECT_EQ(scene.engine.headphoneVolume(), 0.0F);
+    EXPECT_NEAR(decibels(scene.engine.streamVolume()), 6.0, 1e-4);
+}
+
+TEST_F(Volumes, MutingStoresTheVolumeAndUnmutingRestoresIt) {
+    open();
+    scene.engine.setHeadphoneVolume(0.5F);
+    auto& mute = within(find("headphones"), "mute");
+    pointer().click(mute);
+    EXPECT_EQ(scene.engine.headphoneVolume(), 0.0F);
+    EXPECT_EQ(machine.defaults.read<double>("headphoneVolume.premute"), 0.5);
+    pointer().click(mute);
+    EXPECT_EQ(scene.engine.headphoneVolume(), 0.5F);
+}
+
+TEST_F(Volumes, TheStreamHasItsOwnMemory) {
+    open();
+    scene.engine.setStreamVolume(0.25F);
+    pointer().click(within(find("stream"), "mute"));
+    EXPECT_EQ(machine.defaults.read<double>("streamVolume.premute"), 0.25);
+}
+
+TEST_F(Volumes, UnmutingWhatWasDraggedToSilenceGivesUnity) {
+    open();
+    drag(trackOf(within(find("stream"), "volumeFader")), 0);
+    pointer().click(within(find("stream"), "mute"));
+    EXPECT_EQ(scene.engine.streamVolume(), 1.0F);
+}
+
+TEST_F(Volumes, AMutedOutputsSymbolIsFainter) {
+    open();
+    const auto alpha = [this] {
+        return within(find("stream"), "mute").property("color").value<QColor>().alphaF();
+    };
+    EXPECT_NEAR(alpha(), 0.6, 0.01);
+    scene.engine.setStreamVolume(0.001F);
+    EXPECT_NEAR(alpha(), 0.25, 0.01);
+}
+
+} // namespace
+
+} // namespace velmora

@@ -1,0 +1,118 @@
+#include "ui/window/WindowTest.h"
+
+namespace velmora {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class WindowSize : public WindowTest {
+protected:
+    /// Where an item stands in the window, in points.
+    QRectF placeOf(QQuickItem& item) { return item.mapRectToScene(item.boundingRect()); }
+    bool isInside(QQuickItem& item) {
+        return QRectF(0, 0, window().width(), window().height()).contains(placeOf(item));
+    }
+};
+
+TEST_F(WindowSize, IsThatOfTheContent) {
+    open();
+    const int empty = window().height();
+    scene.engine.add(scene.browser);
+    settle();
+    EXPECT_EQ(window().width(), 400);
+    EXPECT_GT(window().height(), empty + 60);
+    scene.engine.remove(scene.browser);
+    settle();
+    EXPECT_EQ(window().height(), empty);
+}
+
+TEST_F(WindowSize, NeverGrowsBeyondTheScreen) {
+    scene.mixMany(12);
+    open(700);
+    EXPECT_EQ(window().height(), 700);
+    EXPECT_TRUE(isInside(find("quitRow")));
+    EXPECT_TRUE(isInside(find("runningSwitch")));
+}
+
+TEST_F(WindowSize, ManyStripsScrollByWheelBetweenTopAndBottom) {
+    scene.mixMany(12);
+    open(700);
+    auto& strips = find("strips");
+    pointer().wheel(find("sourceName"), {0, -1200});
+    advance(2s);
+    EXPECT_GT(strips.property("contentY").toDouble(), 100);
+    EXPECT_TRUE(isInside(find("quitRow")));
+}
+
+TEST_F(WindowSize, TheKeyboardBringsHiddenStripsIntoView) {
+    scene.mixMany(12);
+    open(700);
+    tabTo(QString::fromUtf8("Retirer — Instrument 12"));
+    QQuickItem& button = *window().activeFocusItem();
+    auto& strips = find("strips");
+    EXPECT_TRUE(placeOf(strips).contains(placeOf(button)));
+    tabTo(QString::fromUtf8("Couper le son — Instrument 1"));
+    EXPECT_TRUE(placeOf(strips).contains(placeOf(*window().activeFocusItem())));
+}
+
+TEST_F(WindowSize, OnAVerySmallScreenTheWholePageScrolls) {
+    scene.mixMany(3);
+    open(320);
+    EXPECT_EQ(window().height(), 320);
+    EXPECT_FALSE(isInside(find("quitRow")));
+    tabTo("Quitter Velmora");
+    EXPECT_TRUE(isInside(find("quitRow")));
+}
+
+class Frames : public WindowTest {
+protected:
+    int framesIn(std::chrono::milliseconds duration) {
+        int frames = 0;
+        const auto count = QObject::connect(
+            &window(),
+            &QQuickWindow::afterRendering,
+            &window(),
+            [&] { ++frames; },
+            Qt::DirectConnection);
+        advance(duration);
+        QObject::disconnect(count);
+        return frames;
+    }
+};
+
+TEST_F(Frames, AreDrawnWhileTheWindowIsSeen) {
+    scene.mixPodcast();
+    open();
+    scene.engine.start();
+    EXPECT_GT(framesIn(500ms), 0);
+}
+
+TEST_F(Frames, AreNotDrawnWhileTheWindowIsHidden) {
+    scene.mixPodcast();
+    open();
+    scene.engine.start();
+    advance(100ms);
+    window().hide();
+    settle();
+    EXPECT_EQ(framesIn(500ms), 0);
+    EXPECT_FALSE(scene.model.visible());
+}
+
+TEST_F(Frames, AreNotDrawnWhileTheWindowIsMinimised) {
+    scene.mixPodcast();
+    open();
+    scene.engine.start();
+    advance(500ms); // the running switch has glided to its place
+    window().showMinimized();
+    settle();
+    EXPECT_EQ(framesIn(500ms), 0);
+    EXPECT_FALSE(scene.model.visible());
+    window().showNormal();
+    settle();
+    EXPECT_TRUE(scene.model.visible());
+}
+
+} // namespace
+
+} // namespace velmora

@@ -1,0 +1,243 @@
+// window_pictures: draws the control window in its states and looks, one PNG file each, without a
+// screen.
+//
+// window_pictures <folder> [<state>]       QT_SCALE_FACTOR chooses the pixels per point
+
+#include "platform/simulated/SimulatedPlatform.h"
+#include "settings/AppSettings.h"
+#include "ui/Ui.h"
+#include "ui/WindowPicture.h"
+#include "ui/kit/Kit.h"
+#include "ui/window/WindowScene.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QKeyEvent>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+#include <iostream>
+#include <memory>
+
+using namespace std::chrono_literals;
+
+namespace velmora {
+
+namespace {
+
+constexpr double tallest = 1000; // points, of the window on the screen that is imagined
+
+/// The first item below `root` with this objectName.
+QQuickItem* find(QQuickItem& root, const QString& name) {
+    if (root.objectName() == name) {
+        return &root;
+    }
+    for (QQuickItem* child : root.childItems()) {
+        if (QQuickItem* const found = find(*child, name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+/// A fresh machine with its window, so that no state depends on the one before.
+class Stage {
+public:
+    explicit Stage(const WindowLook& look) {
+        settings_.setAppearance(look.appearance);
+        settings_.setLanguage(look.language);
+        installKit(engine_, settings_);
+        installUi(engine_);
+        QQmlComponent component(&engine_, QUrl("qrc:/qt/qml/Velmora/ControlWindow.qml"));
+        if (!component.isReady()) {
+            std::cerr << component.errorString().toStdString();
+            std::exit(1);
+        }
+        window_.reset(qobject_cast<QQuickWindow*>(
+            component.createWithInitialProperties({{"model", QVariant::fromValue(&scene.model)}})));
+        window_->setProperty("tallest", tallest);
+        window_->show();
+        window_->requestActivate();
+        settle();
+    }
+
+    /// Turns the machine's clock.
+    void run(std::chrono::milliseconds duration) {
+        machine.advance(duration);
+        settle();
+    }
+
+    /// Presses what carries this objectName.
+    void press(const QString& name) {
+        QQuickItem* const item = find(*window_->contentItem(), name);
+        if (item == nullptr) {
+            std::cerr << "There is no " << name.toStdString() << ".\n";
+            std::exit(1);
+        }
+        QMetaObject::invokeMethod(item, "clicked");
+        settle();
+    }
+
+    void key(Qt::Key key) {
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, key, {});
+            QCoreApplication::sendEvent(window_.get(), &event);
+        }
+        settle();
+    }
+
+    void save(const QString& file) {
+        const WindowLook look{settings_.appearance(), settings_.language()};
+        if (!saveWindowPicture(*window_, settings_, look, file)) {
+            std::cerr << "Could not write " << file.toStdString() << ".\n";
+            std::exit(1);
+        }
+        std::cout << file.toStdString() << '\n';
+    }
+
+    SimulatedPlatform machine;
+
+private:
+    static void settle() {
+        for (int round = 0; round < 3; ++round) {
+            QCoreApplication::processEvents();
+        }
+    }
+
+    AppSettings settings_{machine.platform()};
+
+public:
+    WindowScene scene{machine, settings_};
+
+private:
+    QQmlEngine engine_;
+    std::unique_ptr<QQuickWindow> window_;
+};
+
+using Arrange = void (*)(Stage&);
+
+struct State {
+    const char* name;
+    Arrange arrange;
+};
+
+void mixAndStart(Stage& stage) {
+    stage.scene.mixPodcast();
+    stage.scene.engine.start();
+    stage.run(200ms);
+}
+
+void openEffects(Stage& stage) {
+    mixAndStart(stage);
+    stage.press("effectsButton");
+}
+
+const State states[] = {
+    {"empty", [](Stage&) {}},
+    {"mix", mixAndStart},
+    {"effects", openEffects},
+    {"lowcut",
+     [](Stage& stage) {
+         openEffects(stage);
+         stage.press("lowcutTitle");
+     }},
+    {"tone",
+     [](Stage& stage) {
+         openEffects(stage);
+         stage.press("tiltTitle");
+     }},
+    {"compression",
+     [](Stage& stage) {
+         openEffects(stage);
+         stage.press("compTitle");
+     }},
+    {"reverb",
+     [](Stage& stage) {
+         openEffects(stage);
+         stage.press("reverbTitle");
+     }},
+    {"gain",
+     [](Stage& stage) {
+         openEffects(stage);
+         stage.scene.engine.setFX({.autoGain = false, .manualDB = 3}, stage.scene.browser);
+         stage.press("gainTitle");
+     }},
+    {"focus",
+     [](Stage& stage) {
+         openEffects(stage);
+         for (int presses = 0; presses < 8; ++presses) {
+             stage.key(Qt::Key_Tab);
+         }
+     }},
+    {"source-menu",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         stage.press("sourcePicker");
+     }},
+    {"add-menu",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         stage.press("addSource");
+     }},
+    {"presets-menu",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         stage.press("presetPicker");
+     }},
+    {"save-prompt",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         Q_EMIT stage.scene.model.savePromptRequested();
+     }},
+    {"chooser",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         stage.scene.model.openExtraMenu()->activate(0);
+     }},
+    {"problem",
+     [](Stage& stage) {
+         stage.scene.mixPodcast();
+         stage.scene.engine.setLastError(
+             "Web Browser : capture refusée (err -38)\nInterface — Entrées 3-4 : introuvable");
+     }},
+    {"many",
+     [](Stage& stage) {
+         stage.scene.mixMany(12);
+         stage.scene.engine.start();
+         stage.run(200ms);
+     }},
+};
+
+} // namespace
+
+} // namespace velmora
+
+int main(int argc, char** argv) {
+    using namespace velmora;
+    if (argc < 2) {
+        std::cerr << "window_pictures <folder> [<state>]\n";
+        return 2;
+    }
+    const QTemporaryDir runtimeFolder;
+    qputenv("XDG_RUNTIME_DIR", runtimeFolder.path().toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    const QApplication application(argc, argv);
+    const QDir folder(argv[1]);
+    for (const State& state : states) {
+        if (argc > 2 && QString(argv[2]) != state.name) {
+            continue;
+        }
+        for (const char* appearance : {"light", "dark"}) {
+            for (const char* language : {"fr", "en"}) {
+                Stage stage({appearance, language});
+                state.arrange(stage);
+                stage.save(
+                    folder.filePath(QString("%1-%2-%3.png").arg(state.name, appearance, language)));
+            }
+        }
+    }
+    return 0;
+}

@@ -1,13 +1,24 @@
 #include "app/RealPlatform.h"
 
+#include "platform/desktop/ProcFiles.h"
+
 namespace velmora {
+namespace {
+
+std::uint64_t processStart(std::int32_t pid) {
+    const auto stat = ProcFiles("/proc").stat(pid);
+    return stat ? stat->startTicks : 0;
+}
+
+} // namespace
 
 RealPlatform::RealPlatform(const std::filesystem::path& settingsFile)
     : defaults_(settingsFile),
       applications_(mainQueue_,
                     {.nameOf = [this](std::int32_t pid) { return audio_.applicationName(pid); }}),
       audio_(mainQueue_,
-             {.applicationPid = [this](std::int32_t pid) { return applications_.leader(pid); }}) {
+             {.applicationPid = [this](std::int32_t pid) { return applications_.leader(pid); },
+              .processStart = processStart}) {
 }
 
 Platform RealPlatform::platform() {
@@ -16,7 +27,8 @@ Platform RealPlatform::platform() {
             .applications = applications_,
             .defaults = defaults_,
             .mainQueue = mainQueue_,
-            .appearance = appearance_};
+            .appearance = appearance_,
+            .loginItem = loginItem_};
 }
 
 } // namespace velmora

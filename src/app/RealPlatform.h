@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "platform/desktop/AutostartEntry.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "platform/desktop/DesktopApplications.h"
 #include "platform/pipewire/PipeWireAudio.h"
@@ -28,6 +29,7 @@ private:
     SqliteDefaultsStore defaults_;
     DesktopApplications applications_;
     DesktopAppearance appearance_;
+    AutostartEntry loginItem_;
     PipeWireAudio audio_;
 };
 

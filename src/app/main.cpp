@@ -1,28 +1,22 @@
-// The mixer: builds every long-lived object once and runs until the user quits.
+// The mixer: one program per session, which lives until the user quits.
+
 #include "app/QuitSignals.h"
 #include "app/RealPlatform.h"
-#include "app/Terminal.h"
-#include "app/TerminalMixer.h"
-#include "capture/SourceManager.h"
-#include "engine/AudioEngine.h"
-#include "presets/PresetRecall.h"
-#include "presets/PresetStore.h"
+#include "app/SingleInstance.h"
+#include "app/VelmoraApp.h"
 #include "settings/AppSettings.h"
-#include "settings/StoreProblemText.h"
 
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <string>
 #include <system_error>
-#include <vector>
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QIcon>
 #include <QLockFile>
+#include <QMessageBox>
 
 namespace {
-
-constexpr std::chrono::milliseconds redrawPeriod{50};
 
 /// Two programs with one settings file would each keep writing their own idea of it.
 QString lockPath() {
@@ -32,8 +26,16 @@ QString lockPath() {
     return QString::fromStdString(folder / "velmora.lock");
 }
 
+velmora::ProgramVersion ownVersion() {
+    const QString build = QStringLiteral(VELMORA_BUILD);
+    return {.release = QStringLiteral(VELMORA_VERSION),
+            .build = build.isEmpty() ? std::nullopt : std::optional(build)};
+}
+
+/// Ends this launch, for a user with a terminal and one without.
 int refuse(const std::string& reason) {
     std::fputs(("velmora: " + reason + "\n").c_str(), stderr);
+    QMessageBox::information(nullptr, "Velmora", QString::fromStdString(reason));
     return 1;
 }
 
@@ -42,53 +44,30 @@ int refuse(const std::string& reason) {
 int main(int argc, char** argv) {
     using namespace velmora;
 
-    QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName("velmora");
-    const QuitSignals quitSignals([] { QCoreApplication::quit(); });
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("velmora");
+    QApplication::setDesktopFileName("app.velmora.Velmora");
+    QApplication::setWindowIcon(QIcon(":/qt/qml/Velmora/Kit/logo.svg"));
+    QApplication::setQuitOnLastWindowClosed(false);
 
-    // Outlives the store, which may have something to tell until its very end. Apart from the
-    // engine's last error, which the next start clears.
-    std::vector<StoreProblem> storeProblems;
-    RealPlatform machine;
-    const Platform platform = machine.platform();
-    platform.defaults.setProblemListener(
-        [&](const StoreProblem& problem) { storeProblems.push_back(problem); });
-    AppSettings settings(platform);
-
+    SingleInstance instance;
+    const bool isSecond = instance.claim() == SingleInstance::Claim::second;
+    if (isSecond && instance.raiseFirst()) {
+        return 0;
+    }
     QLockFile onlyOne(lockPath());
     onlyOne.setStaleLockTime(0); // as long as its process lives
-    if (!onlyOne.tryLock() && onlyOne.error() == QLockFile::LockFailedError) {
+    const bool isLocked = !onlyOne.tryLock() && onlyOne.error() == QLockFile::LockFailedError;
+
+    RealPlatform machine;
+    if (isSecond || isLocked) {
+        const AppSettings settings(machine.platform());
         return refuse(settings.t("Velmora est déjà ouvert."));
     }
-    Terminal terminal;
-    if (!terminal.isInteractive()) {
-        return refuse(settings.t("Cette vue a besoin d'un terminal."));
-    }
-
     machine.audio().ensureVirtualMicrophone();
-    AudioEngine engine(platform);
-    SourceManager sources(platform);
-    PresetStore presets(platform.defaults);
-    PresetRecall recall(platform, engine, settings);
-    presets.restoreActive(recall);
-
-    TerminalMixer mixer({platform, engine, sources, presets, recall, settings});
-    const auto redraw = platform.mainQueue.every(redrawPeriod, [&] {
-        for (const KeyPress& key : parseKeys(terminal.takeInput())) {
-            mixer.press(key);
-        }
-        if (mixer.wantsToQuit()) {
-            QCoreApplication::quit();
-            return;
-        }
-        MixerView view = mixer.view();
-        if (!machine.audio().connected()) {
-            view.notices.push_back(settings.t("Service audio injoignable"));
-        }
-        for (const StoreProblem& problem : storeProblems) {
-            view.notices.push_back(storeProblemText(problem, settings));
-        }
-        terminal.draw(drawMixer(view, terminal.columns(), true));
-    });
-    return QCoreApplication::exec();
+    VelmoraApp app(machine.platform(), ownVersion());
+    QObject::connect(&instance, &SingleInstance::activated, &app, &VelmoraApp::open);
+    const QuitSignals quitSignals([&] { app.quit(); });
+    app.start();
+    return QApplication::exec();
 }

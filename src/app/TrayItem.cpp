@@ -1,0 +1,96 @@
+#include "app/TrayItem.h"
+
+#include "engine/AudioEngine.h"
+#include "platform/Appearance.h"
+#include "settings/AppSettings.h"
+
+#include <QKeySequence>
+
+namespace velmora {
+namespace {
+
+/// GNOME's panel is dark in both appearances; others follow the desktop's. A guess, for panels that
+/// do not colour icons themselves.
+QColor panelInk(const Appearance& appearance) {
+    const bool isGnome = qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains("GNOME");
+    return isGnome || appearance.isDark() ? Qt::white : Qt::black;
+}
+
+} // namespace
+
+TrayItem::TrayItem(const Platform& platform,
+                   AudioEngine& engine,
+                   AppSettings& settings,
+                   QObject* parent)
+    : QObject(parent), platform_(platform), engine_(engine), settings_(settings),
+      open_(addCommand({}, &TrayItem::openRequested)),
+      openSettings_(addCommand(Qt::CTRL | Qt::Key_Comma, &TrayItem::settingsRequested)),
+      quit_(addCommand(Qt::CTRL | Qt::Key_Q, &TrayItem::quitRequested)),
+      settingsConnection_(settings.changed().connect([this] { relabel(); })) {
+    relabel();
+    connect(&host_, &TrayHost::changed, this, &TrayItem::appear);
+    platform.appearance.onChange([guard = std::weak_ptr(self_)] {
+        if (const auto self = guard.lock()) {
+            (*self)->repaint();
+        }
+    });
+}
+
+TrayItem::~TrayItem() = default;
+
+/// Separated from the command before it.
+QAction& TrayItem::addCommand(const QKeySequence& shortcut, void (TrayItem::*request)()) {
+    if (!menu_.isEmpty()) {
+        menu_.addSeparator();
+    }
+    QAction& command = *menu_.addAction(QString{});
+    command.setShortcut(shortcut); // only shown here: the windows have them
+    connect(&command, &QAction::triggered, this, request);
+    return command;
+}
+
+void TrayItem::relabel() {
+    const auto label = [this](QAction& command, const char* french) {
+        command.setText(QString::fromStdString(settings_.t(french)));
+    };
+    label(open_, "Ouvrir Velmora");
+    label(openSettings_, "Réglages…");
+    label(quit_, "Quitter Velmora");
+}
+
+void TrayItem::appear() {
+    if (icon_ || !host_.isAvailable()) {
+        return; // Qt itself follows a panel that it has seen once
+    }
+    takesNames_ = host_.isStatusNotifier();
+    icon_ = std::make_unique<QSystemTrayIcon>();
+    icon_->setToolTip(QStringLiteral("Velmora"));
+    icon_->setContextMenu(&menu_);
+    connect(icon_.get(),
+            &QSystemTrayIcon::activated,
+            this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger) {
+                    Q_EMIT openRequested();
+                }
+            });
+    follower_.emplace(engine_, platform_.mainQueue, [this](TrayGlyph glyph) { show(glyph); });
+    icon_->show();
+}
+
+void TrayItem::show(TrayGlyph glyph) {
+    glyph_ = glyph;
+    repaint();
+}
+
+void TrayItem::repaint() {
+    if (!icon_) {
+        return;
+    }
+    const QString name = glyphName(glyph_);
+    icon_->setIcon(takesNames_ && QIcon::hasThemeIcon(name)
+                       ? QIcon::fromTheme(name)
+                       : paintedGlyph(glyph_, panelInk(platform_.appearance)));
+}
+
+} // namespace velmora

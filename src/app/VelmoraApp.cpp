@@ -1,0 +1,112 @@
+#include "app/VelmoraApp.h"
+
+#include "platform/AudioHardware.h"
+#include "platform/DefaultsStore.h"
+#include "ui/Ui.h"
+#include "ui/kit/Kit.h"
+
+#include <QCoreApplication>
+#include <QUrl>
+#include <chrono>
+
+namespace velmora {
+namespace {
+
+/// A panel that starts together with us, at login, should be there by then.
+constexpr std::chrono::milliseconds trayExpectedWithin{1500};
+
+} // namespace
+
+VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version)
+    : platform_(platform), engine_(platform), sources_(platform), presetStore_(platform.defaults),
+      settings_(platform), dawMode_(platform), recall_(platform, engine_, settings_),
+      controlModel_({.platform = platform,
+                     .engine = engine_,
+                     .sources = sources_,
+                     .presets = presetStore_,
+                     .recall = recall_,
+                     .settings = settings_}),
+      settingsModel_({.platform = platform,
+                      .engine = engine_,
+                      .sources = sources_,
+                      .settings = settings_,
+                      .dawMode = dawMode_,
+                      .version = version}),
+      controlWindow_(qml_,
+                     QUrl("qrc:/qt/qml/Velmora/ControlWindow.qml"),
+                     controlModel_,
+                     [this] { return mayClose(controlWindow_); }),
+      settingsWindow_(qml_,
+                      QUrl("qrc:/qt/qml/Velmora/SettingsWindow.qml"),
+                      settingsModel_,
+                      [this] { return mayClose(settingsWindow_); }),
+      tray_(platform, engine_, settings_) {
+    installKit(qml_, settings_);
+    installUi(qml_);
+    listen();
+}
+
+VelmoraApp::~VelmoraApp() {
+    // The store may have something to tell until its very end.
+    platform_.defaults.setProblemListener([](const StoreProblem&) {});
+}
+
+void VelmoraApp::listen() {
+    platform_.defaults.setProblemListener(
+        [this](const StoreProblem& problem) { controlModel_.addProblem(problem); });
+    controlModel_.setAudioReachable(platform_.hardware.isAvailable());
+    platform_.hardware.onAvailabilityChange([guard = std::weak_ptr(self_)](bool isAvailable) {
+        if (const auto self = guard.lock()) {
+            (*self)->controlModel_.setAudioReachable(isAvailable);
+        }
+    });
+    connect(
+        &controlModel_, &ControlWindowModel::settingsRequested, this, &VelmoraApp::openSettings);
+    connect(&controlModel_, &ControlWindowModel::quitRequested, this, &VelmoraApp::quit);
+    connect(&tray_, &TrayItem::openRequested, this, [this] { open(); });
+    connect(&tray_, &TrayItem::settingsRequested, this, &VelmoraApp::openSettings);
+    connect(&tray_, &TrayItem::quitRequested, this, &VelmoraApp::quit);
+}
+
+void VelmoraApp::start() {
+    presetStore_.restoreActive(recall_);
+    trayGrace_ = platform_.mainQueue.after(trayExpectedWithin, [this] {
+        if (!tray_.isReachable() && !settingsWindow_.isVisible()) {
+            open();
+        }
+    });
+}
+
+void VelmoraApp::open(const QString& token) {
+    controlWindow_.open(token);
+}
+
+void VelmoraApp::openSettings() {
+    controlWindow_.make(); // the program's shortcuts are there
+    settingsModel_.refresh();
+    settingsWindow_.open();
+}
+
+void VelmoraApp::quit() {
+    // Not QCoreApplication::quit(): it asks every window whether it may be closed.
+    QCoreApplication::exit(0);
+}
+
+bool VelmoraApp::mayClose(const SceneWindow& closing) {
+    const SceneWindow& other = &closing == &controlWindow_ ? settingsWindow_ : controlWindow_;
+    if (tray_.isReachable() || other.isVisible()) {
+        return true;
+    }
+    if (!engine_.isRunning()) {
+        quit();
+        return true;
+    }
+    if (&closing == &controlWindow_) {
+        controlWindow_.minimize();
+        return false;
+    }
+    controlWindow_.open();
+    return true;
+}
+
+} // namespace velmora

@@ -1,0 +1,69 @@
+// VelmoraApp.h: the program: what lives as long as it does, its windows and its tray item.
+#pragma once
+
+#include "app/SceneWindow.h"
+#include "app/TrayItem.h"
+#include "capture/DAWModeManager.h"
+#include "capture/SourceManager.h"
+#include "engine/AudioEngine.h"
+#include "platform/MainQueue.h"
+#include "platform/Platform.h"
+#include "presets/PresetRecall.h"
+#include "presets/PresetStore.h"
+#include "settings/AppSettings.h"
+#include "ui/ControlWindowModel.h"
+#include "ui/SettingsModel.h"
+
+#include <QObject>
+#include <QQmlEngine>
+#include <QString>
+#include <memory>
+
+namespace velmora {
+
+/// Everything starts from the tray item. On a desktop without a tray the control window opens by
+/// itself, and closing it never leaves the program running unseen: it ends a mixer at rest and
+/// minimises a running one.
+///
+/// Threads: main; needs a QApplication.
+class VelmoraApp : public QObject {
+    Q_OBJECT
+
+public:
+    VelmoraApp(const Platform& platform, const ProgramVersion& version);
+    ~VelmoraApp() override;
+
+    /// Brings back the last setup and waits for a tray. To be called once.
+    void start();
+
+    /// Shows the control window. @param token  see SceneWindow::open
+    void open(const QString& token = {});
+    void openSettings();
+    /// Ends the program's event loop.
+    void quit();
+
+private:
+    void listen();
+    [[nodiscard]] bool mayClose(const SceneWindow& closing);
+
+    Platform platform_;
+
+    AudioEngine engine_;
+    SourceManager sources_;
+    PresetStore presetStore_;
+    AppSettings settings_;
+    DAWModeManager dawMode_;
+    PresetRecall recall_;
+
+    ControlWindowModel controlModel_;
+    SettingsModel settingsModel_;
+    QQmlEngine qml_;
+    SceneWindow controlWindow_;
+    SceneWindow settingsWindow_;
+    TrayItem tray_;
+    std::unique_ptr<MainQueue::Timer> trayGrace_;
+    /// The platform's listeners, which outlive this object, look here first.
+    std::shared_ptr<VelmoraApp*> self_ = std::make_shared<VelmoraApp*>(this);
+};
+
+} // namespace velmora

@@ -1,0 +1,185 @@
+// The settings window, driven with mouse and keyboard.
+
+#include "capture/DAWModeManager.h"
+#include "capture/SourceManager.h"
+#include "engine/AudioEngine.h"
+#include "ui/SettingsModel.h"
+#include "ui/Ui.h"
+#include "ui/support/QmlTest.h"
+#include "ui/support/Spoken.h"
+
+#include <QUrl>
+#include <string>
+
+namespace velmora {
+namespace {
+
+class SettingsWindowTest : public QmlTest {
+protected:
+    SettingsWindowTest() {
+        machine.addSpeakers();
+        machine.addVirtualMic();
+        machine.sound.addDevice({.uid = "usb", .name = "Interface", .outputs = {4}});
+        installUi(*engine);
+        model.refresh();
+        showWindow(QUrl("qrc:/qt/qml/Velmora/SettingsWindow.qml"),
+                   {{"model", QVariant::fromValue(&model)}});
+    }
+    /// The window goes before the model that it shows.
+    ~SettingsWindowTest() override { show("Item {}"); }
+
+    void click(const QString& name) {
+        pointer().click(find(name));
+        settle();
+        advance(std::chrono::milliseconds(300));
+    }
+    /// Opens a chooser and takes the entry of this label.
+    void pick(const QString& menu, const QString& label) {
+        click(menu);
+        click(label);
+    }
+    void showAudio() { click("audioTabButton"); }
+    QString shown(const QString& chooser) { return find(chooser).property("label").toString(); }
+
+    AudioEngine mixer{machine.platform()};
+    SourceManager sources{machine.platform()};
+    DAWModeManager dawMode{machine.platform()};
+    SettingsModel model{{.platform = machine.platform(),
+                         .engine = mixer,
+                         .sources = sources,
+                         .settings = settings,
+                         .dawMode = dawMode,
+                         .version = {.release = "1.2.0", .build = "345"}}};
+};
+
+TEST_F(SettingsWindowTest, IsFourHundredAndTwentyPointsWideAndShowsTheGeneralTab) {
+    EXPECT_EQ(window().width(), 420);
+    EXPECT_EQ(window().title(), "Réglages Velmora");
+    EXPECT_TRUE(isShown("generalTab"));
+    EXPECT_FALSE(isShown("audioTab"));
+    EXPECT_EQ(spokenRole(find("generalTabButton")), QAccessible::PageTab);
+    EXPECT_TRUE(spokenState(find("generalTabButton")).selected);
+}
+
+TEST_F(SettingsWindowTest, ShowsAutoWithNoStoredAppearanceAndSetsAnother) {
+    EXPECT_EQ(shown("appearanceMenu"), "Auto");
+
+    pick("appearanceMenu", "Sombre");
+
+    EXPECT_EQ(settings.appearance(), "dark");
+    EXPECT_EQ(shown("appearanceMenu"), "Sombre");
+    EXPECT_EQ(window().color(), QColor(0x0F, 0x25, 0x30));
+}
+
+TEST_F(SettingsWindowTest, AnotherLanguageRelabelsEverythingAtOnceButWhatIsTheSameInBoth) {
+    pick("languageMenu", "English");
+
+    EXPECT_EQ(window().title(), "Velmora Settings");
+    EXPECT_EQ(spokenName(find("appearanceMenu")), "Appearance");
+    EXPECT_EQ(spokenName(find("languageMenu")), "Language");
+    EXPECT_EQ(spokenName(find("loginSwitch")), "Launch at login");
+    EXPECT_EQ(spokenName(find("generalTabButton")), "General");
+    EXPECT_EQ(spokenName(find("audioTabButton")), "Audio");
+    EXPECT_EQ(spokenName(find("version")), "Version 1.2.0 (345)");
+    EXPECT_EQ(shown("languageMenu"), "English");
+    showAudio();
+    EXPECT_EQ(spokenName(find("monitoringMenu")), "Monitoring");
+    EXPECT_EQ(shown("monitoringMenu"), "Default output");
+    EXPECT_EQ(spokenName(find("dawSwitch")), "Mode DAW");
+    EXPECT_EQ(shown("dawInterfaceMenu"), "Choose…");
+    EXPECT_EQ(find("effectsNote").property("text"), "On each source strip");
+}
+
+TEST_F(SettingsWindowTest, TheLoginSwitchShowsTheRealStateAndThePlatformsMessage) {
+    click("loginSwitch");
+    EXPECT_TRUE(machine.loginItem.isEnabled());
+    EXPECT_TRUE(spokenState(find("loginSwitch")).checked);
+    EXPECT_FALSE(isShown("loginError"));
+
+    machine.loginItem.refuse("Read-only file system");
+    click("loginSwitch");
+    EXPECT_TRUE(spokenState(find("loginSwitch")).checked);
+    EXPECT_EQ(spokenName(find("loginError")), "Read-only file system");
+
+    machine.loginItem.allow();
+    click("loginSwitch");
+    EXPECT_FALSE(spokenState(find("loginSwitch")).checked);
+    EXPECT_FALSE(isShown("loginError"));
+}
+
+TEST_F(SettingsWindowTest, PicksAMonitoringOutputByItsPairOfChannels) {
+    showAudio();
+    EXPECT_EQ(shown("monitoringMenu"), "Sortie par défaut");
+
+    pick("monitoringMenu", "Interface — Sorties 3-4");
+    EXPECT_EQ(mixer.monitoringSelection(), "usb#3");
+    EXPECT_EQ(shown("monitoringMenu"), "Interface — Sorties 3-4");
+
+    pick("monitoringMenu", "Sortie par défaut");
+    EXPECT_EQ(mixer.monitoringSelection(), std::nullopt);
+}
+
+TEST_F(SettingsWindowTest, SwitchesDawModeAndChoosesItsInterface) {
+    showAudio();
+
+    click("dawSwitch");
+    EXPECT_TRUE(dawMode.enabled());
+    EXPECT_EQ(shown("dawInterfaceMenu"), "Speakers");
+
+    pick("dawInterfaceMenu", "Interface");
+    EXPECT_EQ(dawMode.interfaceUID(), "usb");
+    EXPECT_EQ(machine.sound.aggregateDescriptions().back().masterUID, "usb");
+
+    pick("dawInterfaceMenu", "Choisir…");
+    EXPECT_EQ(dawMode.interfaceUID(), std::nullopt);
+}
+
+TEST_F(SettingsWindowTest, SaysUnderTheSwitchWhyThereIsNoDawDevice) {
+    machine.sound.refuse(Operation::createAggregate, -19);
+    showAudio();
+    EXPECT_FALSE(isShown("dawError"));
+
+    click("dawSwitch");
+
+    EXPECT_EQ(spokenName(find("dawError")), "Création du device DAW refusée (err -19)");
+}
+
+TEST_F(SettingsWindowTest, KeepsItsHeightFromTabToTabAndGrowsForAMessage) {
+    const int height = window().height();
+
+    showAudio();
+    EXPECT_EQ(window().height(), height);
+    click("generalTabButton");
+    machine.loginItem.refuse("Read-only file system");
+    click("loginSwitch");
+
+    EXPECT_GT(window().height(), height);
+}
+
+TEST_F(SettingsWindowTest, WorksWithTheKeyboardAlone) {
+    key(Qt::Key_Tab);
+    EXPECT_TRUE(find("generalTabButton").hasActiveFocus());
+    key(Qt::Key_Tab);
+    key(Qt::Key_Space);
+    settle();
+    EXPECT_TRUE(isShown("audioTab"));
+    key(Qt::Key_Tab);
+    EXPECT_TRUE(find("monitoringMenu").hasActiveFocus());
+    key(Qt::Key_Tab);
+    EXPECT_TRUE(find("dawInterfaceMenu").hasActiveFocus());
+    key(Qt::Key_Tab);
+    key(Qt::Key_Space);
+    EXPECT_TRUE(dawMode.enabled());
+}
+
+TEST_F(SettingsWindowTest, ReadsTheDevicesAgainWhenATabIsShown) {
+    machine.sound.addDevice({.uid = "late", .name = "Late", .outputs = {2}});
+
+    showAudio();
+
+    pick("monitoringMenu", "Late");
+    EXPECT_EQ(mixer.monitoringSelection(), "late#1");
+}
+
+} // namespace
+} // namespace velmora

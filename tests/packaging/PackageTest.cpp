@@ -1,0 +1,98 @@
+#include "packaging/Staged.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+namespace velmora::packaging {
+namespace {
+
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+const auto commonFiles = {"usr/bin/velmora",
+                          "usr/share/applications/app.velmora.Velmora.desktop",
+                          "usr/share/metainfo/app.velmora.Velmora.metainfo.xml",
+                          "usr/share/icons/hicolor/scalable/apps/app.velmora.Velmora.svg",
+                          "usr/share/doc/velmora/fonts/AlbertSans-OFL.txt",
+                          "usr/share/doc/velmora/fonts/BricolageGrotesque-OFL.txt",
+                          "usr/share/pipewire/pipewire.conf.d/velmora-microphone.conf"};
+
+class Package : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() { packages_ = std::make_unique<UnpackedPackages>(); }
+    static void TearDownTestSuite() { packages_.reset(); }
+
+    static std::string field(const std::filesystem::path& package, const std::string& name) {
+        return support::runToEnd({"dpkg-deb", "--field", package, name},
+                                 support::currentEnvironment());
+    }
+
+    static inline std::unique_ptr<UnpackedPackages> packages_;
+};
+
+TEST_F(Package, HoldsTheProgramAndWhatADesktopLooksFor) {
+    const auto files = filesIn(packages_->root);
+
+    for (const std::string file : commonFiles) {
+        EXPECT_THAT(files, Contains(file));
+    }
+}
+
+TEST_F(Package, HoldsTheIconsThatTheTrayItemNames) {
+    const auto files = filesIn(packages_->root);
+
+    for (const std::string look : {"idle", "level-00", "level-16"}) {
+        EXPECT_THAT(files,
+                    Contains("usr/share/icons/hicolor/scalable/status/app.velmora.Velmora-" + look +
+                             "-symbolic.svg"));
+    }
+    EXPECT_THAT(files, Not(Contains(HasSubstr("hicolor/scalable/status/made"))));
+}
+
+TEST_F(Package, NamesWhatNoLinkShows) {
+    const std::string depends = field(packages_->mixerPackage, "Depends");
+
+    for (const std::string package : {"qml6-module-qtquick,",
+                                      "qml6-module-qtquick-window,",
+                                      "qml6-module-qtqml-models,",
+                                      "qml6-module-qtqml-workerscript,",
+                                      "libqt6svg6,",
+                                      "libpipewire-0.3-0 ",
+                                      "libsqlite3-0 "}) {
+        EXPECT_THAT(depends, HasSubstr(package));
+    }
+}
+
+TEST_F(Package, LeavesTheMicrophoneToAPackageOfItsOwn) {
+    EXPECT_THAT(field(packages_->mixerPackage, "Recommends"), HasSubstr("velmora-microphone"));
+    EXPECT_EQ(field(packages_->microphonePackage, "Depends"), "pipewire\n");
+    EXPECT_EQ(field(packages_->microphonePackage, "Architecture"), "all\n");
+}
+
+TEST_F(Package, LooksForItsLibrariesWhereTheSystemHasThem) {
+    const std::string dynamic =
+        support::runToEnd({"readelf", "--dynamic", packages_->root / "usr/bin/velmora"},
+                          support::currentEnvironment());
+
+    EXPECT_THAT(dynamic, HasSubstr("libpipewire-0.3.so.0"));
+    EXPECT_THAT(dynamic, Not(HasSubstr("PATH)")));
+}
+
+TEST(Installation, IsRemovedWithoutATrace) {
+    support::TemporaryFolder root("velmora-install");
+    auto environment = support::currentEnvironment();
+    environment["DESTDIR"] = root.path();
+    runPatiently({CMAKE_PROGRAM, "--install", BUILD_FOLDER, "--prefix", "/usr"}, environment);
+    const auto installed = filesIn(root.path());
+    EXPECT_THAT(installed, Contains("usr/bin/velmora"));
+
+    runPatiently({CMAKE_PROGRAM, "-P", BUILD_FOLDER "/packaging/Uninstall.cmake"}, environment);
+
+    EXPECT_THAT(filesIn(root.path()), IsEmpty());
+}
+
+} // namespace
+} // namespace velmora::packaging

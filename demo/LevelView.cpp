@@ -1,6 +1,6 @@
 #include "LevelView.h"
 
-#include "app/MixerScreen.h"
+#include "MixerScreen.h"
 #include "engine/AudioEngine.h"
 
 #include <cmath>

@@ -1,7 +1,7 @@
 // LevelView.h: the running mix in a terminal, or as one line a second where there is none.
 #pragma once
 
-#include "app/Terminal.h"
+#include "Terminal.h"
 
 namespace velmora {
 class AudioEngine;

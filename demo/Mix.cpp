@@ -75,12 +75,13 @@ void Mix::start() {
     }
 }
 
-bool Mix::run(double seconds) {
+bool Mix::run(double seconds, const std::function<void()>& halfWay) {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds redrawPeriod{40};
     constexpr double startUpSeconds = 2;
 
     bool wantsToQuit = false;
+    bool isHalfWay = false;
     const QuitSignals quitSignals([&] {
         wantsToQuit = true;
         QCoreApplication::quit();
@@ -94,6 +95,10 @@ bool Mix::run(double seconds) {
             engine_.restartBacklogRanges();
         }
         view.show(seconds - passed);
+        if (!isHalfWay && passed > seconds / 2) {
+            isHalfWay = true;
+            halfWay();
+        }
         if (passed >= seconds) {
             QCoreApplication::quit();
         }

@@ -10,6 +10,7 @@
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,8 +27,12 @@ public:
     /// Errors: throws std::runtime_error with the engine's message.
     void start();
     /// Shows the levels until the time is over or the user quits; false in the latter case.
-    bool run(double seconds);
+    /// `halfWay` is called once in the middle.
+    bool run(double seconds, const std::function<void()>& halfWay);
     void stop() { engine_.stop(); }
+
+    [[nodiscard]] const Platform& platform() const { return platform_; }
+    [[nodiscard]] AudioEngine& engine() { return engine_; }
 
     /// The rings since start-up, and how much of it had happened by the end of start-up.
     [[nodiscard]] std::vector<RingUse> rings() const;

@@ -1,9 +1,11 @@
-// velmora_demo: mixes real programs with the real mixer in a private audio session, records what
-// other programs hear of it, and says whether that is what the gains and effects predict.
+// velmora_demo: mixes real programs with the real mixer in a private audio session, shows the mix
+// in the real window, records what other programs hear of it, and says whether that is what the
+// gains and effects predict.
 //
 // velmora_demo [--seconds <n>] [--quantum <frames>] [--results <folder>]
 
 #include "Mix.h"
+#include "MixWindow.h"
 #include "Options.h"
 #include "Report.h"
 #include "Scene.h"
@@ -11,15 +13,18 @@
 #include "Take.h"
 
 #include "support/Prediction.h"
+#include "support/VirtualDisplay.h"
 #include "support/Wait.h"
 #include "support/WavFile.h"
 
+#include <cstdlib>
 #include <exception>
 #include <fstream>
 #include <functional>
 #include <iostream>
+#include <optional>
 
-#include <QCoreApplication>
+#include <QApplication>
 
 namespace velmora::demo {
 namespace {
@@ -116,7 +121,7 @@ int run(const Options& options) {
     std::cout << "Starting a private audio session, the players and the recorders ..." << std::endl;
     Stage stage(scene, options.quantum);
     stage.session.enter();
-    support::betweenLooks = [] { QCoreApplication::processEvents(); };
+    support::betweenLooks = [] { QApplication::processEvents(); };
 
     Mix mix(scene, stage);
     for (const std::string& line : mix.discovered()) {
@@ -125,7 +130,12 @@ int run(const Options& options) {
     Takes takes(stage);
     takes.forEach([](Take& take) { take.markStart(); });
     mix.start();
-    if (!mix.run(options.seconds)) {
+    MixWindow window(mix.platform(), mix.engine());
+    std::filesystem::create_directories(options.results);
+    std::vector<std::string> pictures;
+    const bool toTheEnd =
+        mix.run(options.seconds, [&] { pictures = window.takePictures(options.results); });
+    if (!toTheEnd) {
         std::cout << "Stopped before the end; nothing was checked.\n";
         return 1;
     }
@@ -138,7 +148,6 @@ int run(const Options& options) {
     findings.insert(findings.end(), direct.begin(), direct.end());
     const auto continuity = compareContinuity(scene, takes);
 
-    std::filesystem::create_directories(options.results);
     keepRecordings(stage, options.results);
     std::ofstream table(options.results / "table.txt");
     for (std::ostream* out :
@@ -148,7 +157,9 @@ int run(const Options& options) {
         print(*out, continuity);
     }
     const bool good = allAsPredicted(findings);
-    std::cout << "\nThe recordings and these tables are in " << options.results.string() << ".\n"
+    std::cout << "\nThe recordings, these tables and pictures of the window (" << pictures.front()
+              << " and " << pictures.size() - 1 << " more) are in " << options.results.string()
+              << ".\n"
               << (good ? "Everything was found as predicted.\n"
                        : "The recordings do not hold what they should.\n");
     return good ? 0 : 1;
@@ -157,12 +168,25 @@ int run(const Options& options) {
 } // namespace
 } // namespace velmora::demo
 
+namespace {
+
+bool hasDesktop() {
+    return std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
+}
+
+} // namespace
+
 int main(int argc, char** argv) {
     try {
         const auto options =
             velmora::demo::parseOptions({argv + 1, static_cast<std::size_t>(argc - 1)});
-        QCoreApplication application(argc, argv);
-        QCoreApplication::setApplicationName("velmora");
+        std::optional<velmora::support::VirtualDisplay> display;
+        if (!hasDesktop()) {
+            display.emplace();
+            display->enter();
+        }
+        const QApplication application(argc, argv);
+        QApplication::setApplicationName("velmora");
         return velmora::demo::run(options);
     } catch (const std::exception& error) {
         std::cerr << "velmora_demo: " << error.what() << '\n';

@@ -23,7 +23,8 @@ Platform Studio::with(DefaultsStore& defaults) {
             .applications = machine.applications,
             .defaults = defaults,
             .mainQueue = machine.mainQueue,
-            .appearance = machine.appearance};
+            .appearance = machine.appearance,
+            .loginItem = machine.loginItem};
 }
 
 void Studio::playBlock() {

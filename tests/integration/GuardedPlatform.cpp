@@ -83,6 +83,11 @@ public:
                                   });
     }
 
+    bool isAvailable() const override { return real_.isAvailable(); }
+    void onAvailabilityChange(std::function<void(bool)> listener) override {
+        real_.onAvailabilityChange(std::move(listener));
+    }
+    std::uint32_t generation() const override { return real_.generation(); }
     Ids processObjects() const override { return real_.processObjects(); }
     std::optional<std::int32_t> processPid(AudioObjectID process) const override {
         return real_.processPid(process);
@@ -156,7 +161,8 @@ Platform GuardedPlatform::platform() {
             .applications = real_.applications,
             .defaults = real_.defaults,
             .mainQueue = real_.mainQueue,
-            .appearance = real_.appearance};
+            .appearance = real_.appearance,
+            .loginItem = real_.loginItem};
 }
 
 } // namespace velmora

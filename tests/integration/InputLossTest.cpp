@@ -1,0 +1,120 @@
+// Input devices that vanish under a running mix, and come back.
+
+#include "MixerTest.h"
+
+#include <chrono>
+#include <cmath>
+
+namespace velmora {
+namespace {
+
+using namespace support;
+using namespace std::chrono_literals;
+
+/// A microphone that sings by itself, so that nothing but its own link can click.
+class InputLoss : public ListeningMixerTest {
+protected:
+    InputLoss() { engine.setMonitoringSelection(interface4.name + "#3"); }
+
+    void TearDown() override {
+        engine.stop();
+        session().remove(idTaker.name);
+        ListeningMixerTest::TearDown();
+    }
+
+    void plugIn() const {
+        box.sing(singer, leftHz, leftHz, playedDb);
+        EXPECT_TRUE(waitUntil([] { return isThere(); }));
+    }
+    void unplug() const {
+        box.stop(singer);
+        EXPECT_TRUE(waitUntil([] { return !isThere(); }));
+    }
+    static bool isThere() {
+        const AudioGraph graph = session().graph();
+        const GraphNode* const node = graph.node(singer);
+        return node != nullptr && node->outputPorts > 0;
+    }
+
+    /// Whom our inputs listen to.
+    static std::set<std::string> heardDevices() {
+        std::set<std::string> names;
+        const AudioGraph graph = session().graph();
+        for (const GraphLink& link : graph.links()) {
+            if (link.to.starts_with("velmora.input.")) {
+                names.insert(link.from);
+            }
+        }
+        return names;
+    }
+
+    /// The sharpest edge of the tone's first 50 ms: the largest second difference of neighbouring
+    /// samples. What an overloaded machine drops later is not counted.
+    static float sharpestEdge(std::span<const float> samples) {
+        const auto loud = std::ranges::find_if(samples, [](float one) { return one > 0.002F; });
+        const auto onset = static_cast<std::size_t>(loud - samples.begin());
+        const std::size_t begin = onset - std::min<std::size_t>(onset, 480);
+        float sharpest = 0;
+        for (std::size_t at = begin; at + 2 < std::min(begin + 2400, samples.size()); ++at) {
+            sharpest =
+                std::max(sharpest, std::abs(samples[at + 2] - 2 * samples[at + 1] + samples[at]));
+        }
+        return sharpest;
+    }
+
+    /// Away for so long, back under another number, heard again without a click.
+    void comesBackAfter(std::chrono::milliseconds absence) {
+        plugIn();
+        const AudioSource source = input(singer, 1, 2);
+        const ToneApp app(session());
+        app.play("music", otherLeftHz, otherRightHz, -60);
+        mix({source, playing(app.pid())});
+        ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
+        EXPECT_EQ(heardDevices(), std::set<std::string>{singer});
+
+        unplug();
+        session().add(idTaker);
+        static_cast<void>(waitUntil([] { return false; }, absence));
+        EXPECT_TRUE(mic.isSilentAt(0, leftHz));
+        EXPECT_TRUE(mic.hears(0, otherLeftHz, -60)) << "only its own source is silent";
+        EXPECT_EQ(heardDevices(), std::set<std::string>{}) << "nothing in its place";
+        float edge = edgeOfReturn();
+        EXPECT_EQ(heardDevices(), std::set<std::string>{singer});
+
+        // A loaded machine may drop a block in those few milliseconds by itself, but not each time.
+        for (int more = 0; more < 2 && edge >= sharpestAllowed; ++more) {
+            unplug();
+            EXPECT_TRUE(mic.isSilentAt(0, leftHz));
+            edge = std::min(edge, edgeOfReturn());
+        }
+        EXPECT_LT(edge, sharpestAllowed);
+    }
+
+    float edgeOfReturn() {
+        const std::size_t from = mic.frames();
+        plugIn();
+        EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
+        return sharpestEdge(mic.all().channel(0, from));
+    }
+
+    /// With w = 2π 440 / 48000 = 0.058 the sine's own second difference is at most 0.1 w² =
+    /// 0.00033. Where it begins on a zero, its edge is 0.1 w = 0.0058, elsewhere more.
+    static constexpr float sharpestAllowed = 0.0015F;
+
+    static inline const std::string singer = "test.singer";
+    const ToneApp box{session()};
+    /// Takes the number of the device that has gone.
+    const SessionDevice idTaker{
+        .name = "test.taker", .description = "Taker", .mediaClass = "Audio/Sink"};
+};
+
+TEST_F(InputLoss, ATenthOfASecondLaterItIsHeardAgain) {
+    comesBackAfter(100ms);
+}
+
+TEST_F(InputLoss, ThreeSecondsLaterItIsHeardAgain) {
+    comesBackAfter(3s);
+}
+
+} // namespace
+} // namespace velmora

@@ -1,0 +1,165 @@
+// What a mute of an application's own output leaves behind: nothing, soon.
+
+#include "MixerTest.h"
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <sstream>
+
+namespace velmora {
+namespace {
+
+using namespace support;
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+/// How long an unmuted application may still be silent. A busy machine gets two more tries.
+constexpr auto bound = 500ms;
+constexpr int tries = 3;
+
+class MuteTraces : public ListeningMixerTest {
+protected:
+    MuteTraces() {
+        engine.setMonitoringSelection(interface4.name + "#3");
+        app.play("music", leftHz, rightHz, playedDb);
+        EXPECT_TRUE(atSpeakers.hears(0, leftHz, playedDb));
+    }
+
+    AudioSource mutedSource() {
+        AudioSource source = playing(app.pid());
+        engine.setDirectMuted(true, source);
+        return source;
+    }
+
+    ChildProcess mutingMixer() {
+        return session().start({VELMORA_MUTING_MIXER, std::to_string(app.pid())}, "muting-mixer");
+    }
+
+    /// From `unmute` until the application has been on the speakers for 50 ms.
+    template <typename Unmute>
+    Clock::duration timeToBeHeard(Unmute unmute) {
+        EXPECT_TRUE(atSpeakers.isSilentAt(0, leftHz));
+        const auto begin = Clock::now();
+        unmute();
+        EXPECT_TRUE(waitUntil([&] {
+            return std::abs(toneDb(atSpeakers.latest(0.05).channel(0), leftHz) - playedDb) < 1;
+        }));
+        return Clock::now() - begin;
+    }
+
+    /// The shortest time of a few tries.
+    template <typename Mute, typename Unmute>
+    Clock::duration bestTime(Mute mute, Unmute unmute) {
+        auto best = Clock::duration::max();
+        for (int count = 0; count < tries && best > bound; ++count) {
+            mute();
+            best = std::min(best, timeToBeHeard(unmute));
+        }
+        return best;
+    }
+
+    /// Everything that the session manager keeps, by file, and the targets that it was given.
+    struct Memory {
+        std::map<std::string, std::string> files;
+        std::set<std::string> metadata;
+
+        bool operator==(const Memory&) const = default;
+    };
+    static Memory memory() {
+        // It writes its files a second after a change.
+        static_cast<void>(waitUntil([] { return false; }, 1500ms));
+        Memory found;
+        namespace fs = std::filesystem;
+        for (const auto& entry : fs::recursive_directory_iterator(session().folder() / "state")) {
+            if (entry.is_regular_file()) {
+                std::ifstream in(entry.path());
+                found.files[entry.path().string()] = {std::istreambuf_iterator(in), {}};
+            }
+        }
+        std::istringstream lines(runToEnd({"pw-metadata"}, session().environment()));
+        for (std::string line; std::getline(lines, line);) {
+            if (line.starts_with("update:")) {
+                found.metadata.insert(line);
+            }
+        }
+        return found;
+    }
+
+    ToneApp app{session()};
+};
+
+TEST_F(MuteTraces, TheSessionManagerRemembersNothingOfIt) {
+    const Memory before = memory();
+    const AudioSource source = mutedSource();
+    mix({source});
+    ASSERT_TRUE(atSpeakers.isSilentAt(0, leftHz));
+    const Memory during = memory();
+
+    engine.stop();
+
+    const Memory after = memory();
+    EXPECT_EQ(during.files, before.files);
+    EXPECT_NE(during.metadata, before.metadata) << "this is where it is muted";
+    EXPECT_EQ(after.files, before.files);
+    EXPECT_EQ(after.metadata, before.metadata);
+}
+
+TEST_F(MuteTraces, TheUsersOwnTargetIsThereAgainAfterwards) {
+    const SessionDevice headset{
+        .name = "test.headset", .description = "Headset", .mediaClass = "Audio/Sink"};
+    session().add(headset);
+    const Recorder atHeadset(session(), headset.name, {1});
+    const AudioGraph graph = session().graph();
+    runToEnd({"pw-metadata",
+              std::to_string(graph.node("music")->id),
+              "target.object",
+              std::to_string(graph.node(headset.name)->serial),
+              "Spa:Id"},
+             session().environment());
+    ASSERT_TRUE(atHeadset.hears(0, leftHz, playedDb));
+    const Memory before = memory();
+    mix({mutedSource()});
+    ASSERT_TRUE(atHeadset.isSilentAt(0, leftHz));
+
+    engine.stop();
+
+    EXPECT_TRUE(atHeadset.hears(0, leftHz, playedDb));
+    EXPECT_EQ(memory().metadata, before.metadata);
+    session().remove(headset.name);
+}
+
+TEST_F(MuteTraces, IsAudibleWithinHalfASecondAfterItWasSwitchedOff) {
+    const AudioSource source = mutedSource();
+    mix({source});
+
+    EXPECT_LE(bestTime([&] { engine.setDirectMuted(true, source); },
+                       [&] { engine.setDirectMuted(false, source); }),
+              bound);
+}
+
+TEST_F(MuteTraces, IsAudibleWithinHalfASecondAfterTheStop) {
+    const AudioSource source = mutedSource();
+
+    EXPECT_LE(bestTime([&] { mix({source}); }, [&] { engine.stop(); }), bound);
+}
+
+TEST_F(MuteTraces, IsAudibleWithinHalfASecondAfterTheMixerEndedOrWasKilled) {
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        std::optional<ChildProcess> mixer;
+        EXPECT_LE(bestTime(
+                      [&] {
+                          mixer.emplace(mutingMixer());
+                          EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
+                      },
+                      [&] { ::kill(mixer->pid(), signal); }),
+                  bound)
+            << signal;
+    }
+}
+
+} // namespace
+} // namespace velmora

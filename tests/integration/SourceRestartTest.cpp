@@ -1,0 +1,141 @@
+// Applications that stop and start their streams, connect anew, and move about.
+
+#include "MixerTest.h"
+
+#include "support/ProcessFigures.h"
+
+#include <chrono>
+#include <unistd.h>
+
+namespace velmora {
+namespace {
+
+using namespace support;
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+/// How long an application may be missing after it plays again. On a machine that is busy with
+/// other things one restart in fifty may take longer.
+constexpr auto bound = 1s;
+constexpr int restarts = 100;
+constexpr int restartsBeyondBound = 2;
+
+constexpr double momentSeconds = 0.05;
+
+class SourceRestart : public ListeningMixerTest {
+protected:
+    SourceRestart() { engine.setMonitoringSelection(interface4.name + "#3"); }
+
+    /// Level of the left tone over the last moment.
+    double levelNow() const { return toneDb(mic.latest(momentSeconds).channel(0), leftHz); }
+
+    /// How many moments of a recording are louder than this, from a frame on.
+    static int louder(const Recorder& recorder, std::size_t from, double hz, double db) {
+        const auto samples = recorder.all().channel(0, from);
+        constexpr auto moment = static_cast<std::size_t>(momentSeconds * 48000);
+        int count = 0;
+        for (std::size_t at = 0; at + moment <= samples.size(); at += moment) {
+            count += toneDb(std::span(samples).subspan(at, moment), hz) > db ? 1 : 0;
+        }
+        return count;
+    }
+
+    /// Objects of ours, and links to and from them.
+    static std::size_t ownObjects() {
+        const auto isOurs = [](std::string_view name) { return name.starts_with("velmora."); };
+        const AudioGraph graph = session().graph();
+        return static_cast<std::size_t>(
+            std::ranges::count_if(graph.nodes(), isOurs, &GraphNode::name) +
+            std::ranges::count_if(graph.links(), [&](const GraphLink& link) {
+                return isOurs(link.from) || isOurs(link.to);
+            }));
+    }
+
+    ToneApp app{session()};
+};
+
+TEST_F(SourceRestart, AHundredRestartsAreAHundredRecoveriesWithTheSameSettings) {
+    app.play("music", leftHz, rightHz, playedDb);
+    const AudioSource source = playing(app.pid());
+    setGainDb(-6, source);
+    engine.setFX({.lowcut = 2, .autoGain = false}, source);
+    engine.setDirectMuted(true, source);
+    mix({source});
+    ASSERT_TRUE(atSpeakers.isSilentAt(0, leftHz));
+    ASSERT_TRUE(waitUntil([&] { return std::abs(levelNow() - (playedDb - 6)) < 1; }));
+    const double level = levelNow();
+    const std::size_t mutedFrom = atSpeakers.frames();
+    std::int64_t resident = 0;
+    const std::int64_t descriptors = openDescriptors(getpid());
+    const std::size_t objects = ownObjects();
+
+    int late = 0;
+    for (int restart = 1; restart <= restarts; ++restart) {
+        app.stop("music");
+        ASSERT_TRUE(waitUntil([&] { return levelNow() < -60; })) << restart;
+        const auto begin = Clock::now();
+        app.play("music", leftHz, rightHz, playedDb);
+        ASSERT_TRUE(waitUntil([&] { return std::abs(levelNow() - level) < 0.5; })) << restart;
+        late += Clock::now() - begin > bound ? 1 : 0;
+        if (restart == restarts / 10) { // from here on nothing is made for the first time
+            returnFreedMemory();
+            resident = residentBytes(getpid());
+        }
+    }
+
+    EXPECT_LE(late, restartsBeyondBound);
+    // A new stream is linked to the speakers for a few milliseconds before it is sent away.
+    EXPECT_EQ(louder(atSpeakers, mutedFrom, leftHz, -40), 0) << "muted all along";
+    EXPECT_TRUE(waitUntil([&] { return ownObjects() == objects; }));
+    EXPECT_EQ(openDescriptors(getpid()), descriptors);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // their own would be counted
+    returnFreedMemory();
+    EXPECT_LT(residentBytes(getpid()) - resident, 1 << 20);
+#endif
+}
+
+TEST_F(SourceRestart, AnApplicationThatConnectsAnewIsHeardAgain) {
+    app.play("music", leftHz, rightHz, playedDb);
+    const AudioSource source = playing(app.pid());
+    engine.setDirectMuted(true, source);
+    mix({source});
+    ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
+
+    app.reconnect();
+    EXPECT_TRUE(mic.isSilentAt(0, leftHz));
+    app.play("music", leftHz, rightHz, playedDb);
+
+    EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
+    EXPECT_TRUE(mic.hears(1, rightHz, playedDb));
+    EXPECT_TRUE(atSpeakers.isSilentAt(0, leftHz));
+}
+
+TEST_F(SourceRestart, AnApplicationIsHeardWithoutAGapWhileItMovesAndWhileItsSinkGoes) {
+    const SessionDevice headset{
+        .name = "test.headset", .description = "Headset", .mediaClass = "Audio/Sink"};
+    session().add(headset);
+    app.play("music", leftHz, rightHz, playedDb);
+    mix({playing(app.pid())});
+    ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
+    const Recorder atHeadset(session(), headset.name, {1, 2});
+    const std::size_t from = mic.frames();
+    const AudioGraph graph = session().graph();
+
+    runToEnd({"pw-metadata",
+              std::to_string(graph.node("music")->id),
+              "target.object",
+              std::to_string(graph.node(headset.name)->serial),
+              "Spa:Id"},
+             session().environment());
+    EXPECT_TRUE(atHeadset.hears(0, leftHz, playedDb));
+    session().remove(headset.name);
+    EXPECT_TRUE(atSpeakers.hears(0, leftHz, playedDb));
+    EXPECT_TRUE(mic.waitForFreshSound());
+
+    const auto samples = mic.all().channel(0, from);
+    const auto moments = static_cast<int>(samples.size() / std::size_t{2400});
+    EXPECT_EQ(louder(mic, from, leftHz, playedDb - 6), moments);
+}
+
+} // namespace
+} // namespace velmora

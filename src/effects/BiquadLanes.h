@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effects/Biquad.h"
+#include "effects/Check.h"
 #include "effects/Lanes.h"
 
 namespace velmora {

@@ -1,7 +1,7 @@
 // Compressor.h: evens out loudness in three fixed strengths.
 #pragma once
 
-#include "effects/SampleMath.h"
+#include "effects/Followers.h"
 #include "effects/Steps.h"
 
 #include <array>

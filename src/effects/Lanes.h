@@ -1,8 +1,6 @@
 // Lanes.h: four floats at a time.
 #pragma once
 
-#include "effects/Check.h"
-
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -104,22 +102,6 @@ inline void storeFrame(float* frame, Lanes lanes) noexcept {
 
 [[nodiscard]] inline Lanes finiteOr(Lanes lanes, Lanes reset) noexcept {
     return select(areFinite(lanes), lanes, reset);
-}
-
-/// One step of four one-pole followers.
-template <Check check>
-[[nodiscard]] Lanes follow(Lanes state, Lanes target, Lanes coefficient, Lanes reset) noexcept {
-    const Lanes next = state + (target - state) * coefficient;
-    return check == Check::everyFrame ? finiteOr(next, reset) : next;
-}
-
-/// The same, `fast` upwards and `slow` downwards.
-template <Check check>
-[[nodiscard]] Lanes
-followFastUp(Lanes state, Lanes target, Lanes fast, Lanes slow, Lanes reset) noexcept {
-    const Lanes distance = target - state;
-    const Lanes next = state + maxFirst(distance * slow, distance * fast);
-    return check == Check::everyFrame ? finiteOr(next, reset) : next;
 }
 
 } // namespace velmora

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "effects/FXParams.h"
-#include "effects/SampleMath.h"
+#include "effects/Followers.h"
 #include "effects/Steps.h"
 
 #include <span>

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effects/BiquadLanes.h"
+#include "effects/Followers.h"
 #include "effects/Steps.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 // PlosiveGuard.h: softens the thump of a spoken p or b.
 #pragma once
 
-#include "effects/SampleMath.h"
+#include "effects/Followers.h"
 #include "effects/Steps.h"
 #include "effects/StereoSection.h"
 

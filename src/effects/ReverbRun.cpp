@@ -1,5 +1,6 @@
 #include "effects/ReverbRun.h"
 
+#include "effects/Check.h"
 #include "effects/Lanes.h"
 
 namespace velmora {

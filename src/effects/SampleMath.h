@@ -1,8 +1,6 @@
 // SampleMath.h: the few sums that every stage shares.
 #pragma once
 
-#include "effects/Check.h"
-
 #include <cmath>
 #include <limits>
 
@@ -21,34 +19,6 @@ namespace velmora {
 /// `value`, or `reset` when it is infinite or not a number, so that no state stays poisoned.
 [[nodiscard]] inline float finiteOr(float value, float reset) noexcept {
     return std::abs(value) <= std::numeric_limits<float>::max() ? value : reset;
-}
-
-/// One step of a one-pole follower of `target`; a state that would leave the finite numbers
-/// returns to `reset`.
-///
-/// Formula: x += (t - x) * a
-template <Check check>
-[[nodiscard]] float follow(float state, float target, float coefficient, float reset) noexcept {
-    const float next = state + (target - state) * coefficient;
-    return check == Check::everyFrame ? finiteOr(next, reset) : next;
-}
-
-/// The same, `fast` upwards and `slow` downwards: of both steps the larger one is right either way.
-template <Check check>
-[[nodiscard]] float
-followFastUp(float state, float target, float fast, float slow, float reset) noexcept {
-    const float distance = target - state;
-    const float next = state + maxFirst(distance * slow, distance * fast);
-    return check == Check::everyFrame ? finiteOr(next, reset) : next;
-}
-
-/// `fast` downwards and `slow` upwards.
-template <Check check>
-[[nodiscard]] float
-followFastDown(float state, float target, float fast, float slow, float reset) noexcept {
-    const float distance = target - state;
-    const float next = state + minFirst(distance * slow, distance * fast);
-    return check == Check::everyFrame ? finiteOr(next, reset) : next;
 }
 
 /// The coefficient with which a follower covers 63 % of a step in `seconds`.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effects/Biquad.h"
+#include "effects/Check.h"
 #include "effects/Quad.h"
 
 namespace velmora {

@@ -1,4 +1,4 @@
-#include "effects/Lanes.h"
+#include "effects/Followers.h"
 
 #include "effects/Signals.h"
 

@@ -8,16 +8,17 @@
 #include "ui/Ui.h"
 #include "ui/WindowPicture.h"
 #include "ui/kit/Kit.h"
+#include "ui/support/ItemSearch.h"
 #include "ui/window/WindowScene.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QKeyEvent>
-#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
+#include <QUrl>
 #include <iostream>
 #include <memory>
 
@@ -29,19 +30,6 @@ namespace {
 
 constexpr double tallest = 1000; // points, of the window on the screen that is imagined
 
-/// The first item below `root` with this objectName.
-QQuickItem* find(QQuickItem& root, const QString& name) {
-    if (root.objectName() == name) {
-        return &root;
-    }
-    for (QQuickItem* child : root.childItems()) {
-        if (QQuickItem* const found = find(*child, name)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
 /// A fresh machine with its window, so that no state depends on the one before.
 class Stage {
 public:
@@ -50,13 +38,12 @@ public:
         settings_.setLanguage(look.language);
         installKit(engine_, settings_);
         installUi(engine_);
-        QQmlComponent component(&engine_, QUrl("qrc:/qt/qml/Velmora/ControlWindow.qml"));
-        if (!component.isReady()) {
-            std::cerr << component.errorString().toStdString();
+        auto made = makeWindow(engine_, QUrl("qrc:/qt/qml/Velmora/ControlWindow.qml"), scene.model);
+        if (!made) {
+            std::cerr << made.error();
             std::exit(1);
         }
-        window_.reset(qobject_cast<QQuickWindow*>(
-            component.createWithInitialProperties({{"model", QVariant::fromValue(&scene.model)}})));
+        window_ = *std::move(made);
         window_->setProperty("tallest", tallest);
         window_->show();
         window_->requestActivate();
@@ -71,7 +58,7 @@ public:
 
     /// Presses what carries this objectName.
     void press(const QString& name) {
-        QQuickItem* const item = find(*window_->contentItem(), name);
+        QQuickItem* const item = findItem(*window_->contentItem(), name);
         if (item == nullptr) {
             std::cerr << "There is no " << name.toStdString() << ".\n";
             std::exit(1);

@@ -1,5 +1,5 @@
-// velmora_live_filters: nodes that are called in every cycle and do nothing, each with a connection
-// and a real-time thread of its own, as the mixer's captures have. What the sound server costs.
+// velmora_live_filters: nodes that are called in every cycle and do nothing, all on one connection
+// and one real-time thread, as the mixer's nodes are. What the sound server costs.
 //
 // velmora_live_filters <count>
 // The nodes are empty.0, empty.1 ..., each with the inputs left and right. Tells "running" on
@@ -23,9 +23,10 @@ using namespace velmora::pipewire;
 
 class EmptyNode final : FilterNode::Handler {
 public:
-    explicit EmptyNode(int number) {
+    EmptyNode(std::shared_ptr<NodeLoop> loop, int number) {
         using enum FilterNode::Direction;
-        auto node = FilterNode::open({.name = "empty." + std::to_string(number),
+        auto node = FilterNode::open(std::move(loop),
+                                     {.name = "empty." + std::to_string(number),
                                       .description = "Empty",
                                       .ports = {{"left", input}, {"right", input}},
                                       .blockFrames = 128,
@@ -56,9 +57,14 @@ private:
 int main(int argc, char** argv) {
     pw_init(nullptr, nullptr);
     const int count = argc > 1 ? std::atoi(argv[1]) : 0;
+    const auto loop = NodeLoop::open();
+    if (!loop) {
+        std::cerr << "velmora_live_filters: error " << loop.error() << '\n';
+        return 1;
+    }
     std::vector<std::unique_ptr<EmptyNode>> nodes;
     for (int number = 0; number < count; ++number) {
-        nodes.push_back(std::make_unique<EmptyNode>(number));
+        nodes.push_back(std::make_unique<EmptyNode>(*loop, number));
     }
     std::cout << "running" << std::endl;
     for (std::string line; std::getline(std::cin, line);) {

@@ -2,6 +2,7 @@
 
 #include "platform/pipewire/RealtimeMath.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <new>
 #include <utility>
@@ -41,25 +42,22 @@ Properties nodeProperties(const FilterNode::Setup& setup) {
 
 } // namespace
 
-FilterNode::FilterNode(Handler& handler) : handler_(handler), loop_("velmora-node") {
+FilterNode::FilterNode(std::shared_ptr<NodeLoop> loop, Handler& handler)
+    : handler_(handler), loop_(std::move(loop)) {
 }
 
 FilterNode::~FilterNode() {
-    {
-        const Loop::Lock lock(loop_);
-        watchdog_.reset();
-        // Waits for the data thread to finish its cycle.
-        hook_.reset();
-        filter_.reset();
-        core_.reset();
-        context_.reset();
-    }
-    loop_.stop();
+    const Loop::Lock lock(loop_->loop());
+    watchdog_.reset();
+    hook_.reset();
+    filter_.reset(); // waits for the data thread to finish its cycle
+    core_.reset();
 }
 
-StatusOr<std::unique_ptr<FilterNode>> FilterNode::open(Setup setup, Handler& handler) {
+StatusOr<std::unique_ptr<FilterNode>>
+FilterNode::open(std::shared_ptr<NodeLoop> loop, const Setup& setup, Handler& handler) {
     try {
-        std::unique_ptr<FilterNode> node(new FilterNode(handler));
+        std::unique_ptr<FilterNode> node(new FilterNode(std::move(loop), handler));
         if (const Status status = node->connect(setup); status != statusOk) {
             return std::unexpected(status);
         }
@@ -82,6 +80,7 @@ Status FilterNode::connect(const Setup& setup) {
         return made;
     }();
 
+    const Loop::Lock lock(loop_->loop());
     if (const Status status = openFilter(setup); status != statusOk) {
         return status;
     }
@@ -92,17 +91,13 @@ Status FilterNode::connect(const Setup& setup) {
             return -ENOMEM;
         }
     }
-    watchdog_ = std::make_unique<LoopTimer>(loop_, [this] { checkCalls(); });
+    watchdog_ = std::make_unique<LoopTimer>(loop_->loop(), [this] { checkCalls(); });
     const Status status = pw_filter_connect(filter_.get(), PW_FILTER_FLAG_RT_PROCESS, nullptr, 0);
-    if (status < 0) {
-        return status;
-    }
-    return loop_.start() ? statusOk : -EAGAIN;
+    return std::min(status, statusOk);
 }
 
 Status FilterNode::openFilter(const Setup& setup) {
-    context_ = makeRealtimeContext(loop_.get());
-    core_.reset(context_ ? pw_context_connect(context_.get(), nullptr, 0) : nullptr);
+    core_ = loop_->connect();
     if (core_) {
         filter_.reset(pw_filter_new(
             core_.get(), setup.name.c_str(), makeProperties(nodeProperties(setup)).release()));

@@ -1,10 +1,10 @@
-// FilterNode.h: a node of ours, called once per graph cycle on a thread of its own.
+// FilterNode.h: a node of ours, called once per graph cycle.
 #pragma once
 
 #include "platform/Status.h"
 #include "platform/pipewire/CycleClock.h"
 #include "platform/pipewire/Handles.h"
-#include "platform/pipewire/Loop.h"
+#include "platform/pipewire/NodeLoop.h"
 
 #include <atomic>
 #include <cstdint>
@@ -14,8 +14,7 @@
 
 namespace velmora::pipewire {
 
-/// One pw_filter with mono float ports, in a context of its own: each node has its own real-time
-/// thread, so that several sources use several cores.
+/// One pw_filter with mono float ports, on the real-time thread of its loop.
 ///
 /// Threads: main, except `buffer`. Real-time: no, except `buffer`.
 class FilterNode {
@@ -42,13 +41,14 @@ public:
     class Handler {
     public:
         virtual ~Handler() = default;
-        /// Threads: the node's real-time thread. Must not allocate, block or throw.
+        /// Threads: the loop's real-time thread. Must not allocate, block or throw.
         virtual void process(const FilterNode& node, const Cycle& cycle) noexcept = 0;
     };
 
     /// Connects to the daemon; the ports appear shortly after. `handler` outlives the node.
     /// Errors: the status; nothing is left open.
-    [[nodiscard]] static StatusOr<std::unique_ptr<FilterNode>> open(Setup setup, Handler& handler);
+    [[nodiscard]] static StatusOr<std::unique_ptr<FilterNode>>
+    open(std::shared_ptr<NodeLoop> loop, const Setup& setup, Handler& handler);
 
     /// When this returns, the handler is not running and will not run again.
     ~FilterNode();
@@ -61,7 +61,7 @@ public:
     [[nodiscard]] float* buffer(std::size_t index, std::uint32_t frames) const noexcept;
 
 private:
-    explicit FilterNode(Handler& handler);
+    FilterNode(std::shared_ptr<NodeLoop> loop, Handler& handler);
     Status connect(const Setup& setup);
     Status openFilter(const Setup& setup);
     bool addPort(const PortSetup& port);
@@ -73,9 +73,8 @@ private:
     std::atomic<std::uint64_t> calls_{0}; // written by the real-time thread
     CycleClock clock_;                    // real-time thread
     std::uint64_t callsSeen_ = 0;         // loop thread
-    Loop loop_;
+    std::shared_ptr<NodeLoop> loop_;
     std::unique_ptr<LoopTimer> watchdog_;
-    ContextHandle context_;
     CoreHandle core_;
     FilterHandle filter_;
     std::unique_ptr<Hook> hook_;

@@ -15,16 +15,16 @@ enum PortIndex : std::size_t { leftPort, rightPort, monoPort, syncPort };
 /// Frames that a source's ring can hold back for an output.
 constexpr std::size_t mostInStore = 1024;
 
-FilterNode::Setup nodeSetup(std::string name, std::uint32_t blockFrames, double rateHz) {
+FilterNode::Setup nodeSetup(const PlaybackNode::Setup& setup) {
     using enum FilterNode::Direction;
-    return {.name = std::move(name),
+    return {.name = setup.name,
             .description = "Velmora Output",
             .ports = {{std::string(own::left), output},
                       {std::string(own::right), output},
                       {std::string(own::mono), output},
                       {std::string(own::sync), input}},
-            .blockFrames = blockFrames,
-            .rateHz = rateHz};
+            .blockFrames = setup.blockFrames,
+            .rateHz = setup.rateHz};
 }
 
 } // namespace
@@ -34,12 +34,10 @@ PlaybackNode::PlaybackNode(RenderCallback render)
       unheardRight_(static_cast<std::size_t>(largestBlockFrames)) {
 }
 
-StatusOr<std::unique_ptr<PlaybackNode>> PlaybackNode::open(std::string name,
-                                                           std::uint32_t blockFrames,
-                                                           double rateHz,
-                                                           RenderCallback render) {
+StatusOr<std::unique_ptr<PlaybackNode>>
+PlaybackNode::open(std::shared_ptr<NodeLoop> loop, const Setup& setup, RenderCallback render) {
     std::unique_ptr<PlaybackNode> playback(new PlaybackNode(std::move(render)));
-    auto node = FilterNode::open(nodeSetup(std::move(name), blockFrames, rateHz), *playback);
+    auto node = FilterNode::open(std::move(loop), nodeSetup(setup), *playback);
     if (!node) {
         return std::unexpected(node.error());
     }

@@ -11,12 +11,18 @@
 
 namespace velmora::pipewire {
 
-/// Threads: main. Real-time: no; the callback runs on the node's own real-time thread.
+/// Threads: main. Real-time: no; the callback runs on the loop's real-time thread.
 class PlaybackNode final : FilterNode::Handler {
 public:
+    struct Setup {
+        std::string name;
+        std::uint32_t blockFrames{};
+        double rateHz{};
+    };
+
     /// Errors: the status; nothing is left open.
     [[nodiscard]] static StatusOr<std::unique_ptr<PlaybackNode>>
-    open(std::string name, std::uint32_t blockFrames, double rateHz, RenderCallback render);
+    open(std::shared_ptr<NodeLoop> loop, const Setup& setup, RenderCallback render);
 
 private:
     explicit PlaybackNode(RenderCallback render);

@@ -34,8 +34,10 @@ Status PlaybackUnit::start(RenderCallback render) {
         return status;
     }
     route_.emplace(session_, "output", PlaybackRoute{.deviceUID = target_->uid, .map = map_});
-    auto node = PlaybackNode::open(
-        route_->nodeName(), target_->blockFrames, target_->rateHz, std::move(render));
+    auto node = session_.openNode<PlaybackNode>({.name = route_->nodeName(),
+                                                 .blockFrames = target_->blockFrames,
+                                                 .rateHz = target_->rateHz},
+                                                std::move(render));
     if (!node) {
         route_.reset();
         return node.error();

@@ -27,10 +27,10 @@ RecordingNode::RecordingNode(std::uint32_t channels, ReceiveCallback receive)
       silence_(static_cast<std::size_t>(largestBlockFrames)) {
 }
 
-StatusOr<std::unique_ptr<RecordingNode>> RecordingNode::open(const Setup& setup,
-                                                             ReceiveCallback receive) {
+StatusOr<std::unique_ptr<RecordingNode>>
+RecordingNode::open(std::shared_ptr<NodeLoop> loop, const Setup& setup, ReceiveCallback receive) {
     std::unique_ptr<RecordingNode> recording(new RecordingNode(setup.channels, std::move(receive)));
-    auto node = FilterNode::open(nodeSetup(setup), *recording);
+    auto node = FilterNode::open(std::move(loop), nodeSetup(setup), *recording);
     if (!node) {
         return std::unexpected(node.error());
     }

@@ -13,7 +13,7 @@ namespace velmora::pipewire {
 
 /// A channel that gets a link, the first one or another one later, fades in.
 ///
-/// Threads: main. Real-time: no; the callback runs on the node's own real-time thread.
+/// Threads: main. Real-time: no; the callback runs on the loop's real-time thread.
 class RecordingNode final : FilterNode::Handler {
 public:
     struct Setup {
@@ -24,8 +24,8 @@ public:
     };
 
     /// Errors: the status; nothing is left open.
-    [[nodiscard]] static StatusOr<std::unique_ptr<RecordingNode>> open(const Setup& setup,
-                                                                       ReceiveCallback receive);
+    [[nodiscard]] static StatusOr<std::unique_ptr<RecordingNode>>
+    open(std::shared_ptr<NodeLoop> loop, const Setup& setup, ReceiveCallback receive);
 
 private:
     RecordingNode(std::uint32_t channels, ReceiveCallback receive);

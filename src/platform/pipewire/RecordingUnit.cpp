@@ -19,11 +19,11 @@ Status RecordingUnit::start(ReceiveCallback receive) {
     route_.emplace(session_,
                    "input",
                    RecordingRoute{.deviceUID = target_->uid, .channels = target_->channels});
-    auto node = RecordingNode::open({.name = route_->nodeName(),
-                                     .channels = target_->channels,
-                                     .blockFrames = target_->blockFrames,
-                                     .rateHz = target_->rateHz},
-                                    std::move(receive));
+    auto node = session_.openNode<RecordingNode>({.name = route_->nodeName(),
+                                                  .channels = target_->channels,
+                                                  .blockFrames = target_->blockFrames,
+                                                  .rateHz = target_->rateHz},
+                                                 std::move(receive));
     if (!node) {
         route_.reset();
         return node.error();

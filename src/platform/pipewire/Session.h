@@ -6,9 +6,11 @@
 #include "platform/pipewire/DefaultOutputWatch.h"
 #include "platform/pipewire/Devices.h"
 #include "platform/pipewire/Graph.h"
+#include "platform/pipewire/LastWill.h"
 #include "platform/pipewire/LinkSet.h"
 #include "platform/pipewire/Loop.h"
 #include "platform/pipewire/MuteSink.h"
+#include "platform/pipewire/NodeLoop.h"
 #include "platform/pipewire/ObjectIds.h"
 #include "platform/pipewire/ProcessDirectory.h"
 #include "platform/pipewire/Routes.h"
@@ -92,6 +94,17 @@ public:
         return function(state_);
     }
 
+    /// Opens one more node of ours. Errors: the status; nothing is left open.
+    template <typename Node, typename Callback>
+    [[nodiscard]] StatusOr<std::unique_ptr<Node>> openNode(const typename Node::Setup& setup,
+                                                           Callback callback) {
+        auto loop = nodeLoops_.take();
+        if (!loop) {
+            return std::unexpected(loop.error());
+        }
+        return Node::open(*std::move(loop), setup, std::move(callback));
+    }
+
     Status ensureVirtualMicrophone();
 
     /// Makes a public aggregate and waits shortly until it can be played to.
@@ -124,6 +137,7 @@ private:
     SessionState state_;
     Connection connection_;
     LinkSet links_;
+    LastWill will_;
     std::map<AudioObjectID, std::unique_ptr<MuteSink>> muteSinks_;
     std::map<std::string, PublicAggregate> aggregates_; // by UID; wanted
     std::map<std::string, std::unique_ptr<AggregateSink>> aggregateSinks_;
@@ -143,6 +157,7 @@ private:
     bool isRereadDue_ = false;
     bool isAnotherRereadDue_ = false;
     LoopWork pass_;
+    NodeLoops nodeLoops_;
 };
 
 } // namespace velmora::pipewire

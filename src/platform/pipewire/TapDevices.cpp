@@ -139,11 +139,11 @@ Status TapDevices::open(Proc& proc, const Tap& tap) {
     proc.route = std::make_unique<RouteHold>(session_, "tap", TapRoute{.process = tap.process});
     const double rateHz =
         session_.read([](SessionState& state, bool) { return state.graph.rate(); });
-    auto node = TapNode::open({.name = proc.route->nodeName(),
-                               .blockFrames = usualBlockFrames,
-                               .rateHz = rateHz,
-                               .scale = tap.scale},
-                              proc.callback);
+    auto node = session_.openNode<TapNode>({.name = proc.route->nodeName(),
+                                            .blockFrames = usualBlockFrames,
+                                            .rateHz = rateHz,
+                                            .scale = tap.scale},
+                                           proc.callback);
     if (!node) {
         close(proc);
         return node.error();

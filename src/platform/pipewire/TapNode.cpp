@@ -34,9 +34,10 @@ TapNode::TapNode(float scale, IOCallback callback)
       silence_(static_cast<std::size_t>(largestBlockFrames)) {
 }
 
-StatusOr<std::unique_ptr<TapNode>> TapNode::open(const Setup& setup, IOCallback callback) {
+StatusOr<std::unique_ptr<TapNode>>
+TapNode::open(std::shared_ptr<NodeLoop> loop, const Setup& setup, IOCallback callback) {
     std::unique_ptr<TapNode> tap(new TapNode(setup.scale, std::move(callback)));
-    auto node = FilterNode::open(nodeSetup(setup), *tap);
+    auto node = FilterNode::open(std::move(loop), nodeSetup(setup), *tap);
     if (!node) {
         return std::unexpected(node.error());
     }

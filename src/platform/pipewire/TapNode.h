@@ -11,7 +11,7 @@
 
 namespace velmora::pipewire {
 
-/// Threads: main. Real-time: no; the callback runs on the node's own real-time thread.
+/// Threads: main. Real-time: no; the callback runs on the loop's real-time thread.
 class TapNode final : FilterNode::Handler {
 public:
     struct Setup {
@@ -22,8 +22,8 @@ public:
     };
 
     /// Errors: the status; nothing is left open.
-    [[nodiscard]] static StatusOr<std::unique_ptr<TapNode>> open(const Setup& setup,
-                                                                 IOCallback callback);
+    [[nodiscard]] static StatusOr<std::unique_ptr<TapNode>>
+    open(std::shared_ptr<NodeLoop> loop, const Setup& setup, IOCallback callback);
 
 private:
     using Inputs = std::array<const float*, 5>; // by TapInput; null while nothing is linked

@@ -89,6 +89,19 @@ protected:
         return found;
     }
 
+    /// As the user does it in a mixer of the desktop.
+    void sendToHeadset() const {
+        const AudioGraph graph = session().graph();
+        runToEnd({"pw-metadata",
+                  std::to_string(graph.node("music")->id),
+                  "target.object",
+                  std::to_string(graph.node(headset.name)->serial),
+                  "Spa:Id"},
+                 session().environment());
+    }
+
+    const SessionDevice headset{
+        .name = "test.headset", .description = "Headset", .mediaClass = "Audio/Sink"};
     ToneApp app{session()};
 };
 
@@ -109,17 +122,9 @@ TEST_F(MuteTraces, TheSessionManagerRemembersNothingOfIt) {
 }
 
 TEST_F(MuteTraces, TheUsersOwnTargetIsThereAgainAfterwards) {
-    const SessionDevice headset{
-        .name = "test.headset", .description = "Headset", .mediaClass = "Audio/Sink"};
     session().add(headset);
     const Recorder atHeadset(session(), headset.name, {1});
-    const AudioGraph graph = session().graph();
-    runToEnd({"pw-metadata",
-              std::to_string(graph.node("music")->id),
-              "target.object",
-              std::to_string(graph.node(headset.name)->serial),
-              "Spa:Id"},
-             session().environment());
+    sendToHeadset();
     ASSERT_TRUE(atHeadset.hears(0, leftHz, playedDb));
     const Memory before = memory();
     mix({mutedSource()});
@@ -159,6 +164,37 @@ TEST_F(MuteTraces, IsAudibleWithinHalfASecondAfterTheMixerEndedOrWasKilled) {
                   bound)
             << signal;
     }
+}
+
+TEST_F(MuteTraces, AKilledMixerLeavesNothingEither) {
+    const Memory before = memory();
+    const ChildProcess mixer = mutingMixer();
+    ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
+    ASSERT_TRUE(atSpeakers.isSilentAt(0, leftHz));
+
+    ::kill(mixer.pid(), SIGKILL);
+
+    EXPECT_TRUE(atSpeakers.hears(0, leftHz, playedDb));
+    const Memory after = memory();
+    EXPECT_EQ(after.files, before.files);
+    EXPECT_EQ(after.metadata, before.metadata);
+}
+
+TEST_F(MuteTraces, AKilledMixerGivesTheUsersOwnTargetBack) {
+    session().add(headset);
+    const Recorder atHeadset(session(), headset.name, {1});
+    sendToHeadset();
+    ASSERT_TRUE(atHeadset.hears(0, leftHz, playedDb));
+    const Memory before = memory();
+    const ChildProcess mixer = mutingMixer();
+    ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
+    ASSERT_TRUE(atHeadset.isSilentAt(0, leftHz));
+
+    ::kill(mixer.pid(), SIGKILL);
+
+    EXPECT_TRUE(atHeadset.hears(0, leftHz, playedDb));
+    EXPECT_EQ(memory().metadata, before.metadata);
+    session().remove(headset.name);
 }
 
 } // namespace

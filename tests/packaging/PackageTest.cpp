@@ -13,6 +13,7 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 const auto commonFiles = {"usr/bin/velmora",
+                          "usr/libexec/velmora/velmora-give-back",
                           "usr/share/applications/app.velmora.Velmora.desktop",
                           "usr/share/metainfo/app.velmora.Velmora.metainfo.xml",
                           "usr/share/icons/hicolor/scalable/apps/app.velmora.Velmora.svg",

@@ -2,45 +2,46 @@
 
 #include "platform/pipewire/MuteLayout.h"
 
+#include <algorithm>
+
 namespace velmora::pipewire {
 namespace {
 
-constexpr const char* targetObjectKey = "target.object";
-constexpr const char* targetNodeKey = "target.node";
 constexpr const char* idType = "Spa:Id";
 
 } // namespace
 
-MuteSink::MuteSink(Connection& connection, const Graph& graph, std::function<std::string()> newName)
-    : connection_(connection), graph_(graph), newName_(std::move(newName)) {
+MuteSink::MuteSink(Connection& connection,
+                   const Graph& graph,
+                   LastWill& will,
+                   std::function<std::string()> newName)
+    : connection_(connection), graph_(graph), will_(will), newName_(std::move(newName)) {
 }
 
 MuteSink::~MuteSink() {
-    for (const auto& [serial, stream] : muted_) {
-        const auto target = graph_.metadata("default", stream.id, targetObjectKey);
-        const bool isStillHere = graph_.node(serial) != nullptr && target &&
-                                 target->value == std::to_string(stream.sink);
-        if (isStillHere) {
-            giveBack(stream);
-        }
+    for (const MutedStream& muted : muted_) {
+        giveBack(connection_, graph_, muted);
     }
+    forgetTargets();
 }
 
-void MuteSink::giveBack(const Muted& stream) {
-    // Each write changes what the session manager remembers, so the user's values come last, and
-    // writing a value that is already there would not be noticed.
-    connection_.setSessionMetadata(stream.id, targetObjectKey, std::nullopt);
-    connection_.setSessionMetadata(stream.id, targetNodeKey, std::nullopt);
-    if (stream.targetNode) {
-        connection_.setSessionMetadata(stream.id, targetNodeKey, stream.targetNode);
-    }
-    if (stream.targetObject) {
-        connection_.setSessionMetadata(stream.id, targetObjectKey, stream.targetObject);
-    }
+void MuteSink::forgetTargets() {
+    forget([](const MutedStream&) { return true; });
+}
+
+template <typename Predicate>
+void MuteSink::forget(Predicate isPast) {
+    std::erase_if(muted_, [&](const MutedStream& muted) {
+        const bool goes = isPast(muted);
+        if (goes) {
+            will_.remove(muted.stream);
+        }
+        return goes;
+    });
 }
 
 void MuteSink::follow(const std::vector<Serial>& streams) {
-    std::erase_if(muted_, [&](const auto& one) { return graph_.node(one.first) == nullptr; });
+    forget([this](const MutedStream& muted) { return graph_.node(muted.stream) == nullptr; });
     const Node* const sink = sink_ ? graph_.nodeNamed(name_) : nullptr;
     if (!sink_ || (isSinkSeen_ && sink == nullptr)) {
         makeSink(streams);
@@ -82,18 +83,21 @@ void MuteSink::send(const Node& stream, Serial sink) {
     if (stream.mediaClass != "Stream/Output/Audio") {
         return; // the session manager does not move it
     }
-    const auto known = muted_.find(stream.serial);
+    auto known = std::ranges::find(muted_, stream.serial, &MutedStream::stream);
     if (known == muted_.end()) {
-        muted_[stream.serial] = {
-            .id = stream.id,
-            .sink = sink,
-            .targetObject = graph_.metadata("default", stream.id, targetObjectKey),
-            .targetNode = graph_.metadata("default", stream.id, targetNodeKey)};
-    } else if (known->second.sink != sink) {
-        known->second.sink = sink; // what it names now is our own sink before this one
+        known =
+            muted_.insert(known,
+                          {.stream = stream.serial,
+                           .id = stream.id,
+                           .sink = sink,
+                           .targetObject = graph_.metadata("default", stream.id, targetObjectKey),
+                           .targetNode = graph_.metadata("default", stream.id, targetNodeKey)});
+    } else if (known->sink != sink) {
+        known->sink = sink; // what it names now is our own sink before this one
     } else {
         return;
     }
+    will_.add(*known);
     connection_.setSessionMetadata(
         stream.id, targetObjectKey, MetadataValue{.type = idType, .value = std::to_string(sink)});
     connection_.setSessionMetadata(

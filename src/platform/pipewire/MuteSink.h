@@ -4,10 +4,10 @@
 #include "platform/pipewire/Connection.h"
 #include "platform/pipewire/Graph.h"
 #include "platform/pipewire/Handles.h"
+#include "platform/pipewire/LastWill.h"
+#include "platform/pipewire/MutedStream.h"
 
 #include <functional>
-#include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,18 +15,22 @@ namespace velmora::pipewire {
 
 /// Sends streams to a private sink that nobody hears, for as long as this object lives.
 ///
-/// Nothing of it outlives this program: the sink goes with our connection, and the session manager
-/// then plays the streams where it did before. The session manager also remembers, by the kind of
-/// application, where streams were sent to, and would send other programs there; it is told at once
-/// that there is nothing to remember (target.node = -1, WirePlumber 0.4.13), while the target that
-/// it was given for this very stream stays in force.
+/// Nothing of it outlives this program: the sink goes with our connection, the session manager then
+/// plays the streams where it did before, and of a killed program the last will removes the rest.
+/// The session manager also remembers, by the kind of application, where streams were sent to, and
+/// would send other programs there; it is told at once that there is nothing to remember
+/// (target.node = -1, WirePlumber 0.4.13), while the target that it was given for this very stream
+/// stays in force.
 ///
 /// Threads: needs the control loop's lock.
 class MuteSink {
 public:
     /// @param newName  gives a `node.name` that was never used before, so that a remembered one
     ///                 cannot match
-    MuteSink(Connection& connection, const Graph& graph, std::function<std::string()> newName);
+    MuteSink(Connection& connection,
+             const Graph& graph,
+             LastWill& will,
+             std::function<std::string()> newName);
     /// Gives every stream back the target that it had, unless the user has sent it elsewhere since.
     ~MuteSink();
     MuteSink(const MuteSink&) = delete;
@@ -37,26 +41,23 @@ public:
     void follow(const std::vector<Serial>& streams);
 
     /// The session manager has gone and with it all targets: everything is to be sent again.
-    void forgetTargets() { muted_.clear(); }
+    void forgetTargets();
 
 private:
-    struct Muted {
-        GlobalId id{};
-        Serial sink{};
-        std::optional<MetadataValue> targetObject; // as the user had set it
-        std::optional<MetadataValue> targetNode;
-    };
     void makeSink(const std::vector<Serial>& streams);
     void send(const Node& stream, Serial sink);
-    void giveBack(const Muted& stream);
+    /// Takes from the list whatever `isPast`.
+    template <typename Predicate>
+    void forget(Predicate isPast);
 
     Connection& connection_;
     const Graph& graph_;
+    LastWill& will_;
     std::function<std::string()> newName_;
     std::string name_;
     ProxyHandle sink_;
     bool isSinkSeen_ = false;
-    std::map<Serial, Muted> muted_;
+    std::vector<MutedStream> muted_;
 };
 
 } // namespace velmora::pipewire

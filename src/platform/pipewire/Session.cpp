@@ -184,7 +184,7 @@ void Session::passMutes() {
         auto& sink = muteSinks_[tap];
         if (!sink) {
             sink = std::make_unique<MuteSink>(
-                connection_, state_.graph, [this] { return state_.newNodeName("mute"); });
+                connection_, state_.graph, will_, [this] { return state_.newNodeName("mute"); });
         }
         if (isAvailableLocked()) {
             sink->follow(state_.processes.streams(process));

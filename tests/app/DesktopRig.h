@@ -105,8 +105,21 @@ protected:
             xdotool({"key", key});
         }
     }
+    /// A window manager moves a new window to its place, and a slow machine lets one see it do so.
+    void waitUntilStill(const std::string& title) const {
+        constexpr int looks = 5;
+        std::string place;
+        int same = 0;
+        EXPECT_TRUE(support::waitUntil([&] {
+            const std::string now = xdotool({"getwindowgeometry", window(title)});
+            same = now == place ? same + 1 : 0;
+            place = now;
+            return same == looks;
+        }));
+    }
     /// The running switch at the top of the control window.
     void toggleMix() const {
+        waitUntilStill("Velmora");
         xdotool({"mousemove", "--window", window("Velmora"), "366", "34", "click", "1"});
     }
 

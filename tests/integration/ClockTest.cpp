@@ -53,18 +53,20 @@ protected:
 };
 
 TEST_F(Clocks, ARingHoldsTheBlockOfItsCycleAndNoDelay) {
-    constexpr int windows = 4; // a loaded machine may hold up a block in one, not in each
+    // What a loaded machine holds up stays in the ring as long as the mix runs.
+    constexpr int starts = 5;
     const Feeder feeder(
         session(), interface4.name, {1, 2}, {.hz = {inputLeftHz, inputRightHz}, .db = playedDb});
     session().forceQuantum(128);
     app.play("music", leftHz, rightHz, playedDb);
-    mix({playing(app.pid()), input(interface4.description, 1, 2)});
-    EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
-    EXPECT_TRUE(mic.hears(0, inputLeftHz, playedDb));
-
+    const std::vector<AudioSource> sources{playing(app.pid()), input(interface4.description, 1, 2)};
     const std::vector<std::int64_t> oneBlock(4, 2 * 128); // floats in each of four rings
     std::vector<std::int64_t> backlogs;
-    for (int window = 0; window < windows && backlogs != oneBlock; ++window) {
+    for (int start = 0; start < starts && backlogs != oneBlock; ++start) {
+        engine.stop();
+        mix(sources);
+        EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
+        EXPECT_TRUE(mic.hears(0, inputLeftHz, playedDb));
         backlogs = largestBacklogs();
     }
 

@@ -1,5 +1,6 @@
 // The main function of the tests that show the real window on a real mix: no screen is needed.
 
+#include "support/SessionTests.h"
 #include "support/Wait.h"
 
 #include <QAccessible>
@@ -13,5 +14,5 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QAccessible::setActive(true);
     velmora::support::betweenLooks = [] { QApplication::processEvents(); };
-    return RUN_ALL_TESTS();
+    return velmora::support::runSessionTests(argv);
 }

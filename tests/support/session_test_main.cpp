@@ -1,8 +1,10 @@
 // The main function of every session test program.
 
+#include "support/SessionTests.h"
+
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return velmora::support::runSessionTests(argv);
 }

@@ -1,0 +1,14 @@
+// The main function of session tests with an event loop, which goes on while a test waits.
+
+#include "support/SessionTests.h"
+#include "support/Wait.h"
+
+#include <QCoreApplication>
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    velmora::support::betweenLooks = [] { QCoreApplication::processEvents(); };
+    return velmora::support::runSessionTests(argv);
+}

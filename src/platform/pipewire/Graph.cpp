@@ -121,7 +121,9 @@ void Graph::addClient(GlobalId id, const Properties& properties) {
 void Graph::addLink(GlobalId id, const Properties& properties) {
     const Serial serial = number(properties, "object.serial").value_or(id);
     serials_[id] = serial;
-    links_[serial] = {.outputNode = serialOf(globalId(properties, "link.output.node")),
+    links_[serial] = {.id = id,
+                      .client = globalId(properties, "client.id"),
+                      .outputNode = serialOf(globalId(properties, "link.output.node")),
                       .inputNode = serialOf(globalId(properties, "link.input.node"))};
 }
 

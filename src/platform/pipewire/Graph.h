@@ -50,6 +50,8 @@ struct Client {
 };
 
 struct Link {
+    GlobalId id{};
+    GlobalId client{}; ///< who asked for it
     Serial outputNode{};
     Serial inputNode{};
 };

@@ -1,5 +1,6 @@
 #include "platform/pipewire/MuteSink.h"
 
+#include "platform/pipewire/LeftLinks.h"
 #include "platform/pipewire/MuteLayout.h"
 
 #include <algorithm>
@@ -54,6 +55,16 @@ void MuteSink::follow(const std::vector<Serial>& streams) {
     for (const Serial serial : streams) {
         if (const Node* const stream = graph_.node(serial); stream != nullptr) {
             send(*stream, sink->serial);
+            removeLeftLinks(serial, sink->serial);
+        }
+    }
+}
+
+void MuteSink::removeLeftLinks(Serial stream, Serial sink) {
+    for (const Serial link : leftLinks(graph_, stream, sink)) {
+        // Once only: by a second time the id may be another object's.
+        if (removedLinks_.insert(link).second) {
+            connection_.destroyGlobal(graph_.links().at(link).id);
         }
     }
 }

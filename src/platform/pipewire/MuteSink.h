@@ -8,6 +8,7 @@
 #include "platform/pipewire/MutedStream.h"
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -36,7 +37,8 @@ public:
     MuteSink(const MuteSink&) = delete;
     MuteSink& operator=(const MuteSink&) = delete;
 
-    /// Sends every stream of `streams` here that is not here yet. A sink that somebody else has
+    /// Sends every stream of `streams` here that is not here yet, and takes away what the session
+    /// manager has left of its links to where it played before. A sink that somebody else has
     /// removed is replaced.
     void follow(const std::vector<Serial>& streams);
 
@@ -46,6 +48,7 @@ public:
 private:
     void makeSink(const std::vector<Serial>& streams);
     void send(const Node& stream, Serial sink);
+    void removeLeftLinks(Serial stream, Serial sink);
     /// Takes from the list whatever `isPast`.
     template <typename Predicate>
     void forget(Predicate isPast);
@@ -58,6 +61,7 @@ private:
     ProxyHandle sink_;
     bool isSinkSeen_ = false;
     std::vector<MutedStream> muted_;
+    std::set<Serial> removedLinks_;
 };
 
 } // namespace velmora::pipewire

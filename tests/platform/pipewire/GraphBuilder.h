@@ -71,10 +71,11 @@ public:
         return node;
     }
 
-    Serial addLink(Serial outputNode, Serial inputNode) {
+    Serial addLink(Serial outputNode, Serial inputNode, Serial client = 0) {
         const Serial serial = next();
         graph.addLink(id(serial),
                       {{"object.serial", std::to_string(serial)},
+                       {"client.id", std::to_string(client)},
                        {"link.output.node", std::to_string(outputNode)},
                        {"link.input.node", std::to_string(inputNode)}});
         return serial;

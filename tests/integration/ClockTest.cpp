@@ -53,8 +53,6 @@ protected:
 };
 
 TEST_F(Clocks, ARingHoldsTheBlockOfItsCycleAndNoDelay) {
-    // What a loaded machine holds up stays in the ring as long as the mix runs.
-    constexpr int starts = 5;
     const Feeder feeder(
         session(), interface4.name, {1, 2}, {.hz = {inputLeftHz, inputRightHz}, .db = playedDb});
     session().forceQuantum(128);
@@ -62,7 +60,9 @@ TEST_F(Clocks, ARingHoldsTheBlockOfItsCycleAndNoDelay) {
     const std::vector<AudioSource> sources{playing(app.pid()), input(interface4.description, 1, 2)};
     const std::vector<std::int64_t> oneBlock(4, 2 * 128); // floats in each of four rings
     std::vector<std::int64_t> backlogs;
-    for (int start = 0; start < starts && backlogs != oneBlock; ++start) {
+    // A second block stays in a ring whose capture was not yet ordered before its output when the
+    // sound began: seldom, and not in each of a few starts.
+    for (int start = 0; start < 3 && backlogs != oneBlock; ++start) {
         engine.stop();
         mix(sources);
         EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
@@ -97,24 +97,23 @@ TEST_F(Clocks, ChangesOfTheBlockSizeByOthersLeaveTheMixWholeAndNoLater) {
 }
 
 TEST_F(Clocks, TheSoundGoesOnWhileTheMainThreadIsBlocked) {
-    const Recorder direct(session(), speakers.name, {1, 2});
     app.play("music", leftHz, rightHz, playedDb);
     mix({playing(app.pid())});
     EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
-    EXPECT_TRUE(direct.hears(0, leftHz, playedDb));
     waitFor(second / 2);
-    const std::size_t mixedFrom = mic.frames();
-    const std::size_t directFrom = direct.frames();
+    const std::size_t from = mic.frames();
     const auto before = engine.statistics().front().stream;
 
-    std::this_thread::sleep_for(5s);
+    for (int look = 0; look < 300 && mic.frames() < from + 5 * second; ++look) {
+        std::this_thread::sleep_for(100ms); // and the event loop stands still
+    }
 
-    constexpr int hiccups = 3; // a loaded machine drops a block here and there on either path
-    EXPECT_GE(mic.frames(), mixedFrom + 4 * second);
-    EXPECT_LE(countBreaks(mic.all().channel(0, mixedFrom), leftHz),
-              countBreaks(direct.all().channel(0, directFrom), leftHz) + hiccups);
+    EXPECT_GE(mic.frames(), from + 5 * second);
+    EXPECT_EQ(countBreaks(mic.all().channel(0, from), leftHz), 0);
     const auto after = engine.statistics().front().stream;
-    EXPECT_LE(after.backlog, before.backlog + 2 * 128);
+    EXPECT_EQ(after.underruns, before.underruns);
+    EXPECT_EQ(after.trims, before.trims);
+    EXPECT_EQ(after.backlog, before.backlog);
     EXPECT_TRUE(engine.isRunning());
 }
 

@@ -1,6 +1,5 @@
 // The main function of the tests that show the real window on a real mix: no screen is needed.
 
-#include "support/SessionTests.h"
 #include "support/Wait.h"
 
 #include <QAccessible>
@@ -14,5 +13,5 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QAccessible::setActive(true);
     velmora::support::betweenLooks = [] { QApplication::processEvents(); };
-    return velmora::support::runSessionTests(argv);
+    return RUN_ALL_TESTS();
 }

@@ -37,6 +37,7 @@ Environment sessionEnvironment(const fs::path& folder) {
     environment["XDG_CACHE_HOME"] = folder / "cache";
     environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + (folder / "run/bus").string();
     environment["PULSE_SERVER"] = "unix:" + (folder / "run/pulse/native").string();
+    environment["SPA_PLUGIN_DIR"] = VELMORA_PLUGIN_FOLDERS;
     return environment;
 }
 

@@ -36,6 +36,10 @@ public:
         std::vector<SessionDevice>
             devices{}; ///< there from the server's start, also after restarts
         bool virtualMicrophone = true;
+        /// The devices share a clock that waits for everyone who is late with a block, so that
+        /// what is heard does not depend on how busy the machine is. Otherwise the first device's
+        /// timer is the clock, as a sound card's would be.
+        bool patientClock = false;
     };
 
     /// Returns when every device is there and, given an output, the session manager chose one.

@@ -5,11 +5,13 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace velmora::support {
 
 /// The arguments of the sound server's adapter factory for `device`, between braces.
-[[nodiscard]] std::string adapterArguments(const SessionDevice& device);
+/// @param more  further properties, each with a leading space
+[[nodiscard]] std::string adapterArguments(const SessionDevice& device, std::string_view more = {});
 
 /// Writes everything that the services read, below `folder`.
 void writeSessionFiles(const std::filesystem::path& folder, const PrivateSession::Setup& setup);

@@ -15,7 +15,9 @@ namespace velmora::support {
 /// part of the session. Shows the services' logs after a failed test.
 class SessionTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() { begin({.devices = {speakers, interface4}}); }
+    static void SetUpTestSuite() {
+        begin({.devices = {speakers, interface4}, .patientClock = true});
+    }
     /// For a suite that wants another session.
     static void begin(PrivateSession::Setup setup) {
         session_ = std::make_unique<PrivateSession>(std::move(setup));

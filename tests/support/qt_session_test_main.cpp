@@ -1,6 +1,5 @@
 // The main function of session tests with an event loop, which goes on while a test waits.
 
-#include "support/SessionTests.h"
 #include "support/Wait.h"
 
 #include <QCoreApplication>
@@ -10,5 +9,5 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     const QCoreApplication application(argc, argv);
     velmora::support::betweenLooks = [] { QCoreApplication::processEvents(); };
-    return velmora::support::runSessionTests(argv);
+    return RUN_ALL_TESTS();
 }

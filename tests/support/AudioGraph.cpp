@@ -46,16 +46,27 @@ std::optional<std::string> toDefaultSink(const json& metadata) {
 } // namespace
 
 AudioGraph AudioGraph::read(const Environment& session) {
-    std::string text;
-    try {
-        text = runToEnd({"pw-dump"}, session);
-    } catch (const std::runtime_error&) {
-        return {};
+    // Of an object that goes while the list is made, pw-dump (0.3.65) tells by one more list.
+    constexpr int attempts = 20;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        std::string text;
+        try {
+            text = runToEnd({"pw-dump"}, session);
+        } catch (const std::runtime_error&) {
+            return {};
+        }
+        if (auto graph = parse(text)) {
+            return *std::move(graph);
+        }
     }
+    return {};
+}
+
+std::optional<AudioGraph> AudioGraph::parse(const std::string& text) {
     AudioGraph graph;
     const json dump = json::parse(text, nullptr, /*allow_exceptions=*/false);
     if (!dump.is_array()) {
-        return graph;
+        return std::nullopt;
     }
     std::map<std::uint32_t, std::string> names;
     std::vector<json> links;

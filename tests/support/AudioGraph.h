@@ -42,6 +42,9 @@ public:
     [[nodiscard]] const std::optional<std::string>& defaultSink() const { return defaultSink_; }
 
 private:
+    /// None of what is not one list.
+    static std::optional<AudioGraph> parse(const std::string& text);
+
     std::vector<GraphNode> nodes_;
     std::vector<GraphLink> links_;
     std::optional<std::string> defaultSink_;

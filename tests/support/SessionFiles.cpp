@@ -34,11 +34,12 @@ std::string busConfiguration(const fs::path& folder) {
 )";
 }
 
-/// Outranks every device as the clock of those in its group.
-constexpr std::string_view patientClock = R"(    { factory = spa-node-factory args = {
-        factory.name = velmora.patient-clock library.name = libvelmora-patient-clock
-        node.name = patient-clock node.group = patient-clock priority.driver = 100000 } }
-)";
+/// Outranks every device as the clock of those in its group, and of what they are linked to.
+std::string patientClock(std::string_view group) {
+    return "    { factory = spa-node-factory args = { factory.name = velmora.patient-clock "
+           "library.name = libvelmora-patient-clock node.name = patient-clock node.group = " +
+           std::string(group) + " priority.driver = 100000 } }\n";
+}
 
 /// The devices, and blocks as short as programs ask for also in a virtual machine.
 std::string serverConfiguration(const PrivateSession::Setup& setup) {
@@ -46,13 +47,15 @@ std::string serverConfiguration(const PrivateSession::Setup& setup) {
         "context.properties = { vm.overrides = { default.clock.min-quantum = 16 } }\n"
         "context.objects = [\n";
     // Not for devices that come later: PipeWire 0.3.65 starts a new node of a running group before
-    // it has a format, and crashes.
-    const std::string_view group = setup.patientClock ? " node.group = patient-clock" : "";
+    // it has a format, and crashes. Where all come later, the clock is in the group of the mixer's
+    // nodes, and drives the devices that these are linked to.
+    const std::string group = setup.devices.empty() ? "velmora" : "patient-clock";
+    const std::string membership = setup.patientClock ? " node.group = " + group : "";
     for (const auto& device : setup.devices) {
-        text += "    { factory = adapter args = " + adapterArguments(device, group) + " }\n";
+        text += "    { factory = adapter args = " + adapterArguments(device, membership) + " }\n";
     }
     if (setup.patientClock) {
-        text += patientClock;
+        text += patientClock(group);
     }
     return text + "]\n";
 }

@@ -78,7 +78,8 @@ public:
 private:
     static support::PrivateSession& session() {
         static const auto made = [] {
-            auto one = std::make_unique<support::PrivateSession>(support::PrivateSession::Setup{});
+            auto one = std::make_unique<support::PrivateSession>(
+                support::PrivateSession::Setup{.patientClock = true});
             one->enter();
             return one;
         }();

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-Environment sessionEnvironment(const fs::path& folder) {
+Environment sessionEnvironment(const fs::path& folder, bool patientClock) {
     Environment environment = currentEnvironment();
     for (const char* foreign : {"DISPLAY",
                                 "WAYLAND_DISPLAY",
@@ -37,7 +37,9 @@ Environment sessionEnvironment(const fs::path& folder) {
     environment["XDG_CACHE_HOME"] = folder / "cache";
     environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + (folder / "run/bus").string();
     environment["PULSE_SERVER"] = "unix:" + (folder / "run/pulse/native").string();
-    environment["SPA_PLUGIN_DIR"] = VELMORA_PLUGIN_FOLDERS;
+    if (patientClock) {
+        environment["SPA_PLUGIN_DIR"] = VELMORA_PLUGIN_FOLDERS;
+    }
     return environment;
 }
 
@@ -75,8 +77,8 @@ std::string lastLines(const fs::path& file) {
 } // namespace
 
 PrivateSession::PrivateSession(Setup setup)
-    : environment_(sessionEnvironment(folder_.path())), setup_(std::move(setup)),
-      janitor_(janitorCommand(folder_.path())) {
+    : environment_(sessionEnvironment(folder_.path(), setup.patientClock)),
+      setup_(std::move(setup)), janitor_(janitorCommand(folder_.path())) {
     writeSessionFiles(folder_.path(), setup_);
     startServices();
 }

@@ -15,11 +15,10 @@ namespace velmora::support {
 /// part of the session. Shows the services' logs after a failed test.
 class SessionTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        begin({.devices = {speakers, interface4}, .patientClock = true});
-    }
-    /// For a suite that wants another session.
+    static void SetUpTestSuite() { begin({.devices = {speakers, interface4}}); }
+    /// For a suite that wants another session. What is heard in it waits for the late as well.
     static void begin(PrivateSession::Setup setup) {
+        setup.patientClock = true;
         session_ = std::make_unique<PrivateSession>(std::move(setup));
         session_->enter();
     }

@@ -1,7 +1,7 @@
 // velmora_bench_live_cost: what the running mixer costs and delays on a private audio session, next
 // to empty nodes and to the sound server's own filter chain with LADSPA plugins.
 //
-// velmora_bench_live_cost [<seconds per window> [<rounds>]]
+// velmora_bench_live_cost [<seconds per window> [<rounds> [<sources>...]]]
 // Blocks of 128 frames. The programs take turns, a window each a round, so that what else the
 // machine does meets all alike; of each the cheapest window counts, and of the losses all.
 
@@ -20,6 +20,7 @@
 #include <cstdlib>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <limits>
 #include <list>
 #include <optional>
@@ -176,7 +177,15 @@ int main(int argc, char** argv) {
                     cost.delayThrough([&](const auto& app) { return cost.mixOnly(app); }));
         std::puts("| Sources | Program | of a core | each source | lost in each round |");
         std::puts("|---|---|---|---|---|");
-        for (const std::size_t sources : {1, 8, 32}) {
+        std::vector<std::size_t> counts{1, 8, 32};
+        if (argc > 3) {
+            counts.clear();
+            std::ranges::transform(
+                argv + 3, argv + argc, std::back_inserter(counts), [](const char* text) {
+                    return static_cast<std::size_t>(std::atoi(text));
+                });
+        }
+        for (const std::size_t sources : counts) {
             cost.compare(sources);
         }
     } catch (const std::exception& error) {

@@ -5,8 +5,7 @@
 // The nodes are empty.0, empty.1 ..., each with the inputs left and right. Tells "running" on
 // stdout, and answers each line on stdin by how many frames its nodes have missed so far.
 
-#include "platform/pipewire/FilterNode.h"
-
+#include <pipewire/filter.h>
 #include <pipewire/pipewire.h>
 
 #include <atomic>
@@ -19,37 +18,70 @@
 
 namespace {
 
-using namespace velmora::pipewire;
-
-class EmptyNode final : FilterNode::Handler {
+/// A left and a right input that nothing is done with.
+class EmptyNode {
 public:
-    EmptyNode(std::shared_ptr<NodeLoop> loop, int number) {
-        using enum FilterNode::Direction;
-        auto node = FilterNode::open(std::move(loop),
-                                     {.name = "empty." + std::to_string(number),
-                                      .description = "Empty",
-                                      .ports = {{"left", input}, {"right", input}},
-                                      .blockFrames = 128,
-                                      .rateHz = 48000},
-                                     *this);
-        if (!node) {
-            std::cerr << "velmora_live_filters: error " << node.error() << '\n';
-            std::exit(1);
+    EmptyNode(pw_core* core, int number)
+        : filter_(pw_filter_new(core, "empty", properties(number))) {
+        static constexpr pw_filter_events events = [] {
+            pw_filter_events made{};
+            made.version = PW_VERSION_FILTER_EVENTS;
+            made.process = [](void* self, spa_io_position* position) {
+                static_cast<EmptyNode*>(self)->process(position->clock);
+            };
+            return made;
+        }();
+        pw_filter_add_listener(filter_, &hook_, &events, this);
+        for (const char* const name : {"left", "right"}) {
+            ports_.push_back(pw_filter_add_port(
+                filter_,
+                PW_DIRECTION_INPUT,
+                PW_FILTER_PORT_FLAG_MAP_BUFFERS,
+                sizeof(int),
+                pw_properties_new(
+                    PW_KEY_PORT_NAME, name, PW_KEY_FORMAT_DSP, "32 bit float mono audio", nullptr),
+                nullptr,
+                0));
         }
-        node_ = *std::move(node);
+        pw_filter_connect(filter_, PW_FILTER_FLAG_RT_PROCESS, nullptr, 0);
     }
+    ~EmptyNode() { pw_filter_destroy(filter_); }
+    EmptyNode(const EmptyNode&) = delete;
+    EmptyNode& operator=(const EmptyNode&) = delete;
 
     [[nodiscard]] std::uint64_t missedFrames() const { return missedFrames_; }
 
 private:
-    void process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept override {
-        static_cast<void>(node.buffer(0, cycle.frames));
-        static_cast<void>(node.buffer(1, cycle.frames));
-        missedFrames_ += cycle.turn.missedFrames;
+    static pw_properties* properties(int number) {
+        return pw_properties_new(PW_KEY_NODE_NAME,
+                                 ("empty." + std::to_string(number)).c_str(),
+                                 PW_KEY_NODE_AUTOCONNECT,
+                                 "false",
+                                 PW_KEY_NODE_LATENCY,
+                                 "128/48000",
+                                 PW_KEY_NODE_GROUP,
+                                 "velmora",
+                                 PW_KEY_NODE_ALWAYS_PROCESS,
+                                 "true",
+                                 nullptr);
+    }
+
+    void process(const spa_io_clock& clock) noexcept {
+        for (void* const port : ports_) {
+            static_cast<void>(
+                pw_filter_get_dsp_buffer(port, static_cast<std::uint32_t>(clock.duration)));
+        }
+        if (expected_ != 0 && clock.position > expected_) {
+            missedFrames_ += clock.position - expected_;
+        }
+        expected_ = clock.position + clock.duration;
     }
 
     std::atomic<std::uint64_t> missedFrames_{0};
-    std::unique_ptr<FilterNode> node_; // last: its end is the end of all callbacks
+    std::uint64_t expected_ = 0; // real-time thread
+    std::vector<void*> ports_;
+    pw_filter* filter_;
+    spa_hook hook_{};
 };
 
 } // namespace
@@ -57,15 +89,21 @@ private:
 int main(int argc, char** argv) {
     pw_init(nullptr, nullptr);
     const int count = argc > 1 ? std::atoi(argv[1]) : 0;
-    const auto loop = NodeLoop::open();
-    if (!loop) {
-        std::cerr << "velmora_live_filters: error " << loop.error() << '\n';
+    pw_thread_loop* const loop = pw_thread_loop_new("empty", nullptr);
+    pw_context* const context =
+        pw_context_new(pw_thread_loop_get_loop(loop),
+                       pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr),
+                       0);
+    pw_core* const core = pw_context_connect(context, nullptr, 0);
+    if (core == nullptr) {
+        std::cerr << "velmora_live_filters: no sound server answers\n";
         return 1;
     }
     std::vector<std::unique_ptr<EmptyNode>> nodes;
     for (int number = 0; number < count; ++number) {
-        nodes.push_back(std::make_unique<EmptyNode>(*loop, number));
+        nodes.push_back(std::make_unique<EmptyNode>(core, number));
     }
+    pw_thread_loop_start(loop);
     std::cout << "running" << std::endl;
     for (std::string line; std::getline(std::cin, line);) {
         std::uint64_t missed = 0;
@@ -74,5 +112,9 @@ int main(int argc, char** argv) {
         }
         std::cout << missed << std::endl;
     }
+    pw_thread_loop_stop(loop);
+    nodes.clear();
+    pw_context_destroy(context);
+    pw_thread_loop_destroy(loop);
     return 0;
 }

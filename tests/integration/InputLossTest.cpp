@@ -36,12 +36,12 @@ protected:
         return node != nullptr && node->outputPorts > 0;
     }
 
-    /// Whom our inputs listen to.
-    static std::set<std::string> heardDevices() {
+    /// Whom the mix listens to.
+    static std::set<std::string> heard() {
         std::set<std::string> names;
         const AudioGraph graph = session().graph();
         for (const GraphLink& link : graph.links()) {
-            if (link.to.starts_with("velmora.input.")) {
+            if (link.to.starts_with("velmora.mix.")) {
                 names.insert(link.from);
             }
         }
@@ -70,7 +70,7 @@ protected:
         app.play("music", otherLeftHz, otherRightHz, -60);
         mix({source, playing(app.pid())});
         ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
-        EXPECT_EQ(heardDevices(), std::set<std::string>{singer});
+        EXPECT_EQ(heard(), (std::set<std::string>{"music", singer}));
         const auto number = session().graph().node(singer)->id;
 
         unplug();
@@ -81,9 +81,9 @@ protected:
         static_cast<void>(waitUntil([] { return false; }, absence));
         EXPECT_TRUE(mic.isSilentAt(0, leftHz));
         EXPECT_TRUE(mic.hears(0, otherLeftHz, -60)) << "only its own source is silent";
-        EXPECT_EQ(heardDevices(), std::set<std::string>{}) << "nothing in its place";
+        EXPECT_EQ(heard(), std::set<std::string>{"music"}) << "nothing in its place";
         float edge = edgeOfReturn();
-        EXPECT_EQ(heardDevices(), std::set<std::string>{singer});
+        EXPECT_EQ(heard(), (std::set<std::string>{"music", singer}));
         EXPECT_NE(session().graph().node(singer)->id, number);
 
         // Until its links are active the device runs by a clock of its own, which may drop a block

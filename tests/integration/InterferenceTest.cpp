@@ -55,7 +55,7 @@ TEST_F(Interference, ALinkThatSomebodyRemovesIsMadeAgain) {
     mix({playing(app.pid())});
     ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
 
-    const auto toMic = links("velmora.output.", microphone);
+    const auto toMic = links("velmora.mix.", microphone);
     ASSERT_EQ(toMic.size(), 2U);
 
     for (const GraphLink& link : toMic) {

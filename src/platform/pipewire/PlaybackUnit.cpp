@@ -34,21 +34,19 @@ Status PlaybackUnit::start(RenderCallback render) {
         return status;
     }
     route_.emplace(session_, "output", PlaybackRoute{.deviceUID = target_->uid, .map = map_});
-    auto node = session_.openNode<PlaybackNode>({.name = route_->nodeName(),
-                                                 .blockFrames = target_->blockFrames,
-                                                 .rateHz = target_->rateHz},
-                                                std::move(render));
-    if (!node) {
+    auto part = session_.openPart<PlaybackPart>(
+        {.name = route_->partName()}, target_->blockFrames, target_->rateHz, std::move(render));
+    if (!part) {
         route_.reset();
-        return node.error();
+        return part.error();
     }
-    node_ = *std::move(node);
+    part_ = *std::move(part);
     return statusOk;
 }
 
 void PlaybackUnit::stop() noexcept {
     route_.reset();
-    node_.reset();
+    part_.reset();
 }
 
 } // namespace velmora::pipewire

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/AudioUnits.h"
-#include "platform/pipewire/PlaybackNode.h"
+#include "platform/pipewire/PlaybackPart.h"
 #include "platform/pipewire/RouteHold.h"
 #include "platform/pipewire/UnitTarget.h"
 
@@ -30,7 +30,7 @@ private:
     std::optional<UnitTarget> target_;
     std::vector<std::int32_t> map_;
     std::optional<RouteHold> route_;
-    std::unique_ptr<PlaybackNode> node_;
+    std::unique_ptr<PlaybackPart> part_;
 };
 
 } // namespace velmora::pipewire

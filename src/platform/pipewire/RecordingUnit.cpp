@@ -19,22 +19,22 @@ Status RecordingUnit::start(ReceiveCallback receive) {
     route_.emplace(session_,
                    "input",
                    RecordingRoute{.deviceUID = target_->uid, .channels = target_->channels});
-    auto node = session_.openNode<RecordingNode>({.name = route_->nodeName(),
-                                                  .channels = target_->channels,
-                                                  .blockFrames = target_->blockFrames,
-                                                  .rateHz = target_->rateHz},
-                                                 std::move(receive));
-    if (!node) {
+    auto part = session_.openPart<RecordingPart>(
+        {.name = route_->partName(), .channels = target_->channels},
+        target_->blockFrames,
+        target_->rateHz,
+        std::move(receive));
+    if (!part) {
         route_.reset();
-        return node.error();
+        return part.error();
     }
-    node_ = *std::move(node);
+    part_ = *std::move(part);
     return statusOk;
 }
 
 void RecordingUnit::stop() noexcept {
     route_.reset();
-    node_.reset();
+    part_.reset();
 }
 
 } // namespace velmora::pipewire

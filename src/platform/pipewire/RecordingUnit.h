@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/AudioUnits.h"
-#include "platform/pipewire/RecordingNode.h"
+#include "platform/pipewire/RecordingPart.h"
 #include "platform/pipewire/RouteHold.h"
 #include "platform/pipewire/UnitTarget.h"
 
@@ -30,7 +30,7 @@ private:
     Session& session_;
     std::optional<UnitTarget> target_;
     std::optional<RouteHold> route_;
-    std::unique_ptr<RecordingNode> node_;
+    std::unique_ptr<RecordingPart> part_;
 };
 
 } // namespace velmora::pipewire

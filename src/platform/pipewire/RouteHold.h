@@ -1,4 +1,4 @@
-// RouteHold.h: keeps one of our nodes connected.
+// RouteHold.h: keeps one part of the mix connected.
 #pragma once
 
 #include "platform/pipewire/Session.h"
@@ -12,10 +12,10 @@ namespace velmora::pipewire {
 /// A route that is in force as long as this object lives. Threads: main.
 class RouteHold {
 public:
-    /// @param kind  part of the node's name, for people who look at the graph
+    /// @param kind  begins the part's name, for people who look at the graph
     RouteHold(Session& session, std::string_view kind, Route route) : session_(session) {
         session_.change([&](SessionState& state) {
-            name_ = state.newNodeName(kind);
+            name_ = state.newPartName(kind);
             state.routes[name_] = std::move(route);
         });
     }
@@ -25,8 +25,8 @@ public:
     RouteHold(const RouteHold&) = delete;
     RouteHold& operator=(const RouteHold&) = delete;
 
-    /// The `node.name` that the node is to have.
-    [[nodiscard]] const std::string& nodeName() const { return name_; }
+    /// The name that the part is to have.
+    [[nodiscard]] const std::string& partName() const { return name_; }
 
 private:
     Session& session_;

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <map>
 
 namespace velmora::pipewire {
 namespace {
@@ -12,67 +14,55 @@ namespace {
 constexpr std::array<std::string_view, 5> tapPorts = {
     own::left, own::right, own::centre, own::surroundLeft, own::surroundRight};
 
-const Port* portNamed(const Node& node, std::string_view name) {
-    const auto found = std::ranges::find(node.ports, name, &Port::name);
-    return found == node.ports.end() ? nullptr : &*found;
-}
-
 const Node* deviceNamed(const Graph& graph, std::string_view uid) {
     const auto device = findDevice(listDevices(graph), uid);
     return device ? graph.node(device->node) : nullptr;
 }
 
-/// Collects the links of one of our nodes after the other.
+/// Collects the links of one part of the mix after the other.
 class Collector {
 public:
-    Collector(const Graph& graph, const StreamsOf& streamsOf)
-        : graph_(graph), streamsOf_(streamsOf) {}
+    Collector(const Graph& graph, const Node& mixNode, const StreamsOf& streamsOf)
+        : graph_(graph), streamsOf_(streamsOf) {
+        for (const Port& port : mixNode.ports) {
+            ports_[port.name] = &port;
+        }
+    }
 
-    void add(const Node& node, const TapRoute& route) {
+    void add(const std::string& part, const TapRoute& route) {
         for (const Serial serial : streamsOf_(route.process)) {
             const Node* const stream = graph_.node(serial);
             for (const TapFeed& feed :
                  stream == nullptr ? std::vector<TapFeed>{} : stereoMixdown(*stream)) {
                 const auto input = static_cast<std::size_t>(feed.input);
-                if (const Port* const port = portNamed(node, tapPorts.at(input))) {
+                if (const Port* const port = ownPort(part, tapPorts.at(input))) {
                     links.insert({feed.port, port->serial, feed.portId, port->id});
                 }
             }
         }
-        sources_.push_back(portNamed(node, own::sync));
     }
 
-    void add(const Node& node, const PlaybackRoute& route) {
-        destinations_.push_back(portNamed(node, own::sync));
+    void add(const std::string& part, const PlaybackRoute& route) {
         if (const Node* const device = deviceNamed(graph_, route.deviceUID)) {
             const auto channels = playbackPorts(*device);
             if (channels.size() == 1 && route.map.size() > 1) {
-                connect(portNamed(node, own::mono), &channels.front());
+                connect(ownPort(part, own::mono), &channels.front());
                 return;
             }
             for (std::size_t at = 0; at < std::min(channels.size(), route.map.size()); ++at) {
                 if (route.map[at] == 0 || route.map[at] == 1) {
-                    connect(portNamed(node, route.map[at] == 0 ? own::left : own::right),
+                    connect(ownPort(part, route.map[at] == 0 ? own::left : own::right),
                             &channels[at]);
                 }
             }
         }
     }
 
-    void add(const Node& node, const RecordingRoute& route) {
+    void add(const std::string& part, const RecordingRoute& route) {
         if (const Node* const device = deviceNamed(graph_, route.deviceUID)) {
             const auto channels = recordingPorts(*device);
             for (std::uint32_t at = 0; at < route.channels && at < channels.size(); ++at) {
-                connect(&channels[at], portNamed(node, own::channel(at)));
-            }
-        }
-        sources_.push_back(portNamed(node, own::sync));
-    }
-
-    void addSync() {
-        for (const Port* const source : sources_) {
-            for (const Port* const destination : destinations_) {
-                connect(source, destination);
+                connect(&channels[at], ownPort(part, own::channel(at)));
             }
         }
     }
@@ -86,10 +76,14 @@ private:
         }
     }
 
+    [[nodiscard]] const Port* ownPort(const std::string& part, std::string_view name) const {
+        const auto found = ports_.find(part + std::string(own::separator) + std::string(name));
+        return found == ports_.end() ? nullptr : found->second;
+    }
+
     const Graph& graph_;
     const StreamsOf& streamsOf_;
-    std::vector<const Port*> sources_;
-    std::vector<const Port*> destinations_;
+    std::map<std::string, const Port*, std::less<>> ports_; // of our node
 };
 
 } // namespace
@@ -98,15 +92,18 @@ std::string own::channel(std::uint32_t index) {
     return "channel_" + std::to_string(index + 1);
 }
 
-std::set<WantedLink>
-wantedLinks(const Graph& graph, const Routes& routes, const StreamsOf& streamsOf) {
-    Collector collector(graph, streamsOf);
-    for (const auto& [name, route] : routes) {
-        if (const Node* const node = graph.nodeNamed(name)) {
-            std::visit([&](const auto& one) { collector.add(*node, one); }, route);
-        }
+std::set<WantedLink> wantedLinks(const Graph& graph,
+                                 std::string_view mixNode,
+                                 const Routes& routes,
+                                 const StreamsOf& streamsOf) {
+    const Node* const node = graph.nodeNamed(mixNode);
+    if (node == nullptr) {
+        return {};
     }
-    collector.addSync();
+    Collector collector(graph, *node, streamsOf);
+    for (const auto& [part, route] : routes) {
+        std::visit([&](const auto& one) { collector.add(part, one); }, route);
+    }
     return std::move(collector.links);
 }
 

@@ -16,15 +16,15 @@
 
 namespace velmora::pipewire {
 
-/// Port names of our own nodes.
+/// Names of the ports of our own node: the part's, the separator, and what the port is for.
 namespace own {
+inline constexpr std::string_view separator = "_";
 inline constexpr std::string_view left = "left";
 inline constexpr std::string_view right = "right";
 inline constexpr std::string_view mono = "mono"; ///< half of left and right together
 inline constexpr std::string_view centre = "centre";
 inline constexpr std::string_view surroundLeft = "surround_left";
 inline constexpr std::string_view surroundRight = "surround_right";
-inline constexpr std::string_view sync = "sync";
 /// Input port for channel `index` + 1 of a recorded device.
 [[nodiscard]] std::string channel(std::uint32_t index);
 } // namespace own
@@ -49,7 +49,7 @@ struct RecordingRoute {
 };
 
 using Route = std::variant<TapRoute, PlaybackRoute, RecordingRoute>;
-/// By the `node.name` of our node, which is unique.
+/// By the name of the part.
 using Routes = std::map<std::string, Route, std::less<>>;
 
 /// One link between two ports. Ports are told apart by serial; the ids serve the request only.
@@ -65,11 +65,10 @@ struct WantedLink {
 using StreamsOf = std::function<std::vector<Serial>(AudioObjectID process)>;
 
 /// Every link that should exist now.
-///
-/// Each capture is also linked to each output by its silent sync port. The daemon then drives all
-/// of them by one clock and runs captures before outputs in every cycle; without that link the two
-/// ends of a ring drift apart, or race within a cycle.
-[[nodiscard]] std::set<WantedLink>
-wantedLinks(const Graph& graph, const Routes& routes, const StreamsOf& streamsOf);
+/// @param mixNode  `node.name` of our node
+[[nodiscard]] std::set<WantedLink> wantedLinks(const Graph& graph,
+                                               std::string_view mixNode,
+                                               const Routes& routes,
+                                               const StreamsOf& streamsOf);
 
 } // namespace velmora::pipewire

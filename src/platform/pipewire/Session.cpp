@@ -44,6 +44,10 @@ std::string SessionState::newNodeName(std::string_view kind) {
            std::to_string(run) + "." + std::to_string(++namesGiven_);
 }
 
+std::string SessionState::newPartName(std::string_view kind) {
+    return std::string(kind) + "_" + std::to_string(++namesGiven_);
+}
+
 Session::Session(Events events)
     : loop_("velmora-control"), events_(std::move(events)), state_(getpid()),
       connection_(loop_.get(),
@@ -162,9 +166,10 @@ void Session::askForApplications() {
 
 void Session::passLinks() {
     const auto now = LinkAttempts::Clock::now();
-    const auto wanted = wantedLinks(state_.graph, state_.routes, [this](AudioObjectID process) {
-        return state_.processes.streams(process);
-    });
+    const auto wanted =
+        wantedLinks(state_.graph, state_.mixNode, state_.routes, [this](AudioObjectID process) {
+            return state_.processes.streams(process);
+        });
     const auto runs = [this](Serial port) {
         const Node* const node = state_.graph.nodeOfPort(port);
         return node != nullptr && node->isRunning;

@@ -9,8 +9,8 @@
 #include "platform/pipewire/LastWill.h"
 #include "platform/pipewire/LinkSet.h"
 #include "platform/pipewire/Loop.h"
+#include "platform/pipewire/MixNode.h"
 #include "platform/pipewire/MuteSink.h"
-#include "platform/pipewire/NodeLoop.h"
 #include "platform/pipewire/ObjectIds.h"
 #include "platform/pipewire/ProcessDirectory.h"
 #include "platform/pipewire/Routes.h"
@@ -36,18 +36,22 @@ struct SessionState {
     Graph graph;
     ObjectIds ids;
     ProcessDirectory processes;
-    Routes routes;                                      ///< links that our nodes want
+    std::string mixNode;                                ///< `node.name` of our node
+    Routes routes;                                      ///< links that its parts want
     std::map<AudioObjectID, AudioObjectID> mutes;       ///< tap to the process that it silences
     std::map<AudioObjectID, std::uint32_t> blockFrames; ///< asked for, per device
     bool wantsVirtualMicrophone{};
     std::uint32_t epoch{}; ///< counts connections; what was made under another one is dead
 
-    explicit SessionState(std::int32_t ownPid) : processes(ids, ownPid) {}
+    explicit SessionState(std::int32_t ownPid)
+        : processes(ids, ownPid), mixNode(newNodeName("mix")) {}
 
     /// One device by number. Numbers are given as devices are seen, hence not const.
     [[nodiscard]] std::optional<Device> device(AudioObjectID id);
     /// A `node.name` that was never used before, in any run.
     std::string newNodeName(std::string_view kind);
+    /// A name that no part of the mix had before.
+    std::string newPartName(std::string_view kind);
 
 private:
     std::uint32_t namesGiven_{};
@@ -94,15 +98,19 @@ public:
         return function(state_);
     }
 
-    /// Opens one more node of ours. Errors: the status; nothing is left open.
-    template <typename Node, typename Callback>
-    [[nodiscard]] StatusOr<std::unique_ptr<Node>> openNode(const typename Node::Setup& setup,
+    /// Opens one more part of the mix. Errors: the status; nothing is left open.
+    /// @param blockFrames  wanted per cycle, at `rateHz`
+    template <typename Part, typename Callback>
+    [[nodiscard]] StatusOr<std::unique_ptr<Part>> openPart(const typename Part::Setup& setup,
+                                                           std::uint32_t blockFrames,
+                                                           double rateHz,
                                                            Callback callback) {
-        auto loop = nodeLoops_.take();
-        if (!loop) {
-            return std::unexpected(loop.error());
+        auto node =
+            mixNodes_.take({.name = state_.mixNode, .blockFrames = blockFrames, .rateHz = rateHz});
+        if (!node) {
+            return std::unexpected(node.error());
         }
-        return Node::open(*std::move(loop), setup, std::move(callback));
+        return Part::open(*std::move(node), setup, std::move(callback));
     }
 
     Status ensureVirtualMicrophone();
@@ -157,7 +165,7 @@ private:
     bool isRereadDue_ = false;
     bool isAnotherRereadDue_ = false;
     LoopWork pass_;
-    NodeLoops nodeLoops_;
+    MixNodes mixNodes_;
 };
 
 } // namespace velmora::pipewire

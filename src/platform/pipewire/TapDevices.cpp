@@ -108,7 +108,7 @@ Status TapDevices::start(AudioObjectID device, IOProcID proc) {
     if (tap == taps_.end() || !isAlive(tap->second)) {
         return -ENODEV;
     }
-    return found->node ? statusOk : open(*found, tap->second);
+    return found->part ? statusOk : open(*found, tap->second);
 }
 
 Status TapDevices::stop(AudioObjectID device, IOProcID proc) {
@@ -139,22 +139,21 @@ Status TapDevices::open(Proc& proc, const Tap& tap) {
     proc.route = std::make_unique<RouteHold>(session_, "tap", TapRoute{.process = tap.process});
     const double rateHz =
         session_.read([](SessionState& state, bool) { return state.graph.rate(); });
-    auto node = session_.openNode<TapNode>({.name = proc.route->nodeName(),
-                                            .blockFrames = usualBlockFrames,
-                                            .rateHz = rateHz,
-                                            .scale = tap.scale},
+    auto part = session_.openPart<TapPart>({.name = proc.route->partName(), .scale = tap.scale},
+                                           usualBlockFrames,
+                                           rateHz,
                                            proc.callback);
-    if (!node) {
+    if (!part) {
         close(proc);
-        return node.error();
+        return part.error();
     }
-    proc.node = *std::move(node);
+    proc.part = *std::move(part);
     return statusOk;
 }
 
 void TapDevices::close(Proc& proc) {
     proc.route.reset();
-    proc.node.reset();
+    proc.part.reset();
 }
 
 } // namespace velmora::pipewire

@@ -4,7 +4,7 @@
 #include "platform/AudioHardware.h"
 #include "platform/pipewire/RouteHold.h"
 #include "platform/pipewire/Session.h"
-#include "platform/pipewire/TapNode.h"
+#include "platform/pipewire/TapPart.h"
 
 #include <map>
 #include <memory>
@@ -43,7 +43,7 @@ private:
     struct Proc {
         IOCallback callback;
         std::unique_ptr<RouteHold> route; // both present while started
-        std::unique_ptr<TapNode> node;
+        std::unique_ptr<TapPart> part;
     };
     struct Device {
         AudioObjectID tap{};

@@ -124,11 +124,12 @@ TEST_F(Reconnection, WhatWasMadeBeforeALossIsDeadAndHarmless) {
     ASSERT_TRUE(waitUntil([&] { return audio.connected(); }));
 
     EXPECT_EQ(tap.heard().blocks(), atLoss);
+    const auto again = play(speakers.name);
+    const Recorder recorder(session(), speakers.name, {1});
+    EXPECT_TRUE(recorder.hears(0, 440, playedDb)) << "beside what is dead";
     tap.release();
     EXPECT_NE(tap.startAgain(), statusOk);
     output->stop();
-    const auto again = play(speakers.name);
-    const Recorder recorder(session(), speakers.name, {1});
     EXPECT_TRUE(recorder.hears(0, 440, playedDb));
 }
 

@@ -18,32 +18,36 @@ class RoutesTest : public testing::Test {
 protected:
     using Ends = std::pair<std::string, std::string>;
 
-    void addTapNode() {
-        const Serial node = builder.addNode("tap", "");
-        builder.addPorts(
-            node, "in", {"left", "right", "centre", "surround_left", "surround_right"});
-        builder.addPort(node, "out", 0, "sync");
+    void addTap() {
+        addPorts("in", "tap", {"left", "right", "centre", "surround_left", "surround_right"});
         routes["tap"] = TapRoute{.process = process};
     }
-    void addOutputNode(const std::string& name, PlaybackRoute route) {
-        const Serial node = builder.addNode(name, "");
-        builder.addPorts(node, "out", {"left", "right", "mono"});
-        builder.addPort(node, "in", 0, "sync");
+    void addOutput(const std::string& name, PlaybackRoute route) {
+        addPorts("out", name, {"left", "right", "mono"});
         routes[name] = std::move(route);
     }
-    void addInputNode(RecordingRoute route) {
-        const Serial node = builder.addNode("input", "");
+    void addInput(RecordingRoute route) {
         for (std::uint32_t at = 0; at < route.channels; ++at) {
-            builder.addPort(node, "in", static_cast<int>(at), own::channel(at));
+            addPorts("in", "input", {own::channel(at)});
         }
-        builder.addPort(node, "out", 0, "sync");
         routes["input"] = std::move(route);
+    }
+    /// Ports of a part of the mix; our node comes with the first.
+    void addPorts(const std::string& direction,
+                  const std::string& part,
+                  const std::vector<std::string>& names) {
+        if (mixNode == 0) {
+            mixNode = builder.addNode("mix", "");
+        }
+        for (const std::string& name : names) {
+            builder.addPort(mixNode, direction, portsAdded++, part + "_" + name);
+        }
     }
 
     std::vector<Ends> links() {
         std::vector<Ends> found;
         for (const WantedLink& link :
-             wantedLinks(builder.graph, routes, [this](AudioObjectID) { return streams; })) {
+             wantedLinks(builder.graph, "mix", routes, [this](AudioObjectID) { return streams; })) {
             found.emplace_back(nameOf(link.output), nameOf(link.input));
         }
         return found;
@@ -60,64 +64,66 @@ protected:
         return "unknown";
     }
 
+    Serial mixNode = 0; // none yet
+    int portsAdded = 0;
     GraphBuilder builder;
     Routes routes;
     std::vector<Serial> streams;
 };
 
 TEST_F(RoutesTest, ConnectsATapToEveryStreamOfItsProcess) {
-    addTapNode();
+    addTap();
     streams = {builder.addStream(0, {"FL", "FR"}), builder.addStream(0, {"MONO"})};
 
     EXPECT_THAT(links(),
-                UnorderedElementsAre(Ends("stream:FL", "tap:left"),
-                                     Ends("stream:FR", "tap:right"),
-                                     Ends("stream:MONO", "tap:left"),
-                                     Ends("stream:MONO", "tap:right")));
+                UnorderedElementsAre(Ends("stream:FL", "mix:tap_left"),
+                                     Ends("stream:FR", "mix:tap_right"),
+                                     Ends("stream:MONO", "mix:tap_left"),
+                                     Ends("stream:MONO", "mix:tap_right")));
 }
 
 TEST_F(RoutesTest, ConnectsAnOutputToTheFirstPairOfItsDevice) {
     builder.addSink("interface", {"AUX0", "AUX1", "AUX2", "AUX3"});
-    addOutputNode("output", {.deviceUID = "interface", .map = {0, 1}});
+    addOutput("output", {.deviceUID = "interface", .map = {0, 1}});
 
     EXPECT_THAT(links(),
-                UnorderedElementsAre(Ends("output:left", "interface:AUX0"),
-                                     Ends("output:right", "interface:AUX1")));
+                UnorderedElementsAre(Ends("mix:output_left", "interface:AUX0"),
+                                     Ends("mix:output_right", "interface:AUX1")));
 }
 
 TEST_F(RoutesTest, ConnectsAnOutputToTheChannelsOfItsMap) {
     builder.addSink("interface", {"AUX0", "AUX1", "AUX2", "AUX3"});
-    addOutputNode("output", {.deviceUID = "interface", .map = {-1, -1, 0, 1}});
+    addOutput("output", {.deviceUID = "interface", .map = {-1, -1, 0, 1}});
 
     EXPECT_THAT(links(),
-                UnorderedElementsAre(Ends("output:left", "interface:AUX2"),
-                                     Ends("output:right", "interface:AUX3")));
+                UnorderedElementsAre(Ends("mix:output_left", "interface:AUX2"),
+                                     Ends("mix:output_right", "interface:AUX3")));
 }
 
 TEST_F(RoutesTest, PlaysAPairInMonoToASingleChannel) {
     builder.addSink("headset", {"MONO"});
-    addOutputNode("output", {.deviceUID = "headset", .map = {0, 1}});
+    addOutput("output", {.deviceUID = "headset", .map = {0, 1}});
 
-    EXPECT_THAT(links(), UnorderedElementsAre(Ends("output:mono", "headset:MONO")));
+    EXPECT_THAT(links(), UnorderedElementsAre(Ends("mix:output_mono", "headset:MONO")));
 }
 
 TEST_F(RoutesTest, KeepsToAMapOfASingleChannel) {
     builder.addSink("headset", {"MONO"});
-    addOutputNode("output", {.deviceUID = "headset", .map = {1}});
+    addOutput("output", {.deviceUID = "headset", .map = {1}});
 
-    EXPECT_THAT(links(), UnorderedElementsAre(Ends("output:right", "headset:MONO")));
+    EXPECT_THAT(links(), UnorderedElementsAre(Ends("mix:output_right", "headset:MONO")));
 }
 
 TEST_F(RoutesTest, NeverConnectsAnOutputToAnotherDevice) {
     builder.addSink("speakers", {"FL", "FR"});
-    addOutputNode("output", {.deviceUID = "headset", .map = {0, 1}});
+    addOutput("output", {.deviceUID = "headset", .map = {0, 1}});
 
     EXPECT_THAT(links(), IsEmpty());
 }
 
 TEST_F(RoutesTest, ConnectsAnOutputAgainWhenItsDeviceReturns) {
     const Serial before = builder.addSink("headset", {"FL", "FR"});
-    addOutputNode("output", {.deviceUID = "headset", .map = {0, 1}});
+    addOutput("output", {.deviceUID = "headset", .map = {0, 1}});
     builder.graph.remove(GraphBuilder::id(before));
     EXPECT_THAT(links(), IsEmpty());
 
@@ -129,32 +135,19 @@ TEST_F(RoutesTest, ConnectsAnOutputAgainWhenItsDeviceReturns) {
 TEST_F(RoutesTest, ConnectsAnInputToItsDevicesChannelsInOrder) {
     const Serial device = builder.addNode("interface", "Audio/Source");
     builder.addPorts(device, "out", {"AUX0", "AUX1"});
-    addInputNode({.deviceUID = "interface", .channels = 2});
+    addInput({.deviceUID = "interface", .channels = 2});
 
     EXPECT_THAT(links(),
-                UnorderedElementsAre(Ends("interface:AUX0", "input:channel_1"),
-                                     Ends("interface:AUX1", "input:channel_2")));
+                UnorderedElementsAre(Ends("interface:AUX0", "mix:input_channel_1"),
+                                     Ends("interface:AUX1", "mix:input_channel_2")));
 }
 
 TEST_F(RoutesTest, ConnectsAnInputToWhatItsDeviceStillHas) {
     const Serial device = builder.addNode("interface", "Audio/Source");
     builder.addPorts(device, "out", {"AUX0"});
-    addInputNode({.deviceUID = "interface", .channels = 2});
+    addInput({.deviceUID = "interface", .channels = 2});
 
-    EXPECT_THAT(links(), UnorderedElementsAre(Ends("interface:AUX0", "input:channel_1")));
-}
-
-TEST_F(RoutesTest, PutsEveryCaptureBeforeEveryOutput) {
-    addTapNode();
-    addInputNode({.deviceUID = "absent", .channels = 1});
-    addOutputNode("stream", {.deviceUID = "absent", .map = {0, 1}});
-    addOutputNode("monitor", {.deviceUID = "absent", .map = {0, 1}});
-
-    EXPECT_THAT(links(),
-                UnorderedElementsAre(Ends("tap:sync", "stream:sync"),
-                                     Ends("tap:sync", "monitor:sync"),
-                                     Ends("input:sync", "stream:sync"),
-                                     Ends("input:sync", "monitor:sync")));
+    EXPECT_THAT(links(), UnorderedElementsAre(Ends("interface:AUX0", "mix:input_channel_1")));
 }
 
 TEST_F(RoutesTest, WantsNothingForANodeThatIsNotThereYet) {

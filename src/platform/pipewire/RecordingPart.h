@@ -1,9 +1,9 @@
-// RecordingNode.h: hands on every channel of one device.
+// RecordingPart.h: hands on every channel of one device.
 #pragma once
 
 #include "platform/AudioUnits.h"
 #include "platform/pipewire/FadeIn.h"
-#include "platform/pipewire/FilterNode.h"
+#include "platform/pipewire/MixPart.h"
 
 #include <memory>
 #include <string>
@@ -13,23 +13,21 @@ namespace velmora::pipewire {
 
 /// A channel that gets a link, the first one or another one later, fades in.
 ///
-/// Threads: main. Real-time: no; the callback runs on the loop's real-time thread.
-class RecordingNode final : FilterNode::Handler {
+/// Threads: main. Real-time: no; the callback runs on the node's real-time thread.
+class RecordingPart final : MixPart::Handler {
 public:
     struct Setup {
         std::string name;
         std::uint32_t channels{};
-        std::uint32_t blockFrames{};
-        double rateHz{};
     };
 
     /// Errors: the status; nothing is left open.
-    [[nodiscard]] static StatusOr<std::unique_ptr<RecordingNode>>
-    open(std::shared_ptr<NodeLoop> loop, const Setup& setup, ReceiveCallback receive);
+    [[nodiscard]] static StatusOr<std::unique_ptr<RecordingPart>>
+    open(std::shared_ptr<MixNode> node, const Setup& setup, ReceiveCallback receive);
 
 private:
-    RecordingNode(std::uint32_t channels, ReceiveCallback receive);
-    void process(const FilterNode& node, const FilterNode::Cycle& cycle) noexcept override;
+    RecordingPart(std::uint32_t channels, ReceiveCallback receive);
+    void process(const MixPart& part, std::uint32_t frames) noexcept override;
     /// Points `handed_` at the cycle from frame `from` on. Returns for how many frames, at most
     /// `most`.
     std::size_t point(std::size_t from, std::size_t most) noexcept;
@@ -39,7 +37,7 @@ private:
     std::vector<const float*> handed_; // real-time thread; the part that is handed on
     std::vector<FadeIn> fades_;        // of each channel, since it is linked
     std::vector<float> silence_;       // stands in for a channel without a link
-    std::unique_ptr<FilterNode> node_; // last: its end is the end of all callbacks
+    std::unique_ptr<MixPart> part_;    // last: its end is the end of all callbacks
 };
 
 } // namespace velmora::pipewire

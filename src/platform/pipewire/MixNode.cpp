@@ -1,0 +1,202 @@
+#include "platform/pipewire/MixNode.h"
+
+#include "platform/pipewire/MixPart.h"
+#include "platform/pipewire/RealtimeMath.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <new>
+
+namespace velmora::pipewire {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A filter that streams is called in the next cycle; one was seen to wait for seconds
+/// (libpipewire 0.3.65, dozens of nodes opened at once) until something woke it.
+constexpr auto callsExpectedWithin = 500ms;
+
+/// More would not fit between the two ends of a ring.
+constexpr std::uint32_t largestCycleFrames = 1024;
+
+std::string fraction(std::uint32_t frames, double rateHz) {
+    return std::to_string(frames) + "/" + std::to_string(static_cast<std::uint32_t>(rateHz));
+}
+
+Properties nodeProperties(const MixNode::Setup& setup) {
+    return {
+        {PW_KEY_NODE_NAME, setup.name},
+        {PW_KEY_NODE_DESCRIPTION, "Velmora Mix"},
+        {PW_KEY_MEDIA_TYPE, "Audio"},
+        {PW_KEY_MEDIA_CATEGORY, "Filter"},
+        {PW_KEY_MEDIA_ROLE, "DSP"},
+        // Nobody but us links this node.
+        {PW_KEY_NODE_AUTOCONNECT, "false"},
+        {PW_KEY_NODE_LATENCY, fraction(setup.blockFrames, setup.rateHz)},
+        {"node.max-latency", fraction(largestCycleFrames, setup.rateHz)},
+        // Called on while nothing is linked to it.
+        {PW_KEY_NODE_GROUP, "velmora"},
+        {PW_KEY_NODE_ALWAYS_PROCESS, "true"},
+    };
+}
+
+} // namespace
+
+StatusOr<std::shared_ptr<MixNode>> MixNode::open(const Setup& setup) {
+    try {
+        std::shared_ptr<MixNode> made(new MixNode);
+        if (const Status status = made->start(setup); status != statusOk) {
+            return std::unexpected(status);
+        }
+        return made;
+    } catch (const std::bad_alloc&) {
+        return std::unexpected(-ENOMEM);
+    }
+}
+
+MixNode::~MixNode() {
+    loop_.stop();
+    hook_.reset();
+    watchdog_.reset();
+    filter_.reset(); // waits for the data thread to finish its cycle
+    core_.reset();
+    context_.reset();
+}
+
+Status MixNode::start(const Setup& setup) {
+    blockFrames_ = setup.blockFrames;
+    rateHz_ = setup.rateHz;
+    context_ = makeRealtimeContext(loop_.get());
+    if (!context_) {
+        return -(errno == 0 ? EIO : errno);
+    }
+    if (const Status status = connect(setup); status != statusOk) {
+        return status;
+    }
+    return loop_.start() ? statusOk : -EAGAIN;
+}
+
+Status MixNode::connect(const Setup& setup) {
+    static constexpr pw_filter_events events = [] {
+        pw_filter_events made{};
+        made.version = PW_VERSION_FILTER_EVENTS;
+        made.state_changed = [](void* self, pw_filter_state, pw_filter_state state, const char*) {
+            static_cast<MixNode*>(self)->onState(state);
+        };
+        made.process = [](void* self, spa_io_position* position) {
+            static_cast<MixNode*>(self)->onProcess(position);
+        };
+        return made;
+    }();
+
+    core_.reset(pw_context_connect(context_.get(), nullptr, 0));
+    if (core_) {
+        filter_.reset(pw_filter_new(
+            core_.get(), setup.name.c_str(), makeProperties(nodeProperties(setup)).release()));
+    }
+    if (!filter_) {
+        return -(errno == 0 ? EIO : errno);
+    }
+    watchdog_ = std::make_unique<LoopTimer>(loop_, [this] { checkCalls(); });
+    hook_ = std::make_unique<Hook>();
+    pw_filter_add_listener(filter_.get(), hook_->get(), &events, this);
+    const Status status = pw_filter_connect(filter_.get(), PW_FILTER_FLAG_RT_PROCESS, nullptr, 0);
+    return std::min(status, statusOk);
+}
+
+bool MixNode::isAlive() const {
+    const Loop::Lock lock(loop_);
+    return pw_filter_get_state(filter_.get(), nullptr) > PW_FILTER_STATE_UNCONNECTED;
+}
+
+void MixNode::askForBlocksOf(std::uint32_t frames) {
+    const Loop::Lock lock(loop_);
+    if (frames < blockFrames_) {
+        blockFrames_ = frames;
+        const auto wish = makeProperties({{PW_KEY_NODE_LATENCY, fraction(frames, rateHz_)}});
+        pw_filter_update_properties(filter_.get(), nullptr, &wish->dict);
+    }
+}
+
+void* MixNode::addPort(const std::string& name, pw_direction direction) {
+    constexpr std::size_t dataSize = sizeof(int); // unused, but must not be 0
+    auto properties =
+        makeProperties({{PW_KEY_PORT_NAME, name}, {PW_KEY_FORMAT_DSP, "32 bit float mono audio"}});
+    return pw_filter_add_port(filter_.get(),
+                              direction,
+                              PW_FILTER_PORT_FLAG_MAP_BUFFERS,
+                              dataSize,
+                              properties.release(),
+                              nullptr,
+                              0);
+}
+
+void MixNode::enlist(MixPart& part) {
+    const auto isOutput = [](const MixPart* one) { return one->kind_ == MixPart::Kind::output; };
+    parts_.insert(isOutput(&part) ? parts_.end() : std::ranges::find_if(parts_, isOutput), &part);
+    publishParts();
+}
+
+void MixNode::dismiss(MixPart& part) {
+    if (std::erase(parts_, &part) > 0) {
+        publishParts();
+    }
+}
+
+void MixNode::publishParts() {
+    struct Exchange {
+        Parts& called;
+        Parts next;
+    } exchange{.called = called_, .next = parts_};
+    const auto run = [](spa_loop*, bool, std::uint32_t, const void*, std::size_t, void* data) {
+        auto& both = *static_cast<Exchange*>(data);
+        both.called.swap(both.next);
+        return 0;
+    };
+    // Between two calls of the real-time thread; what it had before is freed here.
+    pw_data_loop_invoke(
+        pw_context_get_data_loop(context_.get()), run, 0, nullptr, 0, true, &exchange);
+}
+
+void MixNode::onState(pw_filter_state state) {
+    if (state == PW_FILTER_STATE_STREAMING) {
+        callsSeen_ = calls_.load(std::memory_order_relaxed);
+        watchdog_->start(callsExpectedWithin);
+    }
+}
+
+void MixNode::checkCalls() {
+    const bool isStreaming =
+        pw_filter_get_state(filter_.get(), nullptr) == PW_FILTER_STATE_STREAMING;
+    if (isStreaming && calls_.load(std::memory_order_relaxed) == callsSeen_) {
+        pw_filter_set_active(filter_.get(), false);
+        pw_filter_set_active(filter_.get(), true);
+        watchdog_->start(callsExpectedWithin);
+    }
+}
+
+void MixNode::onProcess(const spa_io_position* position) noexcept {
+    calls_.fetch_add(1, std::memory_order_relaxed);
+    if (position == nullptr) {
+        return;
+    }
+    flushDenormals();
+    const auto frames = static_cast<std::uint32_t>(position->clock.duration);
+    for (const MixPart* const part : called_) {
+        part->handler_.process(*part, frames);
+    }
+}
+
+StatusOr<std::shared_ptr<MixNode>> MixNodes::take(const MixNode::Setup& setup) {
+    if (auto node = latest_.lock(); node && node->isAlive()) {
+        node->askForBlocksOf(setup.blockFrames);
+        return node;
+    }
+    auto opened = MixNode::open(setup);
+    if (opened) {
+        latest_ = *opened;
+    }
+    return opened;
+}
+
+} // namespace velmora::pipewire

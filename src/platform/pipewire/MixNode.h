@@ -1,0 +1,96 @@
+// MixNode.h: the one node of ours that everything passes through.
+#pragma once
+
+#include "platform/Status.h"
+#include "platform/pipewire/Handles.h"
+#include "platform/pipewire/Loop.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmora::pipewire {
+
+class MixPart;
+
+/// A pw_filter with mono float ports, called once per graph cycle on a real-time thread of its own.
+///
+/// All captures and outputs of a mix are parts of one node. So the daemon drives all of them by one
+/// clock and calls them when every source of a cycle is ready, in one wake-up; waking a thread
+/// costs several times what a source's effects cost. It also sees every loop of links through us,
+/// and makes one of them a feedback. A second of sound takes a source some milliseconds of that
+/// thread, so that it never gets near to a whole core.
+///
+/// Threads: main. Real-time: no.
+class MixNode {
+public:
+    struct Setup {
+        std::string name;            ///< `node.name`
+        std::uint32_t blockFrames{}; ///< wanted frames per cycle, at `rateHz`
+        double rateHz{};
+    };
+
+    /// Errors: the status when the client configuration cannot be loaded, no daemon answers or
+    /// there is no thread.
+    [[nodiscard]] static StatusOr<std::shared_ptr<MixNode>> open(const Setup& setup);
+    ~MixNode();
+    MixNode(const MixNode&) = delete;
+    MixNode& operator=(const MixNode&) = delete;
+
+    /// False once the daemon has gone; its parts are dead then.
+    [[nodiscard]] bool isAlive() const;
+    /// The smallest wish of all counts.
+    void askForBlocksOf(std::uint32_t frames);
+
+private:
+    friend class MixPart;
+
+    MixNode() : loop_("velmora-mix") {}
+    Status start(const Setup& setup);
+    Status connect(const Setup& setup);
+    void onState(pw_filter_state state);
+    void onProcess(const spa_io_position* position) noexcept;
+    void checkCalls();
+
+    // For the parts; all need the loop's lock.
+    /// Ports may come and go while the filter runs: libpipewire lists one when it is finished, and
+    /// frees one when the real-time thread has let go of it. Null when there is no memory.
+    [[nodiscard]] void* addPort(const std::string& name, pw_direction direction);
+    /// From here on the part is called, captures before outputs.
+    void enlist(MixPart& part);
+    /// When this returns, the part is not running and will not run again.
+    void dismiss(MixPart& part);
+    void publishParts();
+
+    using Parts = std::vector<MixPart*>; // captures first
+
+    std::atomic<std::uint64_t> calls_{0}; // written by the real-time thread
+    Parts called_;                        // real-time thread
+    Parts parts_;
+    std::uint32_t blockFrames_ = 0; // asked for
+    double rateHz_ = 0;
+    std::uint64_t callsSeen_ = 0;
+    Loop loop_;
+    ContextHandle context_;
+    std::unique_ptr<LoopTimer> watchdog_;
+    CoreHandle core_;
+    FilterHandle filter_;
+    std::unique_ptr<Hook> hook_;
+};
+
+/// Hands out the node that other parts are on, so that it lives from the first part to the last.
+/// One that a daemon took with it is replaced.
+///
+/// Threads: main. Real-time: no.
+class MixNodes {
+public:
+    /// Errors: as `MixNode::open`.
+    [[nodiscard]] StatusOr<std::shared_ptr<MixNode>> take(const MixNode::Setup& setup);
+
+private:
+    std::weak_ptr<MixNode> latest_;
+};
+
+} // namespace velmora::pipewire

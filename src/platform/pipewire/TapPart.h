@@ -1,0 +1,42 @@
+// TapPart.h: hears one application and hands it on as interleaved stereo.
+#pragma once
+
+#include "platform/AudioHardware.h"
+#include "platform/pipewire/MixPart.h"
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmora::pipewire {
+
+/// Threads: main. Real-time: no; the callback runs on the node's real-time thread.
+class TapPart final : MixPart::Handler {
+public:
+    struct Setup {
+        std::string name;
+        float scale{1.0F}; ///< linear, applied to every sample
+    };
+
+    /// Errors: the status; nothing is left open.
+    [[nodiscard]] static StatusOr<std::unique_ptr<TapPart>>
+    open(std::shared_ptr<MixNode> node, const Setup& setup, IOCallback callback);
+
+private:
+    using Inputs = std::array<const float*, 5>; // by TapInput; null while nothing is linked
+
+    TapPart(float scale, IOCallback callback);
+    void process(const MixPart& part, std::uint32_t frames) noexcept override;
+    /// Fills `interleaved_` from `frames` frames of the inputs' blocks, starting at frame `from`.
+    void mixDown(const Inputs& inputs, std::size_t from, std::size_t frames) noexcept;
+    void handOn(std::size_t frames) noexcept;
+
+    float scale_;
+    IOCallback callback_;
+    std::vector<float> interleaved_; // real-time thread; one largest block
+    std::vector<float> silence_;     // stands in for ports without a link
+    std::unique_ptr<MixPart> part_;  // last: its end is the end of all callbacks
+};
+
+} // namespace velmora::pipewire

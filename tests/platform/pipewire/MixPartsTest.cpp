@@ -1,0 +1,70 @@
+// Captures and outputs on one node, added and removed while it runs.
+
+#include "BackendTest.h"
+
+#include "support/ProcessFigures.h"
+
+#include <unistd.h>
+
+namespace velmora {
+namespace {
+
+using namespace support;
+
+class MixParts : public BackendTest {
+protected:
+    /// One more input and output of the interface, until both have been called.
+    void useInterface() {
+        const auto device = find(interface4.name).value_or(0);
+        const auto received = std::make_shared<std::atomic<int>>(0);
+        const auto rendered = std::make_shared<std::atomic<int>>(0);
+        const auto input = audio.units().makeInput();
+        const auto output = audio.units().makeOutput();
+        EXPECT_EQ(input->setDevice(device), statusOk);
+        EXPECT_EQ(output->setDevice(device), statusOk);
+        EXPECT_EQ(
+            input->start([received](std::int64_t, std::span<const float* const>) { ++*received; }),
+            statusOk);
+        EXPECT_EQ(output->start([rendered](std::int64_t, std::span<float* const>) { ++*rendered; }),
+                  statusOk);
+        EXPECT_TRUE(waitUntil([&] { return *received > 2 && *rendered > 2; }));
+    }
+};
+
+TEST_F(MixParts, ComeAndGoWithoutABreakInWhatAnotherOnePlays) {
+    const auto output = play(speakers.name);
+    const Recorder recorder(session(), speakers.name, {1});
+    ASSERT_TRUE(recorder.hears(0, 440, playedDb));
+    useInterface(); // from here on nothing is made for the first time
+    const std::size_t from = recorder.frames();
+    const std::int64_t descriptors = openDescriptors(getpid());
+
+    for (int round = 0; round < 50; ++round) {
+        useInterface();
+    }
+
+    EXPECT_TRUE(recorder.waitForFreshSound());
+    EXPECT_EQ(countBreaks(recorder.all().channel(0, from), 440), 0);
+    EXPECT_TRUE(waitUntil([&] { return openDescriptors(getpid()) <= descriptors; }));
+}
+
+TEST_F(MixParts, AreOneNodeInTheGraph) {
+    const auto ownNodes = [] {
+        const AudioGraph graph = session().graph();
+        return std::ranges::count_if(graph.nodes(), [](const GraphNode& node) {
+            return node.name.starts_with("velmora.mix.");
+        });
+    };
+    const auto toSpeakers = play(speakers.name);
+    const auto toInterface = play(interface4.name);
+    EXPECT_TRUE(waitUntil([&] { return ownNodes() == 1; }));
+
+    toSpeakers->stop();
+    EXPECT_EQ(ownNodes(), 1);
+    toInterface->stop();
+
+    EXPECT_TRUE(waitUntil([&] { return ownNodes() == 0; }));
+}
+
+} // namespace
+} // namespace velmora

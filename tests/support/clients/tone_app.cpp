@@ -1,11 +1,11 @@
 // velmora_tone_app: an application that plays what it is told on its standard input.
 //
 // velmora_tone_app [--child] [--name <application name>] [--play <left Hz> <right Hz> <dB>]
-//   play <stream> <left Hz> <right Hz> <dB>   starts a stream, or replaces the one of that name
-//   sing <device> <left Hz> <right Hz> <dB>   is an input device of that name, which plays by
-//   itself mute <stream>                             keeps the stream and plays silence stop
-//   <stream>                             ends the stream reconnect ends every stream and makes a
-//   new connection
+//   play <stream> <left Hz> <right Hz> <dB>   starts a stream, or replaces one
+//   sing <device> <left Hz> <right Hz> <dB>   is an input device that plays by itself
+//   mute <stream>                             keeps the stream and plays silence
+//   stop <stream>                             ends the stream
+//   reconnect                                 ends every stream and connects anew
 //
 // It is known to the sound server from its start on. With --child a child process does all of
 // this, as in a browser. With --play it plays by itself, does not read its input, and ends with the

@@ -167,7 +167,7 @@ void Session::askForApplications() {
 void Session::passLinks() {
     const auto now = LinkAttempts::Clock::now();
     const auto wanted =
-        wantedLinks(state_.graph, state_.mixNode, state_.routes, [this](AudioObjectID process) {
+        wantedLinks(state_.graph, mixNodeName_, state_.routes, [this](AudioObjectID process) {
             return state_.processes.streams(process);
         });
     const auto runs = [this](Serial port) {

@@ -36,15 +36,13 @@ struct SessionState {
     Graph graph;
     ObjectIds ids;
     ProcessDirectory processes;
-    std::string mixNode;                                ///< `node.name` of our node
-    Routes routes;                                      ///< links that its parts want
+    Routes routes;                                      ///< links that the mix's parts want
     std::map<AudioObjectID, AudioObjectID> mutes;       ///< tap to the process that it silences
     std::map<AudioObjectID, std::uint32_t> blockFrames; ///< asked for, per device
     bool wantsVirtualMicrophone{};
     std::uint32_t epoch{}; ///< counts connections; what was made under another one is dead
 
-    explicit SessionState(std::int32_t ownPid)
-        : processes(ids, ownPid), mixNode(newNodeName("mix")) {}
+    explicit SessionState(std::int32_t ownPid) : processes(ids, ownPid) {}
 
     /// One device by number. Numbers are given as devices are seen, hence not const.
     [[nodiscard]] std::optional<Device> device(AudioObjectID id);
@@ -106,7 +104,7 @@ public:
                                                            double rateHz,
                                                            Callback callback) {
         auto node =
-            mixNodes_.take({.name = state_.mixNode, .blockFrames = blockFrames, .rateHz = rateHz});
+            mixNodes_.take({.name = mixNodeName_, .blockFrames = blockFrames, .rateHz = rateHz});
         if (!node) {
             return std::unexpected(node.error());
         }
@@ -143,6 +141,7 @@ private:
     Loop loop_;
     Events events_;
     SessionState state_;
+    const std::string mixNodeName_ = state_.newNodeName("mix");
     Connection connection_;
     LinkSet links_;
     LastWill will_;

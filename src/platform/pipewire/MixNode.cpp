@@ -133,29 +133,24 @@ void* MixNode::addPort(const std::string& name, pw_direction direction) {
 
 void MixNode::enlist(MixPart& part) {
     const auto isOutput = [](const MixPart* one) { return one->kind_ == MixPart::Kind::output; };
-    parts_.insert(isOutput(&part) ? parts_.end() : std::ranges::find_if(parts_, isOutput), &part);
-    publishParts();
+    auto next = parts_; // the real-time thread must not allocate
+    next.insert(isOutput(&part) ? next.end() : std::ranges::find_if(next, isOutput), &part);
+    betweenCalls([&] { parts_.swap(next); });
 }
 
 void MixNode::dismiss(MixPart& part) {
-    if (std::erase(parts_, &part) > 0) {
-        publishParts();
-    }
+    betweenCalls([&] { std::erase(parts_, &part); });
 }
 
-void MixNode::publishParts() {
-    struct Exchange {
-        Parts& called;
-        Parts next;
-    } exchange{.called = called_, .next = parts_};
+template <typename Change>
+void MixNode::betweenCalls(Change change) {
     const auto run = [](spa_loop*, bool, std::uint32_t, const void*, std::size_t, void* data) {
-        auto& both = *static_cast<Exchange*>(data);
-        both.called.swap(both.next);
+        (*static_cast<Change*>(data))();
         return 0;
     };
-    // Between two calls of the real-time thread; what it had before is freed here.
+    constexpr bool waits = true;
     pw_data_loop_invoke(
-        pw_context_get_data_loop(context_.get()), run, 0, nullptr, 0, true, &exchange);
+        pw_context_get_data_loop(context_.get()), run, 0, nullptr, 0, waits, &change);
 }
 
 void MixNode::onState(pw_filter_state state) {
@@ -182,7 +177,7 @@ void MixNode::onProcess(const spa_io_position* position) noexcept {
     }
     flushDenormals();
     const auto frames = static_cast<std::uint32_t>(position->clock.duration);
-    for (const MixPart* const part : called_) {
+    for (const MixPart* const part : parts_) {
         part->handler_.process(*part, frames);
     }
 }

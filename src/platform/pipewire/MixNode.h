@@ -62,14 +62,13 @@ private:
     void enlist(MixPart& part);
     /// When this returns, the part is not running and will not run again.
     void dismiss(MixPart& part);
-    void publishParts();
-
-    using Parts = std::vector<MixPart*>; // captures first
+    /// Runs `change` on the real-time thread, and waits for it.
+    template <typename Change>
+    void betweenCalls(Change change);
 
     std::atomic<std::uint64_t> calls_{0}; // written by the real-time thread
-    Parts called_;                        // real-time thread
-    Parts parts_;
-    std::uint32_t blockFrames_ = 0; // asked for
+    std::vector<MixPart*> parts_;         // captures first; written between calls only
+    std::uint32_t blockFrames_ = 0;       // asked for
     double rateHz_ = 0;
     std::uint64_t callsSeen_ = 0;
     Loop loop_;

@@ -27,7 +27,9 @@ public:
             pw_filter_events made{};
             made.version = PW_VERSION_FILTER_EVENTS;
             made.process = [](void* self, spa_io_position* position) {
-                static_cast<EmptyNode*>(self)->process(position->clock);
+                if (position != nullptr) {
+                    static_cast<EmptyNode*>(self)->process(position->clock);
+                }
             };
             return made;
         }();
@@ -71,14 +73,16 @@ private:
             static_cast<void>(
                 pw_filter_get_dsp_buffer(port, static_cast<std::uint32_t>(clock.duration)));
         }
-        if (expected_ != 0 && clock.position > expected_) {
+        if (clock.id == clock_ && clock.position > expected_) {
             missedFrames_ += clock.position - expected_;
         }
+        clock_ = clock.id;
         expected_ = clock.position + clock.duration;
     }
 
     std::atomic<std::uint64_t> missedFrames_{0};
-    std::uint64_t expected_ = 0; // real-time thread
+    std::uint32_t clock_ = SPA_ID_INVALID; // real-time thread, as what follows
+    std::uint64_t expected_ = 0;
     std::vector<void*> ports_;
     pw_filter* filter_;
     spa_hook hook_{};

@@ -44,7 +44,7 @@ Properties nodeProperties(const MixNode::Setup& setup) {
 
 StatusOr<std::shared_ptr<MixNode>> MixNode::open(const Setup& setup) {
     try {
-        std::shared_ptr<MixNode> made(new MixNode);
+        std::shared_ptr<MixNode> made(new MixNode(setup.name));
         if (const Status status = made->start(setup); status != statusOk) {
             return std::unexpected(status);
         }
@@ -64,8 +64,7 @@ MixNode::~MixNode() {
 }
 
 Status MixNode::start(const Setup& setup) {
-    blockFrames_ = setup.blockFrames;
-    rateHz_ = setup.rateHz;
+    blockSeconds_ = setup.blockFrames / setup.rateHz;
     context_ = makeRealtimeContext(loop_.get());
     if (!context_) {
         return -(errno == 0 ? EIO : errno);
@@ -109,11 +108,11 @@ bool MixNode::isAlive() const {
     return pw_filter_get_state(filter_.get(), nullptr) > PW_FILTER_STATE_UNCONNECTED;
 }
 
-void MixNode::askForBlocksOf(std::uint32_t frames) {
+void MixNode::askForBlocksOf(std::uint32_t frames, double rateHz) {
     const Loop::Lock lock(loop_);
-    if (frames < blockFrames_) {
-        blockFrames_ = frames;
-        const auto wish = makeProperties({{PW_KEY_NODE_LATENCY, fraction(frames, rateHz_)}});
+    if (frames / rateHz < blockSeconds_) {
+        blockSeconds_ = frames / rateHz;
+        const auto wish = makeProperties({{PW_KEY_NODE_LATENCY, fraction(frames, rateHz)}});
         pw_filter_update_properties(filter_.get(), nullptr, &wish->dict);
     }
 }
@@ -184,7 +183,7 @@ void MixNode::onProcess(const spa_io_position* position) noexcept {
 
 StatusOr<std::shared_ptr<MixNode>> MixNodes::take(const MixNode::Setup& setup) {
     if (auto node = latest_.lock(); node && node->isAlive()) {
-        node->askForBlocksOf(setup.blockFrames);
+        node->askForBlocksOf(setup.blockFrames, setup.rateHz);
         return node;
     }
     auto opened = MixNode::open(setup);

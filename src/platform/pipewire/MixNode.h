@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velmora::pipewire {
@@ -27,7 +28,7 @@ class MixPart;
 class MixNode {
 public:
     struct Setup {
-        std::string name;            ///< `node.name`
+        std::string name;            ///< `node.name`, never used before
         std::uint32_t blockFrames{}; ///< wanted frames per cycle, at `rateHz`
         double rateHz{};
     };
@@ -39,15 +40,16 @@ public:
     MixNode(const MixNode&) = delete;
     MixNode& operator=(const MixNode&) = delete;
 
-    /// False once the daemon has gone; its parts are dead then.
+    [[nodiscard]] const std::string& name() const { return name_; }
+    /// False once the daemon or the node has gone; its parts are dead then.
     [[nodiscard]] bool isAlive() const;
-    /// The smallest wish of all counts.
-    void askForBlocksOf(std::uint32_t frames);
+    /// The smallest wish so far counts.
+    void askForBlocksOf(std::uint32_t frames, double rateHz);
 
 private:
     friend class MixPart;
 
-    MixNode() : loop_("velmora-mix") {}
+    explicit MixNode(std::string name) : name_(std::move(name)), loop_("velmora-mix") {}
     Status start(const Setup& setup);
     Status connect(const Setup& setup);
     void onState(pw_filter_state state);
@@ -55,8 +57,8 @@ private:
     void checkCalls();
 
     // For the parts; all need the loop's lock.
-    /// Ports may come and go while the filter runs: libpipewire lists one when it is finished, and
-    /// frees one when the real-time thread has let go of it. Null when there is no memory.
+    /// Null when there is no memory. It stays until the node goes, also after its part: libpipewire
+    /// (0.3.65) frees a port that is removed while the real-time thread may still walk past it.
     [[nodiscard]] void* addPort(const std::string& name, pw_direction direction);
     /// From here on the part is called, captures before outputs.
     void enlist(MixPart& part);
@@ -68,9 +70,9 @@ private:
 
     std::atomic<std::uint64_t> calls_{0}; // written by the real-time thread
     std::vector<MixPart*> parts_;         // captures first; written between calls only
-    std::uint32_t blockFrames_ = 0;       // asked for
-    double rateHz_ = 0;
+    double blockSeconds_ = 0;             // asked for
     std::uint64_t callsSeen_ = 0;
+    std::string name_;
     Loop loop_;
     ContextHandle context_;
     std::unique_ptr<LoopTimer> watchdog_;

@@ -15,9 +15,6 @@ MixPart::MixPart(std::shared_ptr<MixNode> node, Kind kind, Handler& handler)
 MixPart::~MixPart() {
     const Loop::Lock lock(node_->loop_);
     node_->dismiss(*this);
-    for (void* const port : ports_) {
-        pw_filter_remove_port(port);
-    }
 }
 
 StatusOr<std::unique_ptr<MixPart>>
@@ -35,6 +32,7 @@ MixPart::open(std::shared_ptr<MixNode> node, const Setup& setup, Handler& handle
 
 Status MixPart::addPorts(const Setup& setup) {
     const auto direction = kind_ == Kind::capture ? PW_DIRECTION_INPUT : PW_DIRECTION_OUTPUT;
+    ports_.reserve(setup.ports.size());
     const Loop::Lock lock(node_->loop_);
     for (const std::string& name : setup.ports) {
         void* const port =

@@ -30,8 +30,8 @@ public:
         virtual void process(const MixPart& part, std::uint32_t frames) noexcept = 0;
     };
 
-    /// The ports appear shortly after. `handler` outlives the part.
-    /// Errors: the status; nothing is left behind.
+    /// The ports appear shortly after, and stay until the node goes. `handler` outlives the part.
+    /// Errors: the status.
     [[nodiscard]] static StatusOr<std::unique_ptr<MixPart>>
     open(std::shared_ptr<MixNode> node, const Setup& setup, Handler& handler);
 

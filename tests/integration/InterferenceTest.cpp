@@ -49,6 +49,24 @@ TEST_F(Interference, AMuteSinkThatSomebodyRemovesIsReplaced) {
     EXPECT_TRUE(atSpeakers.hears(0, leftHz, playedDb));
 }
 
+TEST_F(Interference, AMixWhoseNodeSomebodyRemovesStartsAgain) {
+    const ToneApp app(session());
+    app.play("music", leftHz, rightHz, playedDb);
+    mix({playing(app.pid())});
+    ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
+    const auto toMic = links("velmora.mix.", microphone);
+    ASSERT_FALSE(toMic.empty());
+
+    destroy(session().graph().node(toMic.front().from)->id);
+
+    EXPECT_TRUE(waitUntil([&] {
+        const auto now = links("velmora.mix.", microphone);
+        return now.size() == 2 && now.front().from != toMic.front().from;
+    }));
+    EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
+    EXPECT_TRUE(engine.isRunning());
+}
+
 TEST_F(Interference, ALinkThatSomebodyRemovesIsMadeAgain) {
     const ToneApp app(session());
     app.play("music", leftHz, rightHz, playedDb);

@@ -23,7 +23,7 @@ public:
     Library& operator=(const Library&) = delete;
 };
 
-/// Each node of ours needs about 15 open files; 64 of them reach the usual soft limit of 1024.
+/// The buffers of every linked port are open files, and the usual soft limit is 1024.
 void raiseFileLimit() {
     rlimit limit{};
     if (getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < limit.rlim_max) {

@@ -1,4 +1,4 @@
-// Routes.h: what our own nodes want to be connected to, and the links that follow from it.
+// Routes.h: what the mix's parts want to be connected to, and the links that follow from it.
 #pragma once
 
 #include "platform/AudioHardware.h"

@@ -146,6 +146,7 @@ void Session::pass() {
     askForApplications();
     if (connection_.isListed()) {
         passMutes();
+        passMixNode();
         passLinks();
         passAggregates();
         passVirtualMicrophone();
@@ -164,10 +165,32 @@ void Session::askForApplications() {
     }
 }
 
+StatusOr<std::shared_ptr<MixNode>> Session::takeMixNode(std::uint32_t blockFrames, double rateHz) {
+    const std::string newName =
+        change([](SessionState& state) { return state.newNodeName("mix"); });
+    auto node = mixNodes_.take({.name = newName, .blockFrames = blockFrames, .rateHz = rateHz});
+    if (node && (*node)->name() == newName) {
+        change([&](SessionState& state) {
+            state.mixNode = newName;
+            isMixNodeSeen_ = false;
+        });
+    }
+    return node;
+}
+
+void Session::passMixNode() {
+    const bool isThere = state_.graph.nodeNamed(state_.mixNode) != nullptr;
+    const bool wasRemoved = isMixNodeSeen_ && !isThere && !state_.routes.empty();
+    isMixNodeSeen_ = isThere;
+    if (wasRemoved && announces_) {
+        events_.defaultOutputChanged(); // a running mix starts anew then
+    }
+}
+
 void Session::passLinks() {
     const auto now = LinkAttempts::Clock::now();
     const auto wanted =
-        wantedLinks(state_.graph, mixNodeName_, state_.routes, [this](AudioObjectID process) {
+        wantedLinks(state_.graph, state_.mixNode, state_.routes, [this](AudioObjectID process) {
             return state_.processes.streams(process);
         });
     const auto runs = [this](Serial port) {

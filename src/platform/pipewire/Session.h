@@ -28,7 +28,7 @@
 
 namespace velmora::pipewire {
 
-/// Frames per cycle that our nodes ask for when nobody asked for others.
+/// Frames per cycle that our node asks for when nobody asked for others.
 inline constexpr std::uint32_t usualBlockFrames = 128;
 
 /// What is known and what is wanted. Guarded by the session's lock.
@@ -36,6 +36,7 @@ struct SessionState {
     Graph graph;
     ObjectIds ids;
     ProcessDirectory processes;
+    std::string mixNode;                                ///< `node.name` of our latest node
     Routes routes;                                      ///< links that the mix's parts want
     std::map<AudioObjectID, AudioObjectID> mutes;       ///< tap to the process that it silences
     std::map<AudioObjectID, std::uint32_t> blockFrames; ///< asked for, per device
@@ -103,8 +104,7 @@ public:
                                                            std::uint32_t blockFrames,
                                                            double rateHz,
                                                            Callback callback) {
-        auto node =
-            mixNodes_.take({.name = mixNodeName_, .blockFrames = blockFrames, .rateHz = rateHz});
+        auto node = takeMixNode(blockFrames, rateHz);
         if (!node) {
             return std::unexpected(node.error());
         }
@@ -121,6 +121,8 @@ public:
     Status destroyAggregate(const std::string& uid);
 
 private:
+    [[nodiscard]] StatusOr<std::shared_ptr<MixNode>> takeMixNode(std::uint32_t blockFrames,
+                                                                 double rateHz);
     void connect();
     void onLost();
     void onManagerLost();
@@ -129,6 +131,7 @@ private:
     void forgetAggregate(const std::string& uid);
     void pass();
     void askForApplications();
+    void passMixNode();
     void passLinks();
     void passMutes();
     void passAggregates();
@@ -141,7 +144,6 @@ private:
     Loop loop_;
     Events events_;
     SessionState state_;
-    const std::string mixNodeName_ = state_.newNodeName("mix");
     Connection connection_;
     LinkSet links_;
     LastWill will_;
@@ -165,6 +167,7 @@ private:
     bool isAnotherRereadDue_ = false;
     LoopWork pass_;
     MixNodes mixNodes_;
+    bool isMixNodeSeen_ = false;
 };
 
 } // namespace velmora::pipewire

@@ -13,7 +13,7 @@
 namespace velmora::pipewire {
 
 /// A tap says whom to hear; a device of a tap is where callbacks are installed; a started callback
-/// is a node of ours.
+/// is a part of the mix.
 ///
 /// Threads: main. Errors: as `AudioHardware`; what was made under a connection that was lost since
 /// cannot be started any more, but stopped and destroyed.

@@ -32,12 +32,12 @@ protected:
 };
 
 TEST_F(MixParts, ComeAndGoWithoutABreakInWhatAnotherOnePlays) {
-    const auto output = play(speakers.name);
-    const Recorder recorder(session(), speakers.name, {1});
-    ASSERT_TRUE(recorder.hears(0, 440, playedDb));
     useInterface(); // from here on nothing is made for the first time
-    const std::size_t from = recorder.frames();
+    const Recorder recorder(session(), speakers.name, {1});
     const std::int64_t descriptors = openDescriptors(getpid());
+    const auto output = play(speakers.name);
+    ASSERT_TRUE(recorder.hears(0, 440, playedDb));
+    const std::size_t from = recorder.frames();
 
     for (int round = 0; round < 50; ++round) {
         useInterface();
@@ -45,6 +45,7 @@ TEST_F(MixParts, ComeAndGoWithoutABreakInWhatAnotherOnePlays) {
 
     EXPECT_TRUE(recorder.waitForFreshSound());
     EXPECT_EQ(countBreaks(recorder.all().channel(0, from), 440), 0);
+    output->stop();
     EXPECT_TRUE(waitUntil([&] { return openDescriptors(getpid()) <= descriptors; }));
 }
 
@@ -59,7 +60,9 @@ TEST_F(MixParts, AreOneNodeInTheGraph) {
     const auto toInterface = play(interface4.name);
     EXPECT_TRUE(waitUntil([&] { return ownNodes() == 1; }));
 
+    const Recorder recorder(session(), interface4.name, {1});
     toSpeakers->stop();
+    EXPECT_TRUE(recorder.hears(0, 440, playedDb));
     EXPECT_EQ(ownNodes(), 1);
     toInterface->stop();
 

@@ -150,6 +150,14 @@ TEST_F(RoutesTest, ConnectsAnInputToWhatItsDeviceStillHas) {
     EXPECT_THAT(links(), UnorderedElementsAre(Ends("interface:AUX0", "mix:input_channel_1")));
 }
 
+TEST_F(RoutesTest, WantsNothingForAPartThatHasNoPortsYet) {
+    builder.addSink("speakers", {"FL", "FR"});
+    addTap();
+    routes["output"] = PlaybackRoute{.deviceUID = "speakers", .map = {0, 1}};
+
+    EXPECT_THAT(links(), IsEmpty());
+}
+
 TEST_F(RoutesTest, WantsNothingForANodeThatIsNotThereYet) {
     builder.addSink("speakers", {"FL", "FR"});
     routes["output"] = PlaybackRoute{.deviceUID = "speakers", .map = {0, 1}};

@@ -130,6 +130,7 @@ void Session::forgetObjects() {
     links_.clear();
     microphone_.reset();
     isMicrophoneSeen_ = false;
+    isMixNodeSeen_ = false;
 }
 
 void Session::pass() {

@@ -35,8 +35,7 @@ Status MixPart::addPorts(const Setup& setup) {
     ports_.reserve(setup.ports.size());
     const Loop::Lock lock(node_->loop_);
     for (const std::string& name : setup.ports) {
-        void* const port =
-            node_->addPort(setup.name + std::string(own::separator) + name, direction);
+        void* const port = node_->addPort(own::port(setup.name, name), direction);
         if (port == nullptr) {
             return -ENOMEM;
         }

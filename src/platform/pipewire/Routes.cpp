@@ -77,7 +77,7 @@ private:
     }
 
     [[nodiscard]] const Port* ownPort(const std::string& part, std::string_view name) const {
-        const auto found = ports_.find(part + std::string(own::separator) + std::string(name));
+        const auto found = ports_.find(own::port(part, name));
         return found == ports_.end() ? nullptr : found->second;
     }
 
@@ -90,6 +90,10 @@ private:
 
 std::string own::channel(std::uint32_t index) {
     return "channel_" + std::to_string(index + 1);
+}
+
+std::string own::port(const std::string& part, std::string_view purpose) {
+    return part + "_" + std::string(purpose);
 }
 
 std::set<WantedLink> wantedLinks(const Graph& graph,

@@ -16,9 +16,8 @@
 
 namespace velmora::pipewire {
 
-/// Names of the ports of our own node: the part's, the separator, and what the port is for.
+/// What the ports of our own node are for.
 namespace own {
-inline constexpr std::string_view separator = "_";
 inline constexpr std::string_view left = "left";
 inline constexpr std::string_view right = "right";
 inline constexpr std::string_view mono = "mono"; ///< half of left and right together
@@ -27,6 +26,8 @@ inline constexpr std::string_view surroundLeft = "surround_left";
 inline constexpr std::string_view surroundRight = "surround_right";
 /// Input port for channel `index` + 1 of a recorded device.
 [[nodiscard]] std::string channel(std::uint32_t index);
+/// A port's whole name.
+[[nodiscard]] std::string port(const std::string& part, std::string_view purpose);
 } // namespace own
 
 /// Hears every output stream of one application, also those that come later.

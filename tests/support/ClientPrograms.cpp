@@ -1,6 +1,10 @@
 #include "support/ClientPrograms.h"
 
+#include "support/Wait.h"
+
+#include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 
 namespace velmora::support {
@@ -122,8 +126,16 @@ Recorder::Recorder(const PrivateSession& session,
                    const std::vector<int>& channels,
                    const std::filesystem::path& file)
     : Recording(file, static_cast<std::uint32_t>(channels.size())),
+      clockFile_(file.string() + ".clock"),
       process_(session.start({clientProgram("velmora_port_recorder"), node, joined(channels), file},
                              "recorder")) {
+}
+
+bool Recorder::hasClock(int ppm) const {
+    return waitUntil([&] {
+        double speed = 0;
+        return std::ifstream(clockFile_) >> speed && std::lround((speed - 1) * 1e6) == ppm;
+    });
 }
 
 PulseRecorder::PulseRecorder(const PrivateSession& session, const std::string& source)

@@ -96,12 +96,16 @@ public:
              const std::string& node,
              const std::vector<int>& channels);
 
+    /// Waits until the clock that it is called by is this much fast.
+    [[nodiscard]] bool hasClock(int ppm) const;
+
 private:
     Recorder(const PrivateSession& session,
              const std::string& node,
              const std::vector<int>& channels,
              const std::filesystem::path& file);
 
+    std::filesystem::path clockFile_;
     ChildProcess process_;
 };
 

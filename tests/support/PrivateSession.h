@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,9 @@ struct SessionDevice {
     std::string mediaClass{};  ///< "Audio/Sink", "Audio/Duplex" or "Audio/Source/Virtual"
     std::vector<std::string> positions = {"FL", "FR"};
     int priority = 0; ///< the session manager makes the highest one the default
+    /// With it, the device has a patient clock of its own, which is this much fast. Only for
+    /// devices that are there from the server's start.
+    std::optional<int> ownClockPpm{};
 };
 
 /// D-Bus, PipeWire, WirePlumber, pipewire-pulse and the virtual microphone from packaging/, in a

@@ -35,10 +35,13 @@ std::string busConfiguration(const fs::path& folder) {
 }
 
 /// Outranks every device as the clock of those in its group, and of what they are linked to.
-std::string patientClock(std::string_view group) {
+/// @param priority  among several clocks that meet
+std::string patientClock(std::string_view group, int ppm, int priority) {
     return "    { factory = spa-node-factory args = { factory.name = velmora.patient-clock "
-           "library.name = libvelmora-patient-clock node.name = patient-clock node.group = " +
-           std::string(group) + " priority.driver = 100000 } }\n";
+           "library.name = libvelmora-patient-clock node.name = clock-of-" +
+           std::string(group) + " node.group = " + std::string(group) +
+           " clock.ppm = " + std::to_string(ppm) +
+           " priority.driver = " + std::to_string(100'000 + priority) + " } }\n";
 }
 
 /// The devices, and blocks as short as programs ask for also in a virtual machine.
@@ -49,13 +52,17 @@ std::string serverConfiguration(const PrivateSession::Setup& setup) {
     // Not for devices that come later: PipeWire 0.3.65 starts a new node of a running group before
     // it has a format, and crashes. Where all come later, the clock is in the group of the mixer's
     // nodes, and drives the devices that these are linked to.
-    const std::string group = setup.devices.empty() ? "velmora" : "patient-clock";
-    const std::string membership = setup.patientClock ? " node.group = " + group : "";
+    const std::string shared = setup.devices.empty() ? "velmora" : "devices";
     for (const auto& device : setup.devices) {
+        const std::string& group = device.ownClockPpm ? device.name : shared;
+        const std::string membership = setup.patientClock ? " node.group = " + group : "";
         text += "    { factory = adapter args = " + adapterArguments(device, membership) + " }\n";
+        if (device.ownClockPpm) {
+            text += patientClock(group, *device.ownClockPpm, device.priority);
+        }
     }
     if (setup.patientClock) {
-        text += patientClock(group);
+        text += patientClock(shared, 0, 0);
     }
     return text + "]\n";
 }

@@ -201,6 +201,7 @@ void PortClient::dropLinks() {
 }
 
 void PortClient::process(const spa_io_position* position) {
+    clockSpeed_.store(position->clock.rate_diff, std::memory_order_relaxed);
     const auto frames = static_cast<std::uint32_t>(position->clock.duration);
     for (std::size_t i = 0; i < ports_.size(); ++i) {
         blocks_[i] = static_cast<float*>(pw_filter_get_dsp_buffer(ports_[i], frames));

@@ -1,6 +1,7 @@
 // PortClient.h: a program's own node, linked to chosen channels of other nodes of the graph.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -40,6 +41,9 @@ public:
     [[nodiscard]] pw_loop* loop() const { return pw_main_loop_get_loop(mainLoop_); }
     /// Until SIGINT, SIGTERM or the end of the connection.
     void run();
+    /// How fast the clock is that the latest block came from, as that says itself. 1 = as the
+    /// machine's; 0 before the first block. Threads: any.
+    [[nodiscard]] double clockSpeed() const { return clockSpeed_.load(std::memory_order_relaxed); }
 
 private:
     using PortKey = std::pair<std::uint32_t, std::uint32_t>; // node id, index in its direction
@@ -62,6 +66,7 @@ private:
     pw_filter* filter_ = nullptr;
     std::vector<void*> ports_;
     std::vector<float*> blocks_;
+    std::atomic<double> clockSpeed_ = 0;
     spa_hook coreHook_{};
     spa_hook registryHook_{};
     spa_hook filterHook_{};

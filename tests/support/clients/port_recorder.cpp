@@ -1,6 +1,7 @@
 // velmora_port_recorder: writes chosen output ports to a growing file of raw interleaved 32-bit
 // floats until it is ended. A sink's output ports are its monitor. One node for all channels, or
-// one for each.
+// one for each. "<file>.clock" holds how fast the clock is that they are recorded by; 1 = as the
+// machine's.
 //
 // velmora_port_recorder <node.name>[,<node.name>...] <channel>[,<channel>...] <file>
 
@@ -10,6 +11,7 @@
 #include <atomic>
 #include <exception>
 #include <fstream>
+#include <iomanip>
 #include <iostream>
 #include <spa/utils/ringbuffer.h>
 
@@ -70,6 +72,22 @@ private:
     std::atomic<bool> lost_ = false;
 };
 
+/// What the main thread does every hundredth of a second.
+struct Rounds {
+    const PortClient& client;
+    Tape& tape;
+    std::string clockFile;
+    double clockSpeed = 0;
+
+    void go() {
+        tape.save();
+        if (const double now = client.clockSpeed(); now != clockSpeed) {
+            clockSpeed = now;
+            std::ofstream(clockFile) << std::setprecision(9) << now;
+        }
+    }
+};
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -86,10 +104,11 @@ int main(int argc, char** argv) {
                           [&](std::uint32_t frames, std::span<float* const> blocks) {
                               tape.record(frames, blocks);
                           });
+        Rounds rounds{.client = client, .tape = tape, .clockFile = std::string(argv[3]) + ".clock"};
         spa_source* timer = pw_loop_add_timer(
             client.loop(),
-            [](void* data, std::uint64_t) { static_cast<Tape*>(data)->save(); },
-            &tape);
+            [](void* data, std::uint64_t) { static_cast<Rounds*>(data)->go(); },
+            &rounds);
         timespec period{.tv_sec = 0, .tv_nsec = 10'000'000};
         pw_loop_update_timer(client.loop(), timer, &period, &period, false);
         client.run();

@@ -5,9 +5,13 @@
 // milliseconds now and then, and a clock that runs on meanwhile leaves gaps in any program's sound.
 // This one begins a block when its time has come and the block before is through the whole graph.
 // So what a test hears depends on what the programs do, not on when they may do it.
+//
+// Properties: clock.ppm = how much faster than the machine's clock it is, like a sound card's
+// crystal.
 
 #include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <ctime>
 #include <new>
 
@@ -38,7 +42,8 @@ constexpr std::uint64_t patienceNsec = nsecPerSecond / 4;
 /// thread.
 class PatientClock {
 public:
-    PatientClock(spa_loop* loop, spa_system* system) : loop_(loop), system_(system) {
+    PatientClock(spa_loop* loop, spa_system* system, double speed)
+        : loop_(loop), system_(system), speed_(speed) {
         spa_hook_list_init(&listeners_);
         node_.iface =
             spa_interface{SPA_TYPE_INTERFACE_Node, SPA_VERSION_NODE, spa_callbacks{&methods, this}};
@@ -184,7 +189,8 @@ private:
         spa_io_clock& clock = *clock_;
         const std::uint64_t frames = position_->clock.duration;
         const std::uint32_t rateHz = position_->clock.rate.denom;
-        const std::uint64_t length = frames * nsecPerSecond / rateHz;
+        const auto length = static_cast<std::uint64_t>(static_cast<double>(frames * nsecPerSecond) /
+                                                       (rateHz * speed_));
         // A little late is caught up with. More than a block is left out of this clock's time, as
         // the blocks that would make up for it would only crowd.
         due_ = time > due_ + length ? time : due_;
@@ -193,7 +199,7 @@ private:
         clock.position += clock.duration;
         clock.duration = frames;
         clock.delay = 0;
-        clock.rate_diff = 1;
+        clock.rate_diff = speed_;
         due_ += length;
         clock.next_nsec = due_;
         isBlockThrough_ = false;
@@ -206,6 +212,7 @@ private:
 
     spa_loop* loop_;
     spa_system* system_;
+    double speed_; ///< 1 = as fast as the machine's clock
     spa_node node_{};
     spa_hook_list listeners_{};
     spa_callbacks server_{};
@@ -251,7 +258,7 @@ int clearHandle(spa_handle* handle) {
 
 int initHandle(const spa_handle_factory* /*factory*/,
                spa_handle* memory,
-               const spa_dict* /*info*/,
+               const spa_dict* properties,
                const spa_support* support,
                std::uint32_t supportCount) {
     const auto found = [&](const char* type) {
@@ -262,10 +269,12 @@ int initHandle(const spa_handle_factory* /*factory*/,
     if (loop == nullptr || system == nullptr) {
         return -EINVAL;
     }
+    const char* ppm = properties == nullptr ? nullptr : spa_dict_lookup(properties, "clock.ppm");
+    const double speed = 1 + (ppm == nullptr ? 0 : std::strtod(ppm, nullptr)) * 1e-6;
     new (memory) Handle{.handle = {.version = SPA_VERSION_HANDLE,
                                    .get_interface = getInterface,
                                    .clear = clearHandle},
-                        .clock = {loop, system}};
+                        .clock = {loop, system, speed}};
     return 0;
 }
 

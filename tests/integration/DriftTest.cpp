@@ -1,0 +1,107 @@
+// Two devices whose clocks differ by 500 ppm: at the rate of their difference, 24 frames a second,
+// a mix that ran by both would fall behind or run dry.
+
+#include "MixerTest.h"
+
+#include "support/ToneAnalysis.h"
+
+#include <chrono>
+#include <vector>
+
+namespace velmora {
+namespace {
+
+using namespace support;
+using namespace std::chrono_literals;
+
+constexpr std::size_t second = 48000; // frames
+constexpr int fastPpm = 250;
+constexpr int slowPpm = -250;
+
+class Drift : public MixerTest {
+protected:
+    static void SetUpTestSuite() {
+        SessionDevice fast = speakers;
+        fast.ownClockPpm = fastPpm;
+        SessionDevice slow = interface4;
+        slow.ownClockPpm = slowPpm;
+        begin({.devices = {fast, slow}});
+    }
+
+    /// The application plays to the fast device; the slow one is recorded from and played to.
+    void mixOverBothDevices() {
+        app.play("music", leftHz, rightHz, playedDb);
+        engine.setMonitoringSelection(interface4.name + "#3");
+        mix({playing(app.pid()), input(interface4.description, 1, 2)});
+        EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
+        EXPECT_TRUE(mic.hears(0, inputLeftHz, playedDb));
+        EXPECT_TRUE(atSlow.hears(0, leftHz, playedDb));
+    }
+
+    void waitFor(std::size_t frames) const {
+        const std::size_t end = mic.frames() + frames;
+        ASSERT_TRUE(waitUntil([&] { return mic.frames() >= end; }, 60s));
+    }
+
+    /// Of both ends of both sources' rings.
+    std::vector<RingStatistics> rings() const {
+        std::vector<RingStatistics> all;
+        for (const SourceStatistics& source : engine.statistics()) {
+            all.push_back(source.stream);
+            all.push_back(source.monitor);
+        }
+        return all;
+    }
+
+    ToneApp app{session()};
+    Feeder feeder{
+        session(), interface4.name, {1, 2}, {.hz = {inputLeftHz, inputRightHz}, .db = playedDb}};
+    Recorder mic{session(), microphone, {1, 2}};
+    Recorder atFast{session(), speakers.name, {1, 2}};
+    Recorder atSlow{session(), interface4.name, {3, 4}};
+};
+
+TEST_F(Drift, TwoDevicesThatDriftApartAreOneClockToTheMixAndNoRingNoticesThem) {
+    // Without a mix, each is a clock of its own.
+    EXPECT_TRUE(atFast.hasClock(fastPpm));
+    EXPECT_TRUE(atSlow.hasClock(slowPpm));
+
+    mixOverBothDevices();
+    EXPECT_TRUE(mic.hasClock(fastPpm));
+    EXPECT_TRUE(atSlow.hasClock(fastPpm));
+    waitFor(second); // until everyone who has just joined is done
+    const std::size_t from = mic.frames();
+    const auto before = rings();
+
+    waitFor(12 * second); // apart, they would differ by 288 frames now, more than two blocks
+
+    const auto after = rings();
+    EXPECT_EQ(after.size(), 4U);
+    EXPECT_EQ(after, before);
+    EXPECT_EQ(countBreaks(mic.all().channel(0, from), leftHz), 0);
+    EXPECT_EQ(countBreaks(mic.all().channel(0, from), inputLeftHz), 0);
+}
+
+TEST_F(Drift, WhenTheFasterClockEndsTheMixGoesOnByTheOtherAndNoLater) {
+    mixOverBothDevices();
+    ASSERT_TRUE(mic.hasClock(fastPpm));
+    waitFor(second);
+    const auto before = rings();
+
+    session().remove(clockOf(speakers));
+
+    ASSERT_TRUE(mic.hasClock(slowPpm));
+    const std::size_t from = mic.frames();
+    waitFor(second + second / 4); // what a level is measured over
+    EXPECT_NEAR(mic.toneDb(0, leftHz), playedDb, 0.5);
+    EXPECT_NEAR(mic.toneDb(0, inputLeftHz), playedDb, 0.5);
+    const auto after = rings();
+    ASSERT_EQ(after.size(), before.size());
+    for (std::size_t ring = 0; ring < after.size(); ++ring) {
+        EXPECT_EQ(after[ring].backlog, before[ring].backlog) << "ring " << ring;
+    }
+    EXPECT_EQ(countBreaks(mic.all().channel(0, from + second), leftHz), 0);
+}
+
+} // namespace
+} // namespace velmora

@@ -7,6 +7,9 @@
 #include <cerrno>
 #include <new>
 
+/// From PipeWire 1.1 on; null where the library at hand is older.
+extern "C" __attribute__((weak)) pw_loop* pw_filter_get_data_loop(pw_filter* filter);
+
 namespace velmora::pipewire {
 namespace {
 
@@ -21,6 +24,13 @@ constexpr std::uint32_t largestCycleFrames = 1024;
 
 std::string fraction(std::uint32_t frames, double rateHz) {
     return std::to_string(frames) + "/" + std::to_string(static_cast<std::uint32_t>(rateHz));
+}
+
+/// Where the filter is called. Later versions may give a context several such loops.
+pw_loop* dataLoop(pw_filter* filter, pw_context* context) {
+    return pw_filter_get_data_loop != nullptr
+               ? pw_filter_get_data_loop(filter)
+               : pw_data_loop_get_loop(pw_context_get_data_loop(context));
 }
 
 Properties nodeProperties(const MixNode::Setup& setup) {
@@ -148,8 +158,7 @@ void MixNode::betweenCalls(Change change) {
         return 0;
     };
     constexpr bool waits = true;
-    pw_data_loop_invoke(
-        pw_context_get_data_loop(context_.get()), run, 0, nullptr, 0, waits, &change);
+    pw_loop_invoke(dataLoop(filter_.get(), context_.get()), run, 0, nullptr, 0, waits, &change);
 }
 
 void MixNode::onState(pw_filter_state state) {

@@ -67,13 +67,24 @@ std::string serverConfiguration(const PrivateSession::Setup& setup) {
     return text + "]\n";
 }
 
-/// No sound cards, cameras or headsets of the machine, no portal.
+/// No sound cards, cameras or headsets of the machine, no portal. For WirePlumber 0.4, and as
+/// `managerProfile` for 0.5; each leaves the other's files alone.
 constexpr std::string_view managerConfiguration = R"(alsa_monitor.enabled = false
 v4l2_monitor.enabled = false
 libcamera_monitor.enabled = false
 default_access.properties["enable-flatpak-portal"] = false
 )";
 constexpr std::string_view headsetConfiguration = "bluez_monitor.enabled = false\n";
+constexpr std::string_view managerProfile = R"(wireplumber.profiles = {
+  main = {
+    hardware.audio = disabled
+    hardware.bluetooth = disabled
+    hardware.video-capture = disabled
+    script.client.access-portal = disabled
+    support.portal-permissionstore = disabled
+  }
+}
+)";
 
 } // namespace
 
@@ -107,6 +118,7 @@ void writeSessionFiles(const fs::path& folder, const PrivateSession::Setup& setu
     const fs::path manager = folder / "config/wireplumber";
     write(manager / "main.lua.d/60-private-session.lua", managerConfiguration);
     write(manager / "bluetooth.lua.d/60-private-session.lua", headsetConfiguration);
+    write(manager / "wireplumber.conf.d/60-private-session.conf", managerProfile);
 }
 
 } // namespace velmora::support

@@ -37,6 +37,21 @@ constexpr std::uint64_t nsecPerSecond = 1'000'000'000;
 /// block comes through in time again.
 constexpr std::uint64_t patienceNsec = nsecPerSecond / 4;
 
+/// What the server wants of the next block. From PipeWire 1.0 on it says that apart from what is
+/// true of the block that is under way.
+struct Block {
+    std::uint64_t frames;
+    std::uint32_t rateHz;
+};
+template <typename Clock>
+Block nextBlock(const Clock& clock) {
+    if constexpr (requires { clock.target_duration; }) {
+        return {.frames = clock.target_duration, .rateHz = clock.target_rate.denom};
+    } else {
+        return {.frames = clock.duration, .rateHz = clock.rate.denom};
+    }
+}
+
 /// A node without ports that drives whatever shares its group.
 /// Threads: construction, methods but `process`: the server's main thread. The rest: its data
 /// thread.
@@ -187,8 +202,7 @@ private:
 
     void begin(std::uint64_t time) {
         spa_io_clock& clock = *clock_;
-        const std::uint64_t frames = position_->clock.duration;
-        const std::uint32_t rateHz = position_->clock.rate.denom;
+        const auto [frames, rateHz] = nextBlock(position_->clock);
         const auto length = static_cast<std::uint64_t>(static_cast<double>(frames * nsecPerSecond) /
                                                        (rateHz * speed_));
         // A little late is caught up with. More than a block is left out of this clock's time, as

@@ -6,8 +6,8 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 namespace velmora {
@@ -62,6 +62,14 @@ protected:
         return best;
     }
 
+    /// A line "key=value" of the session manager's files. Later versions keep JSON, with the
+    /// members in another order each time.
+    static std::string inOneOrder(const std::string& line) {
+        const std::size_t value = line.find('=') + 1;
+        const auto json = nlohmann::json::parse(line.substr(value), nullptr, /*throws=*/false);
+        return json.is_object() ? line.substr(0, value) + json.dump() : line;
+    }
+
     /// Everything that the session manager keeps, by file, and the targets that it was given.
     struct Memory {
         std::map<std::string, std::string> files;
@@ -77,7 +85,10 @@ protected:
         for (const auto& entry : fs::recursive_directory_iterator(session().folder() / "state")) {
             if (entry.is_regular_file()) {
                 std::ifstream in(entry.path());
-                found.files[entry.path().string()] = {std::istreambuf_iterator(in), {}};
+                std::string& text = found.files[entry.path().string()];
+                for (std::string line; std::getline(in, line);) {
+                    text += inOneOrder(line) + "\n";
+                }
             }
         }
         std::istringstream lines(runToEnd({"pw-metadata"}, session().environment()));

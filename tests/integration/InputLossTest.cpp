@@ -67,7 +67,7 @@ protected:
         plugIn();
         const AudioSource source = input(singer, 1, 2);
         const ToneApp app(session());
-        app.play("music", otherLeftHz, otherRightHz, -60);
+        app.play("music", otherLeftHz, otherRightHz, besideDb);
         mix({source, playing(app.pid())});
         ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
         EXPECT_EQ(heard(), (std::set<std::string>{"music", singer}));
@@ -80,19 +80,11 @@ protected:
                                 Recorder(session(), speakers.name, {1})};
         static_cast<void>(waitUntil([] { return false; }, absence));
         EXPECT_TRUE(mic.isSilentAt(0, leftHz));
-        EXPECT_TRUE(mic.hears(0, otherLeftHz, -60)) << "only its own source is silent";
+        EXPECT_TRUE(mic.hears(0, otherLeftHz, besideDb)) << "only its own source is silent";
         EXPECT_EQ(heard(), std::set<std::string>{"music"}) << "nothing in its place";
-        float edge = edgeOfReturn();
+        const float edge = edgeOfReturn();
         EXPECT_EQ(heard(), (std::set<std::string>{"music", singer}));
         EXPECT_NE(session().graph().node(singer)->id, number);
-
-        // Until its links are active the device runs by a clock of its own, which may drop a block
-        // on a loaded machine, but not each time.
-        for (int more = 0; more < 2 && edge >= sharpestAllowed; ++more) {
-            unplug();
-            EXPECT_TRUE(mic.isSilentAt(0, leftHz));
-            edge = std::min(edge, edgeOfReturn());
-        }
         EXPECT_LT(edge, sharpestAllowed);
     }
 
@@ -106,6 +98,10 @@ protected:
     /// With w = 2π 440 / 48000 = 0.058 the sine's own second difference is at most 0.1 w² =
     /// 0.00033. Where it begins on a zero, its edge is 0.1 w = 0.0058, elsewhere more.
     static constexpr float sharpestAllowed = 0.0015F;
+
+    /// Too quiet to count: on a starved machine the whole graph now and then leaves out a block
+    /// when a node joins it, an edge of twice the amplitude that is not the device's.
+    static constexpr double besideDb = -80;
 
     static inline const std::string singer = "test.singer";
     const ToneApp box{session()};

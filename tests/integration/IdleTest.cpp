@@ -20,6 +20,13 @@ using namespace std::chrono_literals;
 
 class Idle : public ListeningMixerTest {
 protected:
+    /// True once sound has come through both sources to both outputs.
+    bool isMixing() const {
+        return std::ranges::all_of(engine.statistics(), [](const SourceStatistics& source) {
+            return source.stream.backlogMax > 0 && source.monitor.backlogMax > 0;
+        });
+    }
+
     ToneApp app{session()};
 };
 
@@ -60,6 +67,11 @@ TEST_F(Idle, TwoHundredStartsLeaveLessThanOneMebibyteAndNoDescriptor) {
             engine.start();
             EXPECT_TRUE(engine.isRunning()) << engine.lastError().value_or("no message");
             betweenLooks();
+            // Some are stopped on their way. libpipewire 1.4 keeps some kB of each of these, 0.3
+            // none.
+            if (round % 10 != 0) {
+                EXPECT_TRUE(waitUntil([&] { return isMixing(); }));
+            }
             engine.stop();
             betweenLooks();
             // What an event loop that was entered with exec() does by itself.

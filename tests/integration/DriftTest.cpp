@@ -28,6 +28,14 @@ protected:
         begin({.devices = {fast, slow}});
     }
 
+    /// Both clocks are there again for the next test.
+    void TearDown() override {
+        engine.stop();
+        session().killDaemon();
+        session().startServices();
+        MixerTest::TearDown();
+    }
+
     /// The application plays to the fast device; the slow one is recorded from and played to.
     void mixOverBothDevices() {
         app.play("music", leftHz, rightHz, playedDb);

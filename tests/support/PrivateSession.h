@@ -23,8 +23,8 @@ struct SessionDevice {
     std::string mediaClass{};  ///< "Audio/Sink", "Audio/Duplex" or "Audio/Source/Virtual"
     std::vector<std::string> positions = {"FL", "FR"};
     int priority = 0; ///< the session manager makes the highest one the default
-    /// With it, the device has a patient clock of its own, which is this much fast. Only for
-    /// devices that are there from the server's start.
+    /// In a session with `patientClock`: the device has such a clock of its own, which is this much
+    /// fast. Only for devices that are there from the server's start.
     std::optional<int> ownClockPpm{};
 };
 

@@ -10,6 +10,7 @@
 #include "support/Wait.h"
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -84,6 +85,11 @@ protected:
     support::Recorder mic{session(), support::microphone, {1, 2}};
     support::Recorder atSpeakers{session(), support::speakers.name, {1, 2}};
 };
+
+/// For what a test says, and notes of a good run.
+inline int milliseconds(std::chrono::nanoseconds duration) {
+    return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(duration).count());
+}
 
 /// Frequencies and level that most tests play. Far apart, and not multiples of one another.
 inline constexpr double leftHz = 440;

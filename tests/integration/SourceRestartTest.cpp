@@ -14,17 +14,15 @@ using namespace support;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-/// How long an application may be missing after it plays again. A machine that gives its processors
-/// away may hold up one restart in fifty: until it is heard, or until it is muted again.
+/// How long an application may be missing after it plays again.
 constexpr auto bound = 1s;
 constexpr int restarts = 100;
-constexpr int restartsBeyondBound = 2;
+/// How many moments of a muted one may be heard. Its new stream is sent away before the session
+/// manager links it, unless a machine that gives its processors away holds us up for 10 ms just
+/// then.
+constexpr int momentsHeard = 2;
 
 constexpr double momentSeconds = 0.05;
-
-int milliseconds(Clock::duration duration) {
-    return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(duration).count());
-}
 
 class SourceRestart : public ListeningMixerTest {
 protected:
@@ -95,10 +93,8 @@ TEST_F(SourceRestart, AHundredRestartsAreAHundredRecoveriesWithTheSameSettings) 
     std::ranges::sort(recoveries);
     RecordProperty("medianMilliseconds", milliseconds(recoveries[restarts / 2]));
     RecordProperty("slowestMilliseconds", milliseconds(recoveries.back()));
-    EXPECT_LE(milliseconds(recoveries[restarts - 1 - restartsBeyondBound]), milliseconds(bound));
-    // A new stream is sent away before the session manager links it, if nothing holds us up for
-    // 10 ms just then.
-    EXPECT_LE(moments(atSpeakers, mutedFrom, leftHz, -40).louder, restartsBeyondBound)
+    EXPECT_LE(milliseconds(recoveries.back()), milliseconds(bound));
+    EXPECT_LE(moments(atSpeakers, mutedFrom, leftHz, -40).louder, momentsHeard)
         << "muted all along";
     EXPECT_TRUE(waitUntil([&] { return ownObjects() == objects; }));
     EXPECT_EQ(openDescriptors(getpid()), descriptors);

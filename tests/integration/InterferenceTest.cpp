@@ -11,7 +11,16 @@ constexpr std::string_view muteSink = "velmora.mute.";
 
 class Interference : public ListeningMixerTest {
 protected:
-    Interference() { engine.setMonitoringSelection(interface4.name + "#3"); }
+    Interference() {
+        engine.setMonitoringSelection(interface4.name + "#3");
+        app.play("music", leftHz, rightHz, playedDb);
+    }
+
+    /// A mix of the application, which is heard.
+    void mixTheApplication() {
+        mix({playing(app.pid())});
+        ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
+    }
 
     static void destroy(std::uint32_t id) {
         runToEnd({"pw-cli", "destroy", std::to_string(id)}, session().environment());
@@ -24,11 +33,12 @@ protected:
         });
         return found;
     }
+    static std::vector<GraphLink> linksToMicrophone() { return links("velmora.mix.", microphone); }
+
+    const ToneApp app{session()};
 };
 
 TEST_F(Interference, AMuteSinkThatSomebodyRemovesIsReplaced) {
-    const ToneApp app(session());
-    app.play("music", leftHz, rightHz, playedDb);
     const AudioSource source = playing(app.pid());
     engine.setDirectMuted(true, source);
     mix({source});
@@ -50,17 +60,14 @@ TEST_F(Interference, AMuteSinkThatSomebodyRemovesIsReplaced) {
 }
 
 TEST_F(Interference, AMixWhoseNodeSomebodyRemovesStartsAgain) {
-    const ToneApp app(session());
-    app.play("music", leftHz, rightHz, playedDb);
-    mix({playing(app.pid())});
-    ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
-    const auto toMic = links("velmora.mix.", microphone);
+    mixTheApplication();
+    const auto toMic = linksToMicrophone();
     ASSERT_FALSE(toMic.empty());
 
     destroy(session().graph().node(toMic.front().from)->id);
 
     EXPECT_TRUE(waitUntil([&] {
-        const auto now = links("velmora.mix.", microphone);
+        const auto now = linksToMicrophone();
         return now.size() == 2 && now.front().from != toMic.front().from;
     }));
     EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
@@ -68,12 +75,8 @@ TEST_F(Interference, AMixWhoseNodeSomebodyRemovesStartsAgain) {
 }
 
 TEST_F(Interference, ALinkThatSomebodyRemovesIsMadeAgain) {
-    const ToneApp app(session());
-    app.play("music", leftHz, rightHz, playedDb);
-    mix({playing(app.pid())});
-    ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
-
-    const auto toMic = links("velmora.mix.", microphone);
+    mixTheApplication();
+    const auto toMic = linksToMicrophone();
     ASSERT_EQ(toMic.size(), 2U);
 
     for (const GraphLink& link : toMic) {

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -13,10 +12,8 @@
 namespace velmora {
 namespace {
 
-using ::testing::AnyOf;
-using ::testing::Contains;
-using ::testing::Each;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 const std::filesystem::path desktopFolder = std::filesystem::path(PACKAGING_FOLDER) / "desktop";
 const std::filesystem::path desktopEntry = desktopFolder / "app.velmora.Velmora.desktop";
@@ -42,18 +39,15 @@ TEST(DesktopFiles, TheDesktopEntryIsValid) {
 
 // What it may miss is the owner's to choose: a licence and, for later versions of the tool, a page.
 TEST(DesktopFiles, TheMetainfoLacksNothingButALicenceAndAPage) {
-    std::istringstream said(verdict({"appstreamcli", "validate", "--no-net", metainfo}));
+    const std::string said = verdict({"appstreamcli", "validate", "--no-net", metainfo});
 
-    std::vector<std::string> complaints;
-    for (std::string line; std::getline(said, line);) {
-        if (line.find("E: ") != std::string::npos || line.find("W: ") != std::string::npos) {
-            complaints.push_back(line);
-        }
+    EXPECT_THAT(said, HasSubstr("metadata-license-missing"));
+    EXPECT_THAT(said, HasSubstr("errors: 1,"));
+    if (said.find("url-homepage-missing") == std::string::npos) {
+        EXPECT_THAT(said, Not(HasSubstr("warnings:")));
+    } else {
+        EXPECT_THAT(said, HasSubstr("warnings: 1,"));
     }
-    EXPECT_THAT(complaints, Contains(HasSubstr("metadata-license-missing")));
-    EXPECT_THAT(
-        complaints,
-        Each(AnyOf(HasSubstr("metadata-license-missing"), HasSubstr("url-homepage-missing"))));
 }
 
 TEST(DesktopFiles, EveryFileNamesTheSameIdentifier) {

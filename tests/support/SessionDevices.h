@@ -18,9 +18,9 @@ inline const SessionDevice interface4{.name = "demo.interface",
                                       .positions = {"AUX0", "AUX1", "AUX2", "AUX3"},
                                       .priority = 1000};
 
-/// node.name of the clock that is a device's own.
-inline std::string clockOf(const SessionDevice& device) {
-    return "clock-of-" + device.name;
+/// node.name of a patient clock. One that is a device's own has the device's name for its group.
+inline std::string clockOf(const std::string& group) {
+    return "clock-of-" + group;
 }
 
 inline const std::string microphone = "velmora.mic"; ///< node.name of the virtual microphone

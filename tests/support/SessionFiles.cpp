@@ -1,5 +1,7 @@
 #include "support/SessionFiles.h"
 
+#include "support/SessionDevices.h"
+
 #include <fstream>
 #include <stdexcept>
 #include <string_view>
@@ -36,11 +38,10 @@ std::string busConfiguration(const fs::path& folder) {
 
 /// Outranks every device as the clock of those in its group, and of what they are linked to.
 /// @param priority  among several clocks that meet
-std::string patientClock(std::string_view group, int ppm, int priority) {
+std::string patientClock(const std::string& group, int ppm, int priority) {
     return "    { factory = spa-node-factory args = { factory.name = velmora.patient-clock "
-           "library.name = libvelmora-patient-clock node.name = clock-of-" +
-           std::string(group) + " node.group = " + std::string(group) +
-           " clock.ppm = " + std::to_string(ppm) +
+           "library.name = libvelmora-patient-clock node.name = " +
+           clockOf(group) + " node.group = " + group + " clock.ppm = " + std::to_string(ppm) +
            " priority.driver = " + std::to_string(100'000 + priority) + " } }\n";
 }
 

@@ -46,8 +46,8 @@ protected:
 
     /// Lets the mix go on for so many seconds of sound.
     void listen(double seconds) const {
-        const std::size_t end = mic.frames() + static_cast<std::size_t>(seconds * 48000);
-        EXPECT_TRUE(waitUntil([&] { return mic.frames() >= end; }, std::chrono::seconds(60)));
+        EXPECT_TRUE(
+            mic.waitForMore(static_cast<std::size_t>(seconds * 48000), std::chrono::seconds(60)));
     }
 
     /// Both rings of every source.

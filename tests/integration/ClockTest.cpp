@@ -24,15 +24,11 @@ protected:
     Clocks() { engine.setMonitoringSelection(interface4.name + "#3"); }
     ~Clocks() override { session().forceQuantum(0); }
 
-    void waitFor(std::size_t frames) const {
-        const std::size_t end = mic.frames() + frames;
-        EXPECT_TRUE(waitUntil([&] { return mic.frames() >= end; }, 30s));
-    }
+    void waitFor(std::size_t frames) const { EXPECT_TRUE(mic.waitForMore(frames, 30s)); }
 
     /// A second of recorded time from now on, the tone is there and stays for a whole quarter.
     void expectSoundWithinASecond() const {
-        const std::size_t end = mic.frames() + second + heardFrames;
-        EXPECT_TRUE(waitUntil([&] { return mic.frames() >= end; }, 30s));
+        waitFor(second + heardFrames);
         EXPECT_NEAR(mic.toneDb(0, leftHz), playedDb, 0.5);
         EXPECT_NEAR(mic.toneDb(1, rightHz), playedDb, 0.5);
     }

@@ -46,11 +46,6 @@ protected:
         EXPECT_TRUE(atSlow.hears(0, leftHz, playedDb));
     }
 
-    void waitFor(std::size_t frames) const {
-        const std::size_t end = mic.frames() + frames;
-        ASSERT_TRUE(waitUntil([&] { return mic.frames() >= end; }, 60s));
-    }
-
     /// Of both ends of both sources' rings.
     std::vector<RingStatistics> rings() const {
         std::vector<RingStatistics> all;
@@ -77,11 +72,12 @@ TEST_F(Drift, TwoDevicesThatDriftApartAreOneClockToTheMixAndNoRingNoticesThem) {
     mixOverBothDevices();
     EXPECT_TRUE(mic.hasClock(fastPpm));
     EXPECT_TRUE(atSlow.hasClock(fastPpm));
-    waitFor(second); // until everyone who has just joined is done
+    ASSERT_TRUE(mic.waitForMore(second)); // until everyone who has just joined is done
     const std::size_t from = mic.frames();
     const auto before = rings();
 
-    waitFor(12 * second); // apart, they would differ by 288 frames now, more than two blocks
+    // Apart, they would differ by 288 frames then, more than two blocks.
+    ASSERT_TRUE(mic.waitForMore(12 * second, 60s));
 
     const auto after = rings();
     EXPECT_EQ(after.size(), 4U);
@@ -93,14 +89,14 @@ TEST_F(Drift, TwoDevicesThatDriftApartAreOneClockToTheMixAndNoRingNoticesThem) {
 TEST_F(Drift, WhenTheFasterClockEndsTheMixGoesOnByTheOtherAndNoLater) {
     mixOverBothDevices();
     ASSERT_TRUE(mic.hasClock(fastPpm));
-    waitFor(second);
+    ASSERT_TRUE(mic.waitForMore(second));
     const auto before = rings();
 
-    session().remove(clockOf(speakers));
+    session().remove(clockOf(speakers.name));
 
     ASSERT_TRUE(mic.hasClock(slowPpm));
     const std::size_t from = mic.frames();
-    waitFor(second + second / 4); // what a level is measured over
+    ASSERT_TRUE(mic.waitForMore(second + second / 4)); // what a level is measured over
     EXPECT_NEAR(mic.toneDb(0, leftHz), playedDb, 0.5);
     EXPECT_NEAR(mic.toneDb(0, inputLeftHz), playedDb, 0.5);
     const auto after = rings();

@@ -43,9 +43,13 @@ double Recording::toneDb(std::uint32_t channel, double hz) const {
     return support::toneDb(samples.size() < heardFrames ? std::vector<float>{} : samples, hz);
 }
 
+bool Recording::waitForMore(std::size_t more, std::chrono::milliseconds limit) const {
+    const std::size_t enough = frames() + more;
+    return waitUntil([&] { return frames() >= enough; }, limit);
+}
+
 bool Recording::waitForFreshSound() const {
-    const std::size_t enough = frames() + heardFrames;
-    return waitUntil([&] { return frames() >= enough; });
+    return waitForMore(heardFrames);
 }
 
 bool Recording::hears(std::uint32_t channel,

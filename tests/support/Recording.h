@@ -26,6 +26,10 @@ public:
     /// Level of a tone in the most recent quarter of a second, in dB; −200 while there is less.
     [[nodiscard]] double toneDb(std::uint32_t channel, double hz) const;
 
+    /// Waits until it is so many frames longer than now. False when it is not within `limit`.
+    [[nodiscard]] bool waitForMore(std::size_t more,
+                                   std::chrono::milliseconds limit = patience) const;
+
     /// Waits until everything that was recorded before this call is older than what `toneDb` hears.
     /// False when the recording stands still.
     [[nodiscard]] bool waitForFreshSound() const;

@@ -1,8 +1,8 @@
 // Compressor.h: evens out loudness in three fixed strengths.
 #pragma once
 
-#include "effects/Followers.h"
-#include "effects/Steps.h"
+#include "effects/vector/Followers.h"
+#include "effects/vector/Steps.h"
 
 #include <array>
 #include <cmath>

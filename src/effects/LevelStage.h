@@ -2,8 +2,8 @@
 #pragma once
 
 #include "effects/FXParams.h"
-#include "effects/Followers.h"
-#include "effects/Steps.h"
+#include "effects/vector/Followers.h"
+#include "effects/vector/Steps.h"
 
 #include <span>
 

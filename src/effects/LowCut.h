@@ -1,8 +1,8 @@
 // LowCut.h: removes rumble.
 #pragma once
 
-#include "effects/Steps.h"
-#include "effects/StereoSection.h"
+#include "effects/vector/Steps.h"
+#include "effects/vector/StereoSection.h"
 
 #include <cstdint>
 #include <span>

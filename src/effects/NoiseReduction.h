@@ -1,9 +1,9 @@
 // NoiseReduction.h: lowers steady noise between words.
 #pragma once
 
-#include "effects/BiquadLanes.h"
-#include "effects/Followers.h"
-#include "effects/Steps.h"
+#include "effects/vector/BiquadLanes.h"
+#include "effects/vector/Followers.h"
+#include "effects/vector/Steps.h"
 
 #include <array>
 #include <span>

@@ -1,9 +1,9 @@
 // PlosiveGuard.h: softens the thump of a spoken p or b.
 #pragma once
 
-#include "effects/Followers.h"
-#include "effects/Steps.h"
-#include "effects/StereoSection.h"
+#include "effects/vector/Followers.h"
+#include "effects/vector/Steps.h"
+#include "effects/vector/StereoSection.h"
 
 #include <array>
 #include <span>

@@ -1,7 +1,7 @@
 // ReverbChannel.h: a small room for one channel.
 #pragma once
 
-#include "effects/ReverbRun.h"
+#include "effects/vector/ReverbRun.h"
 
 #include <array>
 #include <cstddef>

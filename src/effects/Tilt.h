@@ -1,8 +1,8 @@
 // Tilt.h: makes a source brighter or darker.
 #pragma once
 
-#include "effects/Steps.h"
-#include "effects/StereoSection.h"
+#include "effects/vector/Steps.h"
+#include "effects/vector/StereoSection.h"
 
 #include <span>
 

@@ -1,7 +1,7 @@
 // Available.h: the instruction sets that this machine can test.
 #pragma once
 
-#include "effects/Instructions.h"
+#include "effects/vector/Instructions.h"
 
 #include <gtest/gtest.h>
 

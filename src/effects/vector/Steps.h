@@ -1,8 +1,8 @@
 // Steps.h: takes sound through stages, several quads under way at once.
 #pragma once
 
-#include "effects/Check.h"
-#include "effects/Quad.h"
+#include "effects/vector/Check.h"
+#include "effects/vector/Quad.h"
 
 #include <algorithm>
 #include <limits>

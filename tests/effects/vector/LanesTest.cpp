@@ -1,4 +1,4 @@
-#include "effects/Followers.h"
+#include "effects/vector/Followers.h"
 
 #include "effects/Signals.h"
 

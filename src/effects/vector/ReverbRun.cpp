@@ -1,7 +1,7 @@
-#include "effects/ReverbRun.h"
+#include "effects/vector/ReverbRun.h"
 
-#include "effects/Check.h"
-#include "effects/Lanes.h"
+#include "effects/vector/Check.h"
+#include "effects/vector/Lanes.h"
 
 namespace velmora {
 namespace {

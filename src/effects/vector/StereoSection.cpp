@@ -1,4 +1,4 @@
-#include "effects/StereoSection.h"
+#include "effects/vector/StereoSection.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "effects/Instructions.h"
+#include "effects/vector/Instructions.h"
 
 namespace velmora {
 

@@ -1,7 +1,7 @@
 // Quad.h: four frames of stereo at a time.
 #pragma once
 
-#include "effects/Lanes.h"
+#include "effects/vector/Lanes.h"
 
 #include <array>
 #include <cstddef>

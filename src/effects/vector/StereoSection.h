@@ -2,8 +2,8 @@
 #pragma once
 
 #include "effects/Biquad.h"
-#include "effects/Check.h"
-#include "effects/Quad.h"
+#include "effects/vector/Check.h"
+#include "effects/vector/Quad.h"
 
 namespace velmora {
 

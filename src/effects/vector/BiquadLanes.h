@@ -2,8 +2,8 @@
 #pragma once
 
 #include "effects/Biquad.h"
-#include "effects/Check.h"
-#include "effects/Lanes.h"
+#include "effects/vector/Check.h"
+#include "effects/vector/Lanes.h"
 
 namespace velmora {
 

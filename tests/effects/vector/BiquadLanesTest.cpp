@@ -1,4 +1,4 @@
-#include "effects/BiquadLanes.h"
+#include "effects/vector/BiquadLanes.h"
 
 #include "effects/Signals.h"
 

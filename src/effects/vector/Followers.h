@@ -1,9 +1,9 @@
 // Followers.h: one-pole followers, of one float or of four at a time.
 #pragma once
 
-#include "effects/Check.h"
-#include "effects/Lanes.h"
 #include "effects/SampleMath.h"
+#include "effects/vector/Check.h"
+#include "effects/vector/Lanes.h"
 
 namespace velmora {
 

@@ -1,7 +1,7 @@
 // ReverbRun.h: takes rows of samples along a room's lines where none of them starts over.
 #pragma once
 
-#include "effects/Instructions.h"
+#include "effects/vector/Instructions.h"
 
 #include <array>
 #include <cstddef>

@@ -19,15 +19,15 @@ constexpr std::array<Strength, 3> strengths{
 
 } // namespace
 
-void Compressor::retune(std::int64_t strength, double sampleRate) {
+void Compressor::retune(const FXParams& params, double sampleRate) {
     attack_ = followCoefficient(sampleRate, attackSeconds);
     release_ = followCoefficient(sampleRate, releaseSeconds);
-    if (strength < 1) {
+    if (params.comp < 1) {
         slope_ = 0.0F;
         return;
     }
     const auto& chosen =
-        strengths[static_cast<std::size_t>(std::min<std::int64_t>(strength, 3)) - 1];
+        strengths[static_cast<std::size_t>(std::min<std::int64_t>(params.comp, 3)) - 1];
     threshold_ = linearGain(chosen.thresholdDb);
     slope_ = 1.0F - 1.0F / chosen.ratio;
     makeup_ = linearGain(chosen.makeupDb);

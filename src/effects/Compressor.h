@@ -1,12 +1,12 @@
 // Compressor.h: evens out loudness in three fixed strengths.
 #pragma once
 
+#include "effects/FXParams.h"
 #include "effects/vector/Followers.h"
 #include "effects/vector/Steps.h"
 
 #include <array>
 #include <cmath>
-#include <cstdint>
 #include <span>
 
 namespace velmora {
@@ -17,8 +17,8 @@ namespace velmora {
 /// Threads: audio only.
 class Compressor {
 public:
-    /// @param strength  0 and below = off, 1 = -18 dB 2:1, 2 = -24 dB 3:1, 3 and above = -30 dB 4:1
-    void retune(std::int64_t strength, double sampleRate);
+    /// Strengths: 1 = -18 dB 2:1, 2 = -24 dB 3:1, 3 and above = -30 dB 4:1.
+    void retune(const FXParams& params, double sampleRate);
     void reset() noexcept { envelope_ = 0.0F; }
     [[nodiscard]] bool isOn() const noexcept { return slope_ > 0.0F; }
     /// Shape: interleaved stereo, in place. Real-time: yes.

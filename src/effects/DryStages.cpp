@@ -12,11 +12,11 @@ constexpr std::size_t blockSamples = 2 * blockFrames; // 1 KiB to keep and to re
 } // namespace
 
 void DryStages::retune(const FXParams& params, double sampleRate) {
-    lowCut_.retune(params.lowcut, sampleRate);
-    plosiveGuard_.retune(params.plosive, sampleRate);
-    tilt_.retune(params.tilt, sampleRate);
-    noiseReduction_.retune(params.denoise, sampleRate);
-    compressor_.retune(params.comp, sampleRate);
+    lowCut_.retune(params, sampleRate);
+    plosiveGuard_.retune(params, sampleRate);
+    tilt_.retune(params, sampleRate);
+    noiseReduction_.retune(params, sampleRate);
+    compressor_.retune(params, sampleRate);
     levelStage_.retune(params, sampleRate);
 }
 

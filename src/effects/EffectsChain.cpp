@@ -53,7 +53,7 @@ void EffectsChain::takeOver(const Settings& next) {
     const bool leavesBypass = inForce_.isBypassed && !next.isBypassed;
     const bool leavesNeutral = inForce_.params.isNeutral() && !next.params.isNeutral();
     dryStages_.retune(next.params, next.sampleRate);
-    reverb_.retune(next.params, next.sampleRate, rateChanged);
+    reverb_.retune(next.params, next.sampleRate);
     if (rateChanged || leavesBypass || leavesNeutral) {
         dryStages_.reset();
         reverb_.reset();

@@ -2,10 +2,10 @@
 
 namespace velmora {
 
-void LowCut::retune(std::int64_t step, double sampleRate) {
-    isOn_ = step >= 1;
+void LowCut::retune(const FXParams& params, double sampleRate) {
+    isOn_ = params.lowcut >= 1;
     if (isOn_) {
-        highPass_.retune(Biquad::highPass(step == 1 ? 75.0 : 150.0, sampleRate));
+        highPass_.retune(Biquad::highPass(params.lowcut == 1 ? 75.0 : 150.0, sampleRate));
     }
 }
 

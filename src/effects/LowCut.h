@@ -1,10 +1,10 @@
 // LowCut.h: removes rumble.
 #pragma once
 
+#include "effects/FXParams.h"
 #include "effects/vector/Steps.h"
 #include "effects/vector/StereoSection.h"
 
-#include <cstdint>
 #include <span>
 
 namespace velmora {
@@ -14,8 +14,8 @@ namespace velmora {
 /// Threads: audio only.
 class LowCut {
 public:
-    /// @param step  0 and below = off, 1 = 75 Hz, 2 and above = 150 Hz; off keeps the filter as is
-    void retune(std::int64_t step, double sampleRate);
+    /// Off keeps the filter as it is.
+    void retune(const FXParams& params, double sampleRate);
     void reset() noexcept { highPass_.clearHistory(); }
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.

@@ -13,8 +13,8 @@ constexpr double floorRiseSeconds = 4.0;
 
 } // namespace
 
-void NoiseReduction::retune(bool isOn, double sampleRate) {
-    isOn_ = isOn;
+void NoiseReduction::retune(const FXParams& params, double sampleRate) {
+    isOn_ = params.denoise;
     if (isOn_) {
         split_.retune(0, Biquad::lowPass(lowHz, sampleRate));
         split_.retune(1, Biquad::highPass(highHz, sampleRate));

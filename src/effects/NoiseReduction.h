@@ -1,6 +1,7 @@
 // NoiseReduction.h: lowers steady noise between words.
 #pragma once
 
+#include "effects/FXParams.h"
 #include "effects/vector/BiquadLanes.h"
 #include "effects/vector/Followers.h"
 #include "effects/vector/Steps.h"
@@ -16,8 +17,8 @@ namespace velmora {
 /// Threads: audio only.
 class NoiseReduction {
 public:
-    /// @param isOn  off keeps filters and coefficients as they are
-    void retune(bool isOn, double sampleRate);
+    /// Off keeps filters and coefficients as they are.
+    void retune(const FXParams& params, double sampleRate);
     void reset() noexcept;
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.

@@ -9,8 +9,8 @@ constexpr double releaseSeconds = 0.12;
 
 } // namespace
 
-void PlosiveGuard::retune(bool isOn, double sampleRate) {
-    isOn_ = isOn;
+void PlosiveGuard::retune(const FXParams& params, double sampleRate) {
+    isOn_ = params.plosive;
     if (isOn_) {
         lowPass_.retune(Biquad::lowPass(cornerHz, sampleRate));
         attack_ = followCoefficient(sampleRate, attackSeconds);

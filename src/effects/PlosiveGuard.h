@@ -1,6 +1,7 @@
 // PlosiveGuard.h: softens the thump of a spoken p or b.
 #pragma once
 
+#include "effects/FXParams.h"
 #include "effects/vector/Followers.h"
 #include "effects/vector/Steps.h"
 #include "effects/vector/StereoSection.h"
@@ -16,8 +17,8 @@ namespace velmora {
 /// Threads: audio only.
 class PlosiveGuard {
 public:
-    /// @param isOn  off keeps filter and coefficients as they are
-    void retune(bool isOn, double sampleRate);
+    /// Off keeps filter and coefficients as they are.
+    void retune(const FXParams& params, double sampleRate);
     void reset() noexcept;
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.

@@ -26,7 +26,8 @@ Reverb::Reverb(Instructions instructions) : instructions_(instructions), spare_(
     lines_.reserve(reservedRate);
 }
 
-void Reverb::retune(const FXParams& params, double sampleRate, bool rateChanged) {
+void Reverb::retune(const FXParams& params, double sampleRate) {
+    const bool rateChanged = std::exchange(sampleRate_, sampleRate) != sampleRate;
     isOn_ = params.reverbMix > leastMix;
     if (!isOn_) {
         return;

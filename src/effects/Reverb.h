@@ -19,8 +19,8 @@ public:
     void reserveFor(double sampleRate) { spare_.reserveFor(sampleRate); }
 
     /// Builds the lines when they are first needed and when the rate has changed while the reverb
-    /// is on; otherwise the tail goes on. Off changes nothing.
-    void retune(const FXParams& params, double sampleRate, bool rateChanged);
+    /// is on; otherwise the tail goes on. Off keeps lines and tone as they are.
+    void retune(const FXParams& params, double sampleRate);
     void reset();
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.
@@ -32,6 +32,7 @@ private:
     Instructions instructions_;
     ReverbLines lines_;
     SpareReverbLines spare_;
+    double sampleRate_{0}; // Hz, also one that came while the reverb was off
     bool isConfigured_{false};
     bool isOn_{false};
     ReverbTone tone_{};

@@ -12,10 +12,10 @@ constexpr double highHz = 3500.0;
 
 } // namespace
 
-void Tilt::retune(float tilt, double sampleRate) {
-    isOn_ = std::abs(tilt) > leastTilt;
+void Tilt::retune(const FXParams& params, double sampleRate) {
+    isOn_ = std::abs(params.tilt) > leastTilt;
     if (isOn_) {
-        const double gainDb = static_cast<double>(tilt) * gainDbAtFullTilt;
+        const double gainDb = static_cast<double>(params.tilt) * gainDbAtFullTilt;
         lowShelf_.retune(Biquad::lowShelf(lowHz, -gainDb, sampleRate));
         highShelf_.retune(Biquad::highShelf(highHz, gainDb, sampleRate));
     }

@@ -1,6 +1,7 @@
 // Tilt.h: makes a source brighter or darker.
 #pragma once
 
+#include "effects/FXParams.h"
 #include "effects/vector/Steps.h"
 #include "effects/vector/StereoSection.h"
 
@@ -13,8 +14,8 @@ namespace velmora {
 /// Threads: audio only.
 class Tilt {
 public:
-    /// @param tilt  -1 … +1 for -4.5 … +4.5 dB of the highs; off up to a magnitude of 0.01
-    void retune(float tilt, double sampleRate);
+    /// A tilt of -1 … +1 makes -4.5 … +4.5 dB of the highs. Off keeps the filters as they are.
+    void retune(const FXParams& params, double sampleRate);
     void reset() noexcept;
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
     /// Shape: interleaved stereo, in place. Real-time: yes.

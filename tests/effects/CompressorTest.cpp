@@ -12,7 +12,7 @@ constexpr double rate = 48000.0;
 /// The gain in dB that a constant level settles at.
 double settledGainDb(std::int64_t strength, float level) {
     Compressor compressor;
-    compressor.retune(strength, rate);
+    compressor.retune({.comp = strength}, rate);
     auto samples = constant(48000, level);
     compressor.process(samples);
     return 20.0 * std::log10(static_cast<double>(samples.back() / level));
@@ -25,7 +25,7 @@ float db(double level) {
 TEST(Compressor, IsOffAtZeroAndBelow) {
     Compressor compressor;
     for (const std::int64_t strength : {0, -4}) {
-        compressor.retune(strength, rate);
+        compressor.retune({.comp = strength}, rate);
         EXPECT_FALSE(compressor.isOn());
     }
 }
@@ -48,7 +48,7 @@ TEST(Compressor, TakesEveryStrengthAboveThreeAsThree) {
 
 TEST(Compressor, ReachesSixtyThreePercentOfAPeakAfterFiveMilliseconds) {
     Compressor compressor;
-    compressor.retune(1, rate);
+    compressor.retune({.comp = 1}, rate);
     auto samples = constant(240, 1.0F);
 
     compressor.process(samples);
@@ -60,7 +60,7 @@ TEST(Compressor, ReachesSixtyThreePercentOfAPeakAfterFiveMilliseconds) {
 
 TEST(Compressor, AppliesOneGainToBothChannels) {
     Compressor compressor;
-    compressor.retune(3, rate);
+    compressor.retune({.comp = 3}, rate);
     std::vector<float> samples(2 * 4800);
     for (std::size_t i = 0; i < samples.size(); i += 2) {
         samples[i] = 1.0F;
@@ -74,7 +74,7 @@ TEST(Compressor, AppliesOneGainToBothChannels) {
 
 TEST(Compressor, RecoversFromBadSamples) {
     Compressor compressor;
-    compressor.retune(1, rate);
+    compressor.retune({.comp = 1}, rate);
     std::vector<float> bad{infinity, 0.0F};
     compressor.process(bad);
     std::vector<float> worse{notANumber, 0.0F};
@@ -88,7 +88,7 @@ TEST(Compressor, RecoversFromBadSamples) {
 
 TEST(Compressor, ForgetsItsEnvelopeInAReset) {
     Compressor compressor;
-    compressor.retune(1, rate);
+    compressor.retune({.comp = 1}, rate);
     auto loud = constant(4800, 1.0F);
     compressor.process(loud);
 

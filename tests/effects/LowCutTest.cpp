@@ -11,7 +11,7 @@ constexpr double rate = 48000.0;
 
 std::vector<float> throughLowCut(std::int64_t step, std::vector<float> samples) {
     LowCut lowCut;
-    lowCut.retune(step, rate);
+    lowCut.retune({.lowcut = step}, rate);
     lowCut.process(samples);
     return samples;
 }
@@ -19,7 +19,7 @@ std::vector<float> throughLowCut(std::int64_t step, std::vector<float> samples) 
 TEST(LowCut, IsOffAtStepZeroAndBelow) {
     LowCut lowCut;
     for (const std::int64_t step : {0, -1}) {
-        lowCut.retune(step, rate);
+        lowCut.retune({.lowcut = step}, rate);
         EXPECT_FALSE(lowCut.isOn());
     }
 }
@@ -52,7 +52,7 @@ TEST(LowCut, KeepsLeftAndRightApart) {
 
 TEST(LowCut, ForgetsItsHistoryInAReset) {
     LowCut used;
-    used.retune(1, rate);
+    used.retune({.lowcut = 1}, rate);
     auto before = sine(100, 50.0, 0.5);
     used.process(before);
 

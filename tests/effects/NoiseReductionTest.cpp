@@ -11,7 +11,7 @@ constexpr double rate = 48000.0;
 
 NoiseReduction tuned() {
     NoiseReduction reduction;
-    reduction.retune(true, rate);
+    reduction.retune({.denoise = true}, rate);
     return reduction;
 }
 

@@ -11,7 +11,7 @@ constexpr double rate = 48000.0;
 
 std::vector<float> guarded(std::vector<float> samples) {
     PlosiveGuard guard;
-    guard.retune(true, rate);
+    guard.retune({.plosive = true}, rate);
     guard.process(samples);
     return samples;
 }
@@ -66,7 +66,7 @@ TEST(PlosiveGuard, PassesSilence) {
 
 TEST(PlosiveGuard, RecoversFromBadSamples) {
     PlosiveGuard guard;
-    guard.retune(true, rate);
+    guard.retune({.plosive = true}, rate);
     auto bad = std::vector<float>{notANumber, 0.0F, infinity, -infinity, 0.5F, notANumber};
     guard.process(bad);
 
@@ -80,7 +80,7 @@ TEST(PlosiveGuard, RecoversFromBadSamples) {
 
 TEST(PlosiveGuard, StartsAfreshAfterAReset) {
     PlosiveGuard guard;
-    guard.retune(true, rate);
+    guard.retune({.plosive = true}, rate);
     auto before = sine(4800, 60.0, 0.8);
     guard.process(before);
 
@@ -93,12 +93,12 @@ TEST(PlosiveGuard, StartsAfreshAfterAReset) {
 
 TEST(PlosiveGuard, GoesOnFromItsStateAfterAPause) {
     PlosiveGuard guard;
-    guard.retune(true, rate);
+    guard.retune({.plosive = true}, rate);
     auto before = sine(4800, 60.0, 0.8);
     guard.process(before);
 
-    guard.retune(false, rate);
-    guard.retune(true, rate);
+    guard.retune({.plosive = false}, rate);
+    guard.retune({.plosive = true}, rate);
 
     auto samples = sine(4800, 60.0, 0.8);
     guard.process(samples);

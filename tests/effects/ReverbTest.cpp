@@ -11,7 +11,7 @@ constexpr double rate = 44100.0;
 
 /// A reverb that was just switched on.
 struct Room {
-    explicit Room(const FXParams& params) { reverb.retune(params, rate, false); }
+    explicit Room(const FXParams& params) { reverb.retune(params, rate); }
 
     /// The answer to one frame of 1 and silence after it.
     std::vector<float> impulse(std::size_t frames = 4000) {
@@ -27,10 +27,10 @@ struct Room {
 TEST(Reverb, IsOffUpToFiveThousandths) {
     Reverb reverb;
     for (const float mix : {0.0F, 0.005F, -1.0F, notANumber}) {
-        reverb.retune({.reverbMix = mix}, rate, false);
+        reverb.retune({.reverbMix = mix}, rate);
         EXPECT_FALSE(reverb.isOn()) << mix;
     }
-    reverb.retune({.reverbMix = 0.0051F}, rate, false);
+    reverb.retune({.reverbMix = 0.0051F}, rate);
     EXPECT_TRUE(reverb.isOn());
 }
 
@@ -75,7 +75,7 @@ TEST(Reverb, EchoesByTheFeedbackAndDampingOfItsCharacter) {
     const std::array<float, 3> secondEcho{0.75F * 0.55F, 0.84F * 0.75F, 0.92F * 0.5F};
     for (std::int64_t character = 0; character < 3; ++character) {
         Room room({.reverbChar = character, .reverbMix = 1.0F});
-        room.reverb.retune({.reverbChar = character, .reverbMix = 1.0F}, 1.0, true);
+        room.reverb.retune({.reverbChar = character, .reverbMix = 1.0F}, 1.0);
 
         const auto samples = room.impulse(17);
 
@@ -89,8 +89,8 @@ TEST(Reverb, KeepsItsTailWhenSwitchedOffAndOnAtTheSameRate) {
     Room room({.reverbMix = 1.0F});
     (void)room.impulse(1000);
 
-    room.reverb.retune({.reverbMix = 0.0F}, rate, false);
-    room.reverb.retune({.reverbMix = 1.0F}, rate, false);
+    room.reverb.retune({.reverbMix = 0.0F}, rate);
+    room.reverb.retune({.reverbMix = 1.0F}, rate);
 
     auto samples = constant(200, 0.0F);
     room.reverb.process(samples);
@@ -101,7 +101,7 @@ TEST(Reverb, BuildsSilentLinesWhenTheRateChangesWhileItIsOn) {
     Room room({.reverbMix = 1.0F});
     (void)room.impulse(1000);
 
-    room.reverb.retune({.reverbMix = 1.0F}, 88200.0, true);
+    room.reverb.retune({.reverbMix = 1.0F}, 88200.0);
 
     const auto samples = room.impulse();
     EXPECT_EQ(samples[2 * 116], 0.0F);
@@ -111,8 +111,8 @@ TEST(Reverb, BuildsSilentLinesWhenTheRateChangesWhileItIsOn) {
 TEST(Reverb, KeepsItsLinesWhenTheRateChangesWhileItIsOff) {
     Room room({.reverbMix = 1.0F});
 
-    room.reverb.retune({.reverbMix = 0.0F}, 88200.0, true);
-    room.reverb.retune({.reverbMix = 1.0F}, 88200.0, false);
+    room.reverb.retune({.reverbMix = 0.0F}, 88200.0);
+    room.reverb.retune({.reverbMix = 1.0F}, 88200.0);
 
     EXPECT_EQ(room.impulse()[2 * 1116], 0.25F * 0.6F);
 }
@@ -132,7 +132,7 @@ TEST(Reverb, RunsAtRatesAboveTheReservedOne) {
     Room room({.reverbMix = 1.0F});
     room.reverb.reserveFor(441000.0);
 
-    room.reverb.retune({.reverbMix = 1.0F}, 441000.0, true);
+    room.reverb.retune({.reverbMix = 1.0F}, 441000.0);
 
     EXPECT_EQ(room.impulse(12000)[2 * 11160], 0.25F * 0.6F);
 }

@@ -12,7 +12,7 @@ constexpr double rate = 48000.0;
 /// The gain of a tilt at one frequency, in dB.
 double gainDb(float amount, double hz) {
     Tilt tilt;
-    tilt.retune(amount, rate);
+    tilt.retune({.tilt = amount}, rate);
     auto samples = sine(48000, hz, 0.5);
     const double before = settledRms(samples);
     tilt.process(samples);
@@ -22,14 +22,14 @@ double gainDb(float amount, double hz) {
 TEST(Tilt, StaysOffUpToOneHundredth) {
     Tilt tilt;
     for (const float amount : {0.0F, 0.005F, 0.01F, -0.01F, notANumber}) {
-        tilt.retune(amount, rate);
+        tilt.retune({.tilt = amount}, rate);
         EXPECT_FALSE(tilt.isOn()) << amount;
     }
 }
 
 TEST(Tilt, MovesByAboutFiveHundredthsOfADbJustAboveItsThreshold) {
     Tilt tilt;
-    tilt.retune(0.011F, rate);
+    tilt.retune({.tilt = 0.011F}, rate);
 
     EXPECT_TRUE(tilt.isOn());
     EXPECT_NEAR(gainDb(0.011F, 20.0), -0.0495, 0.005);
@@ -48,21 +48,21 @@ TEST(Tilt, DoesTheOppositeWhenNegative) {
 
 TEST(Tilt, GoesOffEntirelyAtZero) {
     Tilt tilt;
-    tilt.retune(0.5F, rate);
+    tilt.retune({.tilt = 0.5F}, rate);
 
-    tilt.retune(0.0F, rate);
+    tilt.retune({.tilt = 0.0F}, rate);
 
     EXPECT_FALSE(tilt.isOn());
 }
 
 TEST(Tilt, KeepsItsHistoryWhenRetuned) {
     Tilt glided;
-    glided.retune(0.5F, rate);
+    glided.retune({.tilt = 0.5F}, rate);
     auto before = constant(100, 0.5F);
     glided.process(before);
-    glided.retune(0.6F, rate);
+    glided.retune({.tilt = 0.6F}, rate);
     Tilt fresh;
-    fresh.retune(0.6F, rate);
+    fresh.retune({.tilt = 0.6F}, rate);
 
     std::vector<float> glidedFrame{0.5F, 0.5F};
     std::vector<float> freshFrame{0.5F, 0.5F};

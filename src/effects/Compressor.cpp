@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 namespace velmora {
 namespace {
@@ -31,10 +32,6 @@ void Compressor::retune(const FXParams& params, double sampleRate) {
     threshold_ = linearGain(chosen.thresholdDb);
     slope_ = 1.0F - 1.0F / chosen.ratio;
     makeup_ = linearGain(chosen.makeupDb);
-}
-
-void Compressor::process(std::span<float> samples) noexcept {
-    processEveryFrame(*this, samples);
 }
 
 void Compressor::findGains(std::size_t firstFrame, std::size_t frames) noexcept {

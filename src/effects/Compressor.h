@@ -7,7 +7,6 @@
 
 #include <array>
 #include <cmath>
-#include <span>
 
 namespace velmora {
 
@@ -21,20 +20,18 @@ public:
     void retune(const FXParams& params, double sampleRate);
     void reset() noexcept { envelope_ = 0.0F; }
     [[nodiscard]] bool isOn() const noexcept { return slope_ > 0.0F; }
-    /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
     [[nodiscard]] bool isFinite() const noexcept { return std::isfinite(envelope_); }
 
-    /// The middle step may also be done for a whole block: it calls the C library, which goes best
-    /// without anything else between.
+    /// The middle step calls the C library, which goes best without anything else between.
     static constexpr std::size_t steps = 3;
+    static constexpr std::size_t blockStep = 1;
     template <Check check, std::size_t step>
     void run(const QuadPlace& place) noexcept;
-    using EnvelopeStep = OneStep<Compressor, 0>;
-    void findGains(std::size_t firstFrame, std::size_t frames) noexcept;
-    using GainStep = OneStep<Compressor, 2>;
+    void runBlock(std::size_t frames) noexcept { findGains(0, frames); }
 
 private:
+    void findGains(std::size_t firstFrame, std::size_t frames) noexcept;
+
     float envelope_{0};
     float attack_{0};
     float release_{0};

@@ -52,17 +52,17 @@ void EffectsChain::takeOver(const Settings& next) {
     const bool rateChanged = next.sampleRate != inForce_.sampleRate;
     const bool leavesBypass = inForce_.isBypassed && !next.isBypassed;
     const bool leavesNeutral = inForce_.params.isNeutral() && !next.params.isNeutral();
-    dryStages_.retune(next.params, next.sampleRate);
+    stages_.retune(next.params, next.sampleRate);
     reverb_.retune(next.params, next.sampleRate);
     if (rateChanged || leavesBypass || leavesNeutral) {
-        dryStages_.reset();
+        stages_.reset();
         reverb_.reset();
     }
     inForce_ = next;
 }
 
 void EffectsChain::run(std::span<float> samples) noexcept {
-    dryStages_.process(samples);
+    stages_.process(samples);
     if (reverb_.isOn()) {
         reverb_.process(samples);
     }

@@ -1,10 +1,16 @@
 // EffectsChain.h: one source's effects, in their fixed order.
 #pragma once
 
-#include "effects/DryStages.h"
+#include "effects/Compressor.h"
 #include "effects/FXParams.h"
+#include "effects/LevelStage.h"
+#include "effects/LowCut.h"
 #include "effects/Mailbox.h"
+#include "effects/NoiseReduction.h"
+#include "effects/PlosiveGuard.h"
 #include "effects/Reverb.h"
+#include "effects/Stages.h"
+#include "effects/Tilt.h"
 
 #include <cstdint>
 #include <mutex>
@@ -62,8 +68,8 @@ private:
 
     // audio thread
     Settings inForce_;
-    DryStages dryStages_;
-    Reverb reverb_;
+    Stages<LowCut, PlosiveGuard, Tilt, NoiseReduction, Compressor, LevelStage> stages_;
+    Reverb reverb_; // behind them: its lines are too long to be kept while a block is tried
 };
 
 } // namespace velmora

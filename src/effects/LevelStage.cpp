@@ -24,8 +24,4 @@ bool LevelStage::isFinite() const noexcept {
     return std::isfinite(meanSquare_) && std::isfinite(gain_);
 }
 
-void LevelStage::process(std::span<float> samples) noexcept {
-    processEveryFrame(*this, samples);
-}
-
 } // namespace velmora

@@ -5,8 +5,6 @@
 #include "effects/vector/Followers.h"
 #include "effects/vector/Steps.h"
 
-#include <span>
-
 namespace velmora {
 
 /// Tracks the mean square and glides one gain, both channels alike. Automatic: towards an RMS of
@@ -18,8 +16,7 @@ class LevelStage {
 public:
     void retune(const FXParams& params, double sampleRate);
     void reset() noexcept;
-    /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
+    [[nodiscard]] static constexpr bool isOn() noexcept { return true; }
     [[nodiscard]] bool isFinite() const noexcept;
 
     static constexpr std::size_t steps = 2;

@@ -9,8 +9,4 @@ void LowCut::retune(const FXParams& params, double sampleRate) {
     }
 }
 
-void LowCut::process(std::span<float> samples) noexcept {
-    processEveryFrame(*this, samples);
-}
-
 } // namespace velmora

@@ -5,8 +5,6 @@
 #include "effects/vector/Steps.h"
 #include "effects/vector/StereoSection.h"
 
-#include <span>
-
 namespace velmora {
 
 /// A high-pass at 75 or 150 Hz.
@@ -18,8 +16,6 @@ public:
     void retune(const FXParams& params, double sampleRate);
     void reset() noexcept { highPass_.clearHistory(); }
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
-    /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
     [[nodiscard]] bool isFinite() const noexcept { return highPass_.isFinite(); }
 
     static constexpr std::size_t steps = 1;

@@ -35,8 +35,4 @@ bool NoiseReduction::isFinite() const noexcept {
     return split_.isFinite() && allFinite(envelope_) && allFinite(floor_) && allFinite(gain_);
 }
 
-void NoiseReduction::process(std::span<float> samples) noexcept {
-    processEveryFrame(*this, samples);
-}
-
 } // namespace velmora

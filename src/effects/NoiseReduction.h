@@ -7,7 +7,6 @@
 #include "effects/vector/Steps.h"
 
 #include <array>
-#include <span>
 
 namespace velmora {
 
@@ -21,8 +20,6 @@ public:
     void retune(const FXParams& params, double sampleRate);
     void reset() noexcept;
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
-    /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
     [[nodiscard]] bool isFinite() const noexcept;
 
     static constexpr std::size_t steps = 4;

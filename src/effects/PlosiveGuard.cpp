@@ -29,8 +29,4 @@ bool PlosiveGuard::isFinite() const noexcept {
            std::isfinite(gain_);
 }
 
-void PlosiveGuard::process(std::span<float> samples) noexcept {
-    processEveryFrame(*this, samples);
-}
-
 } // namespace velmora

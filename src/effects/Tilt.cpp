@@ -26,8 +26,4 @@ void Tilt::reset() noexcept {
     highShelf_.clearHistory();
 }
 
-void Tilt::process(std::span<float> samples) noexcept {
-    processEveryFrame(*this, samples);
-}
-
 } // namespace velmora

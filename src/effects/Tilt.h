@@ -5,8 +5,6 @@
 #include "effects/vector/Steps.h"
 #include "effects/vector/StereoSection.h"
 
-#include <span>
-
 namespace velmora {
 
 /// A low shelf at 250 Hz and a high shelf at 3500 Hz that move in opposite directions.
@@ -18,8 +16,6 @@ public:
     void retune(const FXParams& params, double sampleRate);
     void reset() noexcept;
     [[nodiscard]] bool isOn() const noexcept { return isOn_; }
-    /// Shape: interleaved stereo, in place. Real-time: yes.
-    void process(std::span<float> samples) noexcept;
     [[nodiscard]] bool isFinite() const noexcept {
         return lowShelf_.isFinite() && highShelf_.isFinite();
     }

@@ -14,7 +14,7 @@ double settledGainDb(std::int64_t strength, float level) {
     Compressor compressor;
     compressor.retune({.comp = strength}, rate);
     auto samples = constant(48000, level);
-    compressor.process(samples);
+    processEveryFrame(compressor, samples);
     return 20.0 * std::log10(static_cast<double>(samples.back() / level));
 }
 
@@ -51,7 +51,7 @@ TEST(Compressor, ReachesSixtyThreePercentOfAPeakAfterFiveMilliseconds) {
     compressor.retune({.comp = 1}, rate);
     auto samples = constant(240, 1.0F);
 
-    compressor.process(samples);
+    processEveryFrame(compressor, samples);
 
     // The envelope is 1 - 1/e, 13.98 dB above the threshold of -18 dB; half of that goes.
     const double overDb = 20.0 * std::log10(1.0 - std::exp(-1.0)) + 18.0;
@@ -67,7 +67,7 @@ TEST(Compressor, AppliesOneGainToBothChannels) {
         samples[i + 1] = -0.25F;
     }
 
-    compressor.process(samples);
+    processEveryFrame(compressor, samples);
 
     EXPECT_EQ(samples[samples.size() - 2] * -0.25F, samples.back());
 }
@@ -76,12 +76,12 @@ TEST(Compressor, RecoversFromBadSamples) {
     Compressor compressor;
     compressor.retune({.comp = 1}, rate);
     std::vector<float> bad{infinity, 0.0F};
-    compressor.process(bad);
+    processEveryFrame(compressor, bad);
     std::vector<float> worse{notANumber, 0.0F};
-    compressor.process(worse);
+    processEveryFrame(compressor, worse);
 
     std::vector<float> samples{0.001F, 0.001F};
-    compressor.process(samples);
+    processEveryFrame(compressor, samples);
 
     EXPECT_NEAR(20.0 * std::log10(static_cast<double>(samples[0] / 0.001F)), 3.0, 1e-4);
 }
@@ -90,12 +90,12 @@ TEST(Compressor, ForgetsItsEnvelopeInAReset) {
     Compressor compressor;
     compressor.retune({.comp = 1}, rate);
     auto loud = constant(4800, 1.0F);
-    compressor.process(loud);
+    processEveryFrame(compressor, loud);
 
     compressor.reset();
 
     std::vector<float> samples{0.01F, 0.01F};
-    compressor.process(samples);
+    processEveryFrame(compressor, samples);
     EXPECT_NEAR(20.0 * std::log10(static_cast<double>(samples[0] / 0.01F)), 3.0, 1e-4);
 }
 

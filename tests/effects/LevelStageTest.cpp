@@ -21,7 +21,7 @@ double gainAfter(LevelStage& stage, double seconds, double level) {
     double gain = 0.0;
     for (int second = 0; second < static_cast<int>(seconds); ++second) {
         auto samples = tone;
-        stage.process(samples);
+        processEveryFrame(stage, samples);
         gain = settledRms(samples) / settledRms(tone);
     }
     return gain;
@@ -35,10 +35,10 @@ constexpr FXParams automatic{};
 TEST(LevelStage, HoldsItsGainInSilence) {
     auto stage = tuned(automatic);
     auto silence = constant(96000, 0.0F);
-    stage.process(silence);
+    processEveryFrame(stage, silence);
 
     std::vector<float> samples{0.0001F, 0.0001F};
-    stage.process(samples);
+    processEveryFrame(stage, samples);
 
     EXPECT_EQ(samples, (std::vector<float>{0.0001F, 0.0001F}));
 }
@@ -66,7 +66,7 @@ TEST(LevelStage, GlidesToAManualGainWithinTwoThousandFramesAtAnyRate) {
         auto stage = tuned({.autoGain = false, .manualDB = 6.0F}, sampleRate);
         auto samples = constant(2000, 0.1F);
 
-        stage.process(samples);
+        processEveryFrame(stage, samples);
 
         // 1 - (1 - 0.0005)^2000 = 63.2 % of the way from 1 to 1.9953.
         EXPECT_NEAR(samples.back() / 0.1F, 1.0F + 0.632F * 0.9953F, 0.001F);
@@ -77,7 +77,7 @@ TEST(LevelStage, ApproachesTheManualGain) {
     auto stage = tuned({.autoGain = false, .manualDB = -6.0F});
     auto samples = constant(48000, 0.1F);
 
-    stage.process(samples);
+    processEveryFrame(stage, samples);
 
     EXPECT_NEAR(samples.back() / 0.1F, 0.5012F, 0.0001F);
 }
@@ -86,7 +86,7 @@ TEST(LevelStage, StaysAtOneWithAManualGainOfZeroDb) {
     auto stage = tuned({.autoGain = false});
     auto samples = constant(1000, 0.3F);
 
-    stage.process(samples);
+    processEveryFrame(stage, samples);
 
     EXPECT_EQ(samples, constant(1000, 0.3F));
 }
@@ -98,14 +98,14 @@ TEST(LevelStage, KeepsItsGainWhenItTurnsManual) {
     stage.retune({.autoGain = false}, rate);
 
     std::vector<float> samples{0.5F, 0.5F};
-    stage.process(samples);
+    processEveryFrame(stage, samples);
     EXPECT_NEAR(samples[0] / 0.5F, 0.25F, 0.002F);
 }
 
 TEST(LevelStage, RecoversFromBadSamples) {
     auto stage = tuned(automatic);
     auto bad = std::vector<float>{notANumber, 0.0F, infinity, 0.0F, 3e38F, 3e38F};
-    stage.process(bad);
+    processEveryFrame(stage, bad);
 
     EXPECT_NEAR(gainAfter(stage, 20.0, 0.05), 0.1259 / 0.05, 0.01);
 }
@@ -115,7 +115,7 @@ TEST(LevelStage, ReturnsToOneWhenTheManualGainIsNoNumber) {
         auto stage = tuned({.autoGain = false, .manualDB = manualDb});
         auto samples = constant(100, 0.3F);
 
-        stage.process(samples);
+        processEveryFrame(stage, samples);
 
         EXPECT_EQ(samples, constant(100, 0.3F)) << manualDb;
     }
@@ -128,7 +128,7 @@ TEST(LevelStage, StartsAfreshAfterAReset) {
     stage.reset();
 
     std::vector<float> samples{0.001F, 0.001F};
-    stage.process(samples);
+    processEveryFrame(stage, samples);
     EXPECT_EQ(samples, (std::vector<float>{0.001F, 0.001F}));
 }
 

@@ -12,7 +12,7 @@ constexpr double rate = 48000.0;
 std::vector<float> throughLowCut(std::int64_t step, std::vector<float> samples) {
     LowCut lowCut;
     lowCut.retune({.lowcut = step}, rate);
-    lowCut.process(samples);
+    processEveryFrame(lowCut, samples);
     return samples;
 }
 
@@ -54,12 +54,12 @@ TEST(LowCut, ForgetsItsHistoryInAReset) {
     LowCut used;
     used.retune({.lowcut = 1}, rate);
     auto before = sine(100, 50.0, 0.5);
-    used.process(before);
+    processEveryFrame(used, before);
 
     used.reset();
 
     auto samples = sine(100, 80.0, 0.5);
-    used.process(samples);
+    processEveryFrame(used, samples);
     EXPECT_EQ(samples, throughLowCut(1, sine(100, 80.0, 0.5)));
 }
 

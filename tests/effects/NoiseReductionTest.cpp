@@ -25,7 +25,7 @@ public:
         double gain = 0.0;
         for (int block = 0; block < static_cast<int>(seconds * rate / 1024.0); ++block) {
             auto samples = constant(1024, static_cast<float>(amplitude));
-            reduction_.process(samples);
+            processEveryFrame(reduction_, samples);
             gain = rms(samples) / amplitude;
         }
         return gain;
@@ -66,7 +66,7 @@ TEST(NoiseReduction, PassesWhatItIsGivenWhileItsGainsAreOne) {
     auto samples = sine(64, 1000.0, 0.5);
     const auto expected = samples;
 
-    reduction.process(samples);
+    processEveryFrame(reduction, samples);
 
     // The three bands sum back to the input.
     for (std::size_t i = 0; i < samples.size(); ++i) {
@@ -78,7 +78,7 @@ TEST(NoiseReduction, PassesSilence) {
     auto reduction = tuned();
     auto samples = constant(48000, 0.0F);
 
-    reduction.process(samples);
+    processEveryFrame(reduction, samples);
 
     EXPECT_EQ(samples, constant(48000, 0.0F));
 }
@@ -86,7 +86,7 @@ TEST(NoiseReduction, PassesSilence) {
 TEST(NoiseReduction, RecoversFromBadSamples) {
     auto reduction = tuned();
     auto bad = std::vector<float>{notANumber, 0.0F, infinity, -infinity, 0.5F, notANumber};
-    reduction.process(bad);
+    processEveryFrame(reduction, bad);
 
     EXPECT_NEAR(Feed(reduction).run(60.0, 0.1), 0.16, 0.003);
 }
@@ -100,8 +100,8 @@ TEST(NoiseReduction, StartsAfreshAfterAReset) {
     auto fresh = tuned();
     auto fromUsed = sine(1000, 440.0, 0.1);
     auto fromFresh = fromUsed;
-    used.process(fromUsed);
-    fresh.process(fromFresh);
+    processEveryFrame(used, fromUsed);
+    processEveryFrame(fresh, fromFresh);
     EXPECT_EQ(fromUsed, fromFresh);
 }
 

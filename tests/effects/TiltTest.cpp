@@ -15,7 +15,7 @@ double gainDb(float amount, double hz) {
     tilt.retune({.tilt = amount}, rate);
     auto samples = sine(48000, hz, 0.5);
     const double before = settledRms(samples);
-    tilt.process(samples);
+    processEveryFrame(tilt, samples);
     return 20.0 * std::log10(settledRms(samples) / before);
 }
 
@@ -59,15 +59,15 @@ TEST(Tilt, KeepsItsHistoryWhenRetuned) {
     Tilt glided;
     glided.retune({.tilt = 0.5F}, rate);
     auto before = constant(100, 0.5F);
-    glided.process(before);
+    processEveryFrame(glided, before);
     glided.retune({.tilt = 0.6F}, rate);
     Tilt fresh;
     fresh.retune({.tilt = 0.6F}, rate);
 
     std::vector<float> glidedFrame{0.5F, 0.5F};
     std::vector<float> freshFrame{0.5F, 0.5F};
-    glided.process(glidedFrame);
-    fresh.process(freshFrame);
+    processEveryFrame(glided, glidedFrame);
+    processEveryFrame(fresh, freshFrame);
 
     EXPECT_LT(std::abs(glidedFrame[0] - before.back()), 0.1F);
     EXPECT_NE(glidedFrame, freshFrame);

@@ -24,6 +24,13 @@ inline constexpr std::size_t blockFrames = 128;
 /// A stage keeps what one of its steps leaves for a later one in as many slots.
 inline constexpr std::size_t quadSlots = 4;
 
+/// Some of a stage's steps, one after the other.
+struct StepRange {
+    std::size_t begin, end;
+
+    [[nodiscard]] constexpr std::size_t count() const noexcept { return end - begin; }
+};
+
 /// A step that feeds back waits for itself on every frame, and a processor's list of waiting
 /// instructions is too short to reach the next stage meanwhile. So the steps run one quad apart, in
 /// waves: in each turn the last step goes first, on the quad that the one before it left a turn
@@ -34,36 +41,30 @@ public:
     explicit Wave(std::span<float> samples)
         : samples_(samples.data()), quads_(samples.size() / quadSamples) {}
 
-    /// Gives a stage its place behind those before it, or none.
-    template <typename Stage>
-    [[nodiscard]] std::size_t lagOf(const Stage&, bool isIncluded) noexcept {
-        return isIncluded ? std::exchange(lags_, lags_ + Stage::steps) : never;
-    }
-    template <typename Stage>
-    [[nodiscard]] std::size_t lagOf(const Stage& stage) noexcept {
-        return lagOf(stage, stage.isOn());
+    /// Gives a stage's steps their places behind those before them, or none.
+    [[nodiscard]] std::size_t lagOf(std::size_t steps, bool areIncluded) noexcept {
+        return areIncluded ? std::exchange(lags_, lags_ + steps) : never;
     }
 
     [[nodiscard]] std::size_t turns() const noexcept { return quads_ + lags_; }
 
-    /// One turn of one stage; within a turn, the stages go from last to first.
-    template <typename Stage>
+    /// One turn of a stage's steps; within a turn, the stages go from last to first.
+    template <StepRange range, typename Stage>
     void run(Stage& stage, std::size_t turn, std::size_t lag) const noexcept {
-        runSteps(stage, turn - lag, std::make_index_sequence<Stage::steps>());
+        runSteps<range>(stage, turn - lag, std::make_index_sequence<range.count()>());
     }
 
 private:
     // Far above any number of turns, and still so after a turn has been added.
     static constexpr std::size_t never = std::numeric_limits<std::size_t>::max() / 2;
 
-    template <typename Stage, std::size_t... steps>
-    void runSteps(Stage& stage, std::size_t first, std::index_sequence<steps...>) const noexcept {
-        (runStep<Stage::steps - 1 - steps>(stage, first), ...);
+    template <StepRange range, typename Stage, std::size_t... behind>
+    void runSteps(Stage& stage, std::size_t first, std::index_sequence<behind...>) const noexcept {
+        (runStep<range.end - 1 - behind>(stage, first - (range.count() - 1 - behind)), ...);
     }
     template <std::size_t step, typename Stage>
-    void runStep(Stage& stage, std::size_t first) const noexcept {
-        const std::size_t quad = first - step; // wraps far above while it is not its turn yet
-        if (quad < quads_) {
+    void runStep(Stage& stage, std::size_t quad) const noexcept {
+        if (quad < quads_) { // the number wraps far above while it is not the step's turn yet
             stage.template run<Check::atTheEnd, step>(
                 {samples_ + quad * quadSamples, quadFrames, quad});
         }
@@ -72,22 +73,6 @@ private:
     float* samples_;
     std::size_t quads_;
     std::size_t lags_{0};
-};
-
-/// One step of a stage as a stage of its own.
-template <typename Stage, std::size_t only>
-class OneStep {
-public:
-    explicit OneStep(Stage& stage) noexcept : stage_(stage) {}
-
-    static constexpr std::size_t steps = 1;
-    template <Check check, std::size_t>
-    void run(const QuadPlace& place) noexcept {
-        stage_.template run<check, only>(place);
-    }
-
-private:
-    Stage& stage_;
 };
 
 /// All steps on each quad before the next quad, with every frame checked. For any number of frames.

@@ -7,8 +7,8 @@
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
-#include "ui/ControlWindowModel.h"
 #include "ui/Ui.h"
+#include "ui/control/ControlWindowModel.h"
 #include "ui/kit/Kit.h"
 
 #include <QCoreApplication>

@@ -1,9 +1,9 @@
 #include "MixWindow.h"
 
 #include "engine/AudioEngine.h"
-#include "ui/SourceStripModel.h"
 #include "ui/Ui.h"
 #include "ui/WindowPicture.h"
+#include "ui/control/SourceStripModel.h"
 #include "ui/kit/Kit.h"
 
 #include <QUrl>

@@ -1,7 +1,7 @@
 #include "app/GlyphImages.h"
 
 #include "app/MeterGlyph.h"
-#include "ui/kit/GlyphProvider.h"
+#include "ui/kit/theme/GlyphProvider.h"
 
 #include <QByteArray>
 #include <QPainter>

@@ -11,8 +11,8 @@
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
-#include "ui/ControlWindowModel.h"
-#include "ui/SettingsModel.h"
+#include "ui/control/ControlWindowModel.h"
+#include "ui/settings/SettingsModel.h"
 
 #include <QObject>
 #include <QQmlEngine>

@@ -1,6 +1,6 @@
 #include "ui/Ui.h"
 
-#include "ui/ApplicationIconProvider.h"
+#include "ui/control/ApplicationIconProvider.h"
 
 #include <QIcon>
 #include <QQmlComponent>

@@ -3,8 +3,8 @@
 #include "capture/DAWModeManager.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
-#include "ui/SettingsModel.h"
 #include "ui/Ui.h"
+#include "ui/settings/SettingsModel.h"
 #include "ui/support/QmlTest.h"
 #include "ui/support/Spoken.h"
 

@@ -7,7 +7,7 @@
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
-#include "ui/ControlWindowModel.h"
+#include "ui/control/ControlWindowModel.h"
 #include "ui/support/Pointer.h"
 
 #include <QQmlEngine>

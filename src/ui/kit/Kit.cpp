@@ -1,9 +1,9 @@
 #include "ui/kit/Kit.h"
 
-#include "ui/kit/AppTexts.h"
-#include "ui/kit/Fonts.h"
-#include "ui/kit/GlyphProvider.h"
-#include "ui/kit/ThemeColors.h"
+#include "ui/kit/theme/AppTexts.h"
+#include "ui/kit/theme/Fonts.h"
+#include "ui/kit/theme/GlyphProvider.h"
+#include "ui/kit/theme/ThemeColors.h"
 
 #include <QtPlugin>
 

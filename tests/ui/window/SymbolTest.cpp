@@ -1,4 +1,4 @@
-#include "ui/kit/GlyphProvider.h"
+#include "ui/kit/theme/GlyphProvider.h"
 #include "ui/support/QmlTest.h"
 
 #include <QDirIterator>

@@ -1,0 +1,168 @@
+#include "ui/control/ControlWindowModel.h"
+
+#include "capture/SourceManager.h"
+#include "engine/AudioEngine.h"
+#include "presets/PresetRecall.h"
+#include "presets/PresetSnapshot.h"
+#include "presets/PresetStore.h"
+#include "settings/AppSettings.h"
+#include "ui/control/PresetMenu.h"
+#include "ui/control/SourceMenu.h"
+#include "ui/control/TakeOver.h"
+
+#include <string>
+#include <string_view>
+
+namespace velmora {
+
+namespace {
+
+std::string withoutBlanksAround(std::string_view text) {
+    constexpr std::string_view blanks = " \t";
+    const auto first = text.find_first_not_of(blanks);
+    if (first == text.npos) {
+        return {};
+    }
+    return std::string(text.substr(first, text.find_last_not_of(blanks) - first + 1));
+}
+
+} // namespace
+
+ControlWindowModel::ControlWindowModel(const Parts& parts, QObject* parent)
+    : QObject(parent), parts_(parts),
+      opener_(parts.platform, parts.engine, parts.sources, parts.settings),
+      strips_(parts.platform, parts.engine, this),
+      headphones_(VolumeModel::headphones(parts.engine),
+                  parts.engine,
+                  parts.settings,
+                  parts.platform.defaults,
+                  this),
+      stream_(VolumeModel::stream(parts.engine),
+              parts.engine,
+              parts.settings,
+              parts.platform.defaults,
+              this),
+      chooser_(parts.platform.applications, this),
+      engineConnection_(parts.engine.changed().connect([this] { follow(); })),
+      presetsConnection_(parts.presets.changed().connect([this] { followPresets(); })),
+      settingsConnection_(parts.settings.changed().connect([this] { follow(); })) {
+    follow();
+    followPresets();
+}
+
+void ControlWindowModel::toggleRunning() {
+    if (parts_.engine.isRunning()) {
+        parts_.engine.stop();
+    } else {
+        parts_.engine.start();
+    }
+}
+
+void ControlWindowModel::addProblem(const StoreProblem& problem) {
+    problems_.add(problem);
+    follow();
+}
+
+void ControlWindowModel::setAudioReachable(bool reachable) {
+    problems_.setAudioReachable(reachable);
+    follow();
+}
+
+GumMenuModel* ControlWindowModel::openPrimaryMenu() {
+    primaryMenu_.setItems(sourceItems(false));
+    return &primaryMenu_;
+}
+
+GumMenuModel* ControlWindowModel::openExtraMenu() {
+    extraMenu_.setItems(sourceItems(true));
+    return &extraMenu_;
+}
+
+GumMenuModel* ControlWindowModel::openPresetsMenu() {
+    presetsMenu_.setItems(presetItems());
+    return &presetsMenu_;
+}
+
+void ControlWindowModel::savePreset(const QString& name) {
+    const auto trimmed = withoutBlanksAround(name.toStdString());
+    if (!trimmed.empty()) {
+        parts_.presets.save(snapshotPreset(parts_.engine, parts_.platform.hardware, trimmed));
+    }
+}
+
+void ControlWindowModel::setVisible(bool visible) {
+    if (takeOver(visible_, visible)) {
+        strips_.setFollowsLevels(visible);
+        Q_EMIT visibleChanged();
+    }
+}
+
+void ControlWindowModel::follow() {
+    if (takeOver(running_, parts_.engine.isRunning())) {
+        Q_EMIT runningChanged();
+    }
+    if (takeOver(primaryCaption_, primaryName())) {
+        Q_EMIT primaryCaptionChanged();
+    }
+    if (takeOver(problemText_,
+                 QString::fromStdString(problems_.text(parts_.engine, parts_.settings)))) {
+        Q_EMIT problemTextChanged();
+    }
+}
+
+void ControlWindowModel::followPresets() {
+    // A deleted preset leaves the open menu at once.
+    presetsMenu_.setItems(presetItems());
+    const auto* const active = parts_.presets.active();
+    if (takeOver(activePresetName_,
+                 active != nullptr ? QString::fromStdString(active->name) : QString())) {
+        Q_EMIT activePresetNameChanged();
+    }
+}
+
+QString ControlWindowModel::primaryName() const {
+    const auto& sources = parts_.engine.sources();
+    return QString::fromStdString(sources.empty() ? parts_.settings.t("Choisir une source")
+                                                  : sources.front().name());
+}
+
+std::vector<GumMenuItem> ControlWindowModel::sourceItems(bool asExtra) {
+    parts_.sources.refresh();
+    return sourceMenuItems(
+        parts_.sources,
+        parts_.platform,
+        parts_.settings,
+        {.browse = [this, asExtra] { browseForApp(asExtra); },
+         .choose = [this, asExtra](const AudioSource& source) { take(source, asExtra); }});
+}
+
+std::vector<GumMenuItem> ControlWindowModel::presetItems() {
+    return presetMenuItems(parts_.presets,
+                           parts_.settings,
+                           {.save = [this] { Q_EMIT savePromptRequested(); },
+                            .apply = [this](const Preset& preset) { apply(preset); },
+                            .remove = [this](const Uuid& id) { parts_.presets.remove(id); }});
+}
+
+void ControlWindowModel::take(const AudioSource& source, bool asExtra) {
+    if (asExtra) {
+        parts_.engine.add(source);
+    } else {
+        parts_.engine.setPrimary(source);
+    }
+}
+
+void ControlWindowModel::browseForApp(bool asExtra) {
+    chooser_.open([this, asExtra](const InstalledApplication& application) {
+        opener_.open(application,
+                     [this, asExtra](const AudioSource& source) { take(source, asExtra); });
+    });
+    Q_EMIT chooserRequested(asExtra);
+}
+
+void ControlWindowModel::apply(const Preset& preset) {
+    parts_.recall.apply(preset, {.launchClosedApps = true, .quiet = false});
+    parts_.presets.setActive(preset.id);
+}
+
+} // namespace velmora

@@ -1,0 +1,147 @@
+// ControlWindowModel.h: what the control window shows and does.
+#pragma once
+
+#include "platform/Platform.h"
+#include "platform/Signal.h"
+#include "ui/control/ApplicationChooserModel.h"
+#include "ui/control/ApplicationOpener.h"
+#include "ui/control/ProblemText.h"
+#include "ui/control/SourceStripsModel.h"
+#include "ui/control/VolumeModel.h"
+#include "ui/kit/menu/GumMenuModel.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+#include <vector>
+
+namespace velmora {
+
+class AppSettings;
+class AudioEngine;
+class PresetRecall;
+class PresetStore;
+class SourceManager;
+struct Preset;
+
+/// Holds no audio state of its own: everything is read from the engine and the presets, and every
+/// edit goes there.
+///
+/// Threads: main.
+class ControlWindowModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program")
+    Q_PROPERTY(bool running READ running NOTIFY runningChanged)
+    Q_PROPERTY(QString problemText READ problemText NOTIFY problemTextChanged)
+    Q_PROPERTY(QString primaryCaption READ primaryCaption NOTIFY primaryCaptionChanged)
+    Q_PROPERTY(QString activePresetName READ activePresetName NOTIFY activePresetNameChanged)
+    Q_PROPERTY(velmora::SourceStripsModel* strips READ strips CONSTANT)
+    Q_PROPERTY(velmora::VolumeModel* headphones READ headphones CONSTANT)
+    Q_PROPERTY(velmora::VolumeModel* stream READ stream CONSTANT)
+    Q_PROPERTY(velmora::GumMenuModel* primaryMenu READ primaryMenu CONSTANT)
+    Q_PROPERTY(velmora::GumMenuModel* extraMenu READ extraMenu CONSTANT)
+    Q_PROPERTY(velmora::GumMenuModel* presetsMenu READ presetsMenu CONSTANT)
+    Q_PROPERTY(velmora::ApplicationChooserModel* chooser READ chooser CONSTANT)
+    Q_PROPERTY(bool visible READ visible WRITE setVisible NOTIFY visibleChanged)
+
+public:
+    /// All of them outlive the model.
+    struct Parts {
+        Platform platform;
+        AudioEngine& engine;
+        SourceManager& sources;
+        PresetStore& presets;
+        PresetRecall& recall;
+        AppSettings& settings;
+    };
+
+    explicit ControlWindowModel(const Parts& parts, QObject* parent = nullptr);
+
+    [[nodiscard]] bool running() const { return running_; }
+    /// Starts a stopped mix and stops a running one.
+    Q_INVOKABLE void toggleRunning();
+
+    /// One line for each thing that is wrong; empty when all is well.
+    [[nodiscard]] const QString& problemText() const { return problemText_; }
+    /// The settings file is in trouble: to be told by whoever listens to the store.
+    void addProblem(const StoreProblem& problem);
+    /// To be told by whoever watches the audio service.
+    void setAudioReachable(bool reachable);
+
+    /// Name of the primary source, or the invitation to choose one.
+    [[nodiscard]] const QString& primaryCaption() const { return primaryCaption_; }
+    /// Empty while no preset is active.
+    [[nodiscard]] const QString& activePresetName() const { return activePresetName_; }
+
+    [[nodiscard]] SourceStripsModel* strips() { return &strips_; }
+    [[nodiscard]] VolumeModel* headphones() { return &headphones_; }
+    [[nodiscard]] VolumeModel* stream() { return &stream_; }
+    [[nodiscard]] GumMenuModel* primaryMenu() { return &primaryMenu_; }
+    [[nodiscard]] GumMenuModel* extraMenu() { return &extraMenu_; }
+    [[nodiscard]] GumMenuModel* presetsMenu() { return &presetsMenu_; }
+    [[nodiscard]] ApplicationChooserModel* chooser() { return &chooser_; }
+
+    // Each fills its menu with what there is now.
+    Q_INVOKABLE velmora::GumMenuModel* openPrimaryMenu();
+    Q_INVOKABLE velmora::GumMenuModel* openExtraMenu();
+    Q_INVOKABLE velmora::GumMenuModel* openPresetsMenu();
+
+    /// What the name field begins with.
+    Q_INVOKABLE QString beginSavePreset() const { return activePresetName_; }
+    /// Keeps the present setup; spaces and tabs around the name go, an empty name does nothing.
+    Q_INVOKABLE void savePreset(const QString& name);
+
+    Q_INVOKABLE void openSettings() { Q_EMIT settingsRequested(); }
+    Q_INVOKABLE void quit() { Q_EMIT quitRequested(); }
+
+    /// Whether somebody can see the window: meters move only while they can.
+    [[nodiscard]] bool visible() const { return visible_; }
+    void setVisible(bool visible);
+
+Q_SIGNALS:
+    void runningChanged();
+    void problemTextChanged();
+    void primaryCaptionChanged();
+    void activePresetNameChanged();
+    void visibleChanged();
+    /// Show the chooser; its choice is added, or becomes the primary source.
+    void chooserRequested(bool asExtra);
+    /// Ask for a preset's name.
+    void savePromptRequested();
+    void settingsRequested();
+    void quitRequested();
+
+private:
+    void follow();
+    void followPresets();
+    [[nodiscard]] QString primaryName() const;
+    [[nodiscard]] std::vector<GumMenuItem> sourceItems(bool asExtra);
+    [[nodiscard]] std::vector<GumMenuItem> presetItems();
+    void take(const AudioSource& source, bool asExtra);
+    void browseForApp(bool asExtra);
+    void apply(const Preset& preset);
+
+    Parts parts_;
+    ApplicationOpener opener_;
+    ProblemText problems_;
+    // This object is the parent of what QML sees: QML would own, and delete, what has none.
+    SourceStripsModel strips_;
+    VolumeModel headphones_;
+    VolumeModel stream_;
+    GumMenuModel primaryMenu_{this};
+    GumMenuModel extraMenu_{this};
+    GumMenuModel presetsMenu_{this};
+    ApplicationChooserModel chooser_;
+    // As last shown.
+    bool running_ = false;
+    QString problemText_;
+    QString primaryCaption_;
+    QString activePresetName_;
+    bool visible_ = false;
+    Signal::Connection engineConnection_;
+    Signal::Connection presetsConnection_;
+    Signal::Connection settingsConnection_;
+};
+
+} // namespace velmora

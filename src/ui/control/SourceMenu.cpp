@@ -1,0 +1,109 @@
+#include "ui/control/SourceMenu.h"
+
+#include "capture/SourceManager.h"
+#include "engine/AudioSource.h"
+#include "platform/Platform.h"
+#include "settings/AppSettings.h"
+#include "ui/control/SourceIcons.h"
+
+#include <string>
+#include <string_view>
+
+namespace velmora {
+
+namespace {
+
+/// Builds the menu's items one after the other.
+class Builder {
+public:
+    Builder(const Platform& platform, const AppSettings& settings, const SourceMenuActions& actions)
+        : platform_(platform), settings_(settings), actions_(actions) {}
+
+    [[nodiscard]] QString text(std::string_view french) const {
+        return QString::fromStdString(settings_.t(french));
+    }
+
+    [[nodiscard]] GumMenuItem header(std::string_view french) const {
+        return {.kind = GumMenuItem::Kind::header, .title = text(french)};
+    }
+
+    [[nodiscard]] GumMenuItem application(const AudioSource& source, bool isPlaying) const {
+        GumMenuItem item = choice(source, QString::fromStdString(source.name()));
+        item.icon = applicationIcon(platform_.applications, source.app()->bundleID);
+        item.playing = isPlaying;
+        return item;
+    }
+
+    [[nodiscard]] GumMenuItem device(const InputDeviceInfo& info) const {
+        const DeviceSource whole{info.deviceID, info.name};
+        GumMenuItem item = choice(whole, QString::fromStdString(info.name));
+        item.symbol = deviceSymbol(platform_.hardware, info.deviceID);
+        if (info.channels > 1) {
+            item.action = nullptr;
+            item.children = ranges(info, whole);
+        }
+        return item;
+    }
+
+private:
+    [[nodiscard]] GumMenuItem choice(const AudioSource& source, const QString& title) const {
+        return {.title = title, .action = [choose = actions_.choose, source] { choose(source); }};
+    }
+
+    [[nodiscard]] std::vector<GumMenuItem> ranges(const InputDeviceInfo& info,
+                                                  const DeviceSource& whole) const {
+        std::vector<GumMenuItem> items{choice(whole, text("Appareil entier"))};
+        for (std::int64_t first = 1; info.channels > 2 && first < info.channels; first += 2) {
+            items.push_back(range(info, first, 2));
+        }
+        for (std::int64_t channel = 1; channel <= info.channels; ++channel) {
+            items.push_back(range(info, channel, 1));
+        }
+        return items;
+    }
+
+    [[nodiscard]] GumMenuItem
+    range(const InputDeviceInfo& info, std::int64_t first, std::int64_t count) const {
+        std::string label = settings_.t(count == 1 ? "Entrée" : "Entrées");
+        label += " " + std::to_string(first);
+        if (count > 1) {
+            label += "-" + std::to_string(first + count - 1);
+        }
+        // The strip shows the name alone, so the name says which device it is.
+        return choice(DeviceChannelsSource{info.deviceID, first, count, info.name + " — " + label},
+                      QString::fromStdString(label));
+    }
+
+    const Platform& platform_;
+    const AppSettings& settings_;
+    const SourceMenuActions& actions_;
+};
+
+} // namespace
+
+std::vector<GumMenuItem> sourceMenuItems(const SourceManager& sources,
+                                         const Platform& platform,
+                                         const AppSettings& settings,
+                                         const SourceMenuActions& actions) {
+    const Builder build(platform, settings, actions);
+    std::vector<GumMenuItem> items{
+        {.title = build.text("Choisir une application…"), .action = actions.browse},
+        build.header("Applications ouvertes")};
+    for (const AudioSource& app : sources.runningApps()) {
+        items.push_back(build.application(app, sources.playingPIDs().contains(app.app()->pid)));
+    }
+    const auto addDevices = [&](bool areVirtual) {
+        for (const InputDeviceInfo& info : sources.inputDeviceInfos()) {
+            if (info.isVirtual == areVirtual) {
+                items.push_back(build.device(info));
+            }
+        }
+    };
+    items.push_back(build.header("Entrées physiques"));
+    addDevices(false);
+    items.push_back(build.header("Entrées virtuelles"));
+    addDevices(true);
+    return items;
+}
+
+} // namespace velmora

@@ -1,0 +1,31 @@
+// SourceMenu.h: everything that can become a source, as a menu.
+#pragma once
+
+#include "ui/kit/menu/GumMenuItem.h"
+
+#include <functional>
+#include <vector>
+
+namespace velmora {
+
+class AppSettings;
+class AudioSource;
+class SourceManager;
+struct Platform;
+
+struct SourceMenuActions {
+    std::function<void()> browse; ///< look for an application that does not run
+    std::function<void(const AudioSource&)> choose;
+};
+
+/// From what `sources` found at its last refresh. A device with several channels unfolds: the
+/// whole device, its pairs, its single channels. Of a stereo device the pair is left out, because
+/// it is the whole device.
+///
+/// Threads: main.
+[[nodiscard]] std::vector<GumMenuItem> sourceMenuItems(const SourceManager& sources,
+                                                       const Platform& platform,
+                                                       const AppSettings& settings,
+                                                       const SourceMenuActions& actions);
+
+} // namespace velmora

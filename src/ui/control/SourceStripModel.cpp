@@ -1,0 +1,99 @@
+#include "ui/control/SourceStripModel.h"
+
+#include "engine/AudioEngine.h"
+#include "ui/control/MuteToggle.h"
+#include "ui/control/SourceIcons.h"
+#include "ui/control/TakeOver.h"
+
+namespace velmora {
+
+namespace {
+
+QString iconOf(const AudioSource& source, const Platform& platform) {
+    const auto* const app = source.app();
+    return app != nullptr ? applicationIcon(platform.applications, app->bundleID) : QString();
+}
+
+QString symbolOf(const AudioSource& source, const Platform& platform) {
+    if (const auto* const device = source.device()) {
+        return deviceSymbol(platform.hardware, device->id);
+    }
+    if (const auto* const channels = source.deviceChannels()) {
+        return deviceSymbol(platform.hardware, channels->id);
+    }
+    return QStringLiteral("waveform");
+}
+
+} // namespace
+
+SourceStripModel::SourceStripModel(const Platform& platform,
+                                   AudioEngine& engine,
+                                   const AudioSource& source,
+                                   QObject* parent)
+    : QObject(parent), platform_(platform), engine_(engine), source_(source),
+      icon_(iconOf(source, platform)), symbol_(symbolOf(source, platform)),
+      effects_(engine, source, this), gain_(engine.gain(source)),
+      directMuted_(engine.isDirectMuted(source)),
+      connection_(engine.changed().connect([this] { follow(); })) {
+    connect(&effects_, &EffectsModel::neutralChanged, this, &SourceStripModel::fxActiveChanged);
+}
+
+void SourceStripModel::setGain(double gain) {
+    const auto linear = static_cast<float>(gain);
+    if (isGain(linear) && linear != engine_.gain(source_)) {
+        engine_.setGain(linear, source_);
+    }
+}
+
+bool SourceStripModel::muted() const {
+    return isMutedGain(gain_);
+}
+
+void SourceStripModel::toggleMute() {
+    const std::string key = "sourceGain.premute." + source_.id();
+    engine_.setGain(toggledGain(platform_.defaults, key, engine_.gain(source_)), source_);
+}
+
+void SourceStripModel::setDirectMuted(bool muted) {
+    if (muted != engine_.isDirectMuted(source_)) {
+        engine_.setDirectMuted(muted, source_);
+    }
+}
+
+void SourceStripModel::setFxOpen(bool open) {
+    if (takeOver(fxOpen_, open)) {
+        Q_EMIT fxOpenChanged();
+    }
+}
+
+void SourceStripModel::setFollowsLevel(bool follows) {
+    followsLevel_ = follows;
+    followLevel();
+}
+
+void SourceStripModel::remove() {
+    engine_.remove(source_);
+}
+
+void SourceStripModel::follow() {
+    if (takeOver(gain_, engine_.gain(source_))) {
+        Q_EMIT gainChanged();
+    }
+    if (takeOver(directMuted_, engine_.isDirectMuted(source_))) {
+        Q_EMIT directMutedChanged();
+    }
+    followLevel();
+}
+
+void SourceStripModel::followLevel() {
+    if (!followsLevel_) {
+        return;
+    }
+    const auto& levels = engine_.sourceLevels();
+    const auto found = levels.find(source_.id());
+    if (takeOver(level_, found == levels.end() ? 0.0F : found->second)) {
+        Q_EMIT levelChanged();
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,101 @@
+// SourceStripModel.h: one source of the mix with its fader and switches.
+#pragma once
+
+#include "engine/AudioSource.h"
+#include "platform/Platform.h"
+#include "platform/Signal.h"
+#include "ui/control/EffectsModel.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+namespace velmora {
+
+class AudioEngine;
+
+/// Threads: main.
+class SourceStripModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made for each source of the mix")
+    Q_PROPERTY(QString sourceId READ sourceId CONSTANT)
+    Q_PROPERTY(QString name READ name CONSTANT)
+    Q_PROPERTY(bool isApplication READ isApplication CONSTANT)
+    Q_PROPERTY(QString icon READ icon CONSTANT)
+    Q_PROPERTY(QString symbol READ symbol CONSTANT)
+    Q_PROPERTY(double gain READ gain WRITE setGain NOTIFY gainChanged)
+    Q_PROPERTY(bool muted READ muted NOTIFY gainChanged)
+    Q_PROPERTY(bool directMuted READ directMuted WRITE setDirectMuted NOTIFY directMutedChanged)
+    Q_PROPERTY(bool fxActive READ fxActive NOTIFY fxActiveChanged)
+    Q_PROPERTY(bool fxOpen READ fxOpen WRITE setFxOpen NOTIFY fxOpenChanged)
+    Q_PROPERTY(velmora::EffectsModel* effects READ effects CONSTANT)
+    Q_PROPERTY(double level READ level NOTIFY levelChanged)
+
+public:
+    /// `engine` outlives this object.
+    SourceStripModel(const Platform& platform,
+                     AudioEngine& engine,
+                     const AudioSource& source,
+                     QObject* parent = nullptr);
+
+    [[nodiscard]] const AudioSource& source() const { return source_; }
+    [[nodiscard]] QString sourceId() const { return QString::fromStdString(source_.id()); }
+    [[nodiscard]] QString name() const { return QString::fromStdString(source_.name()); }
+    [[nodiscard]] bool isApplication() const { return source_.app() != nullptr; }
+    /// URL of an application's picture; empty when it has none.
+    [[nodiscard]] const QString& icon() const { return icon_; }
+    /// Name of the symbol that stands where there is no picture.
+    [[nodiscard]] const QString& symbol() const { return symbol_; }
+
+    /// Linear, 1 = unity, 0 = silence. What is no number or negative is not taken.
+    [[nodiscard]] double gain() const { return static_cast<double>(gain_); }
+    void setGain(double gain);
+    [[nodiscard]] bool muted() const;
+    Q_INVOKABLE void toggleMute();
+
+    /// The application is silenced on its own output while it is captured.
+    [[nodiscard]] bool directMuted() const { return directMuted_; }
+    void setDirectMuted(bool muted);
+
+    [[nodiscard]] bool fxActive() const { return !effects_.neutral(); }
+    /// Whether the effects are unfolded under the strip.
+    [[nodiscard]] bool fxOpen() const { return fxOpen_; }
+    void setFxOpen(bool open);
+    [[nodiscard]] EffectsModel* effects() { return &effects_; }
+
+    /// 0 ... 1, as last followed.
+    [[nodiscard]] double level() const { return static_cast<double>(level_); }
+    /// While off, no level is told: a window that nobody sees draws nothing.
+    void setFollowsLevel(bool follows);
+
+    /// The source leaves the mix.
+    Q_INVOKABLE void remove();
+
+Q_SIGNALS:
+    void gainChanged();
+    void directMutedChanged();
+    void fxActiveChanged();
+    void fxOpenChanged();
+    void levelChanged();
+
+private:
+    void follow();
+    void followLevel();
+
+    Platform platform_;
+    AudioEngine& engine_;
+    AudioSource source_;
+    QString icon_;
+    QString symbol_;
+    EffectsModel effects_;
+    // As last shown.
+    float gain_;
+    bool directMuted_;
+    float level_ = 0.0F;
+    bool followsLevel_ = false;
+    bool fxOpen_ = false;
+    Signal::Connection connection_;
+};
+
+} // namespace velmora

@@ -1,0 +1,23 @@
+#include "ui/kit/menu/PopupPlace.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace velmora {
+
+QRectF PopupPlace::beside(const QRectF& anchor, const QSizeF& wanted, const QSizeF& window) {
+    const double width =
+        std::min(std::max(wanted.width(), anchor.width()), window.width() - 2 * margin);
+    const double rightmost = std::max(margin, window.width() - margin - width);
+    const double left = std::clamp(anchor.left(), margin, rightmost);
+
+    const double below = window.height() - margin - anchor.bottom() - gap;
+    const double above = anchor.top() - gap - margin;
+    const bool goesBelow = below >= wanted.height() || below >= above;
+    const double height = std::max(0.0, std::min(wanted.height(), goesBelow ? below : above));
+    const double top = goesBelow ? anchor.bottom() + gap : anchor.top() - gap - height;
+
+    return {std::round(left), std::round(top), std::floor(width), std::floor(height)};
+}
+
+} // namespace velmora

@@ -1,0 +1,200 @@
+#include "ui/control/ControlWindowFixture.h"
+
+#include "ui/control/SourceStripModel.h"
+
+#include <QSignalSpy>
+
+namespace velmora {
+namespace {
+
+using namespace std::chrono_literals;
+
+class ControlWindowModelTest : public ControlWindowFixture {};
+
+TEST_F(ControlWindowModelTest, TheSwitchStartsAndStopsTheMix) {
+    QSignalSpy changes(&model, &ControlWindowModel::runningChanged);
+    machine.sound.play(4711, silence());
+    engine.add(player);
+    EXPECT_FALSE(model.running());
+    model.toggleRunning();
+    EXPECT_TRUE(engine.isRunning());
+    EXPECT_TRUE(model.running());
+    model.toggleRunning();
+    EXPECT_FALSE(engine.isRunning());
+    EXPECT_FALSE(model.running());
+    EXPECT_EQ(changes.count(), 2);
+}
+
+TEST_F(ControlWindowModelTest, AFailedStartLeavesTheSwitchOffAndTellsWhy) {
+    QSignalSpy changes(&model, &ControlWindowModel::runningChanged);
+    model.toggleRunning();
+    EXPECT_FALSE(model.running());
+    EXPECT_EQ(changes.count(), 0);
+    EXPECT_EQ(model.problemText(), "Choisir d'abord une source");
+}
+
+TEST_F(ControlWindowModelTest, AProblemGoesWhenTheEngineClearsIt) {
+    QSignalSpy changes(&model, &ControlWindowModel::problemTextChanged);
+    engine.setLastError("Introuvable : Radio");
+    EXPECT_EQ(model.problemText(), "Introuvable : Radio");
+    engine.setLastError(std::nullopt);
+    EXPECT_EQ(model.problemText(), "");
+    EXPECT_EQ(changes.count(), 2);
+}
+
+TEST_F(ControlWindowModelTest, ProblemsAreLinesInAFixedOrder) {
+    model.setAudioReachable(false);
+    model.addProblem({.kind = StoreProblem::Kind::full, .file = "/home/s.db", .status = -28});
+    engine.setLastError("Introuvable : Radio");
+    EXPECT_EQ(model.problemText(),
+              "Introuvable : Radio\n"
+              "Plus de place pour les réglages dans /home/s.db (err -28). "
+              "Les changements seront enregistrés quand de la place sera libérée.\n"
+              "Service audio injoignable");
+}
+
+TEST_F(ControlWindowModelTest, AProblemToldAgainIsStillOneLine) {
+    const StoreProblem problem{
+        .kind = StoreProblem::Kind::full, .file = "/home/s.db", .status = -28};
+    model.addProblem(problem);
+    const auto text = model.problemText();
+    model.addProblem(problem);
+    EXPECT_EQ(model.problemText(), text);
+}
+
+TEST_F(ControlWindowModelTest, ProblemsFollowTheLanguage) {
+    model.setAudioReachable(false);
+    settings.setLanguage("en");
+    EXPECT_EQ(model.problemText(), "Audio service not reachable");
+    model.setAudioReachable(true);
+    EXPECT_EQ(model.problemText(), "");
+}
+
+TEST_F(ControlWindowModelTest, TheCaptionInvitesUntilThereIsAPrimarySource) {
+    QSignalSpy changes(&model, &ControlWindowModel::primaryCaptionChanged);
+    EXPECT_EQ(model.primaryCaption(), "Choisir une source");
+    settings.setLanguage("en");
+    EXPECT_EQ(model.primaryCaption(), "Choose a source");
+    engine.setPrimary(player);
+    EXPECT_EQ(model.primaryCaption(), "Player");
+    engine.add(browser);
+    EXPECT_EQ(changes.count(), 2);
+}
+
+TEST_F(ControlWindowModelTest, LevelsMoveOnlyWhileTheWindowIsSeen) {
+    machine.sound.play(4711, constant(0.5F));
+    engine.add(player);
+    engine.start();
+    QSignalSpy levels(model.strips()->strip(0), &SourceStripModel::levelChanged);
+    machine.advance(200ms);
+    EXPECT_EQ(levels.count(), 0);
+    model.setVisible(true);
+    EXPECT_EQ(levels.count(), 1);
+    model.setVisible(false);
+    machine.sound.play(4711, constant(0.25F));
+    machine.advance(200ms);
+    EXPECT_EQ(levels.count(), 1);
+}
+
+TEST_F(ControlWindowModelTest, AMeterTickTellsNothingButLevels) {
+    machine.sound.play(4711, constant(0.5F));
+    engine.add(player);
+    engine.start();
+    model.setVisible(true);
+    QSignalSpy running(&model, &ControlWindowModel::runningChanged);
+    QSignalSpy problems(&model, &ControlWindowModel::problemTextChanged);
+    QSignalSpy captions(&model, &ControlWindowModel::primaryCaptionChanged);
+    QSignalSpy volumes(model.headphones(), &VolumeModel::valueChanged);
+    machine.advance(1s);
+    EXPECT_EQ(running.count() + problems.count() + captions.count() + volumes.count(), 0);
+}
+
+TEST_F(ControlWindowModelTest, ThePrimaryMenuReplacesTheFirstSource) {
+    machine.sound.play(4711, constant(0.5F));
+    engine.replaceSources({browser});
+    choose(*model.openPrimaryMenu(), "Player");
+    EXPECT_EQ(engine.sources(), std::vector{player});
+}
+
+TEST_F(ControlWindowModelTest, TheExtraMenuAddsASource) {
+    machine.sound.play(4711, constant(0.5F));
+    engine.replaceSources({browser});
+    choose(*model.openExtraMenu(), "Player");
+    EXPECT_EQ(engine.sources(), (std::vector{browser, player}));
+}
+
+TEST_F(ControlWindowModelTest, AMenuShowsWhatIsThereWhenItOpens) {
+    EXPECT_EQ(rowOf(*model.openExtraMenu(), "Headset"), -1);
+    machine.sound.addDevice({.uid = "headset", .name = "Headset", .inputs = {1}});
+    EXPECT_EQ(rowOf(*model.extraMenu(), "Headset"), -1);
+    EXPECT_GE(rowOf(*model.openExtraMenu(), "Headset"), 0);
+}
+
+TEST_F(ControlWindowModelTest, BrowsingAsksForTheChooser) {
+    machine.applications.install(
+        {.bundleID = "org.radio", .name = "Radio", .location = "/applications/org.radio"});
+    QSignalSpy requests(&model, &ControlWindowModel::chooserRequested);
+    choose(*model.openExtraMenu(), "Choisir une application…");
+    ASSERT_EQ(requests.count(), 1);
+    EXPECT_TRUE(requests[0][0].toBool());
+    EXPECT_EQ(model.chooser()->count(), 1);
+    choose(*model.openPrimaryMenu(), "Choisir une application…");
+    EXPECT_FALSE(requests[1][0].toBool());
+}
+
+TEST_F(ControlWindowModelTest, AChosenRunningApplicationIsTakenAtOnce) {
+    machine.applications.install(
+        {.bundleID = "org.player", .name = "Player", .location = "/applications/org.player"});
+    engine.replaceSources({browser});
+    choose(*model.openExtraMenu(), "Choisir une application…");
+    model.chooser()->choose(0);
+    EXPECT_EQ(engine.sources(), (std::vector{browser, player}));
+}
+
+TEST_F(ControlWindowModelTest, AChosenClosedApplicationJoinsWhenItHasSettled) {
+    machine.applications.install(
+        {.bundleID = "org.radio", .name = "Radio", .location = "/applications/org.radio"});
+    engine.replaceSources({browser, player});
+    choose(*model.openPrimaryMenu(), "Choisir une application…");
+    model.chooser()->choose(0);
+    machine.advance(1400ms);
+    EXPECT_EQ(engine.sources().front(), browser);
+    machine.advance(200ms);
+    ASSERT_EQ(engine.sources().size(), 2U);
+    EXPECT_EQ(engine.sources().front().name(), "Radio");
+    EXPECT_EQ(engine.sources().back(), player);
+}
+
+TEST_F(ControlWindowModelTest, AChosenApplicationThatDoesNotStartIsTold) {
+    machine.applications.install(
+        {.bundleID = "org.radio", .name = "Radio", .location = "/applications/org.radio"});
+    machine.applications.planLaunch("/applications/org.radio", {.result = std::nullopt});
+    choose(*model.openExtraMenu(), "Choisir une application…");
+    model.chooser()->choose(0);
+    machine.advance(2s);
+    EXPECT_EQ(model.problemText(), "Impossible de lancer Radio");
+}
+
+TEST_F(ControlWindowModelTest, TheFooterAsksForSettingsAndForTheEnd) {
+    QSignalSpy settingsAsked(&model, &ControlWindowModel::settingsRequested);
+    QSignalSpy quitAsked(&model, &ControlWindowModel::quitRequested);
+    model.openSettings();
+    model.quit();
+    EXPECT_EQ(settingsAsked.count(), 1);
+    EXPECT_EQ(quitAsked.count(), 1);
+}
+
+TEST_F(ControlWindowModelTest, QmlNeverOwnsWhatTheModelHandsOut) {
+    for (const QObject* object : std::initializer_list<QObject*>{model.openPrimaryMenu(),
+                                                                 model.openExtraMenu(),
+                                                                 model.openPresetsMenu(),
+                                                                 model.strips(),
+                                                                 model.headphones(),
+                                                                 model.stream(),
+                                                                 model.chooser()}) {
+        EXPECT_EQ(object->parent(), &model);
+    }
+}
+
+} // namespace
+} // namespace velmora

@@ -1,0 +1,172 @@
+#include "ui/control/SourceStripModel.h"
+
+#include "ui/support/ModelFixture.h"
+
+#include <QSignalSpy>
+#include <limits>
+#include <memory>
+
+namespace velmora {
+namespace {
+
+using namespace std::chrono_literals;
+
+class SourceStripModelTest : public ModelFixture {
+protected:
+    std::unique_ptr<SourceStripModel> strip(const AudioSource& source) {
+        return std::make_unique<SourceStripModel>(machine.platform(), engine, source);
+    }
+
+    std::unique_ptr<SourceStripModel> model = strip(player);
+    QSignalSpy gains{model.get(), &SourceStripModel::gainChanged};
+    QSignalSpy levels{model.get(), &SourceStripModel::levelChanged};
+};
+
+TEST_F(SourceStripModelTest, AnApplicationShowsItsIcon) {
+    EXPECT_EQ(model->sourceId(), "app-org.player-4711");
+    EXPECT_EQ(model->name(), "Player");
+    EXPECT_TRUE(model->isApplication());
+    EXPECT_EQ(model->icon(), "image://application/player%20icon");
+}
+
+TEST_F(SourceStripModelTest, AnApplicationWithoutAnIconShowsASymbol) {
+    const auto iconless = strip(browser);
+    EXPECT_EQ(iconless->icon(), "");
+    EXPECT_EQ(iconless->symbol(), "waveform");
+}
+
+TEST_F(SourceStripModelTest, ADeviceShowsHowItIsConnected) {
+    const auto plugged = machine.sound.addDevice({.uid = "usb", .name = "USB", .inputs = {2}});
+    const auto loopback = machine.sound.addDevice(
+        {.uid = "loop", .name = "Loop", .inputs = {2}, .transport = Transport::virtualDevice});
+    const auto bundle = machine.sound.addDevice(
+        {.uid = "bundle", .name = "Bundle", .inputs = {2}, .transport = Transport::aggregate});
+    EXPECT_EQ(strip(DeviceSource{plugged, "USB"})->symbol(), "mic");
+    EXPECT_EQ(strip(DeviceSource{loopback, "Loop"})->symbol(), "waveform");
+    EXPECT_EQ(strip(DeviceChannelsSource{bundle, 1, 1, "Bundle 1"})->symbol(), "waveform");
+    EXPECT_FALSE(strip(DeviceSource{plugged, "USB"})->isApplication());
+}
+
+TEST_F(SourceStripModelTest, ADeviceThatDoesNotAnswerIsAMicrophone) {
+    EXPECT_EQ(strip(DeviceSource{999, "Gone"})->symbol(), "mic");
+}
+
+TEST_F(SourceStripModelTest, AGainChangeIsToldOnce) {
+    model->setGain(0.5);
+    EXPECT_EQ(engine.gain(player), 0.5F);
+    EXPECT_EQ(model->gain(), 0.5);
+    EXPECT_EQ(gains.count(), 1);
+    model->setGain(0.5);
+    EXPECT_EQ(gains.count(), 1);
+}
+
+TEST_F(SourceStripModelTest, IgnoresAnotherSourcesGain) {
+    engine.setGain(0.5F, browser);
+    EXPECT_EQ(gains.count(), 0);
+}
+
+TEST_F(SourceStripModelTest, WhatIsNoGainIsNotTaken) {
+    model->setGain(-0.5);
+    model->setGain(std::numeric_limits<double>::infinity());
+    EXPECT_EQ(engine.gain(player), 1.0F);
+}
+
+TEST_F(SourceStripModelTest, MutingKeepsTheGainUnderTheSourcesKey) {
+    engine.setGain(0.5F, player);
+    model->toggleMute();
+    EXPECT_TRUE(model->muted());
+    EXPECT_EQ(engine.gain(player), 0.0F);
+    EXPECT_EQ(machine.defaults.read<double>("sourceGain.premute.app-org.player-4711"), 0.5);
+}
+
+TEST_F(SourceStripModelTest, UnmutingRestoresTheGain) {
+    engine.setGain(0.5F, player);
+    model->toggleMute();
+    model->toggleMute();
+    EXPECT_EQ(model->gain(), 0.5);
+    EXPECT_FALSE(model->muted());
+}
+
+TEST_F(SourceStripModelTest, UnmutingAfterARestartRestoresTheGain) {
+    engine.setGain(0.5F, player);
+    model->toggleMute();
+    const SimulatedDefaultsStore::Values kept = machine.defaults.kept();
+
+    SimulatedPlatform later;
+    for (const auto& [key, value] : kept) {
+        later.defaults.set(key, value);
+    }
+    AudioEngine laterEngine(later.platform());
+    SourceStripModel again(later.platform(), laterEngine, player);
+    EXPECT_TRUE(again.muted());
+    again.toggleMute();
+    EXPECT_EQ(again.gain(), 0.5);
+}
+
+TEST_F(SourceStripModelTest, UnmutingAfterDraggingToSilenceGivesUnity) {
+    model->setGain(0.0);
+    model->toggleMute();
+    EXPECT_EQ(model->gain(), 1.0);
+}
+
+TEST_F(SourceStripModelTest, DirectMuteIsTheEngines) {
+    QSignalSpy mutes(model.get(), &SourceStripModel::directMutedChanged);
+    model->setDirectMuted(true);
+    EXPECT_TRUE(engine.isDirectMuted(player));
+    EXPECT_TRUE(model->directMuted());
+    EXPECT_EQ(mutes.count(), 1);
+    model->setDirectMuted(true);
+    EXPECT_EQ(mutes.count(), 1);
+}
+
+TEST_F(SourceStripModelTest, TheEffectsButtonIsMarkedWhileAnEffectIsSet) {
+    QSignalSpy marks(model.get(), &SourceStripModel::fxActiveChanged);
+    EXPECT_FALSE(model->fxActive());
+    model->effects()->setLowcut(1);
+    EXPECT_TRUE(model->fxActive());
+    model->effects()->setTilt(0.5);
+    EXPECT_EQ(marks.count(), 1);
+}
+
+TEST_F(SourceStripModelTest, ThePanelOpensAndClosesWithoutTouchingTheEngine) {
+    QSignalSpy opened(model.get(), &SourceStripModel::fxOpenChanged);
+    int engineChanges = 0;
+    const auto connection = engine.changed().connect([&] { ++engineChanges; });
+    model->setFxOpen(true);
+    EXPECT_TRUE(model->fxOpen());
+    EXPECT_EQ(opened.count(), 1);
+    EXPECT_EQ(engineChanges, 0);
+}
+
+TEST_F(SourceStripModelTest, RemovalTakesTheSourceOutOfTheMix) {
+    engine.replaceSources({player, browser});
+    model->remove();
+    EXPECT_EQ(engine.sources(), std::vector{browser});
+}
+
+TEST_F(SourceStripModelTest, LevelsAreToldOnlyWhileTheyAreFollowed) {
+    machine.sound.play(4711, constant(0.5F));
+    engine.add(player);
+    engine.start();
+    machine.advance(200ms);
+    EXPECT_EQ(levels.count(), 0);
+
+    model->setFollowsLevel(true);
+    EXPECT_EQ(levels.count(), 1);
+    EXPECT_FLOAT_EQ(static_cast<float>(model->level()),
+                    engine.sourceLevels().at("app-org.player-4711"));
+
+    model->setFollowsLevel(false);
+    machine.sound.play(4711, constant(0.25F));
+    machine.advance(200ms);
+    EXPECT_EQ(levels.count(), 1);
+}
+
+TEST_F(SourceStripModelTest, ASourceThatDoesNotRunHasNoLevel) {
+    model->setFollowsLevel(true);
+    EXPECT_EQ(model->level(), 0.0);
+    EXPECT_EQ(levels.count(), 0);
+}
+
+} // namespace
+} // namespace velmora

@@ -1,7 +1,6 @@
 #include "app/VelmoraApp.h"
 
 #include "platform/AudioHardware.h"
-#include "platform/DefaultsStore.h"
 #include "ui/Ui.h"
 #include "ui/kit/Kit.h"
 
@@ -46,14 +45,7 @@ VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version)
     listen();
 }
 
-VelmoraApp::~VelmoraApp() {
-    // The store may have something to tell until its very end.
-    platform_.defaults.setProblemListener([](const StoreProblem&) {});
-}
-
 void VelmoraApp::listen() {
-    platform_.defaults.setProblemListener(
-        [this](const StoreProblem& problem) { controlModel_.addProblem(problem); });
     controlModel_.setAudioReachable(platform_.hardware.isAvailable());
     platform_.hardware.onAvailabilityChange([guard = std::weak_ptr(self_)](bool isAvailable) {
         if (const auto self = guard.lock()) {

@@ -31,7 +31,6 @@ class VelmoraApp : public QObject {
 
 public:
     VelmoraApp(const Platform& platform, const ProgramVersion& version);
-    ~VelmoraApp() override;
 
     /// Brings back the last setup and waits for a tray. To be called once.
     void start();

@@ -4,7 +4,6 @@
 #include "platform/Status.h"
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -15,23 +14,29 @@
 
 namespace velmora {
 
+class Signal;
+
 using Bytes = std::vector<std::uint8_t>;
 using NumberMap = std::map<std::string, double>;
 using BooleanMap = std::map<std::string, bool>;
 using DefaultsValue = std::variant<bool, double, std::string, Bytes, NumberMap, BooleanMap>;
 
-/// Something went wrong with the store itself. The receiver makes the sentence for the user.
+/// Something is wrong with the store itself. Whoever shows it makes the sentence for the user.
 struct StoreProblem {
     enum class Kind {
-        damaged,    ///< the file could not be read; it was set aside as `setAside`, a new one began
-        newer,      ///< written by a later version; left untouched, nothing is kept this time
-        unwritable, ///< the folder or the file refuses writing; values live until the program ends
-        full,       ///< no space left; values live until the program ends or space returns
+        // Of these, the user is to know until the program ends.
+        damaged, ///< the file could not be read; it was set aside as `setAside`, a new one began
+        newer,   ///< written by a later version; left untouched, nothing is kept this time
+        // These end with the next write that succeeds; until then values live in memory alone.
+        unwritable, ///< the folder or the file refuses writing
+        full,       ///< no space left
     };
     Kind kind{};
     std::string file{};     ///< path of the store
     std::string setAside{}; ///< path of the damaged file's new place (`damaged` only)
     Status status{};        ///< the platform's code
+
+    bool operator==(const StoreProblem&) const = default;
 };
 
 /// Typed values under string keys.
@@ -45,17 +50,20 @@ public:
 
     [[nodiscard]] virtual std::optional<DefaultsValue> get(std::string_view key) const = 0;
 
-    /// Replaces the value, whatever type it had. Errors: the status; the problem listener is told.
+    /// Replaces the value, whatever type it had. Errors: the status; see `problems`.
     virtual Status set(std::string_view key, DefaultsValue value) = 0;
 
     /// Removes the key; removing an absent one succeeds.
     virtual Status remove(std::string_view key) = 0;
 
-    using ProblemListener = std::function<void(const StoreProblem&)>;
+    /// What is wrong now, oldest first, that which opening the store met included. A write that
+    /// succeeds, and with it stores everything that an earlier one could not, ends `unwritable` and
+    /// `full`.
+    [[nodiscard]] virtual const std::vector<StoreProblem>& problems() const = 0;
 
-    /// Receives every problem once (a repeated failure of the same kind is told again only after a
-    /// success in between), those from before this call included.
-    virtual void setProblemListener(ProblemListener listener) = 0;
+    /// Told after `problems` changed, when the write that changed it is over; never while the store
+    /// is being destroyed.
+    [[nodiscard]] virtual Signal& problemsChanged() = 0;
 
     /// The value under `key` if it has exactly the type T; absent or of another type: none.
     template <typename T>

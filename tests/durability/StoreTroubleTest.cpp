@@ -64,10 +64,10 @@ protected:
     /// A session that went well leaves the same in both stores.
     void earlierSession() {
         session(untroubled);
-        session(listenedStore());
+        session(disk.store());
         disk.quit();
         nextChange += changes;
-        ASSERT_THAT(told, IsEmpty());
+        ASSERT_THAT(told(), IsEmpty());
     }
 
     /// Expects the troubled session to sound and end as one without trouble does.
@@ -75,25 +75,32 @@ protected:
     }) {
         const Session expected = session(untroubled);
 
-        const Session troubled = session(listenedStore(), atChange);
+        const Session troubled = session(disk.store(), atChange);
 
         EXPECT_TRUE(troubled.heard == expected.heard);
         EXPECT_TRUE(troubled.settings == expected.settings);
         EXPECT_GT(*std::ranges::max_element(expected.heard), 0.1F) << "nothing was heard at all";
     }
 
-    /// The disk's store, with every sentence that the user is told.
-    DefaultsStore& listenedStore() {
-        disk.store().setProblemListener([this](const StoreProblem& problem) {
-            told.push_back(storeProblemText(problem, language));
-        });
-        return disk.store();
+    /// Every sentence that the user was told.
+    [[nodiscard]] std::vector<std::string> told() const {
+        std::vector<std::string> sentences;
+        for (const StoreProblem& problem : disk.problems) {
+            sentences.push_back(storeProblemText(problem, language));
+        }
+        return sentences;
+    }
+    void expectToldAndOver(const auto& sentence) {
+        EXPECT_THAT(told(), ElementsAre(sentence));
+        EXPECT_THAT(disk.store().problems(), IsEmpty());
+        EXPECT_TRUE(nextLaunchFinds() == everything());
+        EXPECT_EQ(disk.problems.size(), 1U);
     }
 
     KeptSettings nextLaunchFinds() {
         disk.nextLaunch();
         Studio studio;
-        return Mixer(studio, listenedStore()).kept();
+        return Mixer(studio, disk.store()).kept();
     }
     /// What a launch finds in a store that has had no trouble.
     KeptSettings everything() {
@@ -122,8 +129,7 @@ protected:
 
     std::uint64_t nextChange = 1;
     SimulatedDefaultsStore untroubled;
-    StoreOnDisk disk{false};
-    std::vector<std::string> told;
+    StoreOnDisk disk;
     SimulatedPlatform french; // what a machine speaks before anybody has chosen
     AppSettings language{french.platform()};
 };
@@ -138,7 +144,7 @@ TEST_F(StoreTrouble, InAFolderThatRefusesWritingLeavesTheSoundAndTheEarlierSetti
 
     expectTheSameAsWithoutTrouble();
 
-    EXPECT_THAT(told, ElementsAre(cannotWrite()));
+    EXPECT_THAT(told(), ElementsAre(cannotWrite()));
     EXPECT_TRUE(nextLaunchFinds() == earlier);
     fs::permissions(folder(), fs::perms::owner_all);
 }
@@ -154,9 +160,7 @@ TEST_F(StoreTrouble, WithAReadOnlyFileIsOverOnceTheFileMayBeWritten) {
         }
     });
 
-    EXPECT_THAT(told, ElementsAre(cannotWrite()));
-    EXPECT_TRUE(nextLaunchFinds() == everything());
-    EXPECT_EQ(told.size(), 1U);
+    expectToldAndOver(cannotWrite());
 }
 
 TEST_F(StoreTrouble, WhereNoFolderCanBeMadeLeavesTheSound) {
@@ -164,7 +168,7 @@ TEST_F(StoreTrouble, WhereNoFolderCanBeMadeLeavesTheSound) {
 
     expectTheSameAsWithoutTrouble();
 
-    EXPECT_THAT(told, ElementsAre(cannotWrite()));
+    EXPECT_THAT(told(), ElementsAre(cannotWrite()));
     EXPECT_EQ(contentOf(folder()), "in the way");
 }
 
@@ -181,9 +185,7 @@ TEST_F(StoreTrouble, ForWantOfSpaceIsOverOnceThereIsSpace) {
         }
     });
 
-    EXPECT_THAT(told, ElementsAre(noSpace()));
-    EXPECT_TRUE(nextLaunchFinds() == everything());
-    EXPECT_EQ(told.size(), 1U);
+    expectToldAndOver(noSpace());
 }
 
 // -- a file that cannot be trusted --
@@ -195,10 +197,10 @@ TEST_F(StoreTrouble, WithADamagedFileSetsItAsideAndBeginsAnew) {
 
     expectTheSameAsWithoutTrouble();
 
-    EXPECT_THAT(told, ElementsAre(damagedAndKeptAs(aside)));
+    EXPECT_THAT(told(), ElementsAre(damagedAndKeptAs(aside)));
     EXPECT_TRUE(contentOf(aside) == damage);
     EXPECT_TRUE(nextLaunchFinds() == everything());
-    EXPECT_EQ(told.size(), 1U);
+    EXPECT_EQ(disk.problems.size(), 1U);
 }
 
 TEST_F(StoreTrouble, WithASecondDamageOnTheSameDayKeepsBothFiles) {
@@ -211,7 +213,7 @@ TEST_F(StoreTrouble, WithASecondDamageOnTheSameDayKeepsBothFiles) {
 
     const fs::path first = folder() / "settings-damaged-2025-03-14.sqlite";
     const fs::path second = folder() / "settings-damaged-2025-03-14-2.sqlite";
-    EXPECT_THAT(told, ElementsAre(damagedAndKeptAs(first), damagedAndKeptAs(second)));
+    EXPECT_THAT(told(), ElementsAre(damagedAndKeptAs(first), damagedAndKeptAs(second)));
     EXPECT_EQ(contentOf(first), "first");
     EXPECT_EQ(contentOf(second), "second");
 }
@@ -225,7 +227,7 @@ TEST_F(StoreTrouble, WithTheFileOfALaterVersionLeavesItUntouched) {
     expectTheSameAsWithoutTrouble();
     disk.quit();
 
-    EXPECT_THAT(told,
+    EXPECT_THAT(told(),
                 ElementsAre("Le fichier des réglages " + path() +
                             " vient d'une version plus récente de Velmora. Il reste intact ; rien "
                             "ne sera enregistré cette fois."));
@@ -256,9 +258,7 @@ TEST_F(StoreTroubleOnSmallDisk, FilledUpMeanwhileIsOverOnceThereIsSpace) {
         }
     });
 
-    EXPECT_THAT(told, ElementsAre(noSpace()));
-    EXPECT_TRUE(nextLaunchFinds() == everything());
-    EXPECT_EQ(told.size(), 1U);
+    expectToldAndOver(noSpace());
 }
 
 TEST_F(StoreTroubleOnSmallDisk, FullToTheEndLeavesTheEarlierSettings) {
@@ -268,7 +268,7 @@ TEST_F(StoreTroubleOnSmallDisk, FullToTheEndLeavesTheEarlierSettings) {
 
     expectTheSameAsWithoutTrouble();
 
-    EXPECT_THAT(told, ElementsAre(noSpace()));
+    EXPECT_THAT(told(), ElementsAre(noSpace()));
     EXPECT_TRUE(nextLaunchFinds() == earlier);
 }
 
@@ -282,9 +282,7 @@ TEST_F(StoreTroubleOnSmallDisk, ReadOnlyForEveryUserIsOverOnceItMayBeWritten) {
         }
     });
 
-    EXPECT_THAT(told, ElementsAre(cannotWrite()));
-    EXPECT_TRUE(nextLaunchFinds() == everything());
-    EXPECT_EQ(told.size(), 1U);
+    expectToldAndOver(cannotWrite());
 }
 
 } // namespace

@@ -23,13 +23,11 @@ int main(int count, char** arguments) {
         return EXIT_FAILURE;
     }
     SqliteDefaultsStore store(arguments[1]);
-    bool hasProblem = false;
-    store.setProblemListener([&](const StoreProblem&) { hasProblem = true; });
     Studio studio;
     Mixer mixer(studio, store);
     std::uint64_t number = std::strtoull(arguments[2], nullptr, 10);
     perform(Launch{}, mixer);
-    while (mixer.engine.isRunning() && !hasProblem && acknowledge(number)) {
+    while (mixer.engine.isRunning() && store.problems().empty() && acknowledge(number)) {
         studio.playBlock();
         perform(randomChange(++number), mixer);
     }

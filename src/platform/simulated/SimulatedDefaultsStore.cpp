@@ -22,38 +22,27 @@ Status SimulatedDefaultsStore::remove(std::string_view key) {
 }
 
 Status SimulatedDefaultsStore::keep() {
-    if (!refusal_) {
-        kept_ = values_;
-        return statusOk;
-    }
-    if (!std::exchange(refusalTold_, true)) {
+    if (refusal_) {
         report(*refusal_);
+        return refusal_->status;
     }
-    return refusal_->status;
+    kept_ = values_;
+    problems_.endThoseOfWriting();
+    problems_.tell();
+    return statusOk;
 }
 
 void SimulatedDefaultsStore::refuseWrites(const StoreProblem& problem) {
     refusal_ = problem;
-    refusalTold_ = false;
 }
 
 void SimulatedDefaultsStore::allowWrites() {
     refusal_.reset();
 }
 
-void SimulatedDefaultsStore::setProblemListener(ProblemListener listener) {
-    listener_ = std::move(listener);
-    for (const StoreProblem& problem : std::exchange(untold_, {})) {
-        report(problem);
-    }
-}
-
 void SimulatedDefaultsStore::report(const StoreProblem& problem) {
-    if (listener_) {
-        listener_(problem);
-    } else {
-        untold_.push_back(problem);
-    }
+    problems_.add(problem);
+    problems_.tell();
 }
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/DefaultsStore.h"
+#include "platform/StoreProblems.h"
 
 #include <map>
 #include <optional>
@@ -22,14 +23,17 @@ public:
     [[nodiscard]] std::optional<DefaultsValue> get(std::string_view key) const override;
     Status set(std::string_view key, DefaultsValue value) override;
     Status remove(std::string_view key) override;
-    void setProblemListener(ProblemListener listener) override;
+    [[nodiscard]] const std::vector<StoreProblem>& problems() const override {
+        return problems_.all();
+    }
+    [[nodiscard]] Signal& problemsChanged() override { return problems_.changed(); }
 
     // -- as a test arranges it --
 
     /// From now on writes fail with the problem's status; values live until this object ends.
     void refuseWrites(const StoreProblem& problem);
     void allowWrites();
-    /// Tells the listener, or keeps the problem until there is one.
+    /// The problem arises now, outside a write.
     void report(const StoreProblem& problem);
     /// What a later launch would find: everything whose write succeeded.
     [[nodiscard]] const Values& kept() const { return kept_; }
@@ -41,9 +45,7 @@ private:
     Values values_;
     Values kept_;
     std::optional<StoreProblem> refusal_;
-    bool refusalTold_ = false;
-    ProblemListener listener_;
-    std::vector<StoreProblem> untold_;
+    StoreProblems problems_;
 };
 
 } // namespace velmora

@@ -18,7 +18,6 @@ SqliteDefaultsStore::SqliteDefaultsStore(const std::filesystem::path& file, Cloc
 
 SqliteDefaultsStore::~SqliteDefaultsStore() {
     if (!pending_.empty()) {
-        listener_ = nullptr;
         static_cast<void>(writePending());
     }
 }
@@ -51,7 +50,7 @@ Status SqliteDefaultsStore::set(std::string_view key, DefaultsValue value) {
         known->second = std::move(value);
     }
     pending_.emplace(key);
-    return writePending();
+    return writeAndTell();
 }
 
 Status SqliteDefaultsStore::remove(std::string_view key) {
@@ -62,14 +61,7 @@ Status SqliteDefaultsStore::remove(std::string_view key) {
         return statusOk;
     }
     pending_.emplace(key);
-    return writePending();
-}
-
-void SqliteDefaultsStore::setProblemListener(ProblemListener listener) {
-    listener_ = std::move(listener);
-    for (const StoreProblem& problem : std::exchange(untold_, {})) {
-        tell(problem);
-    }
+    return writeAndTell();
 }
 
 Status SqliteDefaultsStore::open() {
@@ -124,14 +116,20 @@ Status SqliteDefaultsStore::beginAnew(Status damage) {
     for (const auto& [key, value] : values_) {
         pending_.insert(key);
     }
-    tell({StoreProblem::Kind::damaged, file_.path(), place->string(), damage});
+    problems_.add({StoreProblem::Kind::damaged, file_.path(), place->string(), damage});
     return openFile();
 }
 
 Status SqliteDefaultsStore::refuseNewer() {
     refused_ = statusNewerStore;
-    tellOnce(StoreProblem::Kind::newer, refused_);
+    problems_.add({StoreProblem::Kind::newer, file_.path(), {}, refused_});
     return refused_;
+}
+
+Status SqliteDefaultsStore::writeAndTell() {
+    const Status status = writePending();
+    problems_.tell();
+    return status;
 }
 
 Status SqliteDefaultsStore::writePending() {
@@ -152,7 +150,7 @@ Status SqliteDefaultsStore::writePending() {
         return failed(status);
     }
     pending_.clear();
-    toldSinceSuccess_.clear();
+    problems_.endThoseOfWriting();
     return statusOk;
 }
 
@@ -173,23 +171,10 @@ Status SqliteDefaultsStore::writeOnce() {
 }
 
 Status SqliteDefaultsStore::failed(Status status) {
-    tellOnce(status == SQLITE_FULL ? StoreProblem::Kind::full : StoreProblem::Kind::unwritable,
-             status);
+    const auto kind =
+        status == SQLITE_FULL ? StoreProblem::Kind::full : StoreProblem::Kind::unwritable;
+    problems_.add({kind, file_.path(), {}, status});
     return status;
-}
-
-void SqliteDefaultsStore::tellOnce(StoreProblem::Kind kind, Status status) {
-    if (toldSinceSuccess_.insert(kind).second) {
-        tell({kind, file_.path(), {}, status});
-    }
-}
-
-void SqliteDefaultsStore::tell(StoreProblem problem) {
-    if (listener_) {
-        listener_(problem);
-    } else {
-        untold_.push_back(std::move(problem));
-    }
 }
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/DefaultsStore.h"
+#include "platform/StoreProblems.h"
 #include "platform/sqlite/StoreConnection.h"
 #include "platform/sqlite/StoreFile.h"
 
@@ -30,7 +31,7 @@ public:
     /// Opens or creates `file` and its folder. `now` dates a damaged file's new name.
     explicit SqliteDefaultsStore(const std::filesystem::path& file,
                                  Clock now = std::chrono::system_clock::now);
-    /// Tries once more to write what could not be written.
+    /// Tries once more to write what could not be written, and tells nobody how that went.
     ~SqliteDefaultsStore() override;
 
     SqliteDefaultsStore(const SqliteDefaultsStore&) = delete;
@@ -42,18 +43,20 @@ public:
     [[nodiscard]] std::optional<DefaultsValue> get(std::string_view key) const override;
     Status set(std::string_view key, DefaultsValue value) override;
     Status remove(std::string_view key) override;
-    void setProblemListener(ProblemListener listener) override;
+    [[nodiscard]] const std::vector<StoreProblem>& problems() const override {
+        return problems_.all();
+    }
+    [[nodiscard]] Signal& problemsChanged() override { return problems_.changed(); }
 
 private:
     Status open();
     Status openFile();
     Status beginAnew(Status damage);
     Status refuseNewer();
+    Status writeAndTell();
     Status writePending();
     Status writeOnce();
     Status failed(Status status);
-    void tellOnce(StoreProblem::Kind kind, Status status);
-    void tell(StoreProblem problem);
 
     StoreFile file_;
     Clock now_;
@@ -61,10 +64,7 @@ private:
     Status refused_ = statusOk;                 // set for good when the file is a newer one
     StoredValues values_;
     std::set<std::string, std::less<>> pending_; // keys whose row is behind `values_`
-
-    ProblemListener listener_;
-    std::vector<StoreProblem> untold_; // from before there was a listener
-    std::set<StoreProblem::Kind> toldSinceSuccess_;
+    StoreProblems problems_;
 };
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
+#include "platform/DefaultsStore.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetSnapshot.h"
 #include "presets/PresetStore.h"
@@ -45,7 +46,8 @@ ControlWindowModel::ControlWindowModel(const Parts& parts, QObject* parent)
       chooser_(parts.platform.applications, this),
       engineConnection_(parts.engine.changed().connect([this] { follow(); })),
       presetsConnection_(parts.presets.changed().connect([this] { followPresets(); })),
-      settingsConnection_(parts.settings.changed().connect([this] { follow(); })) {
+      settingsConnection_(parts.settings.changed().connect([this] { follow(); })),
+      storeConnection_(parts.platform.defaults.problemsChanged().connect([this] { follow(); })) {
     follow();
     followPresets();
 }
@@ -56,11 +58,6 @@ void ControlWindowModel::toggleRunning() {
     } else {
         parts_.engine.start();
     }
-}
-
-void ControlWindowModel::addProblem(const StoreProblem& problem) {
-    problems_.add(problem);
-    follow();
 }
 
 void ControlWindowModel::setAudioReachable(bool reachable) {
@@ -104,8 +101,9 @@ void ControlWindowModel::follow() {
     if (takeOver(primaryCaption_, primaryName())) {
         Q_EMIT primaryCaptionChanged();
     }
-    if (takeOver(problemText_,
-                 QString::fromStdString(problems_.text(parts_.engine, parts_.settings)))) {
+    const std::string problems =
+        problems_.text(parts_.engine, parts_.platform.defaults.problems(), parts_.settings);
+    if (takeOver(problemText_, QString::fromStdString(problems))) {
         Q_EMIT problemTextChanged();
     }
 }

@@ -64,8 +64,6 @@ public:
 
     /// One line for each thing that is wrong; empty when all is well.
     [[nodiscard]] const QString& problemText() const { return problemText_; }
-    /// The settings file is in trouble: to be told by whoever listens to the store.
-    void addProblem(const StoreProblem& problem);
     /// To be told by whoever watches the audio service.
     void setAudioReachable(bool reachable);
 
@@ -142,6 +140,7 @@ private:
     Signal::Connection engineConnection_;
     Signal::Connection presetsConnection_;
     Signal::Connection settingsConnection_;
+    Signal::Connection storeConnection_;
 };
 
 } // namespace velmora

@@ -1,25 +1,16 @@
 #include "ui/control/ProblemText.h"
 
 #include "engine/AudioEngine.h"
+#include "platform/DefaultsStore.h"
 #include "settings/AppSettings.h"
 #include "settings/ErrorText.h"
 #include "settings/StoreProblemText.h"
 
-#include <algorithm>
-
 namespace velmora {
 
-void ProblemText::add(const StoreProblem& problem) {
-    const auto tellsTheSame = [&](const StoreProblem& told) {
-        return told.kind == problem.kind && told.file == problem.file &&
-               told.setAside == problem.setAside && told.status == problem.status;
-    };
-    if (std::ranges::none_of(storeProblems_, tellsTheSame)) {
-        storeProblems_.push_back(problem);
-    }
-}
-
-std::string ProblemText::text(const AudioEngine& engine, const AppSettings& settings) const {
+std::string ProblemText::text(const AudioEngine& engine,
+                              std::span<const StoreProblem> storeProblems,
+                              const AppSettings& settings) const {
     std::string lines;
     const auto add = [&lines](const std::string& line) {
         lines += (lines.empty() ? "" : "\n") + line;
@@ -27,7 +18,7 @@ std::string ProblemText::text(const AudioEngine& engine, const AppSettings& sett
     if (engine.lastError()) {
         add(errorText(*engine.lastError(), settings));
     }
-    for (const StoreProblem& problem : storeProblems_) {
+    for (const StoreProblem& problem : storeProblems) {
         add(storeProblemText(problem, settings));
     }
     if (!audioReachable_ && engine.lastError() != AudioEngine::serviceAway) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/DefaultsStore.h"
+#include "platform/Signal.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -154,33 +155,99 @@ TYPED_TEST_P(DefaultsStoreContract, WritesWhatWasRefusedWithTheNextSuccess) {
     EXPECT_EQ(this->store().get("old"), std::nullopt);
 }
 
-TYPED_TEST_P(DefaultsStoreContract, TellsARepeatedRefusalOnceUntilAWriteSucceeds) {
+TYPED_TEST_P(DefaultsStoreContract, TriesARefusedValueAgainWhenItIsSetAgain) {
+    this->rig.refuseWrites();
+    this->store().set("volume", 0.25);
+    EXPECT_NE(this->store().set("volume", 0.25), statusOk);
+    this->rig.allowWrites();
+
+    EXPECT_EQ(this->store().set("volume", 0.25), statusOk);
+
+    EXPECT_TRUE(this->store().problems().empty());
+    EXPECT_EQ(this->template afterRelaunch<double>("volume"), 0.25);
+}
+
+TYPED_TEST_P(DefaultsStoreContract, TriesARefusedRemovalAgainWhenItIsRepeated) {
+    this->store().set("volume", 0.25);
+    this->rig.refuseWrites();
+    this->store().remove("volume");
+    EXPECT_NE(this->store().remove("volume"), statusOk);
+    this->rig.allowWrites();
+
+    EXPECT_EQ(this->store().remove("volume"), statusOk);
+
+    EXPECT_TRUE(this->store().problems().empty());
+    EXPECT_EQ(this->template afterRelaunch<double>("volume"), std::nullopt);
+}
+
+TYPED_TEST_P(DefaultsStoreContract, HasNoProblemWhenAllIsWell) {
+    EXPECT_EQ(this->store().set("volume", 0.25), statusOk);
+
+    EXPECT_TRUE(this->store().problems().empty());
+}
+
+TYPED_TEST_P(DefaultsStoreContract, ListsARepeatedRefusalOnceUntilAWriteSucceeds) {
     int told = 0;
-    this->store().setProblemListener([&](const StoreProblem&) { ++told; });
+    const auto connection = this->store().problemsChanged().connect([&] { ++told; });
     this->rig.refuseWrites();
     this->store().set("volume", 0.1);
     this->store().set("volume", 0.2);
+    EXPECT_EQ(this->store().problems().size(), 1U);
     EXPECT_EQ(told, 1);
 
     this->rig.allowWrites();
     this->store().set("volume", 0.3);
-    this->rig.refuseWrites();
     this->store().set("volume", 0.4);
-
+    EXPECT_TRUE(this->store().problems().empty());
     EXPECT_EQ(told, 2);
+
+    this->rig.refuseWrites();
+    this->store().set("volume", 0.5);
+    EXPECT_EQ(this->store().problems().size(), 1U);
+    EXPECT_EQ(told, 3);
     this->rig.allowWrites();
 }
 
-TYPED_TEST_P(DefaultsStoreContract, TellsALateListenerWhatHappenedBefore) {
+TYPED_TEST_P(DefaultsStoreContract, ListsAProblemForWhoeverAsksLater) {
     this->rig.refuseWrites();
     const Status refused = this->store().set("volume", 0.1);
     this->rig.allowWrites();
 
-    std::vector<StoreProblem> told;
-    this->store().setProblemListener([&](const StoreProblem& problem) { told.push_back(problem); });
+    bool told = false;
+    const auto connection = this->store().problemsChanged().connect([&] { told = true; });
 
-    ASSERT_EQ(told.size(), 1U);
-    EXPECT_EQ(told[0].status, refused);
+    ASSERT_EQ(this->store().problems().size(), 1U);
+    EXPECT_EQ(this->store().problems()[0].status, refused);
+    EXPECT_FALSE(told);
+}
+
+TYPED_TEST_P(DefaultsStoreContract, HasFinishedAWriteWhenItTells) {
+    this->rig.refuseWrites();
+    this->store().set("volume", 0.25);
+    this->rig.allowWrites();
+    Status written = -1;
+    const auto connection =
+        this->store().problemsChanged().connect([&] { written = this->store().set("told", true); });
+
+    this->store().set("language", std::string("en"));
+
+    EXPECT_EQ(written, statusOk);
+    this->rig.nextLaunch();
+    EXPECT_EQ(this->store().template read<double>("volume"), 0.25);
+    EXPECT_EQ(this->store().template read<std::string>("language"), "en");
+    EXPECT_EQ(this->store().template read<bool>("told"), true);
+}
+
+TYPED_TEST_P(DefaultsStoreContract, TellsNobodyWhileItEnds) {
+    this->rig.refuseWrites();
+    this->store().set("volume", 0.25);
+    this->rig.allowWrites();
+    bool told = false;
+    const auto connection = this->store().problemsChanged().connect([&] { told = true; });
+
+    this->rig.nextLaunch();
+
+    EXPECT_FALSE(told);
 }
 
 REGISTER_TYPED_TEST_SUITE_P(DefaultsStoreContract,
@@ -196,7 +263,12 @@ REGISTER_TYPED_TEST_SUITE_P(DefaultsStoreContract,
                             RemovingAnAbsentKeySucceeds,
                             ReturnsAValueThatCouldNotBeWritten,
                             WritesWhatWasRefusedWithTheNextSuccess,
-                            TellsARepeatedRefusalOnceUntilAWriteSucceeds,
-                            TellsALateListenerWhatHappenedBefore);
+                            TriesARefusedValueAgainWhenItIsSetAgain,
+                            TriesARefusedRemovalAgainWhenItIsRepeated,
+                            HasNoProblemWhenAllIsWell,
+                            ListsARepeatedRefusalOnceUntilAWriteSucceeds,
+                            ListsAProblemForWhoeverAsksLater,
+                            HasFinishedAWriteWhenItTells,
+                            TellsNobodyWhileItEnds);
 
 } // namespace velmora

@@ -132,6 +132,46 @@ TEST_F(DamagedStore, LosesNothingWhenTheDamageComesWhileTheProgramRuns) {
     EXPECT_EQ(disk.problems.size(), 1U);
 }
 
+TEST_F(DamagedStore, KeepsItsLogToo) {
+    // More than SQLite keeps in memory (2 MB), so that it has to read the damaged pages.
+    const std::string large(20'000, 'v');
+    for (int key = 0; key < 200; ++key) {
+        disk.store().set("key" + std::to_string(key), large);
+    }
+    disk.nextLaunch();
+    disk.store().set("volume", 0.5);
+    std::string file = contentOf(disk.path());
+    file.replace(pageBytes, std::string::npos, file.size() - pageBytes, '\xFF');
+    std::fstream(disk.path(), std::ios::binary | std::ios::in | std::ios::out) << file;
+    std::string log;
+
+    for (int key = 0; key < 200 && disk.problems.empty(); key += 2) {
+        log = contentOf(disk.log());
+        disk.store().set("key" + std::to_string(key), 1.0);
+    }
+
+    ASSERT_EQ(disk.problems.size(), 1U);
+    EXPECT_FALSE(log.empty());
+    EXPECT_TRUE(contentOf(disk.problems[0].setAside) == file);
+    EXPECT_TRUE(contentOf(disk.problems[0].setAside + "-wal") == log);
+}
+
+TEST_F(DamagedStore, IsListedUntilTheProgramEnds) {
+    write(disk.path(), "damage");
+    EXPECT_EQ(disk.store().set("volume", 0.5), statusOk);
+    disk.refuseWrites();
+    disk.store().set("volume", 0.6);
+    EXPECT_EQ(disk.store().problems().size(), 2U);
+    disk.allowWrites();
+
+    EXPECT_EQ(disk.store().set("volume", 0.7), statusOk);
+
+    ASSERT_EQ(disk.store().problems().size(), 1U);
+    EXPECT_EQ(disk.store().problems()[0].kind, Kind::damaged);
+    disk.nextLaunch();
+    EXPECT_TRUE(disk.store().problems().empty());
+}
+
 // A later version may have given every row another meaning.
 class NewerStore : public testing::Test {
 protected:

@@ -3,10 +3,6 @@
 
 namespace velmora {
 
-struct SqliteRig : StoreOnDisk {
-    SqliteRig() : StoreOnDisk(false) {}
-};
-
-INSTANTIATE_TYPED_TEST_SUITE_P(Sqlite, DefaultsStoreContract, SqliteRig);
+INSTANTIATE_TYPED_TEST_SUITE_P(Sqlite, DefaultsStoreContract, StoreOnDisk);
 
 } // namespace velmora

@@ -4,6 +4,7 @@
 #include "platform/sqlite/SqliteDefaultsStore.h"
 #include "support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -43,8 +44,6 @@ private:
 /// The settings of one user, and the store of the launch that is running.
 class StoreOnDisk {
 public:
-    explicit StoreOnDisk(bool listens = true) : listens_(listens) {}
-
     [[nodiscard]] fs::path path() const { return folder_.path() / "data" / "settings.sqlite"; }
     [[nodiscard]] fs::path log() const { return path().string() + "-wal"; }
     [[nodiscard]] const fs::path& folder() const { return folder_.path(); }
@@ -52,10 +51,9 @@ public:
     SqliteDefaultsStore& store() {
         if (!store_) {
             store_.emplace(path(), [this] { return now; });
-            if (listens_) {
-                store_->setProblemListener(
-                    [this](const StoreProblem& problem) { problems.push_back(problem); });
-            }
+            held_.clear();
+            noteProblems();
+            connection_ = store_->problemsChanged().connect([this] { noteProblems(); });
         }
         return *store_;
     }
@@ -68,13 +66,23 @@ public:
     }
     void allowWrites() { noSpace_.reset(); }
 
-    std::vector<StoreProblem> problems; ///< told by every launch so far
+    std::vector<StoreProblem> problems; ///< that arose in the launches so far
     std::chrono::system_clock::time_point now{};
 
 private:
-    bool listens_;
+    void noteProblems() {
+        for (const StoreProblem& problem : store_->problems()) {
+            if (std::ranges::find(held_, problem) == held_.end()) {
+                problems.push_back(problem);
+            }
+        }
+        held_ = store_->problems();
+    }
+
     support::TemporaryFolder folder_{"velmora-store"};
     std::optional<SqliteDefaultsStore> store_;
+    std::vector<StoreProblem> held_; // as last seen
+    Signal::Connection connection_;
     std::optional<NoSpace> noSpace_;
 };
 

@@ -68,6 +68,7 @@ TEST_F(UnwritableStore, WritesEverythingOnceTheFolderAllowsIt) {
 
     EXPECT_EQ(disk.store().set("language", std::string("en")), statusOk);
 
+    EXPECT_TRUE(disk.store().problems().empty());
     disk.nextLaunch();
     EXPECT_EQ(disk.store().read<double>("volume"), 0.5);
     EXPECT_EQ(disk.store().read<std::string>("language"), "en");
@@ -76,14 +77,11 @@ TEST_F(UnwritableStore, WritesEverythingOnceTheFolderAllowsIt) {
 TEST_F(UnwritableStore, StaysInMemoryWhereNoFolderCanBeMade) {
     write(disk.folder() / "file", "in the way");
     SqliteDefaultsStore store(disk.folder() / "file" / "velmora" / "settings.sqlite");
-    std::vector<StoreProblem> problems;
-    store.setProblemListener([&](const StoreProblem& problem) { problems.push_back(problem); });
-
     EXPECT_NE(store.set("volume", 0.5), statusOk);
 
     EXPECT_EQ(store.read<double>("volume"), 0.5);
-    ASSERT_EQ(problems.size(), 1U);
-    EXPECT_EQ(problems[0].kind, Kind::unwritable);
+    ASSERT_EQ(store.problems().size(), 1U);
+    EXPECT_EQ(store.problems()[0].kind, Kind::unwritable);
 }
 
 TEST_F(UnwritableStore, TellsAFullDiskAsSuch) {
@@ -105,8 +103,45 @@ TEST_F(UnwritableStore, TellsADiskThatWasFullFromTheStart) {
 
     EXPECT_EQ(disk.store().set("language", std::string("en")), statusOk);
 
+    EXPECT_TRUE(disk.store().problems().empty());
     disk.nextLaunch();
     EXPECT_EQ(disk.store().read<double>("volume"), 0.5);
+}
+
+TEST_F(UnwritableStore, SaysWhatTheLastAttemptMet) {
+    const Unprivileged user(disk.folder());
+    fs::permissions(folder(), fs::perms::owner_read | fs::perms::owner_exec);
+    disk.store();
+    fs::permissions(folder(), fs::perms::owner_all);
+    disk.refuseWrites();
+    disk.store().set("volume", 0.5);
+    ASSERT_EQ(disk.store().problems().size(), 2U);
+    EXPECT_EQ(disk.store().problems()[0].kind, Kind::unwritable);
+    EXPECT_EQ(disk.store().problems()[1].kind, Kind::full);
+
+    disk.allowWrites();
+    disk.store().set("volume", 0.6);
+
+    EXPECT_TRUE(disk.store().problems().empty());
+}
+
+// A row that the table refuses fails alone: SQLite itself undoes nothing then.
+TEST_F(UnwritableStore, KeepsNothingOfAWriteThatFailedInTheMiddle) {
+    disk.store();
+    runSql(disk.path(),
+           "CREATE TRIGGER refusal BEFORE INSERT ON defaults WHEN new.key='b' "
+           "BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    EXPECT_NE(disk.store().set("b", 2.0), statusOk);
+    EXPECT_NE(disk.store().set("a", 1.0), statusOk);
+
+    runSql(disk.path(), "DROP TRIGGER refusal"); // fails while a transaction is open
+    EXPECT_EQ(disk.store().set("c", 3.0), statusOk);
+
+    EXPECT_TRUE(disk.store().problems().empty());
+    disk.nextLaunch();
+    for (const auto& [key, value] : NumberMap{{"a", 1.0}, {"b", 2.0}, {"c", 3.0}}) {
+        EXPECT_EQ(disk.store().read<double>(key), value) << key;
+    }
 }
 
 TEST_F(UnwritableStore, WritesWhatItStillHoldsWhenTheProgramEnds) {

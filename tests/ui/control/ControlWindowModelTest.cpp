@@ -44,7 +44,8 @@ TEST_F(ControlWindowModelTest, AProblemGoesWhenTheEngineClearsIt) {
 
 TEST_F(ControlWindowModelTest, ProblemsAreLinesInAFixedOrder) {
     model.setAudioReachable(false);
-    model.addProblem({.kind = StoreProblem::Kind::full, .file = "/home/s.db", .status = -28});
+    machine.defaults.report(
+        {.kind = StoreProblem::Kind::full, .file = "/home/s.db", .status = -28});
     engine.setLastError("Introuvable : Radio");
     EXPECT_EQ(model.problemText(),
               "Introuvable : Radio\n"
@@ -53,13 +54,32 @@ TEST_F(ControlWindowModelTest, ProblemsAreLinesInAFixedOrder) {
               "Service audio injoignable");
 }
 
-TEST_F(ControlWindowModelTest, AProblemToldAgainIsStillOneLine) {
-    const StoreProblem problem{
-        .kind = StoreProblem::Kind::full, .file = "/home/s.db", .status = -28};
-    model.addProblem(problem);
-    const auto text = model.problemText();
-    model.addProblem(problem);
-    EXPECT_EQ(model.problemText(), text);
+TEST_F(ControlWindowModelTest, ALaterModelShowsTheProblemsOfTheStoreToo) {
+    machine.defaults.report({.kind = StoreProblem::Kind::newer, .file = "/home/s.db"});
+    const ControlWindowModel later{
+        {machine.platform(), engine, sources, presets, recall, settings}};
+    EXPECT_NE(later.problemText(), "");
+    EXPECT_EQ(later.problemText(), model.problemText());
+}
+
+TEST_F(ControlWindowModelTest, AWriteThatSucceedsEndsTheWarningThatChangesWillBeLost) {
+    machine.defaults.refuseWrites(
+        {.kind = StoreProblem::Kind::unwritable, .file = "/home/s.db", .status = -30});
+    settings.setLanguage("en");
+    EXPECT_NE(model.problemText(), "");
+    machine.defaults.allowWrites();
+    settings.setLanguage("fr");
+    EXPECT_EQ(model.problemText(), "");
+}
+
+TEST_F(ControlWindowModelTest, EveryDamagedFileIsALine) {
+    for (const char* place : {"/home/first.db", "/home/second.db"}) {
+        machine.defaults.report(
+            {.kind = StoreProblem::Kind::damaged, .file = "/home/s.db", .setAside = place});
+    }
+    EXPECT_EQ(model.problemText().count('\n'), 1);
+    EXPECT_TRUE(model.problemText().contains("/home/first.db"));
+    EXPECT_TRUE(model.problemText().contains("/home/second.db"));
 }
 
 TEST_F(ControlWindowModelTest, ProblemsFollowTheLanguage) {

@@ -47,7 +47,9 @@ public:
 
     [[nodiscard]] Platform platform() {
         const Platform machine = machine_.platform();
-        return {.hardware = machine.hardware,
+        return {.devices = machine.devices,
+                .taps = machine.taps,
+                .sinks = machine.sinks,
                 .units = machine.units,
                 .applications = *applications_,
                 .defaults = machine.defaults,

@@ -50,7 +50,9 @@ public:
 private:
     [[nodiscard]] Platform platform() {
         const Platform machine = machine_.platform();
-        return {.hardware = machine.hardware,
+        return {.devices = machine.devices,
+                .taps = machine.taps,
+                .sinks = machine.sinks,
                 .units = machine.units,
                 .applications = machine.applications,
                 .defaults = file.store,
@@ -63,7 +65,7 @@ private:
 
 public:
     [[nodiscard]] Preset preset(const std::string& name) {
-        return snapshotPreset(engine, machine_.hardware, name);
+        return snapshotPreset(engine, machine_.devices, name);
     }
 
     SettingsFile file;

@@ -56,7 +56,7 @@ int main(int argc, char** argv) {
                             .bundleID = "pid." + std::string(argv[at])};
         const bool isThere = support::waitUntil([&] {
             QCoreApplication::processEvents();
-            return platform.hardware.processForPid(app.pid).has_value();
+            return platform.taps.processForPid(app.pid).has_value();
         });
         if (!isThere) {
             std::cerr << "velmora_live_mixer: process " << app.pid << " plays nothing\n";

@@ -1,6 +1,6 @@
 #include "app/VelmoraApp.h"
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "ui/Ui.h"
 #include "ui/kit/Kit.h"
 
@@ -46,12 +46,9 @@ VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version)
 }
 
 void VelmoraApp::listen() {
-    controlModel_.setAudioReachable(platform_.hardware.isAvailable());
-    platform_.hardware.onAvailabilityChange([guard = std::weak_ptr(self_)](bool isAvailable) {
-        if (const auto self = guard.lock()) {
-            (*self)->controlModel_.setAudioReachable(isAvailable);
-        }
-    });
+    controlModel_.setAudioReachable(platform_.devices.isAvailable());
+    devicesConnection_ = platform_.devices.changed().connect(
+        [this] { controlModel_.setAudioReachable(platform_.devices.isAvailable()); });
     connect(
         &controlModel_, &ControlWindowModel::settingsRequested, this, &VelmoraApp::openSettings);
     connect(&controlModel_, &ControlWindowModel::quitRequested, this, &VelmoraApp::quit);

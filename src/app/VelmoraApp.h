@@ -8,6 +8,7 @@
 #include "engine/AudioEngine.h"
 #include "platform/MainQueue.h"
 #include "platform/Platform.h"
+#include "platform/Signal.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
@@ -61,8 +62,7 @@ private:
     SceneWindow settingsWindow_;
     TrayItem tray_;
     std::unique_ptr<MainQueue::Timer> trayGrace_;
-    /// The platform's listeners, which outlive this object, look here first.
-    std::shared_ptr<VelmoraApp*> self_ = std::make_shared<VelmoraApp*>(this);
+    Signal::Connection devicesConnection_;
 };
 
 } // namespace velmora

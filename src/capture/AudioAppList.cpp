@@ -1,5 +1,6 @@
 #include "capture/DeviceQueries.h"
 #include "capture/NameCompare.h"
+#include "platform/ApplicationTaps.h"
 #include "platform/Applications.h"
 
 #include <algorithm>
@@ -25,10 +26,10 @@ AppSource sourceOf(std::int32_t pid, const RunningApplication& application) {
 /// The application behind one process object, unless it is to be left out: our own, one listed
 /// already (its first object has decided), one without a name, or a silent background program.
 std::optional<FoundApp> appBehind(AudioObjectID process,
-                                  const AudioHardware& hardware,
+                                  const ApplicationTaps& taps,
                                   const Applications& applications,
                                   std::set<std::int32_t>& seen) {
-    const auto pid = hardware.processPid(process);
+    const auto pid = taps.processPid(process);
     if (!pid || *pid == applications.ownPid() || seen.contains(*pid)) {
         return std::nullopt;
     }
@@ -37,7 +38,7 @@ std::optional<FoundApp> appBehind(AudioObjectID process,
         return std::nullopt;
     }
     seen.insert(*pid);
-    const bool playing = hardware.processIsRunningOutput(process).value_or(false);
+    const bool playing = taps.processIsRunningOutput(process).value_or(false);
     if (!playing && !application->regular) {
         return std::nullopt;
     }
@@ -51,12 +52,12 @@ bool comesBefore(const FoundApp& one, const FoundApp& other) {
 
 } // namespace
 
-AudioApps listAudioApps(const AudioHardware& hardware, const Applications& applications) {
+AudioApps listAudioApps(const ApplicationTaps& taps, const Applications& applications) {
     std::vector<FoundApp> found;
     std::set<std::int32_t> seen;
     for (const AudioObjectID process :
-         hardware.processObjects().value_or(std::vector<AudioObjectID>{})) {
-        if (auto app = appBehind(process, hardware, applications, seen)) {
+         taps.processObjects().value_or(std::vector<AudioObjectID>{})) {
+        if (auto app = appBehind(process, taps, applications, seen)) {
             found.push_back(std::move(*app));
         }
     }

@@ -2,6 +2,7 @@
 
 #include "capture/DeviceQueries.h"
 #include "platform/DefaultsStore.h"
+#include "platform/PublicSinks.h"
 
 #include <string_view>
 #include <utility>
@@ -12,23 +13,11 @@ namespace {
 constexpr std::string_view enabledKey = "dawMode.enabled";
 constexpr std::string_view interfaceKey = "dawMode.interfaceUID";
 
-constexpr const char* aggregateName = "Velmora DAW";
-constexpr const char* aggregateUID = "app.velmora.daw.aggregate";
+constexpr const char* sinkName = "Velmora DAW";
+constexpr const char* sinkUID = "app.velmora.daw.aggregate";
 
-AggregateDescription describe(const std::string& interfaceUID, const std::string& microphoneUID) {
-    return {.name = aggregateName,
-            .uid = aggregateUID,
-            .isPrivate = false,
-            .tapAutoStart = false,
-            .taps = {},
-            .stacked = true,
-            .masterUID = interfaceUID,
-            .subDevices = {{.uid = interfaceUID, .driftCompensation = false},
-                           {.uid = microphoneUID, .driftCompensation = true}}};
-}
-
-bool isPhysical(const AudioHardware& hardware, AudioObjectID device) {
-    return hardware.transport(device).value_or(Transport::other) == Transport::other;
+bool isPhysical(const AudioDevices& devices, AudioObjectID device) {
+    return devices.transport(device).value_or(Transport::other) == Transport::other;
 }
 
 } // namespace
@@ -81,12 +70,12 @@ void DAWModeManager::create() {
 }
 
 void DAWModeManager::chooseDefaultOutput() {
-    const AudioHardware& hardware = platform_.hardware;
-    const auto output = hardware.defaultOutputDevice();
-    if (!output || !isPhysical(hardware, *output)) {
+    const AudioDevices& devices = platform_.devices;
+    const auto output = devices.defaultOutputDevice();
+    if (!output || !isPhysical(devices, *output)) {
         return;
     }
-    if (auto uid = deviceUID(hardware, *output)) {
+    if (auto uid = deviceUID(devices, *output)) {
         interfaceUID_ = std::move(uid);
         persist();
     }
@@ -98,14 +87,17 @@ void DAWModeManager::build() {
         return;
     }
     const auto microphoneUID =
-        findVirtualMicDevice(platform_.hardware).and_then([this](AudioObjectID microphone) {
-            return deviceUID(platform_.hardware, microphone);
+        findVirtualMicDevice(platform_.devices).and_then([this](AudioObjectID microphone) {
+            return deviceUID(platform_.devices, microphone);
         });
     if (!microphoneUID) {
         lastError_ = "Driver Velmora introuvable";
         return;
     }
-    const auto made = platform_.hardware.createAggregate(describe(*interfaceUID_, *microphoneUID));
+    const auto made = platform_.sinks.create({.name = sinkName,
+                                              .uid = sinkUID,
+                                              .masterUID = *interfaceUID_,
+                                              .followerUID = *microphoneUID});
     if (!made) {
         lastError_ = "Création du device DAW refusée (err " + std::to_string(made.error()) + ")";
         return;
@@ -116,11 +108,11 @@ void DAWModeManager::build() {
 
 void DAWModeManager::remove() {
     if (aggregateID_ == 0) {
-        aggregateID_ = findDevice(platform_.hardware, aggregateUID).value_or(0);
+        aggregateID_ = findDevice(platform_.devices, sinkUID).value_or(0);
     }
     if (aggregateID_ != 0) {
         // Whether it was still there makes no difference to what follows.
-        static_cast<void>(platform_.hardware.destroyAggregate(aggregateID_));
+        static_cast<void>(platform_.sinks.remove(aggregateID_));
         aggregateID_ = 0;
     }
 }

@@ -1,7 +1,7 @@
 // DAWModeManager.h: one public device that plays to an audio interface and the microphone at once.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "platform/Platform.h"
 #include "platform/Signal.h"
 

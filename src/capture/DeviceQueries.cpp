@@ -20,24 +20,24 @@ struct NamedDevice {
 };
 
 /// Every device whose name can be read.
-std::vector<NamedDevice> namedDevices(const AudioHardware& hardware) {
+std::vector<NamedDevice> namedDevices(const AudioDevices& devices) {
     std::vector<NamedDevice> named;
-    for (const AudioObjectID id : allDeviceIDs(hardware)) {
-        if (auto name = hardware.deviceName(id)) {
+    for (const AudioObjectID id : allDeviceIDs(devices)) {
+        if (auto name = devices.deviceName(id)) {
             named.push_back({id, std::move(*name)});
         }
     }
     return named;
 }
 
-std::vector<NamedDevice> usableDevices(const AudioHardware& hardware, Scope scope) {
-    auto devices = namedDevices(hardware);
-    std::erase_if(devices, [&](const NamedDevice& device) {
-        const auto streams = hardware.streamChannels(device.id, scope);
+std::vector<NamedDevice> usableDevices(const AudioDevices& devices, Scope scope) {
+    auto usable = namedDevices(devices);
+    std::erase_if(usable, [&](const NamedDevice& device) {
+        const auto streams = devices.streamChannels(device.id, scope);
         return !streams || streams->empty() || isVirtualMicName(device.name) ||
                device.name.starts_with(privateDevicePrefix);
     });
-    return devices;
+    return usable;
 }
 
 std::vector<AudioSource> asSources(const std::vector<NamedDevice>& devices) {
@@ -48,12 +48,12 @@ std::vector<AudioSource> asSources(const std::vector<NamedDevice>& devices) {
     return sources;
 }
 
-std::vector<InputDeviceInfo> asInfos(const AudioHardware& hardware, Scope scope) {
+std::vector<InputDeviceInfo> asInfos(const AudioDevices& devices, Scope scope) {
     std::vector<InputDeviceInfo> infos;
-    for (NamedDevice& device : usableDevices(hardware, scope)) {
+    for (NamedDevice& device : usableDevices(devices, scope)) {
         infos.push_back({.deviceID = device.id,
                          .name = std::move(device.name),
-                         .channels = channelCount(hardware, device.id, scope),
+                         .channels = channelCount(devices, device.id, scope),
                          .isVirtual = false});
     }
     return infos;
@@ -61,55 +61,55 @@ std::vector<InputDeviceInfo> asInfos(const AudioHardware& hardware, Scope scope)
 
 } // namespace
 
-std::vector<AudioSource> listInputDevices(const AudioHardware& hardware) {
-    return asSources(usableDevices(hardware, Scope::input));
+std::vector<AudioSource> listInputDevices(const AudioDevices& devices) {
+    return asSources(usableDevices(devices, Scope::input));
 }
 
-std::vector<AudioSource> listOutputDevices(const AudioHardware& hardware) {
-    return asSources(usableDevices(hardware, Scope::output));
+std::vector<AudioSource> listOutputDevices(const AudioDevices& devices) {
+    return asSources(usableDevices(devices, Scope::output));
 }
 
-std::vector<InputDeviceInfo> listInputDeviceInfos(const AudioHardware& hardware) {
-    auto infos = asInfos(hardware, Scope::input);
+std::vector<InputDeviceInfo> listInputDeviceInfos(const AudioDevices& devices) {
+    auto infos = asInfos(devices, Scope::input);
     for (InputDeviceInfo& info : infos) {
         info.isVirtual =
-            hardware.transport(info.deviceID).value_or(Transport::other) != Transport::other;
+            devices.transport(info.deviceID).value_or(Transport::other) != Transport::other;
     }
     return infos;
 }
 
-std::vector<InputDeviceInfo> listOutputDeviceInfos(const AudioHardware& hardware) {
-    return asInfos(hardware, Scope::output);
+std::vector<InputDeviceInfo> listOutputDeviceInfos(const AudioDevices& devices) {
+    return asInfos(devices, Scope::output);
 }
 
-std::vector<AudioObjectID> allDeviceIDs(const AudioHardware& hardware) {
-    return hardware.devices().value_or(std::vector<AudioObjectID>{});
+std::vector<AudioObjectID> allDeviceIDs(const AudioDevices& devices) {
+    return devices.devices().value_or(std::vector<AudioObjectID>{});
 }
 
-std::optional<AudioObjectID> findDevice(const AudioHardware& hardware, std::string_view uid) {
-    const auto ids = allDeviceIDs(hardware);
+std::optional<AudioObjectID> findDevice(const AudioDevices& devices, std::string_view uid) {
+    const auto ids = allDeviceIDs(devices);
     const auto found =
-        std::ranges::find_if(ids, [&](AudioObjectID id) { return hardware.deviceUID(id) == uid; });
+        std::ranges::find_if(ids, [&](AudioObjectID id) { return devices.deviceUID(id) == uid; });
     return found == ids.end() ? std::nullopt : std::optional(*found);
 }
 
-std::optional<std::string> deviceName(const AudioHardware& hardware, AudioObjectID device) {
-    return hardware.deviceName(device);
+std::optional<std::string> deviceName(const AudioDevices& devices, AudioObjectID device) {
+    return devices.deviceName(device);
 }
 
-std::optional<std::string> deviceUID(const AudioHardware& hardware, AudioObjectID device) {
-    return hardware.deviceUID(device);
+std::optional<std::string> deviceUID(const AudioDevices& devices, AudioObjectID device) {
+    return devices.deviceUID(device);
 }
 
-std::int64_t channelCount(const AudioHardware& hardware, AudioObjectID device, Scope scope) {
-    const auto streams = hardware.streamChannels(device, scope);
+std::int64_t channelCount(const AudioDevices& devices, AudioObjectID device, Scope scope) {
+    const auto streams = devices.streamChannels(device, scope);
     return streams ? std::accumulate(streams->begin(), streams->end(), std::int64_t{0}) : 0;
 }
 
-std::optional<AudioObjectID> findVirtualMicDevice(const AudioHardware& hardware) {
-    const auto devices = namedDevices(hardware);
+std::optional<AudioObjectID> findVirtualMicDevice(const AudioDevices& devices) {
+    const auto named = namedDevices(devices);
     for (const std::string_view wanted : {ownName, loopbackName}) {
-        for (const NamedDevice& device : devices) {
+        for (const NamedDevice& device : named) {
             if (containsIgnoringCase(device.name, wanted)) {
                 return device.id;
             }

@@ -1,7 +1,7 @@
 // InputDeviceInfo.h: one audio device in one direction.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,5 @@
 #include "capture/ProcessTap.h"
 
-#include "capture/RandomUuid.h"
 #include "effects/EffectsChain.h"
 #include "engine/VelmoraError.h"
 #include "engine/realtime/ParamBox.h"
@@ -9,7 +8,7 @@
 #include <bit>
 #include <limits>
 #include <numeric>
-#include <string_view>
+#include <string>
 #include <utility>
 
 namespace velmora {
@@ -31,22 +30,29 @@ void cleanAndScale(float* samples, std::int64_t count, float factor) noexcept {
     }
 }
 
-/// The value of a request, or the refusal as an error for the user.
-template <typename T>
-T valueOrThrow(const StatusOr<T>& result, std::string_view sentence, std::string_view hint = {}) {
-    if (!result) {
-        throw VelmoraError::tap(withStatus(sentence, result.error()) + std::string(hint));
+std::string sentenceOf(const TapRefusal& refusal) {
+    using Step = TapRefusal::Step;
+    switch (refusal.step) {
+    case Step::tap:
+        return withStatus("Création du tap refusée", refusal.status) +
+               " — vérifier la permission d'enregistrement audio système";
+    case Step::device:
+        return withStatus("Création du device agrégé refusée", refusal.status);
+    case Step::callback:
+        return withStatus("IOProc refusé", refusal.status);
+    case Step::start:
+        break;
     }
-    return *result;
+    return withStatus("Démarrage du device agrégé refusé", refusal.status);
 }
 
 } // namespace
 
-ProcessTap::ProcessTap(AudioHardware& hardware,
+ProcessTap::ProcessTap(const Platform& platform,
                        CaptureChain chain,
                        bool muteDirect,
                        OnLevel onLevel)
-    : hardware_(hardware), chain_(std::move(chain)), muteDirect_(muteDirect),
+    : platform_(platform), chain_(std::move(chain)), muteDirect_(muteDirect),
       onLevel_(std::move(onLevel)) {
 }
 
@@ -56,95 +62,54 @@ ProcessTap::~ProcessTap() {
 
 void ProcessTap::start(std::int32_t pid) {
     stop();
-    const AudioObjectID process = hardware_.processForPid(pid).value_or(0);
+    const AudioObjectID process = platform_.taps.processForPid(pid).value_or(0);
     if (process == 0) {
         throw VelmoraError::tap("Cette app n'a pas encore de son — lance une lecture dedans, puis "
                                 "re-sélectionne-la.");
     }
-    const std::string uuid = randomUuid();
-    // Read before the tap exists: the tap's mixdown is made for the output as it is now.
-    const std::uint32_t channels = defaultOutputChannelCount(hardware_);
-    createTap(process, uuid);
-    createAggregate(uuid);
+    // Read before the tap exists: the tap's mixdown is made for the output as it is now. An exact
+    // half: five channels give 2.5.
+    const std::uint32_t channels = defaultOutputChannelCount(platform_.devices);
+    const float compensation = std::max(static_cast<float>(channels) / 2.0F, 1.0F);
     handOverRate();
-    // An exact half: five channels give 2.5.
-    startCallback(std::max(static_cast<float>(channels) / 2.0F, 1.0F));
+    using Mute = ApplicationTaps::Mute;
+    auto tap = platform_.taps.open(
+        process,
+        muteDirect_ ? Mute::whileTapped : Mute::no,
+        [this, compensation](const TapBlock& block) { capture(block, compensation); });
+    if (!tap) {
+        throw VelmoraError::tap(sentenceOf(tap.error()));
+    }
+    tap_ = *std::move(tap);
 }
 
-void ProcessTap::createTap(AudioObjectID process, const std::string& uuid) {
-    const TapDescription description{
-        .process = process,
-        .uuid = uuid,
-        .isPrivate = true,
-        .mute = muteDirect_ ? MuteBehavior::mutedWhenTapped : MuteBehavior::unmuted,
-    };
-    tapID_ = valueOrThrow(hardware_.createTap(description),
-                          "Création du tap refusée",
-                          " — vérifier la permission d'enregistrement audio système");
-}
-
-void ProcessTap::createAggregate(const std::string& tapUuid) {
-    AggregateDescription description;
-    description.name = "Velmora Tap";
-    description.uid = randomUuid();
-    description.isPrivate = true;
-    description.tapAutoStart = true;
-    description.taps = {tapUuid};
-    aggregateID_ =
-        valueOrThrow(hardware_.createAggregate(description), "Création du device agrégé refusée");
-}
-
+/// The first block may come before `open` has returned.
 void ProcessTap::handOverRate() {
-    const double rateHz = hardware_.nominalRate(aggregateID_).value_or(0.0);
+    const double rateHz = platform_.taps.tapRate().value_or(0.0);
     if (rateHz > 0.0) {
         chain_.fx->setSampleRate(rateHz);
     }
 }
 
-void ProcessTap::startCallback(float compensation) {
-    ioProcID_ =
-        valueOrThrow(hardware_.createIOProc(aggregateID_,
-                                            [this, compensation](std::span<IOBuffer> buffers) {
-                                                capture(buffers, compensation);
-                                            }),
-                     "IOProc refusé");
-    if (const Status status = hardware_.startDevice(aggregateID_, *ioProcID_); status != statusOk) {
-        throw VelmoraError::tap(withStatus("Démarrage du device agrégé refusé", status));
+void ProcessTap::capture(const TapBlock& block, float compensation) const noexcept {
+    if (block.data == nullptr) {
+        return;
     }
-}
-
-void ProcessTap::capture(std::span<IOBuffer> buffers, float compensation) const noexcept {
-    for (const IOBuffer& buffer : buffers) {
-        if (buffer.data == nullptr) {
-            continue;
-        }
-        // The gain comes before the effects: the compressor and the meter see the gained signal.
-        cleanAndScale(buffer.data, buffer.samples, compensation * chain_.gain->get());
-        onLevel_(chain_.deliver(buffer.data, buffer.samples));
-    }
+    // The gain comes before the effects: the compressor and the meter see the gained signal.
+    cleanAndScale(block.data, block.samples, compensation * chain_.gain->get());
+    onLevel_(chain_.deliver(block.data, block.samples));
 }
 
 void ProcessTap::stop() noexcept {
-    // Nothing useful can be done when a release is refused.
-    if (ioProcID_ && aggregateID_ != 0) {
-        hardware_.stopDevice(aggregateID_, *ioProcID_);
-        hardware_.destroyIOProc(aggregateID_, *ioProcID_);
-        ioProcID_.reset();
-    }
-    if (aggregateID_ != 0) {
-        hardware_.destroyAggregate(std::exchange(aggregateID_, 0));
-    }
-    if (tapID_ != 0) {
-        hardware_.destroyTap(std::exchange(tapID_, 0));
-    }
+    tap_.reset();
 }
 
-std::uint32_t ProcessTap::defaultOutputChannelCount(const AudioHardware& hardware) {
-    const AudioObjectID device = hardware.defaultOutputDevice().value_or(0);
+std::uint32_t ProcessTap::defaultOutputChannelCount(const AudioDevices& devices) {
+    const AudioObjectID device = devices.defaultOutputDevice().value_or(0);
     if (device == 0) {
         return stereo;
     }
-    const auto streams = hardware.streamChannels(device, Scope::output);
+    const auto streams = devices.streamChannels(device, Scope::output);
     return streams ? std::max(std::accumulate(streams->begin(), streams->end(), 0U), stereo)
                    : stereo;
 }

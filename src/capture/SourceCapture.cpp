@@ -52,7 +52,7 @@ void SourceCapture::start() {
 
 void SourceCapture::startApp(std::int32_t pid) {
     auto tap = std::make_unique<ProcessTap>(
-        platform_.hardware, chain(), muteDirect_, [meter = boxes_.meter](float peak) {
+        platform_, chain(), muteDirect_, [meter = boxes_.meter](float peak) {
             meter->raise(peak);
         });
     tap->start(pid);
@@ -65,7 +65,7 @@ void SourceCapture::startPhysicalInput(AudioObjectID device,
     auto input = unitOrThrow(platform_.units.makeInput());
     throwIfRefused(input->setDevice(device), "Impossible d'assigner l'entrée");
     const ChannelPair pair = channelPair(first, count, input->channelCount());
-    platform_.hardware.requestBufferFrames(device, requestedBlockFrames);
+    platform_.devices.requestBufferFrames(device, requestedBlockFrames);
     if (const double rateHz = input->sampleRate(); rateHz > 0.0) {
         boxes_.fx->setSampleRate(rateHz);
     }
@@ -76,6 +76,10 @@ void SourceCapture::startPhysicalInput(AudioObjectID device,
         }),
         "Démarrage de l'entrée refusé");
     input_ = std::move(input);
+}
+
+bool SourceCapture::isAlive() const {
+    return (tap_ && tap_->isAlive()) || (input_ && input_->isAlive());
 }
 
 void SourceCapture::stop() {

@@ -3,7 +3,7 @@
 
 #include "capture/InputReceiver.h"
 #include "engine/AudioSource.h"
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "platform/AudioUnits.h"
 #include "platform/Platform.h"
 
@@ -46,6 +46,10 @@ public:
     void start();
     /// When it returns, the capture thread is gone and both rings are empty.
     void stop();
+
+    /// False while it is stopped, and once what it hears through has died; it is to be started
+    /// again then.
+    [[nodiscard]] bool isAlive() const;
 
     [[nodiscard]] const AudioSource& source() const { return source_; }
     [[nodiscard]] const CaptureBoxes& boxes() const { return boxes_; }

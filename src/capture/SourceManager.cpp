@@ -7,14 +7,14 @@
 namespace velmora {
 
 void SourceManager::refresh() {
-    const AudioHardware& hardware = platform_.hardware;
-    auto [apps, playing] = listAudioApps(hardware, platform_.applications);
+    const AudioDevices& devices = platform_.devices;
+    auto [apps, playing] = listAudioApps(platform_.taps, platform_.applications);
     Lists fresh{.runningApps = std::move(apps),
                 .playingPIDs = std::move(playing),
-                .inputDevices = listInputDevices(hardware),
-                .inputDeviceInfos = listInputDeviceInfos(hardware),
-                .outputDevices = listOutputDevices(hardware),
-                .outputDeviceInfos = listOutputDeviceInfos(hardware)};
+                .inputDevices = listInputDevices(devices),
+                .inputDeviceInfos = listInputDeviceInfos(devices),
+                .outputDevices = listOutputDevices(devices),
+                .outputDeviceInfos = listOutputDeviceInfos(devices)};
     if (fresh == lists_) {
         return;
     }

@@ -155,8 +155,8 @@ private:
         std::unique_ptr<MainQueue::Timer> retry;
     };
 
-    void listenToHardware();
-    void onAvailabilityChange(bool isAvailable);
+    void listenToDevices();
+    void onDevicesChange();
     void onDefaultOutputChange();
     void scheduleRestart();
     void rebuild(NoSource noSource);
@@ -199,9 +199,9 @@ private:
     std::unique_ptr<MainQueue::Timer> meterTimer_;
     std::unique_ptr<MainQueue::Timer> restartTimer_;
     std::optional<Recovery> recovery_;
-    std::uint32_t generation_{}; ///< of the audio service that the mix was built on
-    /// Expires with the engine: the platform's listener, which outlives it, looks here first.
-    std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true);
+    bool isServiceAway_ = false; // as last told
+    Signal::Connection devicesConnection_;
+    Signal::Connection defaultOutputConnection_;
 };
 
 } // namespace velmora

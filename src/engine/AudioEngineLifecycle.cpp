@@ -27,27 +27,19 @@ constexpr std::chrono::nanoseconds meterPeriod =
 AudioEngine::AudioEngine(const Platform& platform)
     : platform_(platform), settings_(platform.defaults), stream_(settings_.streamVolume()),
       monitor_(settings_.headphoneVolume()) {
-    listenToHardware();
+    listenToDevices();
 }
 
 AudioEngine::~AudioEngine() {
     stopInternals();
 }
 
-void AudioEngine::listenToHardware() {
-    platform_.hardware.onDefaultOutputChange([this, alive = std::weak_ptr(alive_)] {
-        if (!alive.expired()) {
-            onDefaultOutputChange();
-        }
-    });
-    platform_.hardware.onAvailabilityChange(
-        [this, alive = std::weak_ptr(alive_)](bool isAvailable) {
-            if (!alive.expired()) {
-                onAvailabilityChange(isAvailable);
-            }
-        });
-    if (!platform_.hardware.isAvailable()) {
-        onAvailabilityChange(false);
+void AudioEngine::listenToDevices() {
+    defaultOutputConnection_ =
+        platform_.devices.defaultOutputChanged().connect([this] { onDefaultOutputChange(); });
+    devicesConnection_ = platform_.devices.changed().connect([this] { onDevicesChange(); });
+    if (!platform_.devices.isAvailable()) {
+        onDevicesChange();
     }
 }
 
@@ -110,13 +102,12 @@ void AudioEngine::rebuild(NoSource noSource) {
         recover();
         return;
     }
-    if (!platform_.hardware.isAvailable()) {
+    if (!platform_.devices.isAvailable()) {
         awaitService();
         return;
     }
     stopInternals();
     status_ = {};
-    generation_ = platform_.hardware.generation();
     try {
         // The outputs come first and get their rings last: they play silence until then.
         openStream();
@@ -137,15 +128,15 @@ void AudioEngine::rebuild(NoSource noSource) {
 }
 
 void AudioEngine::openStream() {
-    const auto device = findVirtualMicDevice(platform_.hardware);
+    const auto device = findVirtualMicDevice(platform_.devices);
     if (!device) {
         throw VelmoraError::noVirtualMic();
     }
-    stream_.open(platform_.hardware, platform_.units, {.device = *device, .firstChannel = 1});
+    stream_.open(platform_.devices, platform_.units, {.device = *device, .firstChannel = 1});
 }
 
 std::optional<OutputTarget> AudioEngine::monitoringTarget() const {
-    return resolveMonitoringDevice(platform_.hardware, monitoringSelection());
+    return resolveMonitoringDevice(platform_.devices, monitoringSelection());
 }
 
 void AudioEngine::openMonitor() {
@@ -154,7 +145,7 @@ void AudioEngine::openMonitor() {
         return;
     }
     try {
-        monitor_.open(platform_.hardware, platform_.units, *target);
+        monitor_.open(platform_.devices, platform_.units, *target);
     } catch (const VelmoraError&) {
         // Deliberate: without a monitoring output the stream still runs.
     }

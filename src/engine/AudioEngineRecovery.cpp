@@ -14,14 +14,17 @@ constexpr std::chrono::milliseconds retryPeriod{200};
 
 } // namespace
 
-void AudioEngine::onAvailabilityChange(bool isAvailable) {
+void AudioEngine::onDevicesChange() {
     const Status before = status_;
-    if (!isAvailable && isRunning()) {
+    const bool isAway = !platform_.devices.isAvailable();
+    const bool wasAway = std::exchange(isServiceAway_, isAway);
+    const bool isDead = !recovery_ && !stream_.isAlive();
+    if (isRunning() && ((isAway && !wasAway) || isDead)) {
         awaitService();
     } else if (recovery_) {
         recover();
     } else {
-        tellWhetherServiceIsAway(!isAvailable);
+        tellWhetherServiceIsAway(isAway);
     }
     notifyIf(status_ != before);
 }
@@ -62,7 +65,7 @@ void AudioEngine::beginRecovery(Recovery recovery) {
 void AudioEngine::endRecovery() {
     if (recovery_) {
         recovery_.reset();
-        tellWhetherServiceIsAway(!platform_.hardware.isAvailable());
+        tellWhetherServiceIsAway(!platform_.devices.isAvailable());
     }
 }
 
@@ -87,16 +90,14 @@ void AudioEngine::recover() {
 
 /// Returns what is to be said about what is still missing.
 std::optional<std::string> AudioEngine::restoreMissing() {
-    if (!platform_.hardware.isAvailable() || recovery_->awaitsDefaultOutput) {
+    if (!platform_.devices.isAvailable() || recovery_->awaitsDefaultOutput) {
         return serviceAway;
     }
     try {
-        const bool isAlive =
-            recovery_->hasOutputs && generation_ == platform_.hardware.generation();
+        const bool isAlive = recovery_->hasOutputs && stream_.isAlive();
         recovery_->hasOutputs = true;
         if (!isAlive) {
             stopInternals();
-            generation_ = platform_.hardware.generation();
             openStream();
             startMeterTimer();
         }

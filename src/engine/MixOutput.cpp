@@ -16,8 +16,8 @@ MixOutput::MixOutput(float volume)
 
 MixOutput::~MixOutput() = default;
 
-void MixOutput::open(AudioHardware& hardware, AudioUnits& units, const OutputTarget& target) {
-    unit_ = makeOutputEngine(hardware, units, target, rings_, limiter_, volume_);
+void MixOutput::open(AudioDevices& devices, AudioUnits& units, const OutputTarget& target) {
+    unit_ = makeOutputEngine(devices, units, target, rings_, limiter_, volume_);
     target_ = target;
 }
 

@@ -1,7 +1,7 @@
 // MixOutput.h: one of the two outputs: what it mixes, its volume and its limiter.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "platform/AudioUnits.h"
 
 #include <cstdint>
@@ -35,11 +35,14 @@ public:
 
     /// Opens the device and starts playing silence until rings are given.
     /// Errors: throws VelmoraError; nothing is left running.
-    void open(AudioHardware& hardware, AudioUnits& units, const OutputTarget& target);
+    void open(AudioDevices& devices, AudioUnits& units, const OutputTarget& target);
     /// Stops, and lets the limiter begin anew.
     void close();
     /// Where it plays; none while it is closed.
     [[nodiscard]] const std::optional<OutputTarget>& target() const { return target_; }
+
+    /// False while it is closed, and once what it plays through has died.
+    [[nodiscard]] bool isAlive() const { return unit_ && unit_->isAlive(); }
 
     void setVolume(float volume);
     /// Heard from the next block on.

@@ -40,29 +40,29 @@ Selection parse(std::string_view selection) {
     return {.uid = before, .firstChannel = channelIn(after)};
 }
 
-std::optional<OutputTarget> chosenDevice(const AudioHardware& hardware,
+std::optional<OutputTarget> chosenDevice(const AudioDevices& devices,
                                          const std::optional<std::string>& selection) {
     const std::string text = selection.value_or("");
     const Selection wanted = parse(text); // views into `text`
     if (wanted.uid.empty()) {
         return std::nullopt;
     }
-    return findDevice(hardware, wanted.uid).transform([&](AudioObjectID device) {
+    return findDevice(devices, wanted.uid).transform([&](AudioObjectID device) {
         return OutputTarget{.device = device, .firstChannel = wanted.firstChannel};
     });
 }
 
 } // namespace
 
-std::optional<OutputTarget> resolveMonitoringDevice(const AudioHardware& hardware,
+std::optional<OutputTarget> resolveMonitoringDevice(const AudioDevices& devices,
                                                     const std::optional<std::string>& selection) {
     const auto target =
-        chosenDevice(hardware, selection)
-            .value_or(OutputTarget{hardware.defaultOutputDevice().value_or(0), defaultChannel});
+        chosenDevice(devices, selection)
+            .value_or(OutputTarget{devices.defaultOutputDevice().value_or(0), defaultChannel});
     if (target.device == 0) {
         return std::nullopt;
     }
-    const auto name = deviceName(hardware, target.device);
+    const auto name = deviceName(devices, target.device);
     if (!name || isVirtualMicName(*name)) {
         return std::nullopt;
     }

@@ -16,6 +16,6 @@ namespace velmora {
 ///                   that is not a decimal number counts as 1
 /// Threads: main.
 [[nodiscard]] std::optional<OutputTarget>
-resolveMonitoringDevice(const AudioHardware& hardware, const std::optional<std::string>& selection);
+resolveMonitoringDevice(const AudioDevices& devices, const std::optional<std::string>& selection);
 
 } // namespace velmora

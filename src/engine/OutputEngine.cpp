@@ -21,12 +21,12 @@ std::string pairText(std::int64_t firstChannel) {
 }
 
 /// Sends the pair to the target's channels; the first two need no map.
-void routeChannels(OutputUnit& unit, const AudioHardware& hardware, const OutputTarget& target) {
+void routeChannels(OutputUnit& unit, const AudioDevices& devices, const OutputTarget& target) {
     const std::int64_t first = target.firstChannel;
     if (first <= 1) {
         return;
     }
-    const std::int64_t channels = channelCount(hardware, target.device, Scope::output);
+    const std::int64_t channels = channelCount(devices, target.device, Scope::output);
     if (first >= channels) {
         throw VelmoraError::engine("Sorties " + pairText(first) + " indisponibles (" +
                                    std::to_string(channels) + " canaux)");
@@ -41,7 +41,7 @@ void routeChannels(OutputUnit& unit, const AudioHardware& hardware, const Output
 
 } // namespace
 
-std::unique_ptr<OutputUnit> makeOutputEngine(AudioHardware& hardware,
+std::unique_ptr<OutputUnit> makeOutputEngine(AudioDevices& devices,
                                              AudioUnits& units,
                                              const OutputTarget& target,
                                              std::shared_ptr<RingSetBox> rings,
@@ -49,8 +49,8 @@ std::unique_ptr<OutputUnit> makeOutputEngine(AudioHardware& hardware,
                                              std::shared_ptr<ParamBox> volume) {
     auto unit = unitOrThrow(units.makeOutput());
     throwIfRefused(unit->setDevice(target.device), "Impossible d'assigner la sortie");
-    hardware.requestBufferFrames(target.device, requestedBlockFrames);
-    routeChannels(*unit, hardware, target);
+    devices.requestBufferFrames(target.device, requestedBlockFrames);
+    routeChannels(*unit, devices, target);
     limiter->setSampleRate(unit->sampleRate());
     auto mix = std::make_shared<OutputMix>(std::move(rings), std::move(limiter), std::move(volume));
     throwIfRefused(unit->start([mix](std::int64_t frames, std::span<float* const> channels) {

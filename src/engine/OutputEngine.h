@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/MixOutput.h"
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "platform/AudioUnits.h"
 
 #include <memory>
@@ -14,7 +14,7 @@ namespace velmora {
 ///
 /// Threads: main; no render thread may be using `limiter`.
 /// Errors: throws VelmoraError; nothing is left running.
-[[nodiscard]] std::unique_ptr<OutputUnit> makeOutputEngine(AudioHardware& hardware,
+[[nodiscard]] std::unique_ptr<OutputUnit> makeOutputEngine(AudioDevices& devices,
                                                            AudioUnits& units,
                                                            const OutputTarget& target,
                                                            std::shared_ptr<RingSetBox> rings,

@@ -1,7 +1,7 @@
 // AudioUnits.h: callback-driven playback to one device and recording from one device.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "platform/Status.h"
 
 #include <cstdint>
@@ -31,12 +31,15 @@ public:
     /// One entry per channel of the device: −1 = silent, 0 = left, 1 = right. Without a map the
     /// pair goes to the device's first two channels.
     virtual Status setChannelMap(std::span<const std::int32_t> map) = 0;
-    /// Hz; 0 before `setDevice`.
+    /// Hz, as blocks come now; 0 before `setDevice`.
     [[nodiscard]] virtual double sampleRate() const = 0;
     /// Starts pulling two-channel blocks.
     virtual Status start(RenderCallback render) = 0;
     /// When this returns, the callback is not running and will not run again.
     virtual void stop() noexcept = 0;
+    /// False once the service, or what carried a started unit there, has gone: it never plays
+    /// again. A device that went and comes back is played to again, and is no reason.
+    [[nodiscard]] virtual bool isAlive() const = 0;
 };
 
 /// Records every channel of one device. Threads: main. Real-time: no.
@@ -50,6 +53,8 @@ public:
     virtual Status start(ReceiveCallback receive) = 0;
     /// When this returns, the callback is not running and will not run again.
     virtual void stop() noexcept = 0;
+    /// As `OutputUnit::isAlive`.
+    [[nodiscard]] virtual bool isAlive() const = 0;
 };
 
 class AudioUnits {

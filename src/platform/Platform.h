@@ -5,16 +5,20 @@ namespace velmora {
 
 class Appearance;
 class Applications;
-class AudioHardware;
+class ApplicationTaps;
+class AudioDevices;
 class AudioUnits;
 class DefaultsStore;
 class LoginItem;
 class MainQueue;
+class PublicSinks;
 
 /// References to one implementation of each interface. The implementations outlive every object
 /// that was given this value.
 struct Platform {
-    AudioHardware& hardware;
+    AudioDevices& devices;
+    ApplicationTaps& taps;
+    PublicSinks& sinks;
     AudioUnits& units;
     Applications& applications;
     DefaultsStore& defaults;

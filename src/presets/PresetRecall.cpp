@@ -103,7 +103,7 @@ std::optional<AudioSource> PresetRecall::findDevice(const PresetSource& source) 
     if (!source.deviceUID || (wantsChannels && (!source.first || !source.count))) {
         return std::nullopt;
     }
-    const auto device = velmora::findDevice(platform_.hardware, *source.deviceUID);
+    const auto device = velmora::findDevice(platform_.devices, *source.deviceUID);
     if (!device) {
         return std::nullopt;
     }

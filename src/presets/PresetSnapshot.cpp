@@ -11,7 +11,7 @@ namespace {
 
 /// Writes down, for each case of a source, the keys under which it can be found again.
 struct KeyTaker {
-    const AudioHardware& hardware;
+    const AudioDevices& devices;
 
     PresetSource operator()(const AppSource& app) const {
         return {.kind = PresetSource::Kind::app, .name = app.name, .bundleID = app.bundleID};
@@ -19,12 +19,12 @@ struct KeyTaker {
     PresetSource operator()(const DeviceSource& device) const {
         return {.kind = PresetSource::Kind::device,
                 .name = device.name,
-                .deviceUID = deviceUID(hardware, device.id)};
+                .deviceUID = deviceUID(devices, device.id)};
     }
     PresetSource operator()(const DeviceChannelsSource& channels) const {
         return {.kind = PresetSource::Kind::deviceChannels,
                 .name = channels.name,
-                .deviceUID = deviceUID(hardware, channels.id),
+                .deviceUID = deviceUID(devices, channels.id),
                 .first = channels.first,
                 .count = channels.count};
     }
@@ -32,13 +32,13 @@ struct KeyTaker {
 
 } // namespace
 
-Preset snapshotPreset(const AudioEngine& engine, const AudioHardware& hardware, std::string name) {
+Preset snapshotPreset(const AudioEngine& engine, const AudioDevices& devices, std::string name) {
     Preset preset{.id = Uuid::random(),
                   .name = std::move(name),
                   .headphoneVolume = engine.headphoneVolume(),
                   .streamVolume = engine.streamVolume()};
     for (const auto& source : engine.sources()) {
-        auto taken = std::visit(KeyTaker{hardware}, source.value());
+        auto taken = std::visit(KeyTaker{devices}, source.value());
         taken.gain = engine.gain(source);
         taken.fx = engine.storedFX(source);
         preset.sources.push_back(std::move(taken));

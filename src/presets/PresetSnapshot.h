@@ -8,12 +8,12 @@
 namespace velmora {
 
 class AudioEngine;
-class AudioHardware;
+class AudioDevices;
 
 /// The engine's sources, their settings and both volumes, under a fresh id. A device whose UID
 /// cannot be read now is kept without one.
 /// Threads: main.
 [[nodiscard]] Preset
-snapshotPreset(const AudioEngine& engine, const AudioHardware& hardware, std::string name);
+snapshotPreset(const AudioEngine& engine, const AudioDevices& devices, std::string name);
 
 } // namespace velmora

@@ -1,8 +1,7 @@
 #include "presets/Uuid.h"
 
-#include "capture/RandomUuid.h"
-
 #include <cstddef>
+#include <random>
 
 namespace velmora {
 
@@ -30,7 +29,17 @@ std::optional<std::uint8_t> hexValue(char digit) {
 } // namespace
 
 Uuid Uuid::random() {
-    return parse(randomUuid()).value();
+    constexpr unsigned version4 = 0x40; // in the upper half of byte 6
+    constexpr unsigned variant = 0x80;  // in the upper two bits of byte 8
+    std::random_device source;
+    std::uniform_int_distribution<unsigned> anyByte(0, 0xFF);
+    Uuid uuid;
+    for (std::uint8_t& byte : uuid.bytes) {
+        byte = static_cast<std::uint8_t>(anyByte(source));
+    }
+    uuid.bytes[6] = static_cast<std::uint8_t>((uuid.bytes[6] & 0x0FU) | version4);
+    uuid.bytes[8] = static_cast<std::uint8_t>((uuid.bytes[8] & 0x3FU) | variant);
+    return uuid;
 }
 
 std::optional<Uuid> Uuid::parse(std::string_view text) {

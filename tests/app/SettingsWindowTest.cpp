@@ -128,14 +128,14 @@ TEST_F(SettingsWindowTest, SwitchesDawModeAndChoosesItsInterface) {
 
     pick("dawInterfaceMenu", "Interface");
     EXPECT_EQ(dawMode.interfaceUID(), "usb");
-    EXPECT_EQ(machine.sound.aggregateDescriptions().back().masterUID, "usb");
+    EXPECT_EQ(machine.sound.createdSinks().back().masterUID, "usb");
 
     pick("dawInterfaceMenu", "Choisir…");
     EXPECT_EQ(dawMode.interfaceUID(), std::nullopt);
 }
 
 TEST_F(SettingsWindowTest, SaysUnderTheSwitchWhyThereIsNoDawDevice) {
-    machine.sound.refuse(Operation::createAggregate, -19);
+    machine.sound.refuse(Operation::createSink, -19);
     showAudio();
     EXPECT_FALSE(isShown("dawError"));
 

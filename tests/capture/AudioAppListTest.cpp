@@ -23,7 +23,7 @@ protected:
         }
     }
 
-    AudioApps list() { return listAudioApps(machine.hardware, machine.applications); }
+    AudioApps list() { return listAudioApps(machine.taps, machine.applications); }
 
     std::vector<std::string> names() {
         std::vector<std::string> result;
@@ -116,7 +116,7 @@ TEST_F(AudioAppList, LeavesOutOurselvesStrangersAndTheNameless) {
 TEST_F(AudioAppList, LeavesOutAProcessWhoseIdCannotBeRead) {
     start(1001, "Browser", true);
     start(1002, "Player", true);
-    machine.sound.refuse(Operation::processPid, -1, *machine.hardware.processForPid(1001));
+    machine.sound.refuse(Operation::processPid, -1, *machine.taps.processForPid(1001));
 
     EXPECT_THAT(names(), ElementsAre("Player"));
 }

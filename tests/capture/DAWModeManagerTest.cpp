@@ -8,10 +8,7 @@
 namespace velmora {
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
-using testing::Field;
-using testing::IsEmpty;
 
 constexpr const char* uid = "app.velmora.daw.aggregate";
 
@@ -29,15 +26,13 @@ protected:
     }
 
     [[nodiscard]] std::optional<AudioObjectID> aggregate() {
-        return findDevice(machine.hardware, uid);
+        return findDevice(machine.devices, uid);
     }
-    [[nodiscard]] std::size_t builds() const {
-        return machine.sound.aggregateDescriptions().size();
-    }
-    [[nodiscard]] std::size_t aggregates() const { return machine.sound.census().aggregates; }
+    [[nodiscard]] std::size_t builds() const { return machine.sound.createdSinks().size(); }
+    [[nodiscard]] std::size_t aggregates() const { return machine.sound.census().sinks; }
     /// The interface of the device that was built last.
     [[nodiscard]] std::string lastMaster() const {
-        return machine.sound.aggregateDescriptions().back().masterUID;
+        return machine.sound.createdSinks().back().masterUID;
     }
 
     SimulatedPlatform machine;
@@ -70,23 +65,16 @@ TEST_F(DAWModeManagerTest, EnablingChoosesAPhysicalDefaultOutputAndBuilds) {
     EXPECT_EQ(builds(), 1U);
 }
 
-TEST_F(DAWModeManagerTest, BuildsAPublicStackedDeviceWhoseClockIsTheInterface) {
+TEST_F(DAWModeManagerTest, BuildsAPublicSinkWhoseClockIsTheInterface) {
     DAWModeManager manager(machine.platform());
 
     manager.setEnabled(true);
 
-    const AggregateDescription made = machine.sound.aggregateDescriptions().back();
-    EXPECT_EQ(made.name, "Velmora DAW");
-    EXPECT_EQ(made.uid, uid);
-    EXPECT_FALSE(made.isPrivate);
-    EXPECT_TRUE(made.stacked);
-    EXPECT_EQ(made.masterUID, "speakers");
-    EXPECT_THAT(made.taps, IsEmpty());
-    EXPECT_THAT(made.subDevices,
-                ElementsAre(AllOf(Field(&SubDevice::uid, "speakers"),
-                                  Field(&SubDevice::driftCompensation, false)),
-                            AllOf(Field(&SubDevice::uid, "velmora_mic"),
-                                  Field(&SubDevice::driftCompensation, true))));
+    EXPECT_EQ(machine.sound.createdSinks().back(),
+              (PublicSink{.name = "Velmora DAW",
+                          .uid = uid,
+                          .masterUID = "speakers",
+                          .followerUID = "velmora_mic"}));
 }
 
 TEST_F(DAWModeManagerTest, CarriesTheSameSoundToTheInterfaceAndTheMicrophone) {
@@ -186,10 +174,12 @@ TEST_F(DAWModeManagerTest, TheDeviceOutlivesTheManager) {
 }
 
 TEST_F(DAWModeManagerTest, DisablingRemovesADeviceThatAnEarlierRunLeft) {
-    AggregateDescription left;
-    left.uid = uid;
-    left.name = "Velmora DAW";
-    ASSERT_TRUE(machine.hardware.createAggregate(left).has_value());
+    ASSERT_TRUE(machine.sinks
+                    .create({.name = "Velmora DAW",
+                             .uid = uid,
+                             .masterUID = "speakers",
+                             .followerUID = "velmora_mic"})
+                    .has_value());
     DAWModeManager manager(machine.platform());
     ASSERT_EQ(manager.aggregateID(), 0U);
 
@@ -280,7 +270,7 @@ TEST_F(DAWModeManagerTest, SaysTheSameWhenTheMicrophonesUIDCannotBeRead) {
 }
 
 TEST_F(DAWModeManagerTest, TellsARefusedDeviceWithItsStatus) {
-    machine.sound.refuse(Operation::createAggregate, -19);
+    machine.sound.refuse(Operation::createSink, -19);
     DAWModeManager manager(machine.platform());
 
     manager.setEnabled(true);
@@ -306,7 +296,7 @@ TEST_F(DAWModeManagerTest, ForgetsTheErrorWithTheNextBuildThatSucceedsAndNotBefo
 TEST_F(DAWModeManagerTest, GoesOnWhenTheOldDeviceCannotBeDestroyed) {
     DAWModeManager manager(machine.platform());
     manager.setEnabled(true);
-    machine.sound.refuse(Operation::destroyAggregate);
+    machine.sound.refuse(Operation::removeSink);
 
     manager.setEnabled(false);
 

@@ -31,18 +31,18 @@ protected:
     }
 
     SimulatedPlatform machine;
-    const AudioHardware& hardware = machine.hardware;
+    const AudioDevices& devices = machine.devices;
 };
 
 TEST_F(DeviceQueries, ListsADeviceOfBothDirectionsInBothLists) {
     const AudioObjectID id = addDuplex("Interface");
 
     const AudioSource source = DeviceSource{id, "Interface"};
-    EXPECT_THAT(listInputDevices(hardware), ElementsAre(source));
-    EXPECT_THAT(listOutputDevices(hardware), ElementsAre(source));
-    EXPECT_THAT(listInputDeviceInfos(hardware),
+    EXPECT_THAT(listInputDevices(devices), ElementsAre(source));
+    EXPECT_THAT(listOutputDevices(devices), ElementsAre(source));
+    EXPECT_THAT(listInputDeviceInfos(devices),
                 ElementsAre(InputDeviceInfo{id, "Interface", 8, false}));
-    EXPECT_THAT(listOutputDeviceInfos(hardware),
+    EXPECT_THAT(listOutputDeviceInfos(devices),
                 ElementsAre(InputDeviceInfo{id, "Interface", 4, false}));
 }
 
@@ -50,25 +50,25 @@ TEST_F(DeviceQueries, ListsADeviceOnlyWhereItHasStreams) {
     machine.sound.addDevice({.uid = "mic", .name = "Mic", .inputs = {1}});
     machine.sound.addDevice({.uid = "speakers", .name = "Speakers", .outputs = {2}});
 
-    EXPECT_THAT(names(listInputDevices(hardware)), ElementsAre("Mic"));
-    EXPECT_THAT(names(listOutputDevices(hardware)), ElementsAre("Speakers"));
+    EXPECT_THAT(names(listInputDevices(devices)), ElementsAre("Mic"));
+    EXPECT_THAT(names(listOutputDevices(devices)), ElementsAre("Speakers"));
 }
 
 TEST_F(DeviceQueries, KeepsTheSystemsOrder) {
     addDuplex("Zoom");
     addDuplex("Apollo");
 
-    EXPECT_THAT(names(listInputDevices(hardware)), ElementsAre("Zoom", "Apollo"));
+    EXPECT_THAT(names(listInputDevices(devices)), ElementsAre("Zoom", "Apollo"));
 }
 
 TEST_F(DeviceQueries, MarksVirtualAndAggregateInputsButNoOutput) {
     addDuplex("Loop", Transport::virtualDevice);
     addDuplex("Group", Transport::aggregate);
 
-    for (const InputDeviceInfo& info : listInputDeviceInfos(hardware)) {
+    for (const InputDeviceInfo& info : listInputDeviceInfos(devices)) {
         EXPECT_TRUE(info.isVirtual) << info.name;
     }
-    for (const InputDeviceInfo& info : listOutputDeviceInfos(hardware)) {
+    for (const InputDeviceInfo& info : listOutputDeviceInfos(devices)) {
         EXPECT_FALSE(info.isVirtual) << info.name;
     }
 }
@@ -84,9 +84,9 @@ TEST_F(DeviceQueries, HidesVirtualMicrophonesAndLoopbacks) {
     addDuplex("My CADefaultDeviceAggregate");
     addDuplex("cadefaultdeviceaggregate");
 
-    EXPECT_THAT(names(listInputDevices(hardware)),
+    EXPECT_THAT(names(listInputDevices(devices)),
                 ElementsAre("My CADefaultDeviceAggregate", "cadefaultdeviceaggregate"));
-    EXPECT_EQ(names(listOutputDevices(hardware)), names(listInputDevices(hardware)));
+    EXPECT_EQ(names(listOutputDevices(devices)), names(listInputDevices(devices)));
 }
 
 TEST_F(DeviceQueries, LeavesOutWhatCannotBeRead) {
@@ -97,30 +97,30 @@ TEST_F(DeviceQueries, LeavesOutWhatCannotBeRead) {
     machine.sound.refuse(Operation::streamChannels, -1, vague);
     machine.sound.refuse(Operation::transport, -1, odd);
 
-    EXPECT_THAT(listInputDeviceInfos(hardware), ElementsAre(InputDeviceInfo{odd, "Odd", 8, false}));
+    EXPECT_THAT(listInputDeviceInfos(devices), ElementsAre(InputDeviceInfo{odd, "Odd", 8, false}));
 }
 
 TEST_F(DeviceQueries, FindsNothingWithoutAnAudioService) {
     addDuplex("Velmora Microphone");
     machine.sound.refuse(Operation::devices);
 
-    EXPECT_THAT(allDeviceIDs(hardware), IsEmpty());
-    EXPECT_THAT(listInputDevices(hardware), IsEmpty());
-    EXPECT_EQ(findVirtualMicDevice(hardware), std::nullopt);
-    EXPECT_EQ(findDevice(hardware, "uid of Velmora Microphone"), std::nullopt);
+    EXPECT_THAT(allDeviceIDs(devices), IsEmpty());
+    EXPECT_THAT(listInputDevices(devices), IsEmpty());
+    EXPECT_EQ(findVirtualMicDevice(devices), std::nullopt);
+    EXPECT_EQ(findDevice(devices, "uid of Velmora Microphone"), std::nullopt);
 }
 
 TEST_F(DeviceQueries, FindsTheVirtualMicrophoneByItsNameAlone) {
-    EXPECT_EQ(findVirtualMicDevice(hardware), std::nullopt);
+    EXPECT_EQ(findVirtualMicDevice(devices), std::nullopt);
     const AudioObjectID sixteen = addDuplex("BlackHole 16ch");
     addDuplex("BlackHole 2ch");
-    EXPECT_EQ(findVirtualMicDevice(hardware), sixteen);
+    EXPECT_EQ(findVirtualMicDevice(devices), sixteen);
 
     const AudioObjectID own = addDuplex("Velmora Microphone");
 
-    EXPECT_EQ(findVirtualMicDevice(hardware), own);
+    EXPECT_EQ(findVirtualMicDevice(devices), own);
     machine.sound.refuse(Operation::deviceName, -1, own);
-    EXPECT_EQ(findVirtualMicDevice(hardware), sixteen);
+    EXPECT_EQ(findVirtualMicDevice(devices), sixteen);
 }
 
 TEST_F(DeviceQueries, FindsADeviceByItsExactUID) {
@@ -128,10 +128,10 @@ TEST_F(DeviceQueries, FindsADeviceByItsExactUID) {
     machine.sound.refuse(Operation::deviceUID, -1, unreadable);
     const AudioObjectID id = addDuplex("Second");
 
-    EXPECT_EQ(findDevice(hardware, "uid of Second"), id);
-    EXPECT_EQ(findDevice(hardware, "uid of second"), std::nullopt);
-    EXPECT_EQ(findDevice(hardware, "uid of First"), std::nullopt);
-    EXPECT_EQ(findDevice(hardware, ""), std::nullopt);
+    EXPECT_EQ(findDevice(devices, "uid of Second"), id);
+    EXPECT_EQ(findDevice(devices, "uid of second"), std::nullopt);
+    EXPECT_EQ(findDevice(devices, "uid of First"), std::nullopt);
+    EXPECT_EQ(findDevice(devices, ""), std::nullopt);
 }
 
 TEST_F(DeviceQueries, FindsADeviceUnderItsNewId) {
@@ -140,19 +140,19 @@ TEST_F(DeviceQueries, FindsADeviceUnderItsNewId) {
     machine.sound.removeDevice(before);
     machine.sound.addDevice({.uid = "usb", .name = "Mic", .inputs = {1}, .id = 74});
 
-    EXPECT_EQ(findDevice(hardware, "usb"), 74U);
-    EXPECT_EQ(deviceName(hardware, 73), std::nullopt);
-    EXPECT_EQ(deviceUID(hardware, 74), "usb");
+    EXPECT_EQ(findDevice(devices, "usb"), 74U);
+    EXPECT_EQ(deviceName(devices, 73), std::nullopt);
+    EXPECT_EQ(deviceUID(devices, 74), "usb");
 }
 
 TEST_F(DeviceQueries, CountsTheChannelsOfAllStreams) {
     const AudioObjectID id = addDuplex("Interface");
 
-    EXPECT_EQ(channelCount(hardware, id, Scope::input), 8);
-    EXPECT_EQ(channelCount(hardware, id, Scope::output), 4);
-    EXPECT_EQ(channelCount(hardware, 99, Scope::output), 0);
+    EXPECT_EQ(channelCount(devices, id, Scope::input), 8);
+    EXPECT_EQ(channelCount(devices, id, Scope::output), 4);
+    EXPECT_EQ(channelCount(devices, 99, Scope::output), 0);
     machine.sound.refuse(Operation::streamChannels);
-    EXPECT_EQ(channelCount(hardware, id, Scope::output), 0);
+    EXPECT_EQ(channelCount(devices, id, Scope::output), 0);
 }
 
 } // namespace

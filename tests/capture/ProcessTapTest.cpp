@@ -18,7 +18,7 @@ class ProcessTapTest : public CaptureFixture {
 protected:
     ProcessTap makeTap(bool muteDirect = false) {
         return {
-            machine.hardware,
+            machine.platform(),
             {.rings = {boxes.streamRing, boxes.monitorRing}, .gain = boxes.gain, .fx = boxes.fx},
             muteDirect,
             [this](float peak) { levels.push_back(peak); }};
@@ -106,10 +106,10 @@ TEST_F(ProcessTapTest, KeepsItsFactorWhileItRuns) {
 }
 
 TEST_F(ProcessTapTest, CountsEveryStreamOfTheDefaultOutput) {
-    EXPECT_EQ(ProcessTap::defaultOutputChannelCount(machine.hardware), 2U);
+    EXPECT_EQ(ProcessTap::defaultOutputChannelCount(machine.devices), 2U);
     machine.sound.setDefaultOutput(
         machine.sound.addDevice({.uid = "eight", .name = "Eight", .outputs = {2, 4, 2}}));
-    EXPECT_EQ(ProcessTap::defaultOutputChannelCount(machine.hardware), 8U);
+    EXPECT_EQ(ProcessTap::defaultOutputChannelCount(machine.devices), 8U);
 }
 
 TEST_F(ProcessTapTest, CountsTwoChannelsWhenItCannotTell) {
@@ -118,15 +118,15 @@ TEST_F(ProcessTapTest, CountsTwoChannelsWhenItCannotTell) {
     machine.sound.setDefaultOutput(eight);
 
     machine.sound.refuse(Operation::streamChannels);
-    EXPECT_EQ(ProcessTap::defaultOutputChannelCount(machine.hardware), 2U);
+    EXPECT_EQ(ProcessTap::defaultOutputChannelCount(machine.devices), 2U);
     machine.sound.allow(Operation::streamChannels);
 
     machine.sound.refuse(Operation::defaultOutputDevice);
-    EXPECT_EQ(ProcessTap::defaultOutputChannelCount(machine.hardware), 2U);
+    EXPECT_EQ(ProcessTap::defaultOutputChannelCount(machine.devices), 2U);
     machine.sound.allow(Operation::defaultOutputDevice);
 
     machine.sound.setDefaultOutput(0);
-    EXPECT_EQ(ProcessTap::defaultOutputChannelCount(machine.hardware), 2U);
+    EXPECT_EQ(ProcessTap::defaultOutputChannelCount(machine.devices), 2U);
 }
 
 TEST_F(ProcessTapTest, ReadsTheGainInEveryBlock) {
@@ -159,7 +159,7 @@ TEST_F(ProcessTapTest, AppliesTheGainBeforeTheEffects) {
     }
 }
 
-TEST_F(ProcessTapTest, HandsTheDevicesRateToTheEffects) {
+TEST_F(ProcessTapTest, HandsTheTapsRateToTheEffects) {
     FXParams params;
     params.lowcut = 2;
     boxes.fx->setParams(params);
@@ -176,12 +176,12 @@ TEST_F(ProcessTapTest, HandsTheDevicesRateToTheEffects) {
     EXPECT_EQ(captureOneBlock(), wanted);
 }
 
-TEST_F(ProcessTapTest, LeavesTheEffectsTheirRateWhenTheDeviceDoesNotTell) {
+TEST_F(ProcessTapTest, LeavesTheEffectsTheirRateWhenTheTapsIsNotTold) {
     FXParams params;
     params.lowcut = 2;
     boxes.fx->setParams(params);
     machine.sound.setRate(96000);
-    machine.sound.refuse(Operation::nominalRate);
+    machine.sound.refuse(Operation::tapRate);
     const Waveform signal = sine(100, 0.5F);
     machine.sound.play(player, signal);
     ProcessTap tap = makeTap();
@@ -226,9 +226,9 @@ TEST_F(ProcessTapTest, ReportsThePeakOfEveryBlock) {
     EXPECT_THAT(levels, ElementsAre(0.25F, 0.75F, 0.25F));
 }
 
-TEST_F(ProcessTapTest, ReportsALevelOfZeroForAnEmptyBuffer) {
+TEST_F(ProcessTapTest, ReportsALevelOfZeroForAnEmptyBlock) {
     machine.sound.play(player, constant(0.5F));
-    machine.sound.setTapBuffers(TapBuffers::empty);
+    machine.sound.setTapBlocks(TapBlocks::empty);
     ProcessTap tap = makeTap();
     tap.start(player);
 
@@ -236,9 +236,9 @@ TEST_F(ProcessTapTest, ReportsALevelOfZeroForAnEmptyBuffer) {
     EXPECT_THAT(levels, ElementsAre(0.0F));
 }
 
-TEST_F(ProcessTapTest, SkipsABufferWithoutData) {
+TEST_F(ProcessTapTest, SkipsABlockWithoutData) {
     machine.sound.play(player, constant(0.5F));
-    machine.sound.setTapBuffers(TapBuffers::null);
+    machine.sound.setTapBlocks(TapBlocks::null);
     ProcessTap tap = makeTap();
     tap.start(player);
 
@@ -284,40 +284,34 @@ TEST_F(ProcessTapTest, GoesOnWithSilenceWhenTheApplicationPausesOrLeaves) {
     EXPECT_THAT(captureOneBlock(), Each(0.0F));
 }
 
-TEST_F(ProcessTapTest, MakesAPrivateDeviceForItsTapAlone) {
+TEST_F(ProcessTapTest, OpensOneTapAsItIsTold) {
     const AudioObjectID process = machine.sound.play(player, constant(0.5F));
-    ProcessTap tap = makeTap(true);
+    ProcessTap muting = makeTap(true);
+    ProcessTap listening = makeTap(false);
 
-    tap.start(player);
+    muting.start(player);
+    listening.start(player);
 
-    const TapDescription made = machine.sound.tapDescriptions().back();
-    EXPECT_EQ(made.process, process);
-    EXPECT_TRUE(made.isPrivate);
-    EXPECT_EQ(made.mute, MuteBehavior::mutedWhenTapped);
-    const AggregateDescription device = machine.sound.aggregateDescriptions().back();
-    EXPECT_EQ(device.name, "Velmora Tap");
-    EXPECT_TRUE(device.isPrivate);
-    EXPECT_TRUE(device.tapAutoStart);
-    EXPECT_THAT(device.taps, ElementsAre(made.uuid));
-    EXPECT_NE(device.uid, made.uuid);
-    EXPECT_TRUE(device.subDevices.empty());
-    EXPECT_EQ(device.masterUID, "");
+    using Mute = ApplicationTaps::Mute;
+    EXPECT_THAT(machine.sound.openedTaps(),
+                ElementsAre(TapRequest{process, Mute::whileTapped}, TapRequest{process, Mute::no}));
 }
 
-TEST_F(ProcessTapTest, UsesFreshIdentifiersForEveryStart) {
+TEST_F(ProcessTapTest, IsAliveFromItsStartUntilItsTapDies) {
     machine.sound.play(player, constant(0.5F));
     ProcessTap tap = makeTap();
+    EXPECT_FALSE(tap.isAlive());
     tap.start(player);
+    EXPECT_TRUE(tap.isAlive());
+
+    machine.sound.removeOurNode();
+
+    EXPECT_FALSE(tap.isAlive());
+    EXPECT_TRUE(captureOneBlock().empty());
     tap.start(player);
-
-    const auto taps = machine.sound.tapDescriptions();
-    const auto devices = machine.sound.aggregateDescriptions();
-
-    EXPECT_THAT(taps[0].uuid,
-                testing::MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-"
-                                      "[0-9A-F]{12}"));
-    EXPECT_NE(taps[0].uuid, taps[1].uuid);
-    EXPECT_NE(devices[0].uid, devices[1].uid);
+    EXPECT_TRUE(tap.isAlive());
+    tap.stop();
+    EXPECT_FALSE(tap.isAlive());
 }
 
 TEST_F(ProcessTapTest, ReplacesItselfWhenItIsStartedAgain) {
@@ -327,10 +321,7 @@ TEST_F(ProcessTapTest, ReplacesItselfWhenItIsStartedAgain) {
     tap.start(player);
 
     EXPECT_EQ(captureOneBlock().size(), blockFloats);
-    const auto census = machine.sound.census();
-    EXPECT_EQ(census.taps, 1U);
-    EXPECT_EQ(census.aggregates, 1U);
-    EXPECT_EQ(census.runningIOProcs, 1U);
+    EXPECT_EQ(machine.sound.census().taps, 1U);
 }
 
 TEST_F(ProcessTapTest, MayBeStoppedTwice) {
@@ -391,17 +382,17 @@ TEST_P(ProcessTapRefusal, IsOverAtTheNextStart) {
 INSTANTIATE_TEST_SUITE_P(
     EachStep,
     ProcessTapRefusal,
-    testing::Values(RefusedStep{"Tap",
-                                Operation::createTap,
-                                "Création du tap refusée (err -66748) — vérifier la permission "
-                                "d'enregistrement audio système"},
-                    RefusedStep{"Aggregate",
-                                Operation::createAggregate,
-                                "Création du device agrégé refusée (err -66748)"},
-                    RefusedStep{"Callback", Operation::createIOProc, "IOProc refusé (err -66748)"},
-                    RefusedStep{"Start",
-                                Operation::startDevice,
-                                "Démarrage du device agrégé refusé (err -66748)"}),
+    testing::Values(
+        RefusedStep{"Tap",
+                    Operation::openTap,
+                    "Création du tap refusée (err -66748) — vérifier la permission "
+                    "d'enregistrement audio système"},
+        RefusedStep{"Aggregate",
+                    Operation::openTapDevice,
+                    "Création du device agrégé refusée (err -66748)"},
+        RefusedStep{"Callback", Operation::openTapCallback, "IOProc refusé (err -66748)"},
+        RefusedStep{
+            "Start", Operation::openTapStart, "Démarrage du device agrégé refusé (err -66748)"}),
     [](const auto& tested) { return tested.param.step; });
 
 } // namespace

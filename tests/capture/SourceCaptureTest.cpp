@@ -218,7 +218,7 @@ TEST_F(SourceCaptureTest, CapturesAnApplicationAndRaisesItsMeter) {
 
 TEST_F(SourceCaptureTest, PassesOnTheErrorOfATap) {
     machine.sound.play(player, constant(0.5F));
-    machine.sound.refuse(Operation::startDevice, 560947818);
+    machine.sound.refuse(Operation::openTapStart, 560947818);
     SourceCapture capture = makeCapture(app());
 
     EXPECT_EQ(messageOf([&] { capture.start(); }),

@@ -18,7 +18,9 @@ Studio::Studio() {
 
 Platform Studio::with(DefaultsStore& defaults) {
     const Platform machine = machine_.platform();
-    return {.hardware = machine.hardware,
+    return {.devices = machine.devices,
+            .taps = machine.taps,
+            .sinks = machine.sinks,
             .units = machine.units,
             .applications = machine.applications,
             .defaults = defaults,

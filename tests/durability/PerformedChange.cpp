@@ -36,7 +36,7 @@ public:
             sources.push_back(source(index));
         }
         mixer_.engine.replaceSources(sources);
-        Preset preset = snapshotPreset(mixer_.engine, mixer_.platform.hardware, change.name);
+        Preset preset = snapshotPreset(mixer_.engine, mixer_.platform.devices, change.name);
         preset.id = change.id; // instead of a fresh one, which nobody could predict
         mixer_.presets.save(preset);
     }

@@ -119,14 +119,14 @@ TEST_F(AudioEngineControl, StartsAMutedSourceMuted) {
 
 TEST_F(AudioEngineControl, StaysSilentWhenARestartForAMuteFails) {
     startWith({player, browser});
-    machine.sound.refuse(Operation::createTap);
+    machine.sound.refuse(Operation::openTap);
 
     engine.setDirectMuted(true, player);
 
     EXPECT_EQ(engine.lastError(), std::nullopt);
     EXPECT_TRUE(engine.isRunning());
     EXPECT_EQ(nextInMic(), 0.125F);
-    machine.sound.allow(Operation::createTap);
+    machine.sound.allow(Operation::openTap);
     engine.start();
     EXPECT_EQ(nextInMic(), 0.375F);
 }

@@ -120,10 +120,10 @@ TEST_F(AudioEngineLifecycle, TellsADeviceThatVanishedBeforeTheStart) {
 }
 
 TEST_F(AudioEngineLifecycle, ForgetsAnOldErrorAtTheNextStart) {
-    machine.sound.refuse(Operation::createTap);
+    machine.sound.refuse(Operation::openTap);
     startWith({player});
     ASSERT_NE(engine.lastError(), std::nullopt);
-    machine.sound.allow(Operation::createTap);
+    machine.sound.allow(Operation::openTap);
 
     engine.start();
 
@@ -297,10 +297,10 @@ TEST_P(CaptureStepRefusal, LeavesNothingOfTheFailedSource) {
 INSTANTIATE_TEST_SUITE_P(EachStep,
                          CaptureStepRefusal,
                          testing::Values(Operation::processForPid,
-                                         Operation::createTap,
-                                         Operation::createAggregate,
-                                         Operation::createIOProc,
-                                         Operation::startDevice,
+                                         Operation::openTap,
+                                         Operation::openTapDevice,
+                                         Operation::openTapCallback,
+                                         Operation::openTapStart,
                                          Operation::setInputDevice,
                                          Operation::startInput));
 

@@ -51,7 +51,7 @@ protected:
     }
 
     /// How many times a mix has been built: each build makes one tap per application.
-    std::size_t tapsMade() { return machine.sound.tapDescriptions().size(); }
+    std::size_t tapsMade() { return machine.sound.openedTaps().size(); }
 
     SimulatedPlatform machine;
     AudioObjectID speakers = machine.addSpeakers();

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 class MonitoringChoiceTest : public EngineFixture {
 protected:
     std::optional<OutputTarget> resolve(const std::optional<std::string>& selection) {
-        return resolveMonitoringDevice(machine.hardware, selection);
+        return resolveMonitoringDevice(machine.devices, selection);
     }
 
     const OutputTarget onSpeakers{.device = speakers, .firstChannel = 1};
@@ -168,7 +168,7 @@ class DefaultOutputChange : public EngineFixture {
 protected:
     void change() {
         machine.sound.setDefaultOutput(
-            *machine.hardware.defaultOutputDevice() == speakers ? interface4 : speakers);
+            *machine.devices.defaultOutputDevice() == speakers ? interface4 : speakers);
     }
 };
 

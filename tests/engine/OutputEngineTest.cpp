@@ -20,7 +20,7 @@ class OutputEngine : public testing::Test {
 protected:
     std::unique_ptr<OutputUnit> make(AudioObjectID device, std::int64_t firstChannel) {
         return makeOutputEngine(
-            machine.hardware, machine.units, {device, firstChannel}, rings, limiter, volume);
+            machine.devices, machine.units, {device, firstChannel}, rings, limiter, volume);
     }
 
     AudioObjectID addOutput(std::uint32_t channels, double rateHz = 48000.0) {

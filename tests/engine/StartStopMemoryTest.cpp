@@ -22,7 +22,7 @@ protected:
             machine.advanceCycles(1);
             engine.stop();
             machine.sound.forgetHeard();
-            machine.sound.forgetDescriptions();
+            machine.sound.forgetRequests();
         }
     }
 

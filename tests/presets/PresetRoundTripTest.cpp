@@ -127,7 +127,7 @@ TEST(PresetRoundTrip, AThousandRandomSetupsComeBackInTheNextLaunchFieldByField) 
         before.engine.setStreamVolume(streamVolume);
         PresetStore saving(before.machine.defaults);
         const auto name = randomText(random, 300);
-        saving.save(snapshotPreset(before.engine, before.machine.hardware, name));
+        saving.save(snapshotPreset(before.engine, before.machine.devices, name));
 
         PresetStore reading(before.machine.defaults);
         ASSERT_EQ(reading.presets(), saving.presets());
@@ -144,7 +144,7 @@ TEST(PresetRoundTrip, AThousandRandomSetupsComeBackInTheNextLaunchFieldByField) 
         }
         EXPECT_EQ(engine.headphoneVolume(), headphoneVolume);
         EXPECT_EQ(engine.streamVolume(), streamVolume);
-        auto again = snapshotPreset(engine, after.machine.hardware, name);
+        auto again = snapshotPreset(engine, after.machine.devices, name);
         again.id = reading.activeID().value();
         EXPECT_EQ(again, *reading.active());
         ASSERT_FALSE(HasFailure());

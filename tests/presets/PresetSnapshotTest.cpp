@@ -14,7 +14,7 @@ using testing::ElementsAre;
 class PresetSnapshotTest : public testing::Test {
 protected:
     [[nodiscard]] Preset snapshot() const {
-        return snapshotPreset(engine_, machine_.hardware, "Podcast");
+        return snapshotPreset(engine_, machine_.devices, "Podcast");
     }
 
     SimulatedPlatform machine_;

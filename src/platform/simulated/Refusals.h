@@ -1,7 +1,7 @@
 // Refusals.h: makes operations of the simulated audio layer fail on demand.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "platform/Status.h"
 
 #include <map>
@@ -10,7 +10,7 @@
 
 namespace velmora {
 
-/// Every operation of `AudioHardware`, `AudioUnits`, `OutputUnit` and `InputUnit` that can fail.
+/// Every operation of the audio interfaces that can fail. Opening a tap has one for each step.
 /// A refused read gives none; a refused `makeOutput` or `makeInput` gives no unit.
 enum class Operation {
     processObjects,
@@ -25,14 +25,13 @@ enum class Operation {
     nominalRate,
     requestBufferFrames,
     defaultOutputDevice,
-    createTap,
-    destroyTap,
-    createAggregate,
-    destroyAggregate,
-    createIOProc,
-    destroyIOProc,
-    startDevice,
-    stopDevice,
+    tapRate,
+    openTap,
+    openTapDevice,
+    openTapCallback,
+    openTapStart,
+    createSink,
+    removeSink,
     makeOutput,
     setOutputDevice,
     setChannelMap,

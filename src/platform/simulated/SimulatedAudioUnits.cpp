@@ -2,20 +2,22 @@
 
 #include "platform/simulated/SoundGraph.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velmora {
 namespace {
 
 /// Points a unit at a device that has channels in the wanted direction.
-template <typename UnitState>
 Status pointAt(
     SoundGraph& graph, UnitState& unit, AudioObjectID device, Operation operation, Scope scope) {
-    const std::scoped_lock guard(graph.mutex);
+    if (unit.startedAs != 0) {
+        return statusBusy;
+    }
     if (const auto refusal = graph.refusals.find(operation, device)) {
         return *refusal;
     }
-    const DeviceState* found = graph.isAvailable ? graph.device(device) : nullptr;
+    const DeviceState* found = graph.isAvailable && unit.isAlive ? graph.device(device) : nullptr;
     if (found == nullptr) {
         return statusNoSuchObject;
     }
@@ -26,10 +28,29 @@ Status pointAt(
     return statusOk;
 }
 
-double rateOf(SoundGraph& graph, AudioObjectID device) {
-    const std::scoped_lock guard(graph.mutex);
-    const DeviceState* found = graph.device(device);
-    return found == nullptr ? 0.0 : found->about.rateHz;
+/// Whether a unit may be started now.
+Status
+checkStart(const SoundGraph& graph, const UnitState& unit, Operation operation, bool hasCallback) {
+    if (unit.startedAs != 0) {
+        return statusBusy;
+    }
+    if (!hasCallback) {
+        return statusInvalid;
+    }
+    if (const auto refusal = graph.refusals.find(operation, unit.device)) {
+        return *refusal;
+    }
+    const bool isThere = graph.isAvailable && unit.isAlive && graph.device(unit.device) != nullptr;
+    return isThere ? statusOk : statusNoSuchObject;
+}
+
+/// A device that is away keeps the machine's rate.
+double rateOf(const SoundGraph& graph, const UnitState& unit) {
+    if (unit.device == 0) {
+        return 0.0;
+    }
+    const DeviceState* found = graph.device(unit.device);
+    return found == nullptr ? graph.rateHz : found->about.rateHz;
 }
 
 class SimulatedOutputUnit : public OutputUnit {
@@ -46,40 +67,60 @@ public:
     SimulatedOutputUnit& operator=(const SimulatedOutputUnit&) = delete;
 
     Status setDevice(AudioObjectID device) override {
-        return pointAt(*graph_, state_, device, Operation::setOutputDevice, Scope::output);
+        const std::scoped_lock guard(graph_->mutex);
+        const Status status =
+            pointAt(*graph_, state_, device, Operation::setOutputDevice, Scope::output);
+        if (status == statusOk) {
+            state_.map.clear();
+        }
+        return status;
     }
 
     Status setChannelMap(std::span<const std::int32_t> map) override {
         const std::scoped_lock guard(graph_->mutex);
+        if (state_.startedAs != 0) {
+            return statusBusy;
+        }
         if (const auto refusal = graph_->refusals.find(Operation::setChannelMap, state_.device)) {
             return *refusal;
         }
         const DeviceState* device = graph_->device(state_.device);
-        if (device == nullptr || map.size() != device->channels(Scope::output)) {
+        if (device == nullptr) {
+            return statusNoSuchObject;
+        }
+        const bool isValid = map.size() == device->channels(Scope::output) &&
+                             std::ranges::all_of(map, [](auto at) { return at >= -1 && at <= 1; });
+        if (!isValid) {
             return statusInvalid;
         }
         state_.map.assign(map.begin(), map.end());
         return statusOk;
     }
 
-    [[nodiscard]] double sampleRate() const override { return rateOf(*graph_, state_.device); }
+    [[nodiscard]] double sampleRate() const override {
+        const std::scoped_lock guard(graph_->mutex);
+        return rateOf(*graph_, state_);
+    }
 
     Status start(RenderCallback render) override {
         const std::scoped_lock guard(graph_->mutex);
-        if (const auto refusal = graph_->refusals.find(Operation::startOutput, state_.device)) {
-            return *refusal;
+        const Status status =
+            checkStart(*graph_, state_, Operation::startOutput, render != nullptr);
+        if (status == statusOk) {
+            state_.render = std::move(render);
+            state_.startedAs = graph_->nextStart();
         }
-        if (!graph_->isAvailable || graph_->device(state_.device) == nullptr) {
-            return statusNoSuchObject;
-        }
-        state_.render = std::move(render);
-        state_.running = true;
-        return statusOk;
+        return status;
     }
 
     void stop() noexcept override {
         const std::scoped_lock guard(graph_->mutex);
-        state_.running = false;
+        state_.startedAs = 0;
+    }
+
+    [[nodiscard]] bool isAlive() const override {
+        const std::scoped_lock guard(graph_->mutex);
+        return state_.isAlive;
     }
 
 private:
@@ -101,33 +142,44 @@ public:
     SimulatedInputUnit& operator=(const SimulatedInputUnit&) = delete;
 
     Status setDevice(AudioObjectID device) override {
-        return pointAt(*graph_, state_, device, Operation::setInputDevice, Scope::input);
+        const std::scoped_lock guard(graph_->mutex);
+        const Status status =
+            pointAt(*graph_, state_, device, Operation::setInputDevice, Scope::input);
+        if (status == statusOk) {
+            state_.channels = graph_->device(device)->channels(Scope::input);
+        }
+        return status;
     }
 
     [[nodiscard]] std::uint32_t channelCount() const override {
         const std::scoped_lock guard(graph_->mutex);
-        const DeviceState* device = graph_->device(state_.device);
-        return device == nullptr ? 0 : device->channels(Scope::input);
+        return state_.channels;
     }
 
-    [[nodiscard]] double sampleRate() const override { return rateOf(*graph_, state_.device); }
+    [[nodiscard]] double sampleRate() const override {
+        const std::scoped_lock guard(graph_->mutex);
+        return rateOf(*graph_, state_);
+    }
 
     Status start(ReceiveCallback receive) override {
         const std::scoped_lock guard(graph_->mutex);
-        if (const auto refusal = graph_->refusals.find(Operation::startInput, state_.device)) {
-            return *refusal;
+        const Status status =
+            checkStart(*graph_, state_, Operation::startInput, receive != nullptr);
+        if (status == statusOk) {
+            state_.receive = std::move(receive);
+            state_.startedAs = graph_->nextStart();
         }
-        if (!graph_->isAvailable || graph_->device(state_.device) == nullptr) {
-            return statusNoSuchObject;
-        }
-        state_.receive = std::move(receive);
-        state_.startedAs = graph_->nextStart();
-        return statusOk;
+        return status;
     }
 
     void stop() noexcept override {
         const std::scoped_lock guard(graph_->mutex);
         state_.startedAs = 0;
+    }
+
+    [[nodiscard]] bool isAlive() const override {
+        const std::scoped_lock guard(graph_->mutex);
+        return state_.isAlive;
     }
 
 private:

@@ -1,7 +1,7 @@
 // SimulatedDevice.h: one audio device of the simulated machine.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 
 #include <cstdint>
 #include <optional>

@@ -5,11 +5,14 @@
 namespace velmora {
 
 SimulatedPlatform::SimulatedPlatform()
-    : hardware(sound, mainQueue), units(sound), applications(mainQueue) {
+    : devices(sound, mainQueue), taps(sound), sinks(sound), units(sound), applications(mainQueue) {
 }
 
 Platform SimulatedPlatform::platform() {
-    return {.hardware = hardware,
+    mainQueue.advance({});
+    return {.devices = devices,
+            .taps = taps,
+            .sinks = sinks,
             .units = units,
             .applications = applications,
             .defaults = defaults,

@@ -3,12 +3,14 @@
 
 #include "platform/Platform.h"
 #include "platform/simulated/SimulatedAppearance.h"
+#include "platform/simulated/SimulatedApplicationTaps.h"
 #include "platform/simulated/SimulatedApplications.h"
-#include "platform/simulated/SimulatedAudioHardware.h"
+#include "platform/simulated/SimulatedAudioDevices.h"
 #include "platform/simulated/SimulatedAudioUnits.h"
 #include "platform/simulated/SimulatedDefaultsStore.h"
 #include "platform/simulated/SimulatedLoginItem.h"
 #include "platform/simulated/SimulatedMainQueue.h"
+#include "platform/simulated/SimulatedPublicSinks.h"
 #include "platform/simulated/SimulatedSound.h"
 
 #include <chrono>
@@ -24,7 +26,7 @@ class SimulatedPlatform {
 public:
     SimulatedPlatform();
 
-    /// What the code under test is given.
+    /// What the code under test is given. What was arranged so far has been told by then.
     [[nodiscard]] Platform platform();
 
     /// Turns the clock: posted work, timers and audio cycles run in order of time.
@@ -49,7 +51,9 @@ public:
 
     SimulatedSound sound;
     SimulatedMainQueue mainQueue;
-    SimulatedAudioHardware hardware;
+    SimulatedAudioDevices devices;
+    SimulatedApplicationTaps taps;
+    SimulatedPublicSinks sinks;
     SimulatedAudioUnits units;
     SimulatedApplications applications;
     SimulatedDefaultsStore defaults;

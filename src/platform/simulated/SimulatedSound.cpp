@@ -18,12 +18,17 @@ AudioObjectID SimulatedSound::addDevice(const SimulatedDevice& device) {
     const Guard guard(graph_->mutex);
     const AudioObjectID id = device.id.value_or(graph_->idForUID(device.uid));
     graph_->devices.push_back({.id = id, .about = device});
+    graph_->tellChanged();
+    if (id == graph_->defaultOutput && graph_->isAvailable) {
+        graph_->tellDefaultOutput();
+    }
     return id;
 }
 
 void SimulatedSound::removeDevice(AudioObjectID device) {
     const Guard guard(graph_->mutex);
     std::erase_if(graph_->devices, [&](const DeviceState& item) { return item.id == device; });
+    graph_->tellChanged();
 }
 
 void SimulatedSound::setInput(AudioObjectID device, Waveform signal) {
@@ -36,7 +41,12 @@ void SimulatedSound::setInput(AudioObjectID device, Waveform signal) {
 void SimulatedSound::setDefaultOutput(AudioObjectID device) {
     const Guard guard(graph_->mutex);
     const bool differs = std::exchange(graph_->defaultOutput, device) != device;
-    if (differs && graph_->isAvailable) {
+    if (!differs || !graph_->isAvailable) {
+        return;
+    }
+    if (graph_->device(device) == nullptr) {
+        graph_->tellChanged();
+    } else {
         graph_->tellDefaultOutput();
     }
 }
@@ -44,22 +54,28 @@ void SimulatedSound::setDefaultOutput(AudioObjectID device) {
 void SimulatedSound::loseService() {
     const Guard guard(graph_->mutex);
     graph_->loseService();
-    graph_->tellAvailability();
+    graph_->tellChanged();
 }
 
 void SimulatedSound::pauseService() {
     const Guard guard(graph_->mutex);
     graph_->isAvailable = false;
-    graph_->tellAvailability();
+    graph_->tellChanged();
 }
 
 void SimulatedSound::returnService() {
     const Guard guard(graph_->mutex);
     graph_->isAvailable = true;
-    graph_->tellAvailability();
+    graph_->tellChanged();
     if (graph_->defaultOutput != 0) {
         graph_->tellDefaultOutput();
     }
+}
+
+void SimulatedSound::removeOurNode() {
+    const Guard guard(graph_->mutex);
+    graph_->killStarted();
+    graph_->tellChanged();
 }
 
 AudioObjectID SimulatedSound::play(std::int32_t pid, Waveform signal) {
@@ -102,7 +118,10 @@ void SimulatedSound::pauseProcess(AudioObjectID process) {
 
 void SimulatedSound::endProcess(std::int32_t pid) {
     const Guard guard(graph_->mutex);
-    std::erase_if(graph_->processes, [&](const ProcessState& item) { return item.pid == pid; });
+    if (std::erase_if(graph_->processes,
+                      [&](const ProcessState& item) { return item.pid == pid; }) > 0) {
+        graph_->tellChanged();
+    }
 }
 
 void SimulatedSound::addHelper(std::int32_t pid, std::int32_t helper) {
@@ -136,9 +155,9 @@ void SimulatedSound::allow(Operation operation, AudioObjectID object) {
     graph_->refusals.allow(operation, object);
 }
 
-void SimulatedSound::setTapBuffers(TapBuffers buffers) {
+void SimulatedSound::setTapBlocks(TapBlocks blocks) {
     const Guard guard(graph_->mutex);
-    graph_->tapBuffers = buffers;
+    graph_->tapBlocks = blocks;
 }
 
 void SimulatedSound::setMixdownDivided(bool divided) {
@@ -181,6 +200,10 @@ std::int64_t SimulatedSound::blockFrames() const {
 void SimulatedSound::setRate(double rateHz) {
     const Guard guard(graph_->mutex);
     graph_->rateHz = rateHz;
+    for (DeviceState& device : graph_->devices) {
+        device.about.rateHz = rateHz;
+    }
+    graph_->tellChanged();
 }
 
 std::chrono::nanoseconds SimulatedSound::cyclePeriod() const {
@@ -203,20 +226,15 @@ void SimulatedSound::watchCallbacks(std::function<void()> entered, std::function
 
 SimulatedSound::Census SimulatedSound::census() const {
     const Guard guard(graph_->mutex);
-    const auto running = [](auto& items, auto isRunning) {
-        return static_cast<std::size_t>(std::ranges::count_if(items, isRunning));
+    const auto running = [](const auto& units) {
+        return static_cast<std::size_t>(std::ranges::count_if(
+            units, [](const UnitState* unit) { return unit->startedAs != 0; }));
     };
     return {
         .taps = graph_->taps.size(),
-        .aggregates = graph_->aggregates.size(),
-        .ioProcs = graph_->ioProcs.size(),
-        .runningIOProcs =
-            running(graph_->ioProcs, [](const IOProcState& item) { return item.startedAs != 0; }),
+        .sinks = graph_->sinks.size(),
         .units = graph_->outputUnits.size() + graph_->inputUnits.size(),
-        .runningUnits = running(graph_->outputUnits,
-                                [](const OutputUnitState* item) { return item->running; }) +
-                        running(graph_->inputUnits,
-                                [](const InputUnitState* item) { return item->startedAs != 0; }),
+        .runningUnits = running(graph_->outputUnits) + running(graph_->inputUnits),
         .wrongReleases = graph_->wrongReleases,
     };
 }
@@ -227,20 +245,20 @@ std::uint32_t SimulatedSound::requestedBufferFrames(AudioObjectID device) const 
     return found == nullptr ? 0 : found->requestedFrames;
 }
 
-std::vector<TapDescription> SimulatedSound::tapDescriptions() const {
+std::vector<TapRequest> SimulatedSound::openedTaps() const {
     const Guard guard(graph_->mutex);
-    return graph_->tapHistory;
+    return graph_->openedTaps;
 }
 
-std::vector<AggregateDescription> SimulatedSound::aggregateDescriptions() const {
+std::vector<PublicSink> SimulatedSound::createdSinks() const {
     const Guard guard(graph_->mutex);
-    return graph_->aggregateHistory;
+    return graph_->createdSinks;
 }
 
-void SimulatedSound::forgetDescriptions() {
+void SimulatedSound::forgetRequests() {
     const Guard guard(graph_->mutex);
-    graph_->tapHistory.clear();
-    graph_->aggregateHistory.clear();
+    graph_->openedTaps.clear();
+    graph_->createdSinks.clear();
 }
 
 } // namespace velmora

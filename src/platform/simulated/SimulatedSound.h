@@ -1,8 +1,10 @@
 // SimulatedSound.h: the sound of the simulated machine: devices, players, taps and the cycle.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/ApplicationTaps.h"
+#include "platform/AudioDevices.h"
 #include "platform/AudioUnits.h"
+#include "platform/PublicSinks.h"
 #include "platform/simulated/Refusals.h"
 #include "platform/simulated/SimulatedDevice.h"
 #include "platform/simulated/Waveform.h"
@@ -22,15 +24,24 @@ namespace velmora {
 
 struct SoundGraph;
 
-/// What a tap hands to its I/O callback.
-enum class TapBuffers {
+/// What a tap hands to its callback.
+enum class TapBlocks {
     filled, ///< the application's sound
-    empty,  ///< a buffer of no samples
-    null,   ///< a buffer without data
+    empty,  ///< a block of no samples
+    null,   ///< a block without data
+};
+
+/// A tap as it was asked for.
+struct TapRequest {
+    AudioObjectID process{};
+    ApplicationTaps::Mute mute{};
+
+    bool operator==(const TapRequest&) const = default;
 };
 
 /// The machine as a test arranges it and listens to it. The platform interfaces
-/// (`SimulatedAudioHardware`, `SimulatedAudioUnits`) show the same machine to the code under test.
+/// (`SimulatedAudioDevices` and the others) show the same machine to the code under test, and tell
+/// it what changes here.
 ///
 /// Each cycle moves one block: applications and input devices produce it, captures run, outputs
 /// run, and every output device's channels keep what they played. Captures run in the order in
@@ -49,7 +60,7 @@ public:
     void removeDevice(AudioObjectID device);
     /// What an input device records from now on; it is silent until this is called.
     void setInput(AudioObjectID device, Waveform signal);
-    /// 0 = there is none. Listeners are told through `onDefaultOutputChange`.
+    /// 0 = there is none.
     void setDefaultOutput(AudioObjectID device);
 
     // -- the audio service --
@@ -62,6 +73,9 @@ public:
     /// The service answers again; a default output is told as a change. Applications are heard
     /// after their next `play`.
     void returnService();
+    /// Every open tap and every started unit dies, as if somebody had removed our node; devices and
+    /// applications go on.
+    void removeOurNode();
 
     // -- applications' audio --
 
@@ -90,7 +104,7 @@ public:
     void
     refuse(Operation operation, Status status = Refusals::defaultStatus, AudioObjectID object = 0);
     void allow(Operation operation, AudioObjectID object = 0);
-    void setTapBuffers(TapBuffers buffers);
+    void setTapBlocks(TapBlocks blocks);
     /// True (at the start): a tap's mixdown comes divided by max(channels of the default output
     /// / 2, 1), so that a capture that multiplies by that factor is at unity. False: undivided.
     void setMixdownDivided(bool divided);
@@ -108,9 +122,10 @@ public:
 
     // -- the cycle --
 
-    /// Frames per block and cycles' rate, from the next cycle on. 128 at 48 kHz at the start.
+    /// Frames per block, from the next cycle on. 128 at the start.
     void setBlockFrames(std::int64_t frames);
     [[nodiscard]] std::int64_t blockFrames() const;
+    /// Of cycles, taps and the devices that are there. 48 kHz at the start.
     void setRate(double rateHz);
     /// How long one cycle lasts.
     [[nodiscard]] std::chrono::nanoseconds cyclePeriod() const;
@@ -122,9 +137,7 @@ public:
 
     struct Census {
         std::size_t taps{};
-        std::size_t aggregates{};
-        std::size_t ioProcs{};
-        std::size_t runningIOProcs{};
+        std::size_t sinks{}; ///< public ones
         std::size_t units{}; ///< output and input units
         std::size_t runningUnits{};
         std::size_t wrongReleases{}; ///< so far: of something that was not or no longer there
@@ -134,17 +147,19 @@ public:
     [[nodiscard]] Census census() const;
     /// What was last requested for the device; 0 = nothing yet.
     [[nodiscard]] std::uint32_t requestedBufferFrames(AudioObjectID device) const;
-    /// As given to the audio layer, newest last; also of objects that are gone.
-    [[nodiscard]] std::vector<TapDescription> tapDescriptions() const;
-    [[nodiscard]] std::vector<AggregateDescription> aggregateDescriptions() const;
+    /// As they were asked for and made, newest last; also those that are gone.
+    [[nodiscard]] std::vector<TapRequest> openedTaps() const;
+    [[nodiscard]] std::vector<PublicSink> createdSinks() const;
     /// Lets go of both lists; what exists stays.
-    void forgetDescriptions();
+    void forgetRequests();
 
 private:
-    friend class SimulatedAudioHardware;
+    friend class SimulatedApplicationTaps;
+    friend class SimulatedAudioDevices;
     friend class SimulatedAudioUnits;
+    friend class SimulatedPublicSinks;
 
-    std::shared_ptr<SoundGraph> graph_; // also held by units
+    std::shared_ptr<SoundGraph> graph_; // also held by taps and units
 };
 
 } // namespace velmora

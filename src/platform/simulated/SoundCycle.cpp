@@ -68,9 +68,9 @@ void SoundGraph::runCallbacks() {
 
 void SoundGraph::runCaptures() {
     std::map<std::uint64_t, std::function<void()>> inOrderOfStart;
-    for (const IOProcState& proc : ioProcs) {
-        if (proc.startedAs != 0) {
-            inOrderOfStart[proc.startedAs] = [&] { runIOProc(proc); };
+    for (const TapState* tap : taps) {
+        if (tap->startedAs != 0) {
+            inOrderOfStart[tap->startedAs] = [this, tap] { runTap(*tap); };
         }
     }
     for (const InputUnitState* unit : inputUnits) {
@@ -83,37 +83,21 @@ void SoundGraph::runCaptures() {
     }
 }
 
-void SoundGraph::runIOProc(const IOProcState& proc) {
-    const AggregateState* device = aggregate(proc.device);
-    if (device == nullptr) {
-        return;
-    }
+void SoundGraph::runTap(const TapState& tap) {
     const DeviceClock clock = applicationsClock();
     for (std::int64_t block = 0; block < clock.blocks(); ++block) {
-        handOn(proc, *device, frame + clock.ahead(block));
+        std::vector<float> samples = tapBlock(tap, frame + clock.ahead(block));
+        const TapBlock handed{.data = tapBlocks == TapBlocks::null ? nullptr : samples.data(),
+                              .samples = tapBlocks == TapBlocks::filled
+                                             ? static_cast<std::int64_t>(samples.size())
+                                             : 0};
+        callBack([&] { tap.callback(handed); });
     }
 }
 
 DeviceClock SoundGraph::applicationsClock() {
     const DeviceState* speakers = device(defaultOutput);
     return speakers == nullptr ? DeviceClock{} : speakers->clock;
-}
-
-void SoundGraph::handOn(const IOProcState& proc, const AggregateState& device, std::int64_t first) {
-    std::vector<std::vector<float>> blocks;
-    for (const std::string& uuid : device.about.taps) {
-        if (const TapState* tap = tapByUUID(uuid)) {
-            blocks.push_back(tapBlock(*tap, first));
-        }
-    }
-    std::vector<IOBuffer> buffers;
-    buffers.reserve(blocks.size());
-    for (std::vector<float>& block : blocks) {
-        buffers.push_back(
-            {tapBuffers == TapBuffers::null ? nullptr : block.data(),
-             tapBuffers == TapBuffers::filled ? static_cast<std::int64_t>(block.size()) : 0});
-    }
-    callBack([&] { proc.callback(buffers); });
 }
 
 std::vector<float> SoundGraph::tapBlock(const TapState& tap, std::int64_t first) {
@@ -136,7 +120,7 @@ void SoundGraph::runInput(const InputUnitState& unit) {
     }
     for (std::int64_t block = 0; block < source->clock.blocks(); ++block) {
         ChannelBlock sound;
-        for (std::size_t channel = 0; channel < source->channels(Scope::input); ++channel) {
+        for (std::size_t channel = 0; channel < unit.channels; ++channel) {
             sound.push_back(
                 channelOf(source->input, channel, frame + source->clock.ahead(block), blockFrames));
         }
@@ -148,7 +132,7 @@ void SoundGraph::runInput(const InputUnitState& unit) {
 
 void SoundGraph::runOutputs() {
     for (const OutputUnitState* unit : outputUnits) {
-        if (unit->running) {
+        if (unit->startedAs != 0) {
             runOutput(*unit);
         }
     }
@@ -204,8 +188,8 @@ void SoundGraph::playApplications() {
 }
 
 bool SoundGraph::isMuted(AudioObjectID process) const {
-    return std::ranges::any_of(taps, [&](const TapState& tap) {
-        return tap.about.process == process && tap.about.mute == MuteBehavior::mutedWhenTapped;
+    return std::ranges::any_of(taps, [&](const TapState* tap) {
+        return tap->about == TapRequest{process, ApplicationTaps::Mute::whileTapped};
     });
 }
 

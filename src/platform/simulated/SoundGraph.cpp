@@ -41,34 +41,36 @@ AudioObjectID SoundGraph::idForUID(std::string_view uid) const {
     return id;
 }
 
-void SoundGraph::tellAvailability() const {
-    for (const auto& listener : availabilityListeners) {
-        listener(isAvailable);
-    }
-}
-
-void SoundGraph::tellDefaultOutput() const {
-    for (const auto& listener : defaultOutputListeners) {
-        listener();
-    }
-}
-
 void SoundGraph::loseService() {
     isAvailable = false;
-    ++epoch;
     processes.clear();
-    for (IOProcState& proc : ioProcs) {
-        proc.startedAs = 0;
-    }
-    for (OutputUnitState* const unit : outputUnits) {
-        unit->running = false;
-    }
-    for (InputUnitState* const unit : inputUnits) {
-        unit->startedAs = 0;
-    }
+    killStarted();
+    const auto killPointed = [](auto& units) {
+        for (UnitState* const unit : units) {
+            unit->isAlive = unit->isAlive && unit->device == 0;
+        }
+    };
+    killPointed(outputUnits);
+    killPointed(inputUnits);
+}
+
+void SoundGraph::killStarted() {
+    const auto kill = [](auto& items) {
+        for (auto* const item : items) {
+            item->isAlive = item->isAlive && item->startedAs == 0;
+            item->startedAs = 0;
+        }
+    };
+    kill(taps);
+    kill(outputUnits);
+    kill(inputUnits);
 }
 
 DeviceState* SoundGraph::device(AudioObjectID id) {
+    return findIn(devices, [&](const DeviceState& item) { return item.id == id; });
+}
+
+const DeviceState* SoundGraph::device(AudioObjectID id) const {
     return findIn(devices, [&](const DeviceState& item) { return item.id == id; });
 }
 
@@ -91,39 +93,33 @@ ProcessState* SoundGraph::processOfPid(std::int32_t pid) {
 }
 
 ProcessState& SoundGraph::makeProcess(std::int32_t pid) {
+    tellChanged();
     return processes.emplace_back(ProcessState{.id = nextObject(), .pid = leaderOf(pid)});
 }
 
-TapState* SoundGraph::tapByUUID(std::string_view uuid) {
-    return findIn(taps, [&](const TapState& item) { return item.about.uuid == uuid; });
-}
-
-AggregateState* SoundGraph::aggregate(AudioObjectID id) {
-    return findIn(aggregates, [&](const AggregateState& item) { return item.id == id; });
-}
-
-AudioObjectID SoundGraph::makeAggregate(const AggregateDescription& description) {
-    const AudioObjectID id = description.isPrivate ? nextObject() : idForUID(description.uid);
-    aggregates.push_back({id, description});
-    aggregateHistory.push_back(description);
-    if (!description.isPrivate) {
-        DeviceState made;
-        made.id = id;
-        made.about = {.uid = description.uid,
-                      .name = description.name,
-                      .outputs = {2},
-                      .transport = Transport::aggregate};
-        for (const SubDevice& part : description.subDevices) {
-            made.partUIDs.push_back(part.uid);
-        }
-        devices.push_back(std::move(made));
-    }
+AudioObjectID SoundGraph::makeSink(const PublicSink& sink) {
+    const AudioObjectID id = idForUID(sink.uid);
+    sinks.push_back({id, sink});
+    createdSinks.push_back(sink);
+    DeviceState made;
+    made.id = id;
+    made.about = {
+        .uid = sink.uid, .name = sink.name, .outputs = {2}, .transport = Transport::aggregate};
+    made.partUIDs = {sink.masterUID, sink.followerUID};
+    devices.push_back(std::move(made));
+    tellChanged();
     return id;
 }
 
-IOProcState* SoundGraph::ioProc(AudioObjectID device, IOProcID id) {
-    return findIn(ioProcs,
-                  [&](const IOProcState& item) { return item.device == device && item.id == id; });
+bool SoundGraph::removeSink(AudioObjectID id) {
+    const auto hasId = [id](const auto& item) { return item.id == id; };
+    if (std::erase_if(sinks, hasId) == 0) {
+        ++wrongReleases;
+        return false;
+    }
+    std::erase_if(devices, hasId);
+    tellChanged();
+    return true;
 }
 
 float SoundGraph::mixdownDivisor() {

@@ -2,8 +2,10 @@
 // folder: tests see it through SimulatedSound, the code under test through the interfaces.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/ApplicationTaps.h"
+#include "platform/AudioDevices.h"
 #include "platform/AudioUnits.h"
+#include "platform/PublicSinks.h"
 #include "platform/simulated/DeviceClock.h"
 #include "platform/simulated/Refusals.h"
 #include "platform/simulated/SimulatedDevice.h"
@@ -22,6 +24,7 @@
 namespace velmora {
 
 inline constexpr Status statusNoSuchObject = -2; // as ENOENT
+inline constexpr Status statusBusy = -16;        // as EBUSY
 inline constexpr Status statusInvalid = -22;     // as EINVAL
 
 /// One block: one vector per channel.
@@ -31,7 +34,7 @@ struct DeviceState {
     AudioObjectID id{};
     SimulatedDevice about;
     Waveform input = silence();
-    std::vector<std::string> partUIDs{}; ///< where an aggregate's sound goes as well
+    std::vector<std::string> partUIDs{}; ///< where a public sink's sound goes
     std::uint32_t requestedFrames{};
     DeviceClock clock{};
     ChannelBlock playing{}; ///< this cycle's block
@@ -47,37 +50,36 @@ struct ProcessState {
     Waveform signal = silence();
 };
 
+struct SinkState {
+    AudioObjectID id{};
+    PublicSink about;
+};
+
+// The graph's side of a tap or a unit, which takes it out when it is destroyed. `startedAs` is its
+// place in the order of starts, 0 while it is not started.
+
 struct TapState {
-    AudioObjectID id{};
-    TapDescription about;
+    TapRequest about;
+    TapCallback callback;
     float divisor{1.0F}; ///< of the mixdown, see SimulatedSound::setMixdownDivided
+    std::uint64_t startedAs{};
+    bool isAlive{true};
 };
 
-struct AggregateState {
-    AudioObjectID id{};
-    AggregateDescription about;
+struct UnitState {
+    AudioObjectID device{}; ///< 0 = not pointed at one yet
+    std::uint64_t startedAs{};
+    bool isAlive{true};
 };
 
-struct IOProcState {
-    IOProcID id{};
-    AudioObjectID device{};
-    IOCallback callback;
-    std::uint64_t startedAs{}; ///< 0 = not running; otherwise its place in the order of starts
-    std::uint32_t epoch{};     ///< of the service when it was made
-};
-
-/// The graph's side of an output or input unit; the unit takes it out when it is destroyed.
-struct OutputUnitState {
-    AudioObjectID device{};
+struct OutputUnitState : UnitState {
     std::vector<std::int32_t> map;
     RenderCallback render;
-    bool running{};
 };
 
-struct InputUnitState {
-    AudioObjectID device{};
+struct InputUnitState : UnitState {
+    std::uint32_t channels{}; ///< of the device when the unit was pointed at it
     ReceiveCallback receive;
-    std::uint64_t startedAs{};
 };
 
 /// Callers hold `mutex`.
@@ -85,28 +87,27 @@ struct SoundGraph {
     std::mutex mutex;
 
     bool isAvailable{true};
-    std::uint32_t epoch{};                                        ///< counts losses of the service
-    std::vector<std::function<void(bool)>> availabilityListeners; ///< each posts to the main queue
+    // These post to the main queue.
+    std::function<void()> tellChanged = [] {};
+    std::function<void()> tellDefaultOutput = [] {};
 
     Refusals refusals;
     std::vector<DeviceState> devices; ///< in the system's order
     AudioObjectID defaultOutput{};
-    std::vector<std::function<void()>> defaultOutputListeners; ///< each posts to the main queue
 
     std::vector<ProcessState> processes;
     std::map<std::int32_t, std::int32_t> leaderOfHelper;
 
-    std::vector<TapState> taps;
-    std::vector<AggregateState> aggregates; ///< all of them; public ones are devices as well
-    std::vector<IOProcState> ioProcs;
+    std::vector<SinkState> sinks; ///< they are devices as well
     std::size_t wrongReleases{};
-    std::vector<TapDescription> tapHistory;
-    std::vector<AggregateDescription> aggregateHistory;
+    std::vector<TapRequest> openedTaps;
+    std::vector<PublicSink> createdSinks;
 
+    std::vector<TapState*> taps;
     std::vector<OutputUnitState*> outputUnits;
     std::vector<InputUnitState*> inputUnits;
 
-    TapBuffers tapBuffers{TapBuffers::filled};
+    TapBlocks tapBlocks{TapBlocks::filled};
     bool mixdownDivided{true};
     std::int64_t delayedCaptureCycles{};
     std::int64_t skippedOutputCycles{};
@@ -123,23 +124,22 @@ struct SoundGraph {
     [[nodiscard]] AudioObjectID idForUID(std::string_view uid) const;
 
     [[nodiscard]] DeviceState* device(AudioObjectID id);
+    [[nodiscard]] const DeviceState* device(AudioObjectID id) const;
     [[nodiscard]] DeviceState* deviceByUID(std::string_view uid);
     [[nodiscard]] ProcessState* process(AudioObjectID id);
     [[nodiscard]] std::int32_t leaderOf(std::int32_t pid) const;
     [[nodiscard]] ProcessState* processOfPid(std::int32_t pid);
     ProcessState& makeProcess(std::int32_t pid);
-    [[nodiscard]] TapState* tapByUUID(std::string_view uuid);
-    [[nodiscard]] AggregateState* aggregate(AudioObjectID id);
-    /// One that is not private is a device for everybody, last in the list.
-    AudioObjectID makeAggregate(const AggregateDescription& description);
-    [[nodiscard]] IOProcState* ioProc(AudioObjectID device, IOProcID id);
+    /// It becomes a device for everybody, last in the list.
+    AudioObjectID makeSink(const PublicSink& sink);
+    bool removeSink(AudioObjectID id);
     /// How much louder than a tap's mixdown an application is on the present default output.
     [[nodiscard]] float mixdownDivisor();
 
-    void tellAvailability() const;
-    void tellDefaultOutput() const;
-    /// Ends every callback and every application's connection for good.
+    /// Ends every tap, every unit that has a device and every application's connection for good.
     void loseService();
+    /// Ends every tap and every started unit for good.
+    void killStarted();
 
     /// Moves one block through the machine.
     void runCycle();
@@ -147,8 +147,7 @@ struct SoundGraph {
 private:
     void runCallbacks();
     void runCaptures();
-    void runIOProc(const IOProcState& proc);
-    void handOn(const IOProcState& proc, const AggregateState& device, std::int64_t first);
+    void runTap(const TapState& tap);
     void runInput(const InputUnitState& unit);
     void runOutputs();
     void runOutput(const OutputUnitState& unit);

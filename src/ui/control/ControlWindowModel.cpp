@@ -83,7 +83,7 @@ GumMenuModel* ControlWindowModel::openPresetsMenu() {
 void ControlWindowModel::savePreset(const QString& name) {
     const auto trimmed = withoutBlanksAround(name.toStdString());
     if (!trimmed.empty()) {
-        parts_.presets.save(snapshotPreset(parts_.engine, parts_.platform.hardware, trimmed));
+        parts_.presets.save(snapshotPreset(parts_.engine, parts_.platform.devices, trimmed));
     }
 }
 

@@ -16,9 +16,8 @@ QString applicationIconUrl(const std::string& icon) {
            QString::fromLatin1(QUrl::toPercentEncoding(QString::fromStdString(icon)));
 }
 
-QString deviceSymbol(const AudioHardware& hardware, AudioObjectID device) {
-    const bool hasNoPlug =
-        hardware.transport(device).value_or(Transport::other) != Transport::other;
+QString deviceSymbol(const AudioDevices& devices, AudioObjectID device) {
+    const bool hasNoPlug = devices.transport(device).value_or(Transport::other) != Transport::other;
     return hasNoPlug ? QStringLiteral("waveform") : QStringLiteral("mic");
 }
 

@@ -1,7 +1,7 @@
 // SourceIcons.h: the picture before a source's name.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 
 #include <QString>
 #include <string>
@@ -18,6 +18,6 @@ class Applications;
 [[nodiscard]] QString applicationIconUrl(const std::string& icon);
 
 /// Name of the symbol of an input device, by how it is connected.
-[[nodiscard]] QString deviceSymbol(const AudioHardware& hardware, AudioObjectID device);
+[[nodiscard]] QString deviceSymbol(const AudioDevices& devices, AudioObjectID device);
 
 } // namespace velmora

@@ -37,7 +37,7 @@ public:
     [[nodiscard]] GumMenuItem device(const InputDeviceInfo& info) const {
         const DeviceSource whole{info.deviceID, info.name};
         GumMenuItem item = choice(whole, QString::fromStdString(info.name));
-        item.symbol = deviceSymbol(platform_.hardware, info.deviceID);
+        item.symbol = deviceSymbol(platform_.devices, info.deviceID);
         if (info.channels > 1) {
             item.action = nullptr;
             item.children = ranges(info, whole);

@@ -16,10 +16,10 @@ QString iconOf(const AudioSource& source, const Platform& platform) {
 
 QString symbolOf(const AudioSource& source, const Platform& platform) {
     if (const auto* const device = source.device()) {
-        return deviceSymbol(platform.hardware, device->id);
+        return deviceSymbol(platform.devices, device->id);
     }
     if (const auto* const channels = source.deviceChannels()) {
-        return deviceSymbol(platform.hardware, channels->id);
+        return deviceSymbol(platform.devices, channels->id);
     }
     return QStringLiteral("waveform");
 }

@@ -17,11 +17,11 @@ struct Output {
     std::int64_t channels{};
 };
 
-std::vector<Output> physicalOutputs(const AudioHardware& hardware, const SourceManager& sources) {
+std::vector<Output> physicalOutputs(const AudioDevices& devices, const SourceManager& sources) {
     std::vector<Output> outputs;
     for (const InputDeviceInfo& device : sources.outputDeviceInfos()) {
-        const auto uid = deviceUID(hardware, device.deviceID);
-        const Transport transport = hardware.transport(device.deviceID).value_or(Transport::other);
+        const auto uid = deviceUID(devices, device.deviceID);
+        const Transport transport = devices.transport(device.deviceID).value_or(Transport::other);
         if (uid && transport == Transport::other) {
             outputs.push_back({*uid, device.name, device.channels});
         }
@@ -31,11 +31,11 @@ std::vector<Output> physicalOutputs(const AudioHardware& hardware, const SourceM
 
 } // namespace
 
-DeviceOptions monitoringOptions(const AudioHardware& hardware,
+DeviceOptions monitoringOptions(const AudioDevices& devices,
                                 const SourceManager& sources,
                                 const AppSettings& settings) {
     DeviceOptions options{{"", settings.t("Sortie par défaut")}};
-    for (const Output& output : physicalOutputs(hardware, sources)) {
+    for (const Output& output : physicalOutputs(devices, sources)) {
         const std::int64_t channels = std::min(output.channels, mostChannels);
         if (channels < 3) {
             options.push_back({output.uid + "#1", output.name});
@@ -50,11 +50,11 @@ DeviceOptions monitoringOptions(const AudioHardware& hardware,
     return options;
 }
 
-DeviceOptions dawInterfaceOptions(const AudioHardware& hardware,
+DeviceOptions dawInterfaceOptions(const AudioDevices& devices,
                                   const SourceManager& sources,
                                   const AppSettings& settings) {
     DeviceOptions options{{"", settings.t("Choisir…")}};
-    for (const Output& output : physicalOutputs(hardware, sources)) {
+    for (const Output& output : physicalOutputs(devices, sources)) {
         options.push_back({output.uid, output.name});
     }
     return options;

@@ -7,7 +7,7 @@
 namespace velmora {
 
 class AppSettings;
-class AudioHardware;
+class AudioDevices;
 class SourceManager;
 struct Choice;
 
@@ -18,12 +18,12 @@ using DeviceOptions = std::vector<Choice>;
 
 /// The default output, then every output device: one entry for each pair of channels, "uid#first",
 /// up to the 32nd channel.
-[[nodiscard]] DeviceOptions monitoringOptions(const AudioHardware& hardware,
+[[nodiscard]] DeviceOptions monitoringOptions(const AudioDevices& devices,
                                               const SourceManager& sources,
                                               const AppSettings& settings);
 
 /// The invitation to choose, then every output device under its UID.
-[[nodiscard]] DeviceOptions dawInterfaceOptions(const AudioHardware& hardware,
+[[nodiscard]] DeviceOptions dawInterfaceOptions(const AudioDevices& devices,
                                                 const SourceManager& sources,
                                                 const AppSettings& settings);
 

@@ -148,9 +148,9 @@ void SettingsModel::followMonitoring() {
 }
 
 void SettingsModel::readDevices() {
-    const AudioHardware& hardware = parts_.platform.hardware;
-    auto monitoring = velmora::monitoringOptions(hardware, parts_.sources, parts_.settings);
-    auto daw = velmora::dawInterfaceOptions(hardware, parts_.sources, parts_.settings);
+    const AudioDevices& devices = parts_.platform.devices;
+    auto monitoring = velmora::monitoringOptions(devices, parts_.sources, parts_.settings);
+    auto daw = velmora::dawInterfaceOptions(devices, parts_.sources, parts_.settings);
     if (monitoring != monitoringOptions_ || daw != dawOptions_) {
         monitoringOptions_ = std::move(monitoring);
         dawOptions_ = std::move(daw);

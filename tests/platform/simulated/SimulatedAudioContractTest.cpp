@@ -1,13 +1,18 @@
-#include "platform/contract/AudioContract.h"
+#include "platform/contract/ApplicationTapsContract.h"
+#include "platform/contract/AudioDevicesContract.h"
+#include "platform/contract/AudioUnitsContract.h"
 #include "platform/simulated/SimulatedPlatform.h"
 
 #include <chrono>
+#include <map>
 
 namespace velmora {
 
 class SimulatedAudioRig {
 public:
-    AudioHardware& hardware() { return machine_.hardware; }
+    AudioDevices& devices() { return machine_.devices; }
+    ApplicationTaps& taps() { return machine_.taps; }
+    PublicSinks& sinks() { return machine_.sinks; }
     AudioUnits& units() { return machine_.units; }
 
     void makeDevice(const ContractDevice& device) {
@@ -22,6 +27,15 @@ public:
     }
     void removeDevice(const std::string& uid) { machine_.sound.removeDevice(ids_.at(uid)); }
     void makeDefault(const std::string& uid) { machine_.sound.setDefaultOutput(ids_.at(uid)); }
+
+    void loseService() {
+        machine_.sound.loseService();
+        for (const auto& [uid, id] : ids_) {
+            machine_.sound.removeDevice(id);
+        }
+        ids_.clear();
+    }
+    void returnService() { machine_.sound.returnService(); }
 
     std::int32_t playTone(const std::string& name, double hz, double db) {
         const std::int32_t pid = ++lastPid_;
@@ -54,6 +68,8 @@ private:
     std::int32_t lastPid_ = 100;
 };
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, AudioContract, SimulatedAudioRig);
+INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, ApplicationTapsContract, SimulatedAudioRig);
+INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, AudioDevicesContract, SimulatedAudioRig);
+INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, AudioUnitsContract, SimulatedAudioRig);
 
 } // namespace velmora

@@ -45,26 +45,24 @@ TEST(SimulatedPlatform, SumsEverythingThatPlaysOnADevice) {
     EXPECT_EQ(machine.sound.heard(speakers, 2), std::vector<float>(128, 0.75F));
 }
 
-TEST(SimulatedPlatform, PlaysAnAggregateOnItsParts) {
+TEST(SimulatedPlatform, PlaysAPublicSinkOnItsParts) {
     SimulatedPlatform machine;
     const AudioObjectID first = machine.sound.addDevice({.uid = "a", .name = "A", .outputs = {4}});
     const AudioObjectID second = machine.sound.addDevice({.uid = "b", .name = "B", .outputs = {2}});
-    AggregateDescription both;
-    both.name = "Both";
-    both.uid = "both";
-    both.subDevices = {{.uid = "a"}, {.uid = "b", .driftCompensation = true}};
-    const AudioObjectID aggregate = machine.hardware.createAggregate(both).value();
-    machine.sound.setDefaultOutput(aggregate);
+    const AudioObjectID sink =
+        machine.sinks.create({.name = "Both", .uid = "both", .masterUID = "a", .followerUID = "b"})
+            .value();
+    machine.sound.setDefaultOutput(sink);
     machine.sound.play(7, constant(0.5F));
 
     machine.advanceCycles(1);
 
-    EXPECT_EQ(machine.hardware.devices()->back(), aggregate);
-    EXPECT_EQ(machine.hardware.transport(aggregate), Transport::aggregate);
+    EXPECT_EQ(machine.devices.devices()->back(), sink);
+    EXPECT_EQ(machine.devices.transport(sink), Transport::aggregate);
     EXPECT_EQ(machine.sound.heard(first, 1).back(), 0.5F);
     EXPECT_EQ(machine.sound.heard(second, 2).back(), 0.5F);
-    machine.hardware.destroyAggregate(aggregate);
-    EXPECT_THAT(*machine.hardware.devices(), ElementsAre(first, second));
+    EXPECT_EQ(machine.sinks.remove(sink), statusOk);
+    EXPECT_THAT(*machine.devices.devices(), ElementsAre(first, second));
 }
 
 TEST(SimulatedPlatform, KeepsNothingOfTheTimeBeforeALossOfTheService) {
@@ -72,7 +70,9 @@ TEST(SimulatedPlatform, KeepsNothingOfTheTimeBeforeALossOfTheService) {
     const AudioObjectID speakers = machine.addSpeakers();
     machine.sound.play(7, constant(0.5F));
     std::vector<bool> told;
-    machine.hardware.onAvailabilityChange([&](bool isAvailable) { told.push_back(isAvailable); });
+    machine.advanceCycles(1);
+    const auto connection =
+        machine.devices.changed().connect([&] { told.push_back(machine.devices.isAvailable()); });
     int calls = 0;
     const auto unit = machine.units.makeOutput();
     unit->setDevice(speakers);
@@ -81,14 +81,14 @@ TEST(SimulatedPlatform, KeepsNothingOfTheTimeBeforeALossOfTheService) {
     machine.sound.loseService();
     machine.advanceCycles(1);
 
-    EXPECT_EQ(machine.hardware.devices(), std::nullopt);
+    EXPECT_EQ(machine.devices.devices(), std::nullopt);
     EXPECT_EQ(calls, 0);
     EXPECT_NE(machine.units.makeOutput()->setDevice(speakers), statusOk);
     machine.sound.returnService();
     machine.advanceCycles(1);
     EXPECT_THAT(told, ElementsAre(false, true));
-    EXPECT_THAT(*machine.hardware.devices(), ElementsAre(speakers));
-    EXPECT_EQ(machine.hardware.processForPid(7), std::nullopt);
+    EXPECT_THAT(*machine.devices.devices(), ElementsAre(speakers));
+    EXPECT_EQ(machine.taps.processForPid(7), std::nullopt);
     EXPECT_EQ(calls, 0);
 }
 
@@ -100,8 +100,8 @@ TEST(SimulatedPlatform, GivesAHelpersProcessToItsApplication) {
 
     const AudioObjectID process = machine.sound.play(51, constant(1.0F));
 
-    EXPECT_EQ(machine.hardware.processForPid(50), process);
-    EXPECT_EQ(machine.hardware.processPid(process), 50);
+    EXPECT_EQ(machine.taps.processForPid(50), process);
+    EXPECT_EQ(machine.taps.processPid(process), 50);
     EXPECT_EQ(machine.applications.byPid(51)->name, "Browser");
 }
 

@@ -322,8 +322,8 @@ TEST_F(SettingsModelTest, PickingAnInterfaceKeepsItAndRebuildsTheDeviceAtOnce) {
 
     EXPECT_EQ(model.dawInterface(), "usb");
     EXPECT_EQ(machine.defaults.read<std::string>("dawMode.interfaceUID"), "usb");
-    EXPECT_EQ(machine.sound.aggregateDescriptions().back().masterUID, "usb");
-    EXPECT_EQ(machine.sound.census().aggregates, 1U);
+    EXPECT_EQ(machine.sound.createdSinks().back().masterUID, "usb");
+    EXPECT_EQ(machine.sound.census().sinks, 1U);
 }
 
 TEST_F(SettingsModelTest, PickingTheInvitationClearsTheInterface) {
@@ -334,7 +334,7 @@ TEST_F(SettingsModelTest, PickingTheInvitationClearsTheInterface) {
 
     EXPECT_EQ(dawMode.interfaceUID(), std::nullopt);
     EXPECT_EQ(model.dawInterface(), "");
-    EXPECT_EQ(machine.sound.census().aggregates, 0U);
+    EXPECT_EQ(machine.sound.census().sinks, 0U);
 }
 
 TEST_F(SettingsModelTest, ShowsWhyThereIsNoDawDeviceInTheUsersLanguageWhileTheModeIsOn) {

@@ -26,7 +26,7 @@ protected:
         return names;
     }
     void keep(const std::string& name) {
-        scene.presets.save(snapshotPreset(scene.engine, machine.hardware, name));
+        scene.presets.save(snapshotPreset(scene.engine, machine.devices, name));
     }
 };
 

@@ -51,7 +51,7 @@ void WindowScene::mixPodcast() {
     engine.setDirectMuted(true, browser);
     engine.setFX({.lowcut = 1, .tilt = 0.2F, .comp = 2, .plosive = true}, browser);
     engine.setStreamVolume(0.708F);
-    presets.save(snapshotPreset(engine, machine_.hardware, "Podcast"));
+    presets.save(snapshotPreset(engine, machine_.devices, "Podcast"));
 }
 
 void WindowScene::mixMany(int count) {

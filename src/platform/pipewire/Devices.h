@@ -22,6 +22,8 @@ struct Device {
     std::uint32_t inputs{};  ///< channels that can be recorded
     std::uint32_t outputs{}; ///< channels that can be played to
     Transport transport{};
+
+    bool operator==(const Device&) const = default;
 };
 
 /// In the system's order: as they came, the DAW device last. Of two nodes with one name only the

@@ -63,6 +63,7 @@ public:
     LoopWork(const LoopWork&) = delete;
     LoopWork& operator=(const LoopWork&) = delete;
 
+    /// Threads: any; without the lock too.
     void request();
 
 private:

@@ -54,7 +54,7 @@ Properties nodeProperties(const MixNode::Setup& setup) {
 
 StatusOr<std::shared_ptr<MixNode>> MixNode::open(const Setup& setup) {
     try {
-        std::shared_ptr<MixNode> made(new MixNode(setup.name));
+        std::shared_ptr<MixNode> made(new MixNode(setup));
         if (const Status status = made->start(setup); status != statusOk) {
             return std::unexpected(status);
         }
@@ -65,6 +65,7 @@ StatusOr<std::shared_ptr<MixNode>> MixNode::open(const Setup& setup) {
 }
 
 MixNode::~MixNode() {
+    life_->close();
     loop_.stop();
     hook_.reset();
     watchdog_.reset();
@@ -111,11 +112,6 @@ Status MixNode::connect(const Setup& setup) {
     pw_filter_add_listener(filter_.get(), hook_->get(), &events, this);
     const Status status = pw_filter_connect(filter_.get(), PW_FILTER_FLAG_RT_PROCESS, nullptr, 0);
     return std::min(status, statusOk);
-}
-
-bool MixNode::isAlive() const {
-    const Loop::Lock lock(loop_);
-    return pw_filter_get_state(filter_.get(), nullptr) > PW_FILTER_STATE_UNCONNECTED;
 }
 
 void MixNode::askForBlocksOf(std::uint32_t frames, double rateHz) {
@@ -165,6 +161,9 @@ void MixNode::onState(pw_filter_state state) {
     if (state == PW_FILTER_STATE_STREAMING) {
         callsSeen_ = calls_.load(std::memory_order_relaxed);
         watchdog_->start(callsExpectedWithin);
+    } else if (state <= PW_FILTER_STATE_UNCONNECTED) {
+        life_->end();
+        died_();
     }
 }
 
@@ -180,7 +179,7 @@ void MixNode::checkCalls() {
 
 void MixNode::onProcess(const spa_io_position* position) noexcept {
     calls_.fetch_add(1, std::memory_order_relaxed);
-    if (position == nullptr) {
+    if (position == nullptr || !life_->isAlive()) {
         return;
     }
     flushDenormals();
@@ -191,7 +190,7 @@ void MixNode::onProcess(const spa_io_position* position) noexcept {
 }
 
 StatusOr<std::shared_ptr<MixNode>> MixNodes::take(const MixNode::Setup& setup) {
-    if (auto node = latest_.lock(); node && node->isAlive()) {
+    if (auto node = latest_.lock(); node && node->life()->isAlive()) {
         node->askForBlocksOf(setup.blockFrames, setup.rateHz);
         return node;
     }

@@ -4,12 +4,13 @@
 #include "platform/Status.h"
 #include "platform/pipewire/Handles.h"
 #include "platform/pipewire/Loop.h"
+#include "platform/pipewire/NodeLife.h"
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace velmora::pipewire {
@@ -31,6 +32,7 @@ public:
         std::string name;            ///< `node.name`, never used before
         std::uint32_t blockFrames{}; ///< wanted frames per cycle, at `rateHz`
         double rateHz{};
+        std::function<void()> died; ///< called on the node's own thread, which must not wait
     };
 
     /// Errors: the status when the client configuration cannot be loaded, no daemon answers or
@@ -41,15 +43,16 @@ public:
     MixNode& operator=(const MixNode&) = delete;
 
     [[nodiscard]] const std::string& name() const { return name_; }
-    /// False once the daemon or the node has gone; its parts are dead then.
-    [[nodiscard]] bool isAlive() const;
+    /// A dead node's parts are dead, and not called any more.
+    [[nodiscard]] const std::shared_ptr<NodeLife>& life() const { return life_; }
     /// The smallest wish so far counts.
     void askForBlocksOf(std::uint32_t frames, double rateHz);
 
 private:
     friend class MixPart;
 
-    explicit MixNode(std::string name) : name_(std::move(name)), loop_("velmora-mix") {}
+    explicit MixNode(const Setup& setup)
+        : name_(setup.name), died_(setup.died), loop_("velmora-mix") {}
     Status start(const Setup& setup);
     Status connect(const Setup& setup);
     void onState(pw_filter_state state);
@@ -73,6 +76,8 @@ private:
     double blockSeconds_ = 0;             // asked for
     std::uint64_t callsSeen_ = 0;
     std::string name_;
+    std::function<void()> died_;
+    std::shared_ptr<NodeLife> life_ = std::make_shared<NodeLife>();
     Loop loop_;
     ContextHandle context_;
     std::unique_ptr<LoopTimer> watchdog_;
@@ -82,7 +87,7 @@ private:
 };
 
 /// Hands out the node that other parts are on, so that it lives from the first part to the last.
-/// One that a daemon took with it is replaced.
+/// One that is dead is replaced.
 ///
 /// Threads: main. Real-time: no.
 class MixNodes {

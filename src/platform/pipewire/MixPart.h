@@ -40,6 +40,10 @@ public:
     MixPart(const MixPart&) = delete;
     MixPart& operator=(const MixPart&) = delete;
 
+    /// False once the node has ended by somebody else's doing; it stays so.
+    /// Threads: any. Real-time: yes.
+    [[nodiscard]] bool isAlive() const noexcept { return node_->life()->isAlive(); }
+
     /// The block of port `index` (in the order of `Setup::ports`), `frames` floats; null while
     /// nothing is linked to it. Blocks of outputs are to be written in every cycle.
     /// Threads: inside `process`. Real-time: yes.

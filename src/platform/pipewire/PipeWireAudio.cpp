@@ -52,7 +52,8 @@ public:
                        });
                    },
                .defaultOutputChanged =
-                   [this] { post([](Impl& self) { self.hardware_.defaultOutputChanged(); }); }}),
+                   [this] { post([](Impl& self) { self.hardware_.defaultOutputChanged(); }); },
+               .changed = [] {}}),
           applications_(
               session_, std::move(options.applicationPid), std::move(options.processStart)),
           hardware_(session_, applications_), units_(session_) {

@@ -22,6 +22,9 @@ public:
     [[nodiscard]] static StatusOr<std::unique_ptr<PlaybackPart>>
     open(std::shared_ptr<MixNode> node, const Setup& setup, RenderCallback render);
 
+    /// As `MixPart::isAlive`.
+    [[nodiscard]] bool isAlive() const noexcept { return part_->isAlive(); }
+
 private:
     explicit PlaybackPart(RenderCallback render);
     using Ports = std::array<float*, 3>; // left, right, mono; null while nothing is linked

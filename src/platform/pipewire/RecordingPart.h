@@ -25,6 +25,9 @@ public:
     [[nodiscard]] static StatusOr<std::unique_ptr<RecordingPart>>
     open(std::shared_ptr<MixNode> node, const Setup& setup, ReceiveCallback receive);
 
+    /// As `MixPart::isAlive`.
+    [[nodiscard]] bool isAlive() const noexcept { return part_->isAlive(); }
+
 private:
     RecordingPart(std::uint32_t channels, ReceiveCallback receive);
     void process(const MixPart& part, std::uint32_t frames) noexcept override;

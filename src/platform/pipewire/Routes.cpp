@@ -100,7 +100,7 @@ std::set<WantedLink> wantedLinks(const Graph& graph,
                                  std::string_view mixNode,
                                  const Routes& routes,
                                  const StreamsOf& streamsOf) {
-    const Node* const node = graph.nodeNamed(mixNode);
+    const Node* const node = mixNode.empty() ? nullptr : graph.nodeNamed(mixNode);
     if (node == nullptr) {
         return {};
     }

@@ -66,7 +66,7 @@ struct WantedLink {
 using StreamsOf = std::function<std::vector<Serial>(AudioObjectID process)>;
 
 /// Every link that should exist now.
-/// @param mixNode  `node.name` of our node
+/// @param mixNode  `node.name` of our node; empty = there is none
 [[nodiscard]] std::set<WantedLink> wantedLinks(const Graph& graph,
                                                std::string_view mixNode,
                                                const Routes& routes,

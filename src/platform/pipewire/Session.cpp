@@ -130,29 +130,32 @@ void Session::forgetObjects() {
     links_.clear();
     microphone_.reset();
     isMicrophoneSeen_ = false;
-    isMixNodeSeen_ = false;
 }
 
 void Session::pass() {
     if (isLost_) {
         isLost_ = false;
         forgetObjects();
+        if (nodeLife_) {
+            nodeLife_->end(); // also one that the daemon has kept
+        }
         connection_.close();
         defaultOutput_.lose();
         lastStatus_ = -EHOSTDOWN;
         retry_.start(retryEvery);
     }
+    followNode();
     passAvailability();
     state_.processes.update(state_.graph);
     askForApplications();
     if (connection_.isListed()) {
         passMutes();
-        passMixNode();
         passLinks();
         passAggregates();
         passVirtualMicrophone();
         passDefaultOutput();
     }
+    passSurroundings();
     loop_.notify();
 }
 
@@ -169,22 +172,34 @@ void Session::askForApplications() {
 StatusOr<std::shared_ptr<MixNode>> Session::takeMixNode(std::uint32_t blockFrames, double rateHz) {
     const std::string newName =
         change([](SessionState& state) { return state.newNodeName("mix"); });
-    auto node = mixNodes_.take({.name = newName, .blockFrames = blockFrames, .rateHz = rateHz});
+    auto node = mixNodes_.take(
+        {.name = newName, .blockFrames = blockFrames, .rateHz = rateHz, .died = [this] {
+             pass_.request();
+         }});
     if (node && (*node)->name() == newName) {
         change([&](SessionState& state) {
+            noticeDeath();
             state.mixNode = newName;
-            isMixNodeSeen_ = false;
+            nodeLife_ = (*node)->life();
+            isNodeSeen_ = false;
         });
     }
     return node;
 }
 
-void Session::passMixNode() {
+void Session::followNode() {
     const bool isThere = state_.graph.nodeNamed(state_.mixNode) != nullptr;
-    const bool wasRemoved = isMixNodeSeen_ && !isThere && !state_.routes.empty();
-    isMixNodeSeen_ = isThere;
-    if (wasRemoved && announces_) {
-        events_.defaultOutputChanged(); // a running mix starts anew then
+    if (std::exchange(isNodeSeen_, isThere) && !isThere && nodeLife_) {
+        nodeLife_->end();
+    }
+    noticeDeath();
+}
+
+void Session::noticeDeath() {
+    if (nodeLife_ && nodeLife_->isDead()) {
+        nodeLife_.reset();
+        state_.mixNode.clear();
+        ++deaths_;
     }
 }
 
@@ -258,6 +273,7 @@ void Session::passAvailability() {
             sink->forgetTargets();
         }
         tell(false);
+        told_.isAvailable = false;
     }
     tell(isAvailableLocked());
 }
@@ -275,6 +291,24 @@ void Session::passDefaultOutput() {
     }
 }
 
+void Session::passSurroundings() {
+    Surroundings now = surroundings();
+    if (announces_ && now != told_) {
+        told_ = std::move(now);
+        events_.changed();
+    }
+}
+
+Surroundings Session::surroundings() const {
+    Surroundings now{.isAvailable = isAvailableLocked(), .deaths = deaths_};
+    if (now.isAvailable) {
+        now.devices = listDevices(state_.graph);
+        now.processes = state_.processes.objects();
+        now.rateHz = state_.graph.rate();
+    }
+    return now;
+}
+
 void Session::waitForListing(std::chrono::milliseconds limit) {
     Loop::Lock lock(loop_);
     lock.wait(limit, [this] { return !connection_.isOpen() || isAvailableLocked(); });
@@ -282,6 +316,7 @@ void Session::waitForListing(std::chrono::milliseconds limit) {
         defaultOutput_.start(defaultOutputUID());
     }
     isToldAvailable_ = isAvailableLocked();
+    told_ = surroundings();
     announces_ = true;
 }
 

@@ -11,9 +11,11 @@
 #include "platform/pipewire/Loop.h"
 #include "platform/pipewire/MixNode.h"
 #include "platform/pipewire/MuteSink.h"
+#include "platform/pipewire/NodeLife.h"
 #include "platform/pipewire/ObjectIds.h"
 #include "platform/pipewire/ProcessDirectory.h"
 #include "platform/pipewire/Routes.h"
+#include "platform/pipewire/Surroundings.h"
 
 #include <chrono>
 #include <cstdint>
@@ -36,8 +38,8 @@ struct SessionState {
     Graph graph;
     ObjectIds ids;
     ProcessDirectory processes;
-    std::string mixNode;                                ///< `node.name` of our latest node
-    Routes routes;                                      ///< links that the mix's parts want
+    std::string mixNode; ///< `node.name` of our node; empty when it has died
+    Routes routes;       ///< links that the mix's parts want
     std::map<AudioObjectID, AudioObjectID> mutes;       ///< tap to the process that it silences
     std::map<AudioObjectID, std::uint32_t> blockFrames; ///< asked for, per device
     bool wantsVirtualMicrophone{};
@@ -65,9 +67,12 @@ class Session {
 public:
     struct Events {
         std::function<void(std::set<std::int32_t> pids)> unknownApplications;
-        /// Not told before `waitForListing` has returned.
+        // The others are not told before `waitForListing` has returned, and in this order.
         std::function<void(bool isAvailable)> availabilityChanged;
         std::function<void()> defaultOutputChanged;
+        /// The service, a device or its channels, an application's process object or the rate is
+        /// another one, or parts of the mix have died. Told once for all that is seen at a time.
+        std::function<void()> changed;
     };
 
     explicit Session(Events events);
@@ -131,7 +136,9 @@ private:
     void forgetAggregate(const std::string& uid);
     void pass();
     void askForApplications();
-    void passMixNode();
+    void followNode();
+    void noticeDeath();
+    void passSurroundings();
     void passLinks();
     void passMutes();
     void passAggregates();
@@ -139,6 +146,7 @@ private:
     void passAvailability();
     void passDefaultOutput();
     [[nodiscard]] bool isAvailableLocked() const;
+    [[nodiscard]] Surroundings surroundings() const;
     [[nodiscard]] std::optional<std::string> defaultOutputUID() const;
 
     Loop loop_;
@@ -167,7 +175,10 @@ private:
     bool isAnotherRereadDue_ = false;
     LoopWork pass_;
     MixNodes mixNodes_;
-    bool isMixNodeSeen_ = false;
+    std::shared_ptr<NodeLife> nodeLife_; // of our latest node
+    bool isNodeSeen_ = false;
+    std::uint32_t deaths_ = 0;
+    Surroundings told_;
 };
 
 } // namespace velmora::pipewire

@@ -23,6 +23,9 @@ public:
     [[nodiscard]] static StatusOr<std::unique_ptr<TapPart>>
     open(std::shared_ptr<MixNode> node, const Setup& setup, IOCallback callback);
 
+    /// As `MixPart::isAlive`.
+    [[nodiscard]] bool isAlive() const noexcept { return part_->isAlive(); }
+
 private:
     using Inputs = std::array<const float*, 5>; // by TapInput; null while nothing is linked
 

@@ -13,6 +13,12 @@ using namespace support;
 
 class MixParts : public BackendTest {
 protected:
+    static std::ptrdiff_t ownNodes() {
+        const AudioGraph graph = session().graph();
+        return std::ranges::count_if(graph.nodes(), [](const GraphNode& node) {
+            return node.name.starts_with("velmora.mix.");
+        });
+    }
     /// One more input and output of the interface, until both have been called.
     void useInterface() {
         const auto device = find(interface4.name).value_or(0);
@@ -49,13 +55,22 @@ TEST_F(MixParts, ComeAndGoWithoutABreakInWhatAnotherOnePlays) {
     EXPECT_TRUE(waitUntil([&] { return openDescriptors(getpid()) <= descriptors; }));
 }
 
+TEST_F(MixParts, ThatAllStopAndStartAgainAreNoChangeOfTheDefaultOutput) {
+    int told = 0;
+    hardware().onDefaultOutputChange([&told] { ++told; });
+
+    for (int round = 0; round < 20; ++round) {
+        const auto output = play(speakers.name);
+        EXPECT_TRUE(waitUntil([&] { return ownNodes() == 1; }));
+        output->stop();
+        const auto next = play(speakers.name);
+        EXPECT_TRUE(waitUntil([&] { return ownNodes() == 1; }));
+    }
+
+    EXPECT_EQ(told, 0);
+}
+
 TEST_F(MixParts, AreOneNodeInTheGraph) {
-    const auto ownNodes = [] {
-        const AudioGraph graph = session().graph();
-        return std::ranges::count_if(graph.nodes(), [](const GraphNode& node) {
-            return node.name.starts_with("velmora.mix.");
-        });
-    };
     const auto toSpeakers = play(speakers.name);
     const auto toInterface = play(interface4.name);
     EXPECT_TRUE(waitUntil([&] { return ownNodes() == 1; }));

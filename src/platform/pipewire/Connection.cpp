@@ -82,6 +82,7 @@ void Connection::close() {
     context_.reset();
     roundTrips_ = 0;
     probeSequence_ = 0;
+    awaited_.clear();
     graph_.clear();
 }
 
@@ -184,6 +185,12 @@ void Connection::probe() {
     }
 }
 
+void Connection::whenSeen(std::function<void()> then) {
+    if (isOpen()) {
+        awaited_[pw_core_sync(core_.get(), PW_ID_CORE, 0)] = std::move(then);
+    }
+}
+
 void Connection::startRoundTrip() {
     if (isOpen()) {
         roundTrips_ = 1;
@@ -198,6 +205,9 @@ void Connection::onDone(int sequence) {
     }
     if (sequence == probeSequence_) {
         probeSequence_ = 0;
+    }
+    if (const auto awaited = awaited_.extract(sequence)) {
+        awaited.mapped()();
     }
     if (roundTrips_ == 0 || sequence != sequence_) {
         return;

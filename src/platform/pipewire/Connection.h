@@ -48,6 +48,10 @@ public:
     /// True once everything that existed when the connection was opened is in the graph.
     [[nodiscard]] bool isListed() const { return roundTrips_ == 0 && isOpen(); }
 
+    /// Calls `then`, on the loop's thread, once the daemon has acted on every request so far; never
+    /// when the connection closes before.
+    void whenSeen(std::function<void()> then);
+
     /// Asks for a sign of life; `isAnswered` is false until it comes.
     void probe();
     [[nodiscard]] bool isAnswered() const { return probeSequence_ == 0; }
@@ -92,6 +96,7 @@ private:
     int roundTrips_ = 0;   // still to come until the first list is complete
     int sequence_ = 0;     // of the round trip under way
     int probeSequence_ = 0;
+    std::map<int, std::function<void()>> awaited_; // by sequence
 };
 
 } // namespace velmora::pipewire

@@ -3,7 +3,7 @@
 
 #include "platform/pipewire/Graph.h"
 
-#include <string_view>
+#include <cstddef>
 #include <vector>
 
 namespace velmora::pipewire {
@@ -11,6 +11,7 @@ namespace velmora::pipewire {
 /// The inputs of a tap. Centre counts on both sides and the surround inputs on one, each at
 /// `surroundGain`; left and right count at unity.
 enum class TapInput { left, right, centre, surroundLeft, surroundRight };
+inline constexpr std::size_t tapInputCount = 5;
 
 /// Source: ITU-R BS.775, downmix to two channels (1/√2; the LFE channel is left out).
 inline constexpr float surroundGain = 0.70710678F;

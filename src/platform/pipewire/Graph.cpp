@@ -124,7 +124,9 @@ void Graph::addLink(GlobalId id, const Properties& properties) {
     links_[serial] = {.id = id,
                       .client = globalId(properties, "client.id"),
                       .outputNode = serialOf(globalId(properties, "link.output.node")),
-                      .inputNode = serialOf(globalId(properties, "link.input.node"))};
+                      .inputNode = serialOf(globalId(properties, "link.input.node")),
+                      .outputPort = serialOf(globalId(properties, "link.output.port")),
+                      .inputPort = serialOf(globalId(properties, "link.input.port"))};
 }
 
 void Graph::remove(GlobalId id) {

@@ -54,6 +54,8 @@ struct Link {
     GlobalId client{}; ///< who asked for it
     Serial outputNode{};
     Serial inputNode{};
+    Serial outputPort{};
+    Serial inputPort{};
 };
 
 struct MetadataValue {

@@ -70,6 +70,7 @@ MixNode::~MixNode() {
     hook_.reset();
     watchdog_.reset();
     filter_.reset(); // waits for the data thread to finish its cycle
+    coreHook_.reset();
     core_.reset();
     context_.reset();
 }
@@ -98,6 +99,14 @@ Status MixNode::connect(const Setup& setup) {
         };
         return made;
     }();
+    static constexpr pw_core_events coreEvents = [] {
+        pw_core_events made{};
+        made.version = PW_VERSION_CORE_EVENTS;
+        made.done = [](void* self, std::uint32_t, int sequence) {
+            static_cast<MixNode*>(self)->onDone(sequence);
+        };
+        return made;
+    }();
 
     core_.reset(pw_context_connect(context_.get(), nullptr, 0));
     if (core_) {
@@ -107,6 +116,8 @@ Status MixNode::connect(const Setup& setup) {
     if (!filter_) {
         return -(errno == 0 ? EIO : errno);
     }
+    coreHook_ = std::make_unique<Hook>();
+    pw_core_add_listener(core_.get(), coreHook_->get(), &coreEvents, this);
     watchdog_ = std::make_unique<LoopTimer>(loop_, [this] { checkCalls(); });
     hook_ = std::make_unique<Hook>();
     pw_filter_add_listener(filter_.get(), hook_->get(), &events, this);
@@ -123,17 +134,35 @@ void MixNode::askForBlocksOf(std::uint32_t frames, double rateHz) {
     }
 }
 
-void* MixNode::addPort(const std::string& name, pw_direction direction) {
+void MixNode::portsAreClear(std::vector<std::string> names) {
+    const Loop::Lock lock(loop_);
+    clearing_[pw_core_sync(core_.get(), PW_ID_CORE, 0)] = std::move(names);
+}
+
+void MixNode::onDone(int sequence) {
+    if (const auto cleared = clearing_.extract(sequence)) {
+        for (const std::string& name : cleared.mapped()) {
+            ports_.clear(name);
+        }
+    }
+}
+
+const NodePorts::Port* MixNode::takePort(NodePorts::Direction direction) {
+    if (const NodePorts::Port* const port = ports_.take(direction)) {
+        return port;
+    }
     constexpr std::size_t dataSize = sizeof(int); // unused, but must not be 0
-    auto properties =
-        makeProperties({{PW_KEY_PORT_NAME, name}, {PW_KEY_FORMAT_DSP, "32 bit float mono audio"}});
-    return pw_filter_add_port(filter_.get(),
-                              direction,
-                              PW_FILTER_PORT_FLAG_MAP_BUFFERS,
-                              dataSize,
-                              properties.release(),
-                              nullptr,
-                              0);
+    auto properties = makeProperties({{PW_KEY_PORT_NAME, ports_.nextName(direction)},
+                                      {PW_KEY_FORMAT_DSP, "32 bit float mono audio"}});
+    void* const made = pw_filter_add_port(
+        filter_.get(),
+        direction == NodePorts::Direction::input ? PW_DIRECTION_INPUT : PW_DIRECTION_OUTPUT,
+        PW_FILTER_PORT_FLAG_MAP_BUFFERS,
+        dataSize,
+        properties.release(),
+        nullptr,
+        0);
+    return made == nullptr ? nullptr : &ports_.add(direction, made);
 }
 
 void MixNode::enlist(MixPart& part) {
@@ -145,6 +174,9 @@ void MixNode::enlist(MixPart& part) {
 
 void MixNode::dismiss(MixPart& part) {
     betweenCalls([&] { std::erase(parts_, &part); });
+    for (const NodePorts::Port* const port : part.ports_) {
+        ports_.dismiss(*port);
+    }
 }
 
 template <typename Change>

@@ -5,10 +5,12 @@
 #include "platform/pipewire/Handles.h"
 #include "platform/pipewire/Loop.h"
 #include "platform/pipewire/NodeLife.h"
+#include "platform/pipewire/NodePorts.h"
 
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -47,6 +49,9 @@ public:
     [[nodiscard]] const std::shared_ptr<NodeLife>& life() const { return life_; }
     /// The smallest wish so far counts.
     void askForBlocksOf(std::uint32_t frames, double rateHz);
+    /// The daemon has no link to or from these ports any more; they serve again when it has told
+    /// this node so too.
+    void portsAreClear(std::vector<std::string> names);
 
 private:
     friend class MixPart;
@@ -57,12 +62,12 @@ private:
     Status connect(const Setup& setup);
     void onState(pw_filter_state state);
     void onProcess(const spa_io_position* position) noexcept;
+    void onDone(int sequence);
     void checkCalls();
 
     // For the parts; all need the loop's lock.
-    /// Null when there is no memory. It stays until the node goes, also after its part: libpipewire
-    /// (0.3.65) frees a port that is removed while the real-time thread may still walk past it.
-    [[nodiscard]] void* addPort(const std::string& name, pw_direction direction);
+    /// Null when there is no memory.
+    [[nodiscard]] const NodePorts::Port* takePort(NodePorts::Direction direction);
     /// From here on the part is called, captures before outputs.
     void enlist(MixPart& part);
     /// When this returns, the part is not running and will not run again.
@@ -82,8 +87,11 @@ private:
     ContextHandle context_;
     std::unique_ptr<LoopTimer> watchdog_;
     CoreHandle core_;
+    std::unique_ptr<Hook> coreHook_;
     FilterHandle filter_;
     std::unique_ptr<Hook> hook_;
+    NodePorts ports_;
+    std::map<int, std::vector<std::string>> clearing_; // by the answer's sequence
 };
 
 /// Hands out the node that other parts are on, so that it lives from the first part to the last.

@@ -1,8 +1,8 @@
 #include "platform/pipewire/MixPart.h"
 
-#include "platform/pipewire/Routes.h"
-
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <new>
 #include <utility>
 
@@ -21,7 +21,7 @@ StatusOr<std::unique_ptr<MixPart>>
 MixPart::open(std::shared_ptr<MixNode> node, const Setup& setup, Handler& handler) {
     try {
         std::unique_ptr<MixPart> part(new MixPart(std::move(node), setup.kind, handler));
-        if (const Status status = part->addPorts(setup); status != statusOk) {
+        if (const Status status = part->takePorts(setup.ports); status != statusOk) {
             return std::unexpected(status);
         }
         return part;
@@ -30,12 +30,13 @@ MixPart::open(std::shared_ptr<MixNode> node, const Setup& setup, Handler& handle
     }
 }
 
-Status MixPart::addPorts(const Setup& setup) {
-    const auto direction = kind_ == Kind::capture ? PW_DIRECTION_INPUT : PW_DIRECTION_OUTPUT;
-    ports_.reserve(setup.ports.size());
+Status MixPart::takePorts(std::size_t count) {
+    const auto direction =
+        kind_ == Kind::capture ? NodePorts::Direction::input : NodePorts::Direction::output;
+    ports_.reserve(count);
     const Loop::Lock lock(node_->loop_);
-    for (const std::string& name : setup.ports) {
-        void* const port = node_->addPort(own::port(setup.name, name), direction);
+    while (ports_.size() < count) {
+        const NodePorts::Port* const port = node_->takePort(direction);
         if (port == nullptr) {
             return -ENOMEM;
         }
@@ -45,8 +46,14 @@ Status MixPart::addPorts(const Setup& setup) {
     return statusOk;
 }
 
+PartPorts MixPart::ports() const {
+    PartPorts ports{.node = node_->name(), .names = {}};
+    std::ranges::transform(ports_, std::back_inserter(ports.names), &NodePorts::Port::name);
+    return ports;
+}
+
 float* MixPart::buffer(std::size_t index, std::uint32_t frames) const noexcept {
-    return static_cast<float*>(pw_filter_get_dsp_buffer(ports_[index], frames));
+    return static_cast<float*>(pw_filter_get_dsp_buffer(ports_[index]->handle, frames));
 }
 
 } // namespace velmora::pipewire

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "platform/pipewire/MixNode.h"
+#include "platform/pipewire/Routes.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace velmora::pipewire {
@@ -16,9 +16,8 @@ class MixPart {
 public:
     enum class Kind { capture, output }; ///< of a cycle, all captures are called before any output
     struct Setup {
-        std::string name; ///< precedes the names of the ports
         Kind kind{};
-        std::vector<std::string> ports; ///< inputs of a capture, outputs of an output
+        std::size_t ports{}; ///< inputs of a capture, outputs of an output
     };
 
     /// Receives the cycles of one part.
@@ -30,8 +29,8 @@ public:
         virtual void process(const MixPart& part, std::uint32_t frames) noexcept = 0;
     };
 
-    /// The ports appear shortly after, and stay until the node goes. `handler` outlives the part.
-    /// Errors: the status.
+    /// The ports appear shortly after, unless they have served another part. `handler` outlives the
+    /// part. Errors: the status.
     [[nodiscard]] static StatusOr<std::unique_ptr<MixPart>>
     open(std::shared_ptr<MixNode> node, const Setup& setup, Handler& handler);
 
@@ -40,11 +39,14 @@ public:
     MixPart(const MixPart&) = delete;
     MixPart& operator=(const MixPart&) = delete;
 
+    [[nodiscard]] const std::shared_ptr<MixNode>& node() const { return node_; }
+    /// Where other programs see the ports, in their order.
+    [[nodiscard]] PartPorts ports() const;
     /// False once the node has ended by somebody else's doing; it stays so.
     /// Threads: any. Real-time: yes.
     [[nodiscard]] bool isAlive() const noexcept { return node_->life()->isAlive(); }
 
-    /// The block of port `index` (in the order of `Setup::ports`), `frames` floats; null while
+    /// The block of port `index` , `frames` floats; null while
     /// nothing is linked to it. Blocks of outputs are to be written in every cycle.
     /// Threads: inside `process`. Real-time: yes.
     [[nodiscard]] float* buffer(std::size_t index, std::uint32_t frames) const noexcept;
@@ -53,12 +55,12 @@ private:
     friend class MixNode;
 
     MixPart(std::shared_ptr<MixNode> node, Kind kind, Handler& handler);
-    Status addPorts(const Setup& setup);
+    Status takePorts(std::size_t count);
 
     Handler& handler_;
     Kind kind_;
     std::shared_ptr<MixNode> node_;
-    std::vector<void*> ports_;
+    std::vector<const NodePorts::Port*> ports_; // the node's
 };
 
 } // namespace velmora::pipewire

@@ -38,22 +38,21 @@ class PipeWireAudio::Impl {
 public:
     Impl(MainQueue& mainQueue, Options options)
         : mainQueue_(mainQueue),
-          session_(
-              {.unknownApplications =
-                   [this](std::set<std::int32_t> pids) {
-                       post([pids = std::move(pids)](Impl& self) {
-                           self.applications_.resolve(pids);
-                       });
-                   },
-               .availabilityChanged =
-                   [this](bool isAvailable) {
-                       post([isAvailable](Impl& self) {
-                           self.hardware_.availabilityChanged(isAvailable);
-                       });
-                   },
-               .defaultOutputChanged =
-                   [this] { post([](Impl& self) { self.hardware_.defaultOutputChanged(); }); },
-               .changed = [] {}}),
+          session_({.unknownApplications =
+                        [this](std::set<std::int32_t> pids) {
+                            post([pids = std::move(pids)](Impl& self) {
+                                self.applications_.resolve(pids);
+                            });
+                        },
+                    .availabilityChanged =
+                        [this](bool isAvailable) {
+                            post([isAvailable](Impl& self) {
+                                self.hardware_.availabilityChanged(isAvailable);
+                            });
+                        },
+                    .defaultOutputChanged =
+                        [this] { post([](Impl& self) { self.hardware_.defaultOutputChanged(); }); },
+                    .changed = [] {}}),
           applications_(
               session_, std::move(options.applicationPid), std::move(options.processStart)),
           hardware_(session_, applications_), units_(session_) {

@@ -1,7 +1,5 @@
 #include "platform/pipewire/PlaybackPart.h"
 
-#include "platform/pipewire/Routes.h"
-
 #include <algorithm>
 #include <array>
 #include <span>
@@ -10,16 +8,8 @@
 namespace velmora::pipewire {
 namespace {
 
-enum PortIndex : std::size_t { leftPort, rightPort, monoPort };
-
 /// Frames that a source's ring can hold back for an output.
 constexpr std::size_t mostInStore = 1024;
-
-MixPart::Setup partSetup(const PlaybackPart::Setup& setup) {
-    return {.name = setup.name,
-            .kind = MixPart::Kind::output,
-            .ports = {std::string(own::left), std::string(own::right), std::string(own::mono)}};
-}
 
 } // namespace
 
@@ -28,10 +18,11 @@ PlaybackPart::PlaybackPart(RenderCallback render)
       unheardRight_(static_cast<std::size_t>(largestBlockFrames)) {
 }
 
-StatusOr<std::unique_ptr<PlaybackPart>>
-PlaybackPart::open(std::shared_ptr<MixNode> node, const Setup& setup, RenderCallback render) {
+StatusOr<std::unique_ptr<PlaybackPart>> PlaybackPart::open(std::shared_ptr<MixNode> node,
+                                                           RenderCallback render) {
     std::unique_ptr<PlaybackPart> playback(new PlaybackPart(std::move(render)));
-    auto part = MixPart::open(std::move(node), partSetup(setup), *playback);
+    auto part = MixPart::open(
+        std::move(node), {.kind = MixPart::Kind::output, .ports = playbackPortCount}, *playback);
     if (!part) {
         return std::unexpected(part.error());
     }
@@ -40,9 +31,10 @@ PlaybackPart::open(std::shared_ptr<MixNode> node, const Setup& setup, RenderCall
 }
 
 void PlaybackPart::process(const MixPart& part, std::uint32_t frames) noexcept {
-    const Ports ports = {part.buffer(leftPort, frames),
-                         part.buffer(rightPort, frames),
-                         part.buffer(monoPort, frames)};
+    Ports ports{};
+    for (std::size_t at = 0; at < ports.size(); ++at) {
+        ports[at] = part.buffer(at, frames);
+    }
     const bool isLinked = std::ranges::any_of(ports, [](float* port) { return port != nullptr; });
     if (isLinked && !std::exchange(isHeard_, true)) {
         dropWhatCameBefore();
@@ -58,13 +50,14 @@ void PlaybackPart::dropWhatCameBefore() noexcept {
 }
 
 void PlaybackPart::render(const Ports& ports, std::size_t from, std::size_t frames) noexcept {
-    const auto at = [from](float* port, std::vector<float>& unheard) {
+    const auto block = [&](PlaybackPort at) { return ports[static_cast<std::size_t>(at)]; };
+    const auto audible = [from](float* port, std::vector<float>& unheard) {
         return port == nullptr ? unheard.data() : port + from;
     };
-    const std::array<float*, 2> channels = {at(ports[leftPort], unheardLeft_),
-                                            at(ports[rightPort], unheardRight_)};
+    const std::array<float*, 2> channels = {audible(block(PlaybackPort::left), unheardLeft_),
+                                            audible(block(PlaybackPort::right), unheardRight_)};
     render_(static_cast<std::int64_t>(frames), channels);
-    if (float* const mono = ports[monoPort]) {
+    if (float* const mono = block(PlaybackPort::mono)) {
         for (std::size_t frame = 0; frame < frames; ++frame) {
             mono[from + frame] = 0.5F * (channels[0][frame] + channels[1][frame]);
         }

@@ -3,6 +3,7 @@
 
 #include "platform/AudioUnits.h"
 #include "platform/pipewire/MixPart.h"
+#include "platform/pipewire/Routes.h"
 
 #include <array>
 #include <memory>
@@ -14,20 +15,17 @@ namespace velmora::pipewire {
 /// Threads: main. Real-time: no; the callback runs on the node's real-time thread.
 class PlaybackPart final : MixPart::Handler {
 public:
-    struct Setup {
-        std::string name;
-    };
-
     /// Errors: the status; nothing is left open.
-    [[nodiscard]] static StatusOr<std::unique_ptr<PlaybackPart>>
-    open(std::shared_ptr<MixNode> node, const Setup& setup, RenderCallback render);
+    [[nodiscard]] static StatusOr<std::unique_ptr<PlaybackPart>> open(std::shared_ptr<MixNode> node,
+                                                                      RenderCallback render);
 
+    [[nodiscard]] const MixPart& part() const { return *part_; }
     /// As `MixPart::isAlive`.
     [[nodiscard]] bool isAlive() const noexcept { return part_->isAlive(); }
 
 private:
     explicit PlaybackPart(RenderCallback render);
-    using Ports = std::array<float*, 3>; // left, right, mono; null while nothing is linked
+    using Ports = std::array<float*, playbackPortCount>; // null while nothing is linked
 
     void process(const MixPart& part, std::uint32_t frames) noexcept override;
     /// Fills `frames` of the ports' blocks, starting at frame `from`.

@@ -33,14 +33,13 @@ Status PlaybackUnit::start(RenderCallback render) {
     if (const Status status = checkTarget(session_, target_, Scope::output); status != statusOk) {
         return status;
     }
-    route_.emplace(session_, "output", PlaybackRoute{.deviceUID = target_->uid, .map = map_});
-    auto part = session_.openPart<PlaybackPart>(
-        {.name = route_->partName()}, target_->blockFrames, target_->rateHz, std::move(render));
+    auto part =
+        session_.openPart<PlaybackPart>(target_->blockFrames, target_->rateHz, std::move(render));
     if (!part) {
-        route_.reset();
         return part.error();
     }
     part_ = *std::move(part);
+    route_.emplace(session_, part_->part(), PlaybackRoute{.deviceUID = target_->uid, .map = map_});
     return statusOk;
 }
 

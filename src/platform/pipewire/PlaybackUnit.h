@@ -29,8 +29,8 @@ private:
     Session& session_;
     std::optional<UnitTarget> target_;
     std::vector<std::int32_t> map_;
-    std::optional<RouteHold> route_;
     std::unique_ptr<PlaybackPart> part_;
+    std::optional<RouteHold> route_; // present while started, as the part
 };
 
 } // namespace velmora::pipewire

@@ -1,31 +1,19 @@
 #include "platform/pipewire/RecordingPart.h"
 
-#include "platform/pipewire/Routes.h"
-
 #include <algorithm>
 
 namespace velmora::pipewire {
-namespace {
-
-MixPart::Setup partSetup(const RecordingPart::Setup& setup) {
-    MixPart::Setup made{.name = setup.name, .kind = MixPart::Kind::capture, .ports = {}};
-    for (std::uint32_t at = 0; at < setup.channels; ++at) {
-        made.ports.push_back(own::channel(at));
-    }
-    return made;
-}
-
-} // namespace
-
 RecordingPart::RecordingPart(std::uint32_t channels, ReceiveCallback receive)
     : receive_(std::move(receive)), blocks_(channels), handed_(channels), fades_(channels),
       silence_(static_cast<std::size_t>(largestBlockFrames)) {
 }
 
-StatusOr<std::unique_ptr<RecordingPart>>
-RecordingPart::open(std::shared_ptr<MixNode> node, const Setup& setup, ReceiveCallback receive) {
-    std::unique_ptr<RecordingPart> recording(new RecordingPart(setup.channels, std::move(receive)));
-    auto part = MixPart::open(std::move(node), partSetup(setup), *recording);
+StatusOr<std::unique_ptr<RecordingPart>> RecordingPart::open(std::shared_ptr<MixNode> node,
+                                                             std::uint32_t channels,
+                                                             ReceiveCallback receive) {
+    std::unique_ptr<RecordingPart> recording(new RecordingPart(channels, std::move(receive)));
+    auto part = MixPart::open(
+        std::move(node), {.kind = MixPart::Kind::capture, .ports = channels}, *recording);
     if (!part) {
         return std::unexpected(part.error());
     }

@@ -6,7 +6,6 @@
 #include "platform/pipewire/MixPart.h"
 
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace velmora::pipewire {
@@ -16,15 +15,11 @@ namespace velmora::pipewire {
 /// Threads: main. Real-time: no; the callback runs on the node's real-time thread.
 class RecordingPart final : MixPart::Handler {
 public:
-    struct Setup {
-        std::string name;
-        std::uint32_t channels{};
-    };
-
     /// Errors: the status; nothing is left open.
     [[nodiscard]] static StatusOr<std::unique_ptr<RecordingPart>>
-    open(std::shared_ptr<MixNode> node, const Setup& setup, ReceiveCallback receive);
+    open(std::shared_ptr<MixNode> node, std::uint32_t channels, ReceiveCallback receive);
 
+    [[nodiscard]] const MixPart& part() const { return *part_; }
     /// As `MixPart::isAlive`.
     [[nodiscard]] bool isAlive() const noexcept { return part_->isAlive(); }
 

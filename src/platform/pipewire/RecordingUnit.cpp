@@ -16,19 +16,13 @@ Status RecordingUnit::start(ReceiveCallback receive) {
     if (const Status status = checkTarget(session_, target_, Scope::input); status != statusOk) {
         return status;
     }
-    route_.emplace(session_,
-                   "input",
-                   RecordingRoute{.deviceUID = target_->uid, .channels = target_->channels});
     auto part = session_.openPart<RecordingPart>(
-        {.name = route_->partName(), .channels = target_->channels},
-        target_->blockFrames,
-        target_->rateHz,
-        std::move(receive));
+        target_->blockFrames, target_->rateHz, target_->channels, std::move(receive));
     if (!part) {
-        route_.reset();
         return part.error();
     }
     part_ = *std::move(part);
+    route_.emplace(session_, part_->part(), RecordingRoute{.deviceUID = target_->uid});
     return statusOk;
 }
 

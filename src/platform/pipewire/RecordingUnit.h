@@ -29,8 +29,8 @@ public:
 private:
     Session& session_;
     std::optional<UnitTarget> target_;
-    std::optional<RouteHold> route_;
     std::unique_ptr<RecordingPart> part_;
+    std::optional<RouteHold> route_; // present while started, as the part
 };
 
 } // namespace velmora::pipewire

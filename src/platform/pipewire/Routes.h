@@ -5,36 +5,28 @@
 #include "platform/pipewire/Graph.h"
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <set>
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
 namespace velmora::pipewire {
 
-/// What the ports of our own node are for.
-namespace own {
-inline constexpr std::string_view left = "left";
-inline constexpr std::string_view right = "right";
-inline constexpr std::string_view mono = "mono"; ///< half of left and right together
-inline constexpr std::string_view centre = "centre";
-inline constexpr std::string_view surroundLeft = "surround_left";
-inline constexpr std::string_view surroundRight = "surround_right";
-/// Input port for channel `index` + 1 of a recorded device.
-[[nodiscard]] std::string channel(std::uint32_t index);
-/// A port's whole name.
-[[nodiscard]] std::string port(const std::string& part, std::string_view purpose);
-} // namespace own
+/// The order of an output's ports. Mono is half of left and right together.
+enum class PlaybackPort { left, right, mono };
+inline constexpr std::size_t playbackPortCount = 3;
 
-/// Hears every output stream of one application, also those that come later.
+/// Hears every output stream of one application, also those that come later. Its ports are in the
+/// order of `TapInput`.
 struct TapRoute {
     AudioObjectID process{};
 };
 
+/// Its ports are in the order of `PlaybackPort`.
 /// Plays to the device whenever a device with this UID exists. A pair that meets a single channel
 /// becomes mono.
 struct PlaybackRoute {
@@ -43,15 +35,25 @@ struct PlaybackRoute {
     std::vector<std::int32_t> map;
 };
 
-/// Records the first `channels` channels of the device whenever it exists.
+/// Records the device's channels, one by each port, whenever it exists.
 struct RecordingRoute {
     std::string deviceUID;
-    std::uint32_t channels{};
 };
 
 using Route = std::variant<TapRoute, PlaybackRoute, RecordingRoute>;
-/// By the name of the part.
-using Routes = std::map<std::string, Route, std::less<>>;
+
+/// Where a part's ports are found in the graph.
+struct PartPorts {
+    std::string node; ///< `node.name`
+    std::vector<std::string> names;
+};
+
+struct PartRoute {
+    PartPorts ports;
+    Route route;
+};
+using RouteId = std::uint64_t;
+using Routes = std::map<RouteId, PartRoute>;
 
 /// One link between two ports. Ports are told apart by serial; the ids serve the request only.
 struct WantedLink {
@@ -66,10 +68,10 @@ struct WantedLink {
 using StreamsOf = std::function<std::vector<Serial>(AudioObjectID process)>;
 
 /// Every link that should exist now.
-/// @param mixNode  `node.name` of our node; empty = there is none
-[[nodiscard]] std::set<WantedLink> wantedLinks(const Graph& graph,
-                                               std::string_view mixNode,
-                                               const Routes& routes,
-                                               const StreamsOf& streamsOf);
+[[nodiscard]] std::set<WantedLink>
+wantedLinks(const Graph& graph, const Routes& routes, const StreamsOf& streamsOf);
+
+/// True while any port of the part has a link, whoever made it.
+[[nodiscard]] bool areLinked(const Graph& graph, const PartPorts& ports);
 
 } // namespace velmora::pipewire

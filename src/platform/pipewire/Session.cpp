@@ -44,10 +44,6 @@ std::string SessionState::newNodeName(std::string_view kind) {
            std::to_string(run) + "." + std::to_string(++namesGiven_);
 }
 
-std::string SessionState::newPartName(std::string_view kind) {
-    return std::string(kind) + "_" + std::to_string(++namesGiven_);
-}
-
 Session::Session(Events events)
     : loop_("velmora-control"), events_(std::move(events)), state_(getpid()),
       connection_(loop_.get(),
@@ -71,7 +67,8 @@ Session::Session(Events events)
                       onClientCame();
                   }
               }),
-      pass_(loop_, [this] { pass(); }) {
+      pass_(loop_, [this] { pass(); }),
+      endedRoutes_(connection_, state_.graph, [this] { pass_.request(); }) {
     connect();
     loop_.start();
 }
@@ -128,6 +125,7 @@ void Session::forgetObjects() {
     muteSinks_.clear();
     aggregateSinks_.clear();
     links_.clear();
+    endedRoutes_.clear();
     microphone_.reset();
     isMicrophoneSeen_ = false;
 }
@@ -151,6 +149,7 @@ void Session::pass() {
     if (connection_.isListed()) {
         passMutes();
         passLinks();
+        endedRoutes_.follow();
         passAggregates();
         passVirtualMicrophone();
         passDefaultOutput();
@@ -177,9 +176,9 @@ StatusOr<std::shared_ptr<MixNode>> Session::takeMixNode(std::uint32_t blockFrame
              pass_.request();
          }});
     if (node && (*node)->name() == newName) {
-        change([&](SessionState& state) {
+        change([&](SessionState&) {
             noticeDeath();
-            state.mixNode = newName;
+            nodeName_ = newName;
             nodeLife_ = (*node)->life();
             isNodeSeen_ = false;
         });
@@ -187,8 +186,26 @@ StatusOr<std::shared_ptr<MixNode>> Session::takeMixNode(std::uint32_t blockFrame
     return node;
 }
 
+RouteId Session::addRoute(PartRoute route) {
+    return change([&](SessionState& state) {
+        const bool isConnectable = nodeLife_ && nodeName_ == route.ports.node;
+        if (isConnectable) {
+            state.routes[++lastRoute_] = std::move(route);
+        }
+        return isConnectable ? lastRoute_ : 0;
+    });
+}
+
+void Session::endRoute(RouteId id, std::weak_ptr<MixNode> node) {
+    change([&](SessionState& state) {
+        if (const auto ended = state.routes.extract(id)) {
+            endedRoutes_.add(std::move(node), std::move(ended.mapped().ports));
+        }
+    });
+}
+
 void Session::followNode() {
-    const bool isThere = state_.graph.nodeNamed(state_.mixNode) != nullptr;
+    const bool isThere = state_.graph.nodeNamed(nodeName_) != nullptr;
     if (std::exchange(isNodeSeen_, isThere) && !isThere && nodeLife_) {
         nodeLife_->end();
     }
@@ -198,17 +215,18 @@ void Session::followNode() {
 void Session::noticeDeath() {
     if (nodeLife_ && nodeLife_->isDead()) {
         nodeLife_.reset();
-        state_.mixNode.clear();
+        // It may still be in the graph; its parts are not to be connected again.
+        std::erase_if(state_.routes,
+                      [this](const auto& one) { return one.second.ports.node == nodeName_; });
         ++deaths_;
     }
 }
 
 void Session::passLinks() {
     const auto now = LinkAttempts::Clock::now();
-    const auto wanted =
-        wantedLinks(state_.graph, state_.mixNode, state_.routes, [this](AudioObjectID process) {
-            return state_.processes.streams(process);
-        });
+    const auto wanted = wantedLinks(state_.graph, state_.routes, [this](AudioObjectID process) {
+        return state_.processes.streams(process);
+    });
     const auto runs = [this](Serial port) {
         const Node* const node = state_.graph.nodeOfPort(port);
         return node != nullptr && node->isRunning;

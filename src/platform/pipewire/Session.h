@@ -5,6 +5,7 @@
 #include "platform/pipewire/Connection.h"
 #include "platform/pipewire/DefaultOutputWatch.h"
 #include "platform/pipewire/Devices.h"
+#include "platform/pipewire/EndedRoutes.h"
 #include "platform/pipewire/Graph.h"
 #include "platform/pipewire/LastWill.h"
 #include "platform/pipewire/LinkSet.h"
@@ -38,8 +39,7 @@ struct SessionState {
     Graph graph;
     ObjectIds ids;
     ProcessDirectory processes;
-    std::string mixNode; ///< `node.name` of our node; empty when it has died
-    Routes routes;       ///< links that the mix's parts want
+    Routes routes;                                      ///< links that the mix's parts want
     std::map<AudioObjectID, AudioObjectID> mutes;       ///< tap to the process that it silences
     std::map<AudioObjectID, std::uint32_t> blockFrames; ///< asked for, per device
     bool wantsVirtualMicrophone{};
@@ -51,8 +51,6 @@ struct SessionState {
     [[nodiscard]] std::optional<Device> device(AudioObjectID id);
     /// A `node.name` that was never used before, in any run.
     std::string newNodeName(std::string_view kind);
-    /// A name that no part of the mix had before.
-    std::string newPartName(std::string_view kind);
 
 private:
     std::uint32_t namesGiven_{};
@@ -102,19 +100,22 @@ public:
         return function(state_);
     }
 
-    /// Opens one more part of the mix. Errors: the status; nothing is left open.
+    /// Opens one more part of the mix: `Part::open`, with the rest of the arguments.
+    /// Errors: the status; nothing is left open.
     /// @param blockFrames  wanted per cycle, at `rateHz`
-    template <typename Part, typename Callback>
-    [[nodiscard]] StatusOr<std::unique_ptr<Part>> openPart(const typename Part::Setup& setup,
-                                                           std::uint32_t blockFrames,
-                                                           double rateHz,
-                                                           Callback callback) {
+    template <typename Part, typename... Arguments>
+    [[nodiscard]] StatusOr<std::unique_ptr<Part>>
+    openPart(std::uint32_t blockFrames, double rateHz, Arguments&&... arguments) {
         auto node = takeMixNode(blockFrames, rateHz);
         if (!node) {
             return std::unexpected(node.error());
         }
-        return Part::open(*std::move(node), setup, std::move(callback));
+        return Part::open(*std::move(node), std::forward<Arguments>(arguments)...);
     }
+
+    [[nodiscard]] RouteId addRoute(PartRoute route);
+    /// Takes the links away; then the ports can serve another part of `node`.
+    void endRoute(RouteId id, std::weak_ptr<MixNode> node);
 
     Status ensureVirtualMicrophone();
 
@@ -175,7 +176,10 @@ private:
     bool isAnotherRereadDue_ = false;
     LoopWork pass_;
     MixNodes mixNodes_;
-    std::shared_ptr<NodeLife> nodeLife_; // of our latest node
+    RouteId lastRoute_ = 0;
+    EndedRoutes endedRoutes_;
+    std::string nodeName_;               // of our latest node
+    std::shared_ptr<NodeLife> nodeLife_; // none once its death is counted
     bool isNodeSeen_ = false;
     std::uint32_t deaths_ = 0;
     Surroundings told_;

@@ -136,18 +136,15 @@ bool TapDevices::isAlive(const Tap& tap) {
 }
 
 Status TapDevices::open(Proc& proc, const Tap& tap) {
-    proc.route = std::make_unique<RouteHold>(session_, "tap", TapRoute{.process = tap.process});
     const double rateHz =
         session_.read([](SessionState& state, bool) { return state.graph.rate(); });
-    auto part = session_.openPart<TapPart>({.name = proc.route->partName(), .scale = tap.scale},
-                                           usualBlockFrames,
-                                           rateHz,
-                                           proc.callback);
+    auto part = session_.openPart<TapPart>(usualBlockFrames, rateHz, tap.scale, proc.callback);
     if (!part) {
-        close(proc);
         return part.error();
     }
     proc.part = *std::move(part);
+    proc.route =
+        std::make_unique<RouteHold>(session_, proc.part->part(), TapRoute{.process = tap.process});
     return statusOk;
 }
 

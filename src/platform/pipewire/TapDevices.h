@@ -42,8 +42,8 @@ private:
     };
     struct Proc {
         IOCallback callback;
-        std::unique_ptr<RouteHold> route; // both present while started
-        std::unique_ptr<TapPart> part;
+        std::unique_ptr<TapPart> part; // both present while started
+        std::unique_ptr<RouteHold> route;
     };
     struct Device {
         AudioObjectID tap{};

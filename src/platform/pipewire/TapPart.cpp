@@ -1,27 +1,11 @@
 #include "platform/pipewire/TapPart.h"
 
 #include "platform/AudioUnits.h"
-#include "platform/pipewire/Downmix.h"
-#include "platform/pipewire/Routes.h"
 
 #include <algorithm>
 #include <span>
 
 namespace velmora::pipewire {
-namespace {
-
-MixPart::Setup partSetup(const TapPart::Setup& setup) {
-    return {.name = setup.name,
-            .kind = MixPart::Kind::capture,
-            .ports = {std::string(own::left),
-                      std::string(own::right),
-                      std::string(own::centre),
-                      std::string(own::surroundLeft),
-                      std::string(own::surroundRight)}};
-}
-
-} // namespace
-
 TapPart::TapPart(float scale, IOCallback callback)
     : scale_(scale), callback_(std::move(callback)),
       interleaved_(2 * static_cast<std::size_t>(largestBlockFrames)),
@@ -29,9 +13,10 @@ TapPart::TapPart(float scale, IOCallback callback)
 }
 
 StatusOr<std::unique_ptr<TapPart>>
-TapPart::open(std::shared_ptr<MixNode> node, const Setup& setup, IOCallback callback) {
-    std::unique_ptr<TapPart> tap(new TapPart(setup.scale, std::move(callback)));
-    auto part = MixPart::open(std::move(node), partSetup(setup), *tap);
+TapPart::open(std::shared_ptr<MixNode> node, float scale, IOCallback callback) {
+    std::unique_ptr<TapPart> tap(new TapPart(scale, std::move(callback)));
+    auto part = MixPart::open(
+        std::move(node), {.kind = MixPart::Kind::capture, .ports = tapInputCount}, *tap);
     if (!part) {
         return std::unexpected(part.error());
     }

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "platform/AudioHardware.h"
+#include "platform/pipewire/Downmix.h"
 #include "platform/pipewire/MixPart.h"
 
 #include <array>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace velmora::pipewire {
@@ -14,20 +14,17 @@ namespace velmora::pipewire {
 /// Threads: main. Real-time: no; the callback runs on the node's real-time thread.
 class TapPart final : MixPart::Handler {
 public:
-    struct Setup {
-        std::string name;
-        float scale{1.0F}; ///< linear, applied to every sample
-    };
-
+    /// @param scale  linear, applied to every sample
     /// Errors: the status; nothing is left open.
     [[nodiscard]] static StatusOr<std::unique_ptr<TapPart>>
-    open(std::shared_ptr<MixNode> node, const Setup& setup, IOCallback callback);
+    open(std::shared_ptr<MixNode> node, float scale, IOCallback callback);
 
+    [[nodiscard]] const MixPart& part() const { return *part_; }
     /// As `MixPart::isAlive`.
     [[nodiscard]] bool isAlive() const noexcept { return part_->isAlive(); }
 
 private:
-    using Inputs = std::array<const float*, 5>; // by TapInput; null while nothing is linked
+    using Inputs = std::array<const float*, tapInputCount>; // null while nothing is linked
 
     TapPart(float scale, IOCallback callback);
     void process(const MixPart& part, std::uint32_t frames) noexcept override;

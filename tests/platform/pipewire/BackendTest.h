@@ -25,12 +25,14 @@ inline constexpr double playedDb = -20;
 inline constexpr double tolerance = 0.2; // dB
 inline constexpr double silentDb = -80;
 
-/// A sine of 440 Hz on both sides.
+/// A sine on both sides.
 class SteadyTone {
 public:
+    explicit SteadyTone(double hz) : hz_(hz) {}
+
     void operator()(std::int64_t frames, std::span<float* const> channels) {
         for (std::int64_t at = 0; at < frames; ++at) {
-            const double phase = 2 * std::numbers::pi * 440 * static_cast<double>(frame_++) / 48000;
+            const double phase = 2 * std::numbers::pi * hz_ * static_cast<double>(frame_++) / 48000;
             const auto value = static_cast<float>(support::fromDb(playedDb) * std::sin(phase));
             channels[0][at] = value;
             channels[1][at] = value;
@@ -38,6 +40,7 @@ public:
     }
 
 private:
+    double hz_;
     std::int64_t frame_ = 0;
 };
 
@@ -119,10 +122,10 @@ protected:
     }
 
     /// A unit that plays a tone to the device from now on.
-    std::unique_ptr<OutputUnit> play(const std::string& uid) {
+    std::unique_ptr<OutputUnit> play(const std::string& uid, double hz = 440) {
         auto unit = audio.units().makeOutput();
         EXPECT_EQ(unit->setDevice(find(uid).value_or(0)), statusOk);
-        EXPECT_EQ(unit->start(SteadyTone{}), statusOk);
+        EXPECT_EQ(unit->start(SteadyTone(hz)), statusOk);
         return unit;
     }
 

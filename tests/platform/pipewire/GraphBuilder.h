@@ -81,6 +81,15 @@ public:
         return serial;
     }
 
+    Serial addPortLink(const Port& output, const Port& input) {
+        const Serial serial = next();
+        graph.addLink(id(serial),
+                      {{"object.serial", std::to_string(serial)},
+                       {"link.output.port", std::to_string(output.id)},
+                       {"link.input.port", std::to_string(input.id)}});
+        return serial;
+    }
+
     void setDefaultSink(const std::string& name) {
         graph.addMetadata(id(next()), "default");
         graph.setMetadata(

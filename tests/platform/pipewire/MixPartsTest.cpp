@@ -13,6 +13,13 @@ using namespace support;
 
 class MixParts : public BackendTest {
 protected:
+    static GraphNode ownNode() {
+        const AudioGraph graph = session().graph();
+        const auto found = std::ranges::find_if(graph.nodes(), [](const GraphNode& node) {
+            return node.name.starts_with("velmora.mix.");
+        });
+        return found == graph.nodes().end() ? GraphNode{} : *found;
+    }
     static std::ptrdiff_t ownNodes() {
         const AudioGraph graph = session().graph();
         return std::ranges::count_if(graph.nodes(), [](const GraphNode& node) {
@@ -82,6 +89,55 @@ TEST_F(MixParts, AreOneNodeInTheGraph) {
     toInterface->stop();
 
     EXPECT_TRUE(waitUntil([&] { return ownNodes() == 0; }));
+}
+
+TEST_F(MixParts, LeaveNoPortAndNoDescriptorBehind) {
+    const auto output = play(speakers.name);
+    const Recorder recorder(session(), speakers.name, {1});
+    ASSERT_TRUE(recorder.hears(0, 440, playedDb));
+    const auto comeAndGo = [this](int rounds) {
+        for (int round = 0; round < rounds; ++round) {
+            useInterface();
+        }
+    };
+    comeAndGo(10); // the next one may come before the ports of the one before can serve again
+    const GraphNode before = ownNode();
+    const std::int64_t descriptors = openDescriptors(getpid());
+
+    comeAndGo(50);
+
+    const GraphNode after = ownNode();
+    EXPECT_EQ(after.serial, before.serial);
+    EXPECT_LE(after.inputPorts, 8) << "two sets of four";
+    EXPECT_LE(after.outputPorts, 9) << "and three of three";
+    EXPECT_TRUE(waitUntil([&] { return openDescriptors(getpid()) <= descriptors; }));
+}
+
+/// The ports of one are those of the other before.
+TEST_F(MixParts, DoNotPlayToWhereAPartBeforeThemPlayed) {
+    const Recorder atSpeakers(session(), speakers.name, {1});
+    const Recorder atInterface(session(), interface4.name, {1});
+    const auto keepsTheNode = audio.units().makeInput();
+    ASSERT_EQ(keepsTheNode->setDevice(find(interface4.name).value_or(0)), statusOk);
+    ASSERT_EQ(keepsTheNode->start([](std::int64_t, std::span<const float* const>) {}), statusOk);
+
+    const auto playFor = [&](const std::string& device, double hz) {
+        const auto isLinked = [&] { return session().graph().linked(ownNode().name, device); };
+        const auto output = play(device, hz);
+        EXPECT_TRUE(waitUntil(isLinked));
+        output->stop();
+        EXPECT_TRUE(waitUntil([&] { return !isLinked(); }));
+    };
+    for (int round = 0; round < 20; ++round) {
+        playFor(speakers.name, 440);
+        playFor(interface4.name, 1000);
+    }
+
+    EXPECT_TRUE(atSpeakers.waitForFreshSound());
+    EXPECT_TRUE(atInterface.waitForFreshSound());
+    EXPECT_LE(ownNode().outputPorts, 6) << "at least every other one has served both";
+    EXPECT_LT(toneDb(atSpeakers.all().channel(0), 1000), silentDb);
+    EXPECT_LT(toneDb(atInterface.all().channel(0), 440), silentDb);
 }
 
 } // namespace

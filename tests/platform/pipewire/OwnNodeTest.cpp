@@ -10,8 +10,10 @@
 #include <atomic>
 #include <gtest/gtest.h>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
+#include <thread>
 
 namespace velmora {
 namespace {
@@ -29,15 +31,15 @@ public:
 /// An output of the mix, and how often it was called.
 class CalledPart {
 public:
-    CalledPart(pipewire::Session& backend, const std::string& device)
-        : route_(backend, "output", pipewire::PlaybackRoute{.deviceUID = device, .map = {0, 1}}) {
+    CalledPart(pipewire::Session& backend, const std::string& device) {
         auto opened = backend.openPart<pipewire::PlaybackPart>(
-            {.name = route_.partName()},
             pipewire::usualBlockFrames,
             48000,
             [calls = calls_](std::int64_t, std::span<float* const>) { ++*calls; });
         EXPECT_TRUE(opened.has_value());
         part_ = *std::move(opened);
+        route_.emplace(
+            backend, part_->part(), pipewire::PlaybackRoute{.deviceUID = device, .map = {0, 1}});
     }
 
     [[nodiscard]] bool isAlive() const { return part_->isAlive(); }
@@ -45,8 +47,8 @@ public:
 
 private:
     std::shared_ptr<std::atomic<int>> calls_ = std::make_shared<std::atomic<int>>(0);
-    pipewire::RouteHold route_;
     std::unique_ptr<pipewire::PlaybackPart> part_;
+    std::optional<pipewire::RouteHold> route_;
 };
 
 class OwnNode : public SessionTest {
@@ -197,6 +199,32 @@ TEST_F(OwnNode, ApplicationsThatComeAndGoAreTold) {
     app.end();
 
     EXPECT_TRUE(waitUntil([&] { return changed > playing; }));
+}
+
+TEST_F(OwnNode, HasNoMorePortsAfterAThousandParts) {
+    const CalledPart keepsTheNode(backend, speakers.name);
+    const auto links = [this] {
+        return backend.read(
+            [](pipewire::SessionState& state, bool) { return state.graph.links().size(); });
+    };
+    ASSERT_TRUE(waitUntil([&] { return links() >= 2; }));
+    const std::size_t before = links();
+
+    const auto waitForLinks = [&links](std::size_t count) {
+        while (links() != count) {
+            std::this_thread::yield();
+        }
+    };
+    for (int round = 0; round < 1000; ++round) {
+        {
+            const CalledPart part(backend, interface4.name);
+            waitForLinks(before + 2);
+        }
+        waitForLinks(before);
+    }
+
+    const AudioGraph graph = session().graph();
+    EXPECT_LE(graph.node(ownNode())->outputPorts, 9) << "three sets of three";
 }
 
 } // namespace

@@ -249,7 +249,7 @@ std::optional<std::string> Graph::defaultSinkName() const {
     return entry ? nameInJson(entry->value) : std::nullopt;
 }
 
-double Graph::rate() const {
+double Graph::configuredRate() const {
     for (const char* const key : {"clock.force-rate", "clock.rate"}) {
         if (const auto entry = metadata("settings", 0, key)) {
             const auto hz = number({{key, entry->value}}, key).value_or(0);

@@ -116,8 +116,8 @@ public:
 
     /// `node.name` of the session's default sink; it need not exist (yet).
     [[nodiscard]] std::optional<std::string> defaultSinkName() const;
-    /// Hz, of the whole graph.
-    [[nodiscard]] double rate() const;
+    /// Hz: what the settings name; the graph may run at another one.
+    [[nodiscard]] double configuredRate() const;
 
 private:
     [[nodiscard]] Serial serialOf(GlobalId id) const;

@@ -112,7 +112,7 @@ std::optional<double> Hardware::nominalRate(AudioObjectID device) const {
         return std::nullopt;
     }
     return session_.read([](SessionState& state, bool isAvailable) {
-        return isAvailable ? std::optional(state.graph.rate()) : std::nullopt;
+        return isAvailable ? std::optional(state.rate.hz()) : std::nullopt;
     });
 }
 

@@ -215,6 +215,7 @@ void MixNode::onProcess(const spa_io_position* position) noexcept {
         return;
     }
     flushDenormals();
+    life_->setRate(position->clock.rate.denom);
     const auto frames = static_cast<std::uint32_t>(position->clock.duration);
     for (const MixPart* const part : parts_) {
         part->handler_.process(*part, frames);

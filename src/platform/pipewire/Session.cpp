@@ -23,6 +23,9 @@ constexpr auto rereadAfter = 200ms;
 /// daemon deaf to our connection for good; what it tells still arrives.
 constexpr auto answerExpectedWithin = 1s;
 
+/// While a node of ours lives. The thread that is told the rate must not wake anybody.
+constexpr auto measureEvery = 500ms;
+
 constexpr auto devicesExpectedWithin = 2s;
 constexpr auto farewellLimit = 200ms;
 
@@ -67,7 +70,7 @@ Session::Session(Events events)
                       onClientCame();
                   }
               }),
-      pass_(loop_, [this] { pass(); }),
+      measure_(loop_, [this] { measureRate(); }), pass_(loop_, [this] { pass(); }),
       endedRoutes_(connection_, state_.graph, [this] { pass_.request(); }) {
     connect();
     loop_.start();
@@ -138,12 +141,14 @@ void Session::pass() {
             nodeLife_->end(); // also one that the daemon has kept
         }
         connection_.close();
+        state_.rate = {};
         defaultOutput_.lose();
         lastStatus_ = -EHOSTDOWN;
         retry_.start(retryEvery);
     }
     followNode();
     passAvailability();
+    readConfiguredRate();
     state_.processes.update(state_.graph);
     askForApplications();
     if (connection_.isListed()) {
@@ -181,6 +186,7 @@ StatusOr<std::shared_ptr<MixNode>> Session::takeMixNode(std::uint32_t blockFrame
             nodeName_ = newName;
             nodeLife_ = (*node)->life();
             isNodeSeen_ = false;
+            measure_.start(measureEvery);
         });
     }
     return node;
@@ -210,6 +216,25 @@ void Session::followNode() {
         nodeLife_->end();
     }
     noticeDeath();
+}
+
+void Session::readConfiguredRate() {
+    if (connection_.isListed()) {
+        state_.rate.configure(state_.graph.configuredRate());
+    }
+}
+
+void Session::measureRate() {
+    if (!nodeLife_ || !nodeLife_->isAlive()) {
+        state_.rate.stopMeasuring();
+        return;
+    }
+    const double before = state_.rate.hz();
+    state_.rate.measure(nodeLife_->rateHz());
+    if (state_.rate.hz() != before) {
+        pass_.request();
+    }
+    measure_.start(measureEvery);
 }
 
 void Session::noticeDeath() {
@@ -322,7 +347,7 @@ Surroundings Session::surroundings() const {
     if (now.isAvailable) {
         now.devices = listDevices(state_.graph);
         now.processes = state_.processes.objects();
-        now.rateHz = state_.graph.rate();
+        now.rateHz = state_.rate.hz();
     }
     return now;
 }
@@ -334,6 +359,7 @@ void Session::waitForListing(std::chrono::milliseconds limit) {
         defaultOutput_.start(defaultOutputUID());
     }
     isToldAvailable_ = isAvailableLocked();
+    readConfiguredRate();
     told_ = surroundings();
     announces_ = true;
 }

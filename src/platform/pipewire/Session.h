@@ -7,6 +7,7 @@
 #include "platform/pipewire/Devices.h"
 #include "platform/pipewire/EndedRoutes.h"
 #include "platform/pipewire/Graph.h"
+#include "platform/pipewire/GraphRate.h"
 #include "platform/pipewire/LastWill.h"
 #include "platform/pipewire/LinkSet.h"
 #include "platform/pipewire/Loop.h"
@@ -37,6 +38,7 @@ inline constexpr std::uint32_t usualBlockFrames = 128;
 /// What is known and what is wanted. Guarded by the session's lock.
 struct SessionState {
     Graph graph;
+    GraphRate rate;
     ObjectIds ids;
     ProcessDirectory processes;
     Routes routes;                                      ///< links that the mix's parts want
@@ -139,6 +141,8 @@ private:
     void askForApplications();
     void followNode();
     void noticeDeath();
+    void readConfiguredRate();
+    void measureRate();
     void passSurroundings();
     void passLinks();
     void passMutes();
@@ -172,6 +176,7 @@ private:
     LoopTimer relink_;
     LoopTimer probe_;
     LoopTimer reread_;
+    LoopTimer measure_;
     bool isRereadDue_ = false;
     bool isAnotherRereadDue_ = false;
     LoopWork pass_;

@@ -136,8 +136,7 @@ bool TapDevices::isAlive(const Tap& tap) {
 }
 
 Status TapDevices::open(Proc& proc, const Tap& tap) {
-    const double rateHz =
-        session_.read([](SessionState& state, bool) { return state.graph.rate(); });
+    const double rateHz = session_.read([](SessionState& state, bool) { return state.rate.hz(); });
     auto part = session_.openPart<TapPart>(usualBlockFrames, rateHz, tap.scale, proc.callback);
     if (!part) {
         return part.error();

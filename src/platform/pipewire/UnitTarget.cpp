@@ -23,7 +23,7 @@ StatusOr<UnitTarget> findTarget(Session& session, AudioObjectID id, Scope scope)
                           .channels = channels,
                           .blockFrames =
                               asked == state.blockFrames.end() ? usualBlockFrames : asked->second,
-                          .rateHz = state.graph.rate()};
+                          .rateHz = state.rate.hz()};
     });
 }
 

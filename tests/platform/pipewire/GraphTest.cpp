@@ -133,15 +133,15 @@ TEST(Graph, PrefersAForcedRate) {
         return MetadataValue{.type = "", .value = value};
     };
     Graph graph;
-    EXPECT_EQ(graph.rate(), 48000.0);
+    EXPECT_EQ(graph.configuredRate(), 48000.0);
 
     graph.addMetadata(30, "settings");
     graph.setMetadata("settings", 0, "clock.rate", hz("44100"));
     graph.setMetadata("settings", 0, "clock.force-rate", hz("0"));
-    EXPECT_EQ(graph.rate(), 44100.0);
+    EXPECT_EQ(graph.configuredRate(), 44100.0);
 
     graph.setMetadata("settings", 0, "clock.force-rate", hz("96000"));
-    EXPECT_EQ(graph.rate(), 96000.0);
+    EXPECT_EQ(graph.configuredRate(), 96000.0);
 }
 
 } // namespace

@@ -50,6 +50,8 @@ TEST(NameCompare, TakesBytesThatAreNotUtf8) {
     EXPECT_EQ(codePoints("a\xFF"), (std::u32string{U'a', 0xFF}));
     EXPECT_EQ(codePoints("\xE2\x82"), (std::u32string{0xE2, 0x82}));
     EXPECT_EQ(codePoints("\x80"), (std::u32string{0x80}));
+    EXPECT_EQ(codePoints("\xF8\x88\x80\x80\x80"), // the longest sequence has four
+              (std::u32string{0xF8, 0x88, 0x80, 0x80, 0x80}));
 }
 
 TEST(NameCompare, ReadsSequencesOfEveryLength) {

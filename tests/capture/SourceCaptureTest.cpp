@@ -281,5 +281,15 @@ TEST_F(InputReceiverTest, SkipsABlockWithoutBuffersDataOrFrames) {
     EXPECT_EQ(boxes.meter->take(), 0.0F);
 }
 
+TEST_F(InputReceiverTest, SkipsABlockWithoutDataOnEitherChannelOfThePair) {
+    const std::vector<const float*> withoutLeft{one.data(), two.data(), nullptr, one.data()};
+    const std::vector<const float*> withoutRight{one.data(), two.data(), one.data(), nullptr};
+
+    receiver.receive(4, withoutLeft);
+    receiver.receive(4, withoutRight);
+
+    EXPECT_EQ(boxes.streamRing->availableToRead(), 0);
+}
+
 } // namespace
 } // namespace velmora

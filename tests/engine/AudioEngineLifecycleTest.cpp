@@ -236,6 +236,18 @@ TEST_F(AudioEngineLifecycle, BoundsTheDelayWhenAnOutputFallsBehind) {
     EXPECT_LE(engine.statistics().at(0).stream.backlog, 2048);
 }
 
+TEST_F(AudioEngineLifecycle, KeepsTwoSecondsForAnOutputThatStandsStill) {
+    constexpr std::int64_t blocks = 750; // of 128 frames: two seconds
+    startWith({player});
+    machine.sound.skipOutputs(blocks - 2); // a ring that is exactly full reads as empty
+    machine.advanceCycles(blocks - 1);
+
+    const RingStatistics statistics = engine.statistics().at(0).stream;
+
+    EXPECT_EQ(statistics.backlog, (blocks - 1) * 256);
+    EXPECT_EQ(statistics.trims, 1);
+}
+
 TEST_F(AudioEngineLifecycle, SilencesASourceWhoseDeviceIsUnplugged) {
     startWith({player, wholeInput});
 

@@ -112,6 +112,12 @@ TEST_F(EngineSettingsTest, TakeAValueOfTheWrongFormForNone) {
     EXPECT_EQ(launchedWith("monitoringSelection", 3.0)->monitoringSelection(), std::nullopt);
 }
 
+TEST_F(EngineSettingsTest, LetGoOfAMonitoringSelectionOfTheWrongForm) {
+    (void)launchedWith("monitoringSelection", 3.0);
+
+    EXPECT_FALSE(machine.defaults.kept().contains("monitoringSelection"));
+}
+
 TEST_F(EngineSettingsTest, AreEditedEvenWhenTheStoreRefuses) {
     machine.defaults.refuseWrites({.kind = StoreProblem::Kind::full, .status = -28});
 

@@ -295,6 +295,9 @@ TEST(PresetJson, ANumberOutOfRangeMakesTheWholeListUnreadable) {
               std::numeric_limits<std::int64_t>::min());
     EXPECT_EQ(decodeWithSource("count", 9223372036854775808U), std::nullopt);
     EXPECT_EQ(decodeWithSource("count", 1e19), std::nullopt);
+    EXPECT_EQ(decodeWithSource("count", 0x1p63), std::nullopt); // one more than the largest
+    EXPECT_EQ(decodeWithSource("count", 0x1.fffffffffffffp62)->front().sources[0].count,
+              9223372036854774784);
 }
 
 TEST(PresetJson, InvalidUtf8IsNotRead) {

@@ -102,6 +102,18 @@ TEST_F(ApplicationIdentity, ComesFromTheMarkThatAVanishedWrapperLeft) {
     EXPECT_EQ(idOf(10), "org.example.Wrapped");
 }
 
+TEST_F(ApplicationIdentity, ComesFromTheMarkOfAWrapperWhoseNumberIsUsedAgain) {
+    const auto file = desktop.addEntry("org.example.Wrapped");
+    desktop.addProcess({.pid = 10,
+                        .name = "something",
+                        .environment = {{"GIO_LAUNCHED_DESKTOP_FILE", file},
+                                        {"GIO_LAUNCHED_DESKTOP_FILE_PID", "9"}},
+                        .startTicks = 100});
+    desktop.addProcess({.pid = 9, .name = "later", .startTicks = 101});
+
+    EXPECT_EQ(idOf(10), "org.example.Wrapped");
+}
+
 TEST_F(ApplicationIdentity, ComesFromTheProgramsName) {
     desktop.addEntry("org.example.Player");
     desktop.addProcess({.pid = 10, .name = "player"});

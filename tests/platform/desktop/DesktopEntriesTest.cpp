@@ -82,7 +82,18 @@ TEST_F(DesktopEntriesTest, AreFoundByTheProgramWithTheVisiblePlainOneFirst) {
     desktop.addEntry("b-private", "Exec=" + program + " --private %U\n");
     desktop.addEntry("c-plain", "Exec=" + program + " %U\n");
 
+    desktop.addEntry("d-hidden", "NoDisplay=true\n");
+    desktop.addEntry("e-private", "Exec=" + program + " --private %U\n");
+
     EXPECT_EQ(read().findProgram("player")->id, "c-plain");
+}
+
+TEST_F(DesktopEntriesTest, AreFoundByTheWindowClassWithTheVisibleOneFirst) {
+    desktop.addEntry("a-hidden", "NoDisplay=true\nStartupWMClass=Player\n");
+    desktop.addEntry("b-shown", "StartupWMClass=player\n");
+    desktop.addEntry("c-hidden", "NoDisplay=true\nStartupWMClass=PLAYER\n");
+
+    EXPECT_EQ(read().findWindowClass("Player")->id, "b-shown");
 }
 
 TEST_F(DesktopEntriesTest, NoticeNewChangedAndRemovedFiles) {

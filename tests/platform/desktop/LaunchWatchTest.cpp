@@ -121,6 +121,21 @@ TEST_F(LaunchWatchTest, BringsTheProgramThatAVanishedWrapperLeft) {
     EXPECT_EQ(outcomes, Outcomes{12});
 }
 
+TEST_F(LaunchWatchTest, WaitsAfreshAfterEachProgramThatEnds) {
+    watch();
+    queue.advance(800ms); // nothing there from 100 ms on
+    desktop.addProcess({.pid = 12, .name = "player"});
+    queue.advance(400ms);
+    desktop.removeProcess(12); // missed from 1300 ms on
+    queue.advance(1000ms);
+    EXPECT_TRUE(outcomes.empty());
+    desktop.addProcess({.pid = 13, .name = "player"});
+
+    queue.advance(600ms);
+
+    EXPECT_EQ(outcomes, Outcomes{13});
+}
+
 TEST_F(LaunchWatchTest, BringsTheInstanceThatTookOver) {
     desktop.addProcess({.pid = 5, .name = "player", .startTicks = 50});
     desktop.addProcess({.pid = launchedPid, .name = "player"});

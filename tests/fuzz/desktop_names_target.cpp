@@ -27,9 +27,8 @@ void checkPrograms(const std::string& text) {
     const std::string executable = words.empty() ? text : words.front();
     require(std::ranges::all_of(programsOfProcess(executable, words), isFileName),
             "a process is known under file names");
-    if (text.find('\0') == text.npos) {
-        require(!execValue(text).starts_with(' '), "a value begins where its key says");
-        require(entryValue(text).find('\n') == std::string::npos, "a value stays on its line");
+    if (!text.empty() && text.find_first_of(std::string_view("%\0", 2)) == text.npos) {
+        require(splitExec(execLine(text)) == std::vector{text}, "a command line is one program");
     }
 }
 

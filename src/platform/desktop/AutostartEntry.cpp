@@ -17,21 +17,21 @@ namespace {
 constexpr const char* entryName = "app.velmora.Velmora.desktop";
 constexpr const char* enabledKey = "X-GNOME-Autostart-enabled";
 
-std::string contentFor(const fs::path& program) {
-    // TryExec keeps an entry that outlives its program from being run, or complained about.
-    return "[Desktop Entry]\n"
-           "Type=Application\n"
-           "Version=1.4\n"
-           "Name=Velmora\n"
-           "Exec=" +
-           execValue(program.native()) +
-           "\n"
-           "TryExec=" +
-           entryValue(program.native()) +
-           "\n"
-           "Icon=app.velmora.Velmora\n"
-           "Terminal=false\n" +
-           enabledKey + "=true\n";
+std::string contentFor(const std::string& program) {
+    const KeyFile file(g_key_file_new());
+    const auto set = [&file](const char* key, const std::string& value) {
+        g_key_file_set_string(file.get(), G_KEY_FILE_DESKTOP_GROUP, key, value.c_str());
+    };
+    set(G_KEY_FILE_DESKTOP_KEY_TYPE, G_KEY_FILE_DESKTOP_TYPE_APPLICATION);
+    set(G_KEY_FILE_DESKTOP_KEY_VERSION, "1.4");
+    set(G_KEY_FILE_DESKTOP_KEY_NAME, "Velmora");
+    set(G_KEY_FILE_DESKTOP_KEY_EXEC, execLine(program));
+    // Keeps an entry that outlives its program from being run, or complained about.
+    set(G_KEY_FILE_DESKTOP_KEY_TRY_EXEC, program);
+    set(G_KEY_FILE_DESKTOP_KEY_ICON, "app.velmora.Velmora");
+    set(G_KEY_FILE_DESKTOP_KEY_TERMINAL, "false");
+    set(enabledKey, "true");
+    return OwnedText(g_key_file_to_data(file.get(), nullptr, nullptr)).get();
 }
 
 /// The system's words for `error`, about `path`.
@@ -72,7 +72,7 @@ LoginItem::Outcome AutostartEntry::registerItem() {
     if (g_mkdir_with_parents(file_.parent_path().c_str(), ownFolder) != 0) {
         return failure(file_.parent_path(), errno);
     }
-    const std::string content = contentFor(program_);
+    const std::string content = contentFor(program_.native());
     GError* error = nullptr;
     const auto whole = static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT |
                                                           G_FILE_SET_CONTENTS_DURABLE);

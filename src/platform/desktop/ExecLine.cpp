@@ -33,31 +33,8 @@ std::string withoutFieldCodes(std::string_view argument) {
 
 } // namespace
 
-std::string entryValue(std::string_view text) {
-    std::string result;
-    for (const char letter : text) {
-        switch (letter) {
-        case '\\':
-            result += "\\\\";
-            break;
-        case '\n':
-            result += "\\n";
-            break;
-        case '\r':
-            result += "\\r";
-            break;
-        case '\t':
-            result += "\\t";
-            break;
-        default:
-            result += letter;
-        }
-    }
-    return result.starts_with(' ') ? "\\s" + result.substr(1) : result;
-}
-
-std::string execValue(std::string_view program) {
-    return entryValue(quoted(withoutFieldCodes(program)));
+std::string execLine(std::string_view program) {
+    return quoted(withoutFieldCodes(program));
 }
 
 } // namespace velmora

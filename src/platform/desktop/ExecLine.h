@@ -1,4 +1,4 @@
-// ExecLine.h: writes values of desktop entries.
+// ExecLine.h: writes the command line of a desktop entry.
 #pragma once
 
 #include <string>
@@ -6,12 +6,9 @@
 
 namespace velmora {
 
-/// A string as the value of any key.
-/// Source: freedesktop.org, Desktop Entry 1.5, "Possible value types".
-[[nodiscard]] std::string entryValue(std::string_view text);
-
-/// The value of `Exec` that runs exactly this program, without arguments.
+/// The value of `Exec` that runs exactly this program, without arguments. A shell's quoting would
+/// not do: only double quotes count there, and a percent sign begins a field code.
 /// Source: freedesktop.org, Desktop Entry 1.5, "The Exec key".
-[[nodiscard]] std::string execValue(std::string_view program);
+[[nodiscard]] std::string execLine(std::string_view program);
 
 } // namespace velmora

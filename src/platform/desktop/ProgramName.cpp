@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <glib.h>
 #include <span>
 
 namespace velmora {
@@ -85,33 +86,18 @@ bool isInterpreter(std::string_view program) {
            });
 }
 
-std::vector<std::string> splitExec(std::string_view exec) {
-    std::vector<std::string> words;
-    bool inWord = false;
-    bool quoted = false;
-    for (std::size_t at = 0; at < exec.size(); ++at) {
-        char letter = exec[at];
-        if (!quoted && (letter == ' ' || letter == '\t')) {
-            inWord = false;
-            continue;
-        }
-        if (!inWord) {
-            words.emplace_back();
-            inWord = true;
-        }
-        if (letter == '"') {
-            quoted = !quoted;
-            continue;
-        }
-        if (letter == '\\' && at + 1 < exec.size()) {
-            letter = exec[++at];
-        }
-        words.back() += letter;
+std::vector<std::string> splitExec(const std::string& exec) {
+    int count = 0;
+    char** words = nullptr;
+    if (g_shell_parse_argv(exec.c_str(), &count, &words, nullptr) == FALSE) {
+        return {};
     }
-    return words;
+    std::vector<std::string> result(words, words + count);
+    g_strfreev(words);
+    return result;
 }
 
-std::string programOfExec(std::string_view exec) {
+std::string programOfExec(const std::string& exec) {
     const auto allWords = splitExec(exec);
     const auto words = withoutEnv(allWords);
     if (words.empty()) {

@@ -13,14 +13,14 @@ namespace velmora {
 /// A shell or the runner of a language: the script says which application it is.
 [[nodiscard]] bool isInterpreter(std::string_view program);
 
-/// The words of a command line as a desktop entry's Exec key quotes them.
-/// Source: freedesktop.org, Desktop Entry 1.5, "The Exec key".
-[[nodiscard]] std::vector<std::string> splitExec(std::string_view exec);
+/// The words of a desktop entry's command line, taken apart as GLib does to launch it. None when
+/// its quotes do not match.
+[[nodiscard]] std::vector<std::string> splitExec(const std::string& exec);
 
 /// File name of the program that a desktop entry starts: "env A=1 /usr/bin/player %U" gives
 /// "player", "python3 /opt/tool.py" gives "tool.py". Empty when the command line only names a
 /// runner that many entries share.
-[[nodiscard]] std::string programOfExec(std::string_view exec);
+[[nodiscard]] std::string programOfExec(const std::string& exec);
 
 /// The file names under which a running process may be known, likeliest first: of its executable,
 /// of what it was called as, and of the script that it interprets.

@@ -1,5 +1,7 @@
 #include "platform/desktop/SandboxNames.h"
 
+#include "platform/desktop/Gio.h"
+
 #include <charconv>
 #include <utility>
 
@@ -92,16 +94,12 @@ std::vector<std::string> desktopIdsOfControlGroup(std::string_view content) {
     return ids;
 }
 
-std::string flatpakApplication(std::string_view flatpakInfo) {
-    std::string_view section;
-    for (const std::string_view line : split(flatpakInfo, '\n')) {
-        if (line.starts_with('[')) {
-            section = line;
-        } else if (section == "[Application]" && line.starts_with("name=")) {
-            return std::string(line.substr(5));
-        }
-    }
-    return {};
+std::string flatpakApplication(const std::string& flatpakInfo) {
+    const KeyFile file(g_key_file_new());
+    g_key_file_load_from_data(
+        file.get(), flatpakInfo.data(), flatpakInfo.size(), G_KEY_FILE_NONE, nullptr);
+    const OwnedText name(g_key_file_get_string(file.get(), "Application", "name", nullptr));
+    return name ? name.get() : "";
 }
 
 } // namespace velmora

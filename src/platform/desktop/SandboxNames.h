@@ -18,6 +18,6 @@ namespace velmora {
 [[nodiscard]] std::vector<std::string> desktopIdsOfControlGroup(std::string_view content);
 
 /// The application that a Flatpak sandbox was made for; empty when the text does not say.
-[[nodiscard]] std::string flatpakApplication(std::string_view flatpakInfo);
+[[nodiscard]] std::string flatpakApplication(const std::string& flatpakInfo);
 
 } // namespace velmora

@@ -19,6 +19,11 @@ TEST(ProgramName, KeepsQuotedWordsTogether) {
                 ElementsAre("/opt/My Player/run", R"(say "hi")", ""));
 }
 
+TEST(ProgramName, SplitsNothingWhoseQuotesDoNotMatch) {
+    EXPECT_THAT(splitExec("\"/opt/My Player/run %U"), IsEmpty());
+    EXPECT_EQ(programOfExec("/opt/Ada's Player/run"), "");
+}
+
 TEST(ProgramName, OfAnEntryIsItsFileName) {
     EXPECT_EQ(programOfExec("/usr/bin/player %U"), "player");
     EXPECT_EQ(programOfExec("\"/opt/My Player/run\" %F"), "run");

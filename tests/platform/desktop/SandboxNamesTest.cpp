@@ -71,6 +71,12 @@ TEST(Flatpak, NamesItsApplication) {
               "org.example.Player");
 }
 
+TEST(Flatpak, NamesItsApplicationWhateverStandsAroundIt) {
+    EXPECT_EQ(flatpakApplication("# made by flatpak\n[Instance]\nname=other\n\n"
+                                 "[Application]\nruntime = x\nname = org.example.Player\n"),
+              "org.example.Player");
+}
+
 TEST(Flatpak, NamesNothingInAnotherSection) {
     EXPECT_EQ(flatpakApplication("[Runtime]\nname=org.example.Platform\n[Instance]\n"), "");
     EXPECT_EQ(flatpakApplication("name=org.example.Player\n"), "");

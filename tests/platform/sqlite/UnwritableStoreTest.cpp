@@ -108,7 +108,7 @@ TEST_F(UnwritableStore, TellsADiskThatWasFullFromTheStart) {
     EXPECT_EQ(disk.store().read<double>("volume"), 0.5);
 }
 
-TEST_F(UnwritableStore, SaysWhatTheLastAttemptMet) {
+TEST_F(UnwritableStore, ListsTwoKindsOfTroubleUntilBothAreOver) {
     const Unprivileged user(disk.folder());
     fs::permissions(folder(), fs::perms::owner_read | fs::perms::owner_exec);
     disk.store();

@@ -1,0 +1,56 @@
+// The folders of src/ and what each may include. A new folder is one more line, unless it is a part
+// of one that is here.
+#include "house/IncludeRules.h"
+
+#include <gtest/gtest.h>
+
+namespace velmora {
+namespace {
+
+const Library qt{"Q"};
+const Library pipewire{"pipewire/", "spa/"};
+const Library sqlite{"sqlite3.h"};
+const Library glib{"gio/", "glib"};
+const Library json{"nlohmann/"};
+const Library xcb{"xcb/"};
+const Library system{"fcntl.h", "spawn.h", "sys/", "unistd.h"};
+const Library threads{"pthread.h"};
+const Library processor{"immintrin.h"};
+const Library sanitizer{"sanitizer/"};
+
+// From below upwards.
+const std::vector<Part> house{
+    {"effects", {}, {processor}},
+    {"effects/FXParamsJson", {"effects"}, {json}},
+    {"engine/realtime", {}, {threads}},
+
+    {"platform"},
+    {"platform/simulated", {"platform"}},
+    {"platform/sqlite", {"platform"}, {sqlite, system}},
+    {"platform/qt", {"platform"}, {qt, sanitizer}},
+    {"platform/desktop", {"platform"}, {qt, glib, system}},
+    {"platform/pipewire/view", {"platform"}},
+    {"platform/pipewire", {"platform/pipewire/view"}, {pipewire, processor, system}},
+
+    {"settings", {"platform"}},
+    {"engine/AudioSource", {"platform"}},
+    {"engine/Problem", {"engine/AudioSource"}},
+    {"engine/VelmoraError", {"engine/Problem"}},
+    {"capture", {"engine/VelmoraError", "engine/realtime", "effects", "settings"}},
+    {"engine", {"capture", "effects/FXParamsJson"}, {json}},
+    {"presets", {"engine"}, {json}},
+    {"ui/kit", {"settings"}, {qt}},
+    {"ui", {"ui/kit", "presets"}, {qt}},
+    {"app",
+     {"ui", "platform/desktop", "platform/pipewire", "platform/qt", "platform/sqlite"},
+     {qt, glib, xcb, system}},
+};
+
+TEST(House, NoFileIncludesWhatItsFolderMustNotKnow) {
+    for (const std::string& line : forbiddenIncludes(VELMORA_SOURCE_FOLDER, house)) {
+        ADD_FAILURE() << line;
+    }
+}
+
+} // namespace
+} // namespace velmora

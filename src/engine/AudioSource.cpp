@@ -29,11 +29,13 @@ private:
 std::string AudioSource::id() const {
     return std::visit(
         Overloaded{
-            [](const AppSource& app) { return "app-" + app.bundleID + "-" + std::to_string(app.pid); },
+            [](const AppSource& app) {
+                return "app-" + app.bundleID + "-" + std::to_string(app.pid);
+            },
             [](const DeviceSource& device) { return "dev-" + std::to_string(device.id); },
             [](const DeviceChannelsSource& channels) {
-                return "dev-" + std::to_string(channels.id) + "-c" + std::to_string(channels.first) +
-                       "x" + std::to_string(channels.count);
+                return "dev-" + std::to_string(channels.id) + "-c" +
+                       std::to_string(channels.first) + "x" + std::to_string(channels.count);
             },
         },
         case_);

@@ -3,6 +3,8 @@
 #include "platform/pipewire/Devices.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 
 namespace velmora::pipewire {
 namespace {
@@ -15,71 +17,70 @@ std::vector<Port> monitorPorts(const Node& sink) {
     return ports;
 }
 
-bool areLinked(const Graph& graph, Serial output, Serial input) {
-    return std::ranges::any_of(graph.links(), [&](const auto& one) {
-        return one.second.outputNode == output && one.second.inputNode == input;
+} // namespace
+
+AggregateSink::AggregateSink(Connection& connection,
+                             const Graph& graph,
+                             PublicAggregate aggregate,
+                             std::function<void()> changed)
+    : connection_(connection), graph_(graph), aggregate_(std::move(aggregate)),
+      links_(connection, graph, LinkSet::Lifetime::lingering, std::move(changed)) {
+}
+
+std::optional<LinkSet::Clock::time_point> AggregateSink::follow(LinkSet::Clock::time_point now) {
+    if (graph_.nodeNamed(aggregate_.uid) == nullptr && !sink_) {
+        makeSink();
+    }
+    std::set<WantedLink> wanted;
+    for (const std::string& uid : aggregate_.members) {
+        if (const Node* const member = graph_.nodeNamed(uid)) {
+            const auto links = linksTo(*member);
+            wanted.insert(links.begin(), links.end());
+        }
+    }
+    return links_.apply(wanted, now);
+}
+
+bool AggregateSink::isComplete() const {
+    return std::ranges::all_of(aggregate_.members, [this](const std::string& uid) {
+        const Node* const member = graph_.nodeNamed(uid);
+        const auto links = member == nullptr ? std::vector<WantedLink>{} : linksTo(*member);
+        return member == nullptr ||
+               (!links.empty() && std::ranges::all_of(links, [this](const WantedLink& link) {
+                   return graph_.linkBetween(link.output, link.input) != nullptr;
+               }));
     });
 }
 
-} // namespace
-
-void AggregateSink::follow(const Graph& graph) {
-    const Node* const sink = graph.nodeNamed(aggregate_.uid);
-    if (sink == nullptr && !sink_) {
-        sink_ = connection_.create("adapter",
-                                   PW_TYPE_INTERFACE_Node,
-                                   PW_VERSION_NODE,
-                                   {{"factory.name", "support.null-audio-sink"},
-                                    {"media.class", "Audio/Sink"},
-                                    {"node.name", aggregate_.uid},
-                                    {"node.description", aggregate_.name},
-                                    {"audio.position", "[FL,FR]"},
-                                    {"node.virtual", "true"},
-                                    // Neither the default output nor the clock.
-                                    {"priority.session", "0"},
-                                    {"priority.driver", "0"},
-                                    {"device.routes", "1"},
-                                    // See MuteSink: it may go while it is idle.
-                                    {"session.suspend-timeout-seconds", "0"},
-                                    {"object.linger", "true"}});
-    }
-    if (sink == nullptr) {
-        return; // comes with a later change of the graph
-    }
-    for (const std::string& uid : aggregate_.members) {
-        const Node* const member = graph.nodeNamed(uid);
-        if (member != nullptr && !areLinked(graph, sink->serial, member->serial)) {
-            join(*sink, *member);
-        }
-    }
+void AggregateSink::makeSink() {
+    sink_ = connection_.create("adapter",
+                               PW_TYPE_INTERFACE_Node,
+                               PW_VERSION_NODE,
+                               {{"factory.name", "support.null-audio-sink"},
+                                {"media.class", "Audio/Sink"},
+                                {"node.name", aggregate_.uid},
+                                {"node.description", aggregate_.name},
+                                {"audio.position", "[FL,FR]"},
+                                {"node.virtual", "true"},
+                                // Neither the default output nor the clock.
+                                {"priority.session", "0"},
+                                {"priority.driver", "0"},
+                                {"device.routes", "1"},
+                                // See MuteSink: it may go while it is idle.
+                                {"session.suspend-timeout-seconds", "0"},
+                                {"object.linger", "true"}});
 }
 
-bool AggregateSink::isComplete(const Graph& graph) const {
-    const Node* const sink = graph.nodeNamed(aggregate_.uid);
-    return sink != nullptr && std::ranges::all_of(aggregate_.members, [&](const std::string& uid) {
-               const Node* const member = graph.nodeNamed(uid);
-               return member == nullptr || areLinked(graph, sink->serial, member->serial);
-           });
-}
-
-void AggregateSink::join(const Node& sink, const Node& member) {
-    const auto from = monitorPorts(sink);
+std::vector<WantedLink> AggregateSink::linksTo(const Node& member) const {
+    const Node* const sink = graph_.nodeNamed(aggregate_.uid);
+    const auto from = sink == nullptr ? std::vector<Port>{} : monitorPorts(*sink);
     const auto to = playbackPorts(member);
-    const bool isReady = from.size() >= 2 && !to.empty();
-    if (!isReady || !joined_.emplace(sink.serial, member.serial).second) {
-        return;
-    }
-    for (std::size_t side = 0; side < 2; ++side) {
+    std::vector<WantedLink> links;
+    for (std::size_t side = 0; side < 2 && from.size() >= 2 && !to.empty(); ++side) {
         const Port& input = to[std::min(side, to.size() - 1)];
-        // The link stays when this handle goes.
-        static_cast<void>(
-            connection_.create("link-factory",
-                               PW_TYPE_INTERFACE_Link,
-                               PW_VERSION_LINK,
-                               {{PW_KEY_LINK_OUTPUT_PORT, std::to_string(from[side].id)},
-                                {PW_KEY_LINK_INPUT_PORT, std::to_string(input.id)},
-                                {"object.linger", "true"}}));
+        links.push_back({from[side].serial, input.serial, from[side].id, input.id});
     }
+    return links;
 }
 
 } // namespace velmora::pipewire

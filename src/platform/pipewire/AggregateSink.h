@@ -4,10 +4,11 @@
 #include "platform/pipewire/Connection.h"
 #include "platform/pipewire/Graph.h"
 #include "platform/pipewire/Handles.h"
+#include "platform/pipewire/LinkSet.h"
 
-#include <set>
+#include <functional>
+#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace velmora::pipewire {
@@ -27,21 +28,29 @@ struct PublicAggregate {
 /// Threads: needs the control loop's lock.
 class AggregateSink {
 public:
-    AggregateSink(Connection& connection, PublicAggregate aggregate)
-        : connection_(connection), aggregate_(std::move(aggregate)) {}
+    /// @param changed  as `LinkSet`
+    AggregateSink(Connection& connection,
+                  const Graph& graph,
+                  PublicAggregate aggregate,
+                  std::function<void()> changed);
 
-    void follow(const Graph& graph);
+    /// To be called after every change of the graph. Returns when to come again, if anything is
+    /// still missing.
+    std::optional<LinkSet::Clock::time_point> follow(LinkSet::Clock::time_point now);
 
     /// True once it plays into every member that is there.
-    [[nodiscard]] bool isComplete(const Graph& graph) const;
+    [[nodiscard]] bool isComplete() const;
 
 private:
-    void join(const Node& sink, const Node& member);
+    void makeSink();
+    /// Empty while the sink or the member has no ports.
+    [[nodiscard]] std::vector<WantedLink> linksTo(const Node& member) const;
 
     Connection& connection_;
+    const Graph& graph_;
     PublicAggregate aggregate_;
     ProxyHandle sink_;
-    std::set<std::pair<Serial, Serial>> joined_; // sink and member
+    LinkSet links_;
 };
 
 } // namespace velmora::pipewire

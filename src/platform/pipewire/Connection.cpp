@@ -98,6 +98,14 @@ ProxyHandle Connection::create(const char* factory,
         pw_core_create_object(core_.get(), factory, type, version, &wanted->dict, 0)));
 }
 
+ProxyHandle Connection::bindGlobal(GlobalId id, const char* type, std::uint32_t version) {
+    if (!registry_) {
+        return nullptr;
+    }
+    auto* const registry = reinterpret_cast<pw_registry*>(registry_.get());
+    return ProxyHandle(static_cast<pw_proxy*>(pw_registry_bind(registry, id, type, version, 0)));
+}
+
 void Connection::destroyGlobal(GlobalId id) {
     if (registry_) {
         pw_registry_destroy(reinterpret_cast<pw_registry*>(registry_.get()), id);

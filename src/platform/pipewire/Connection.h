@@ -65,6 +65,8 @@ public:
                                      const char* type,
                                      std::uint32_t version,
                                      const Properties& properties);
+    /// A handle on an object that is there already. Null when there is no connection.
+    [[nodiscard]] ProxyHandle bindGlobal(GlobalId id, const char* type, std::uint32_t version);
     /// Asks the daemon to remove an object, whoever made it.
     void destroyGlobal(GlobalId id);
     /// Writes to the session manager's metadata; none removes the key.

@@ -226,6 +226,13 @@ const Node* Graph::nodeNamed(std::string_view name) const {
     return found == nodes_.end() ? nullptr : &found->second;
 }
 
+const Link* Graph::linkBetween(Serial outputPort, Serial inputPort) const {
+    const auto found = std::ranges::find_if(links_, [&](const auto& one) {
+        return one.second.outputPort == outputPort && one.second.inputPort == inputPort;
+    });
+    return found == links_.end() ? nullptr : &found->second;
+}
+
 bool Graph::hasMetadata(const std::string& object) const {
     return metadata_.contains(object);
 }

@@ -109,6 +109,8 @@ public:
     [[nodiscard]] const Node* node(Serial serial) const;
     [[nodiscard]] const Node* nodeOfPort(Serial port) const;
     [[nodiscard]] const Node* nodeNamed(std::string_view name) const;
+    /// Null when these two ports are not linked.
+    [[nodiscard]] const Link* linkBetween(Serial outputPort, Serial inputPort) const;
 
     [[nodiscard]] bool hasMetadata(const std::string& object) const;
     [[nodiscard]] std::optional<MetadataValue>

@@ -13,16 +13,11 @@ constexpr auto startsWithin = 500ms;
 
 } // namespace
 
-/// One requested link. Dead once the daemon has refused or removed it.
+/// One link. Dead once the daemon has refused or removed it.
 class LinkSet::Made {
 public:
-    Made(Connection& connection, const WantedLink& wanted, const std::function<void()>& changed)
-        : changed_(changed),
-          proxy_(connection.create("link-factory",
-                                   PW_TYPE_INTERFACE_Link,
-                                   PW_VERSION_LINK,
-                                   {{PW_KEY_LINK_OUTPUT_PORT, std::to_string(wanted.outputId)},
-                                    {PW_KEY_LINK_INPUT_PORT, std::to_string(wanted.inputId)}})) {
+    Made(ProxyHandle proxy, const std::function<void()>& changed)
+        : changed_(changed), proxy_(std::move(proxy)) {
         static constexpr pw_proxy_events events = [] {
             pw_proxy_events made{};
             made.version = PW_VERSION_PROXY_EVENTS;
@@ -67,8 +62,11 @@ private:
     bool isActive_ = false;
 };
 
-LinkSet::LinkSet(Connection& connection, std::function<void()> changed)
-    : connection_(connection), changed_(std::move(changed)) {
+LinkSet::LinkSet(Connection& connection,
+                 const Graph& graph,
+                 Lifetime lifetime,
+                 std::function<void()> changed)
+    : connection_(connection), graph_(graph), lifetime_(lifetime), changed_(std::move(changed)) {
 }
 
 LinkSet::~LinkSet() = default;
@@ -78,12 +76,11 @@ void LinkSet::clear() {
 }
 
 std::optional<LinkSet::Clock::time_point> LinkSet::apply(const std::set<WantedLink>& wanted,
-                                                         const IsNeeded& isNeeded,
                                                          Clock::time_point now) {
     std::erase_if(links_, [&](const auto& one) { return !wanted.contains(one.first); });
     std::optional<Clock::time_point> comeAgain;
     for (const WantedLink& link : wanted) {
-        if (const auto due = keep(link, links_[link], isNeeded(link), now)) {
+        if (const auto due = keep(link, links_[link], now)) {
             comeAgain = std::min(comeAgain.value_or(*due), *due);
         }
     }
@@ -92,9 +89,9 @@ std::optional<LinkSet::Clock::time_point> LinkSet::apply(const std::set<WantedLi
 
 /// Returns when to look at the link again.
 std::optional<LinkSet::Clock::time_point>
-LinkSet::keep(const WantedLink& wanted, Entry& entry, bool isNeeded, Clock::time_point now) {
+LinkSet::keep(const WantedLink& wanted, Entry& entry, Clock::time_point now) {
     const bool isThere = entry.link && !entry.link->isDead();
-    if (!isThere || !isNeeded || entry.link->isActive()) {
+    if (!isThere || entry.link->isActive() || !areBothRunning(wanted)) {
         entry.stalledSince.reset();
     } else if (!entry.stalledSince) {
         entry.stalledSince = now;
@@ -110,8 +107,33 @@ LinkSet::keep(const WantedLink& wanted, Entry& entry, bool isNeeded, Clock::time
     }
     entry.attempts.made(now);
     entry.stalledSince.reset();
-    entry.link = std::make_unique<Made>(connection_, wanted, changed_);
+    entry.link.reset(); // two links between the same ports are refused
+    entry.link = std::make_unique<Made>(findOrRequest(wanted, isStalled), changed_);
     return std::nullopt;
+}
+
+bool LinkSet::areBothRunning(const WantedLink& wanted) const {
+    const auto isRunning = [this](Serial port) {
+        const Node* const node = graph_.nodeOfPort(port);
+        return node != nullptr && node->isRunning;
+    };
+    return isRunning(wanted.output) && isRunning(wanted.input);
+}
+
+ProxyHandle LinkSet::findOrRequest(const WantedLink& wanted, bool isReplacing) {
+    Properties properties = {{PW_KEY_LINK_OUTPUT_PORT, std::to_string(wanted.outputId)},
+                             {PW_KEY_LINK_INPUT_PORT, std::to_string(wanted.inputId)}};
+    if (lifetime_ == Lifetime::lingering) {
+        properties[PW_KEY_OBJECT_LINGER] = "true";
+        const Link* const present = graph_.linkBetween(wanted.output, wanted.input);
+        if (present != nullptr && !isReplacing) {
+            return connection_.bindGlobal(present->id, PW_TYPE_INTERFACE_Link, PW_VERSION_LINK);
+        }
+        if (present != nullptr) {
+            connection_.destroyGlobal(present->id);
+        }
+    }
+    return connection_.create("link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, properties);
 }
 
 } // namespace velmora::pipewire

@@ -1,4 +1,4 @@
-// LinkSet.h: the links that we made, kept equal to the links that are wanted.
+// LinkSet.h: keeps the links that are wanted.
 #pragma once
 
 #include "platform/pipewire/Connection.h"
@@ -18,21 +18,26 @@ namespace velmora::pipewire {
 class LinkSet {
 public:
     using Clock = LinkAttempts::Clock;
-    /// Whether sound would pass a link now: both its nodes run.
-    using IsNeeded = std::function<bool(const WantedLink&)>;
+    enum class Lifetime {
+        ours,     ///< they go with this object, or with our connection
+        lingering ///< they stay; those that an earlier run has left are kept
+    };
 
     /// @param changed  called on the control thread when the daemon has refused or removed a link,
     ///                 or when sound began or ceased to pass it
-    LinkSet(Connection& connection, std::function<void()> changed);
+    LinkSet(Connection& connection,
+            const Graph& graph,
+            Lifetime lifetime,
+            std::function<void()> changed);
     ~LinkSet();
     LinkSet(const LinkSet&) = delete;
     LinkSet& operator=(const LinkSet&) = delete;
 
-    /// Removes links that are no longer wanted and asks for those that are missing and due. A link
-    /// that lets no sound pass although both its nodes run is replaced.
-    /// Returns when to come again, if anything is still missing.
-    std::optional<Clock::time_point>
-    apply(const std::set<WantedLink>& wanted, const IsNeeded& isNeeded, Clock::time_point now);
+    /// Lets go of links that are no longer wanted and asks for those that are missing and due. A
+    /// link that lets no sound pass although both its nodes run is replaced. Returns when to come
+    /// again, if anything is still missing.
+    std::optional<Clock::time_point> apply(const std::set<WantedLink>& wanted,
+                                           Clock::time_point now);
     /// To be called before the connection closes.
     void clear();
 
@@ -44,9 +49,13 @@ private:
         std::optional<Clock::time_point> stalledSince;
     };
     std::optional<Clock::time_point>
-    keep(const WantedLink& wanted, Entry& entry, bool isNeeded, Clock::time_point now);
+    keep(const WantedLink& wanted, Entry& entry, Clock::time_point now);
+    [[nodiscard]] bool areBothRunning(const WantedLink& wanted) const;
+    [[nodiscard]] ProxyHandle findOrRequest(const WantedLink& wanted, bool isReplacing);
 
     Connection& connection_;
+    const Graph& graph_;
+    Lifetime lifetime_;
     std::function<void()> changed_;
     std::map<WantedLink, Entry> links_;
 };

@@ -21,7 +21,7 @@ public:
 
     Status setDevice(AudioObjectID device) override;
     Status setChannelMap(std::span<const std::int32_t> map) override;
-    [[nodiscard]] double sampleRate() const override { return target_ ? target_->rateHz : 0.0; }
+    [[nodiscard]] double sampleRate() const override { return target_ ? session_.rateHz() : 0.0; }
     Status start(RenderCallback render) override;
     void stop() noexcept override;
 

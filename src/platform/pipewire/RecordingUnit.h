@@ -22,7 +22,7 @@ public:
     [[nodiscard]] std::uint32_t channelCount() const override {
         return target_ ? target_->channels : 0;
     }
-    [[nodiscard]] double sampleRate() const override { return target_ ? target_->rateHz : 0.0; }
+    [[nodiscard]] double sampleRate() const override { return target_ ? session_.rateHz() : 0.0; }
     Status start(ReceiveCallback receive) override;
     void stop() noexcept override;
 

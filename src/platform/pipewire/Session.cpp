@@ -55,13 +55,14 @@ Session::Session(Events events)
                    .clientCame = [this] { onClientCame(); },
                    .managerLost = [this] { onManagerLost(); },
                    .lost = [this] { onLost(); }}),
-      links_(connection_, [this] { pass_.request(); }), retry_(loop_, [this] { connect(); }),
-      relink_(loop_, [this] { pass_.request(); }), probe_(loop_,
-                                                          [this] {
-                                                              if (!connection_.isAnswered()) {
-                                                                  onLost();
-                                                              }
-                                                          }),
+      links_(connection_, state_.graph, LinkSet::Lifetime::ours, [this] { pass_.request(); }),
+      retry_(loop_, [this] { connect(); }), relink_(loop_, [this] { pass_.request(); }),
+      probe_(loop_,
+             [this] {
+                 if (!connection_.isAnswered()) {
+                     onLost();
+                 }
+             }),
       reread_(loop_,
               [this] {
                   isRereadDue_ = false;
@@ -155,7 +156,6 @@ void Session::pass() {
         passMutes();
         passLinks();
         endedRoutes_.follow();
-        passAggregates();
         passVirtualMicrophone();
         passDefaultOutput();
     }
@@ -248,18 +248,22 @@ void Session::noticeDeath() {
 }
 
 void Session::passLinks() {
-    const auto now = LinkAttempts::Clock::now();
-    const auto wanted = wantedLinks(state_.graph, state_.routes, [this](AudioObjectID process) {
-        return state_.processes.streams(process);
-    });
-    const auto runs = [this](Serial port) {
-        const Node* const node = state_.graph.nodeOfPort(port);
-        return node != nullptr && node->isRunning;
-    };
-    const auto isNeeded = [&](const WantedLink& link) {
-        return runs(link.output) && runs(link.input);
-    };
-    if (const auto due = links_.apply(wanted, isNeeded, now)) {
+    const auto now = LinkSet::Clock::now();
+    auto due = links_.apply(
+        wantedLinks(state_.graph,
+                    state_.routes,
+                    [this](AudioObjectID process) { return state_.processes.streams(process); }),
+        now);
+    for (const auto& [uid, aggregate] : aggregates_) {
+        auto& sink = aggregateSinks_[uid];
+        if (!sink) {
+            sink = std::make_unique<AggregateSink>(
+                connection_, state_.graph, aggregate, [this] { pass_.request(); });
+        }
+        const auto its = sink->follow(now);
+        due = due && its ? std::min(due, its) : std::max(due, its);
+    }
+    if (due) {
         relink_.start(std::chrono::ceil<std::chrono::milliseconds>(*due - now));
     }
 }
@@ -276,16 +280,6 @@ void Session::passMutes() {
         if (isAvailableLocked()) {
             sink->follow(state_.processes.streams(process));
         }
-    }
-}
-
-void Session::passAggregates() {
-    for (const auto& [uid, aggregate] : aggregates_) {
-        auto& sink = aggregateSinks_[uid];
-        if (!sink) {
-            sink = std::make_unique<AggregateSink>(connection_, aggregate);
-        }
-        sink->follow(state_.graph);
     }
 }
 
@@ -381,6 +375,11 @@ std::string Session::problem() const {
     return isAvailableLocked() ? "" : "PipeWire's session manager does not answer";
 }
 
+double Session::rateHz() const {
+    const Loop::Lock lock(loop_);
+    return state_.rate.hz();
+}
+
 std::optional<std::string> Session::defaultOutputUID() const {
     const auto device = defaultOutput(state_.graph);
     return device ? std::optional(device->uid) : std::nullopt;
@@ -411,7 +410,7 @@ Status Session::createAggregate(const PublicAggregate& aggregate) {
     pass_.request();
     const bool isThere = lock.wait(devicesExpectedWithin, [&] {
         const auto sink = aggregateSinks_.find(aggregate.uid);
-        return sink != aggregateSinks_.end() && sink->second->isComplete(state_.graph);
+        return sink != aggregateSinks_.end() && sink->second->isComplete();
     });
     if (!isThere) {
         forgetAggregate(aggregate.uid);

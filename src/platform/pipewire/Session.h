@@ -86,6 +86,8 @@ public:
     /// True while daemon and session manager answer.
     [[nodiscard]] bool isAvailable() const;
     [[nodiscard]] std::string problem() const;
+    /// Of the graph, now.
+    [[nodiscard]] double rateHz() const;
 
     /// Reads the state. Giving a device its number for the first time counts as reading.
     template <typename Function>
@@ -146,7 +148,6 @@ private:
     void passSurroundings();
     void passLinks();
     void passMutes();
-    void passAggregates();
     void passVirtualMicrophone();
     void passAvailability();
     void passDefaultOutput();

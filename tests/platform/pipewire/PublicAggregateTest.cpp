@@ -135,5 +135,44 @@ TEST_F(PublicAggregate, JoinsAMemberThatReturns) {
     session().remove(box.name);
 }
 
+/// The daemon leaves links paused then, and these outlive whoever made them.
+TEST_F(PublicAggregate, PlaysOnToBothSidesOnceTheSessionManagerIsBack) {
+    make(hardware(), interface4.name);
+    for (int round = 0; round < 3; ++round) {
+        session().killManager();
+        ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
+        session().startServices();
+        ASSERT_TRUE(waitUntil([&] { return audio.connected(); }));
+
+        // New ones, for the links of others are paused as well.
+        const Feeder workstation(session(), uid, {1, 2}, {.hz = {440, 440}, .db = playedDb});
+        const Recorder atInterface(session(), interface4.name, {1, 2});
+        for (const std::uint32_t side : {0U, 1U}) {
+            EXPECT_TRUE(atInterface.hears(side, 440, playedDb)) << "round " << round;
+        }
+    }
+}
+
+TEST_F(PublicAggregate, MakesALinkAgainThatSomebodyRemoves) {
+    make(hardware(), interface4.name);
+    const auto links = [] {
+        auto found = session().graph().links();
+        std::erase_if(found, [](const GraphLink& link) {
+            return link.from != uid || link.to != interface4.name;
+        });
+        return found;
+    };
+    ASSERT_EQ(links().size(), 2U);
+    const std::uint32_t removed = links().front().id;
+
+    runToEnd({"pw-cli", "destroy", std::to_string(removed)}, session().environment());
+
+    EXPECT_TRUE(waitUntil([&] { return links().size() == 2; }));
+    const Feeder workstation(session(), uid, {1, 2}, {.hz = {440, 440}, .db = playedDb});
+    const Recorder atInterface(session(), interface4.name, {1, 2});
+    EXPECT_TRUE(atInterface.hears(0, 440, playedDb));
+    EXPECT_TRUE(atInterface.hears(1, 440, playedDb));
+}
+
 } // namespace
 } // namespace velmora

@@ -52,6 +52,10 @@ Properties nodeProperties(const MixNode::Setup& setup) {
 
 } // namespace
 
+MixNode::MixNode(const Setup& setup)
+    : callsPause_(callsExpectedWithin), name_(setup.name), died_(setup.died), loop_("velmora-mix") {
+}
+
 StatusOr<std::shared_ptr<MixNode>> MixNode::open(const Setup& setup) {
     try {
         std::shared_ptr<MixNode> made(new MixNode(setup));
@@ -192,7 +196,7 @@ void MixNode::betweenCalls(Change change) {
 void MixNode::onState(pw_filter_state state) {
     if (state == PW_FILTER_STATE_STREAMING) {
         callsSeen_ = calls_.load(std::memory_order_relaxed);
-        watchdog_->start(callsExpectedWithin);
+        watchdog_->start(callsPause_.next());
     } else if (state <= PW_FILTER_STATE_UNCONNECTED) {
         life_->end();
         died_();
@@ -200,12 +204,12 @@ void MixNode::onState(pw_filter_state state) {
 }
 
 void MixNode::checkCalls() {
-    const bool isStreaming =
-        pw_filter_get_state(filter_.get(), nullptr) == PW_FILTER_STATE_STREAMING;
-    if (isStreaming && calls_.load(std::memory_order_relaxed) == callsSeen_) {
+    if (calls_.load(std::memory_order_relaxed) != callsSeen_) {
+        callsPause_.restart();
+    } else if (pw_filter_get_state(filter_.get(), nullptr) == PW_FILTER_STATE_STREAMING) {
         pw_filter_set_active(filter_.get(), false);
         pw_filter_set_active(filter_.get(), true);
-        watchdog_->start(callsExpectedWithin);
+        watchdog_->start(callsPause_.next());
     }
 }
 

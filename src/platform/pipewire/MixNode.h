@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Status.h"
+#include "platform/pipewire/GrowingPause.h"
 #include "platform/pipewire/Handles.h"
 #include "platform/pipewire/Loop.h"
 #include "platform/pipewire/NodeLife.h"
@@ -56,8 +57,7 @@ public:
 private:
     friend class MixPart;
 
-    explicit MixNode(const Setup& setup)
-        : name_(setup.name), died_(setup.died), loop_("velmora-mix") {}
+    explicit MixNode(const Setup& setup);
     Status start(const Setup& setup);
     Status connect(const Setup& setup);
     void onState(pw_filter_state state);
@@ -80,6 +80,7 @@ private:
     std::vector<MixPart*> parts_;         // captures first; written between calls only
     double blockSeconds_ = 0;             // asked for
     std::uint64_t callsSeen_ = 0;
+    GrowingPause callsPause_;
     std::string name_;
     std::function<void()> died_;
     std::shared_ptr<NodeLife> life_ = std::make_shared<NodeLife>();

@@ -12,7 +12,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto retryEvery = 200ms;
+constexpr auto firstRetryAfter = 200ms;
+/// From the moment when a daemon has made its socket.
+constexpr auto daemonListensAfter = 20ms;
 
 /// While one client begins to follow the session manager's metadata, the daemon (0.3.65) gives
 /// changes to that client only: of 120 changes beside a polling client, 7 were never told. So it is
@@ -56,13 +58,13 @@ Session::Session(Events events)
                    .managerLost = [this] { onManagerLost(); },
                    .lost = [this] { onLost(); }}),
       links_(connection_, state_.graph, LinkSet::Lifetime::ours, [this] { pass_.request(); }),
-      retry_(loop_, [this] { connect(); }), relink_(loop_, [this] { pass_.request(); }),
-      probe_(loop_,
-             [this] {
-                 if (!connection_.isAnswered()) {
-                     onLost();
-                 }
-             }),
+      retry_(loop_, [this] { connect(); }), retryPause_(firstRetryAfter),
+      relink_(loop_, [this] { pass_.request(); }), probe_(loop_,
+                                                          [this] {
+                                                              if (!connection_.isAnswered()) {
+                                                                  onLost();
+                                                              }
+                                                          }),
       reread_(loop_,
               [this] {
                   isRereadDue_ = false;
@@ -95,10 +97,21 @@ Session::~Session() {
 void Session::connect() {
     lastStatus_ = connection_.open();
     if (lastStatus_ != statusOk) {
-        retry_.start(retryEvery);
+        connectLater();
         return;
     }
+    socketWatch_.reset();
     ++state_.epoch;
+}
+
+void Session::connectLater() {
+    if (!socketWatch_) {
+        socketWatch_ = std::make_unique<SocketWatch>(loop_, [this] {
+            retryPause_.restart();
+            retry_.start(daemonListensAfter);
+        });
+    }
+    retry_.start(retryPause_.next());
 }
 
 void Session::onClientCame() {
@@ -145,7 +158,7 @@ void Session::pass() {
         state_.rate = {};
         defaultOutput_.lose();
         lastStatus_ = -EHOSTDOWN;
-        retry_.start(retryEvery);
+        connectLater();
     }
     followNode();
     passAvailability();
@@ -153,6 +166,7 @@ void Session::pass() {
     state_.processes.update(state_.graph);
     askForApplications();
     if (connection_.isListed()) {
+        retryPause_.restart();
         passMutes();
         passLinks();
         endedRoutes_.follow();

@@ -8,6 +8,7 @@
 #include "platform/pipewire/EndedRoutes.h"
 #include "platform/pipewire/Graph.h"
 #include "platform/pipewire/GraphRate.h"
+#include "platform/pipewire/GrowingPause.h"
 #include "platform/pipewire/LastWill.h"
 #include "platform/pipewire/LinkSet.h"
 #include "platform/pipewire/Loop.h"
@@ -17,6 +18,7 @@
 #include "platform/pipewire/ObjectIds.h"
 #include "platform/pipewire/ProcessDirectory.h"
 #include "platform/pipewire/Routes.h"
+#include "platform/pipewire/SocketWatch.h"
 #include "platform/pipewire/Surroundings.h"
 
 #include <chrono>
@@ -134,6 +136,7 @@ private:
     [[nodiscard]] StatusOr<std::shared_ptr<MixNode>> takeMixNode(std::uint32_t blockFrames,
                                                                  double rateHz);
     void connect();
+    void connectLater();
     void onLost();
     void onManagerLost();
     void onClientCame();
@@ -174,6 +177,8 @@ private:
     bool announces_ = false; // the first listing is no change
     Status lastStatus_ = statusOk;
     LoopTimer retry_;
+    GrowingPause retryPause_;
+    std::unique_ptr<SocketWatch> socketWatch_; // while there is no daemon
     LoopTimer relink_;
     LoopTimer probe_;
     LoopTimer reread_;

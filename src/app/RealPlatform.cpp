@@ -22,7 +22,9 @@ RealPlatform::RealPlatform(const std::filesystem::path& settingsFile)
 }
 
 Platform RealPlatform::platform() {
-    return {.hardware = audio_.hardware(),
+    return {.devices = audio_.devices(),
+            .taps = audio_.taps(),
+            .sinks = audio_.sinks(),
             .units = audio_.units(),
             .applications = applications_,
             .defaults = defaults_,

@@ -115,7 +115,7 @@ TEST_F(DawMode, ALaterRunFindsTheDeviceAndReplacesIt) {
     EXPECT_FALSE(session().graph().linked(dawDevice, speakers.name));
     later.setEnabled(false);
 
-    EXPECT_EQ(findDevice(platform.hardware, dawDevice), std::nullopt);
+    EXPECT_EQ(findDevice(platform.devices, dawDevice), std::nullopt);
 }
 
 TEST_F(DawMode, TheDeviceOutlivesTheProgram) {

@@ -171,10 +171,10 @@ TEST_F(Discovery, ASpeakersMonitorIsNoInput) {
 TEST_F(Discovery, TheVirtualMicrophoneIsFoundButNeverOffered) {
     discovery.refresh();
 
-    const auto found = findVirtualMicDevice(platform.hardware);
+    const auto found = findVirtualMicDevice(platform.devices);
     ASSERT_TRUE(found.has_value());
-    EXPECT_EQ(deviceUID(platform.hardware, *found), microphone);
-    EXPECT_EQ(deviceName(platform.hardware, *found), "Velmora Microphone");
+    EXPECT_EQ(deviceUID(platform.devices, *found), microphone);
+    EXPECT_EQ(deviceName(platform.devices, *found), "Velmora Microphone");
     for (const auto* list : {&discovery.inputDevices(), &discovery.outputDevices()}) {
         EXPECT_THAT(*list,
                     Not(Contains(::testing::Property(&AudioSource::name, "Velmora Microphone"))));
@@ -189,13 +189,13 @@ TEST_F(Discovery, ADeviceKeepsItsIdWhenItReturns) {
     session().add(headset);
     std::optional<AudioObjectID> before;
     EXPECT_TRUE(waitUntil(
-        [&] { return (before = findDevice(platform.hardware, headset.name)).has_value(); }));
+        [&] { return (before = findDevice(platform.devices, headset.name)).has_value(); }));
 
     session().remove(headset.name);
-    EXPECT_TRUE(waitUntil([&] { return !findDevice(platform.hardware, headset.name); }));
+    EXPECT_TRUE(waitUntil([&] { return !findDevice(platform.devices, headset.name); }));
     session().add(headset);
 
-    EXPECT_TRUE(waitUntil([&] { return findDevice(platform.hardware, headset.name) == before; }));
+    EXPECT_TRUE(waitUntil([&] { return findDevice(platform.devices, headset.name) == before; }));
     session().remove(headset.name);
 }
 

@@ -2,7 +2,7 @@
 
 #include "RealTimeGuard.h"
 
-#include "platform/AudioHardware.h"
+#include "platform/ApplicationTaps.h"
 #include "platform/AudioUnits.h"
 
 #include <utility>
@@ -27,6 +27,7 @@ public:
             });
     }
     void stop() noexcept override { real_->stop(); }
+    bool isAlive() const override { return real_->isAlive(); }
 
 private:
     std::unique_ptr<OutputUnit> real_;
@@ -47,6 +48,7 @@ public:
         });
     }
     void stop() noexcept override { real_->stop(); }
+    bool isAlive() const override { return real_->isAlive(); }
 
 private:
     std::unique_ptr<InputUnit> real_;
@@ -69,26 +71,13 @@ private:
     AudioUnits& real_;
 };
 
-class GuardedPlatform::Hardware final : public AudioHardware {
+class GuardedPlatform::Taps final : public ApplicationTaps {
 public:
-    using Ids = std::optional<std::vector<AudioObjectID>>;
+    explicit Taps(ApplicationTaps& real) : real_(real) {}
 
-    explicit Hardware(AudioHardware& real) : real_(real) {}
-
-    StatusOr<IOProcID> createIOProc(AudioObjectID device, IOCallback callback) override {
-        return real_.createIOProc(device,
-                                  [callback = std::move(callback)](std::span<IOBuffer> buffers) {
-                                      const RealTimeGuard guard;
-                                      callback(buffers);
-                                  });
+    std::optional<std::vector<AudioObjectID>> processObjects() const override {
+        return real_.processObjects();
     }
-
-    bool isAvailable() const override { return real_.isAvailable(); }
-    void onAvailabilityChange(std::function<void(bool)> listener) override {
-        real_.onAvailabilityChange(std::move(listener));
-    }
-    std::uint32_t generation() const override { return real_.generation(); }
-    Ids processObjects() const override { return real_.processObjects(); }
     std::optional<std::int32_t> processPid(AudioObjectID process) const override {
         return real_.processPid(process);
     }
@@ -98,65 +87,30 @@ public:
     std::optional<AudioObjectID> processForPid(std::int32_t pid) const override {
         return real_.processForPid(pid);
     }
-    Ids devices() const override { return real_.devices(); }
-    std::optional<std::string> deviceName(AudioObjectID device) const override {
-        return real_.deviceName(device);
-    }
-    std::optional<std::string> deviceUID(AudioObjectID device) const override {
-        return real_.deviceUID(device);
-    }
-    std::optional<std::vector<std::uint32_t>> streamChannels(AudioObjectID device,
-                                                             Scope scope) const override {
-        return real_.streamChannels(device, scope);
-    }
-    std::optional<Transport> transport(AudioObjectID device) const override {
-        return real_.transport(device);
-    }
-    std::optional<double> nominalRate(AudioObjectID device) const override {
-        return real_.nominalRate(device);
-    }
-    Status requestBufferFrames(AudioObjectID device, std::uint32_t frames) override {
-        return real_.requestBufferFrames(device, frames);
-    }
-    std::optional<AudioObjectID> defaultOutputDevice() const override {
-        return real_.defaultOutputDevice();
-    }
-    void onDefaultOutputChange(std::function<void()> listener) override {
-        real_.onDefaultOutputChange(std::move(listener));
-    }
-    StatusOr<AudioObjectID> createTap(const TapDescription& description) override {
-        return real_.createTap(description);
-    }
-    Status destroyTap(AudioObjectID tap) override { return real_.destroyTap(tap); }
-    StatusOr<AudioObjectID> createAggregate(const AggregateDescription& description) override {
-        return real_.createAggregate(description);
-    }
-    Status destroyAggregate(AudioObjectID device) override {
-        return real_.destroyAggregate(device);
-    }
-    Status destroyIOProc(AudioObjectID device, IOProcID proc) override {
-        return real_.destroyIOProc(device, proc);
-    }
-    Status startDevice(AudioObjectID device, IOProcID proc) override {
-        return real_.startDevice(device, proc);
-    }
-    Status stopDevice(AudioObjectID device, IOProcID proc) override {
-        return real_.stopDevice(device, proc);
+    std::optional<double> tapRate() const override { return real_.tapRate(); }
+    std::expected<std::unique_ptr<ApplicationTap>, TapRefusal>
+    open(AudioObjectID process, Mute mute, TapCallback callback) override {
+        return real_.open(process, mute, [callback = std::move(callback)](const TapBlock& block) {
+            const RealTimeGuard guard;
+            callback(block);
+        });
     }
 
 private:
-    AudioHardware& real_;
+    ApplicationTaps& real_;
 };
 
 GuardedPlatform::GuardedPlatform(const Platform& real)
-    : real_(real), hardware_(std::make_unique<Hardware>(real.hardware)),
+    : real_(real), taps_(std::make_unique<Taps>(real.taps)),
       units_(std::make_unique<Units>(real.units)) {
 }
 
 GuardedPlatform::~GuardedPlatform() = default;
 
 Platform GuardedPlatform::platform() {
-    return {.hardware = *hardware_,
+    return {.devices = real_.devices,
+            .taps = *taps_,
+            .sinks = real_.sinks,
             .units = *units_,
             .applications = real_.applications,
             .defaults = real_.defaults,

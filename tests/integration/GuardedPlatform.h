@@ -18,11 +18,11 @@ public:
     [[nodiscard]] Platform platform();
 
 private:
-    class Hardware;
+    class Taps;
     class Units;
 
     Platform real_;
-    std::unique_ptr<Hardware> hardware_;
+    std::unique_ptr<Taps> taps_;
     std::unique_ptr<Units> units_;
 };
 

@@ -49,7 +49,7 @@ protected:
     /// Waits for the mix to be whole. Returns how long that took from the moment when a default
     /// output was known.
     Clock::duration timeToBeWhole() {
-        EXPECT_TRUE(waitUntil([&] { return platform.hardware.defaultOutputDevice().has_value(); }));
+        EXPECT_TRUE(waitUntil([&] { return platform.devices.defaultOutputDevice().has_value(); }));
         const auto known = Clock::now();
         EXPECT_TRUE(waitUntil([&] { return isWhole(); }))
             << engine.lastError().value_or("no message");

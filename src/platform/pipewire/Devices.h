@@ -1,7 +1,7 @@
 // Devices.h: which nodes are devices, and what the mixer wants to know of them.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "platform/pipewire/Graph.h"
 
 #include <optional>

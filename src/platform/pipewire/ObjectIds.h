@@ -1,7 +1,7 @@
 // ObjectIds.h: hands out the numbers under which the mixer knows devices, processes and taps.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 
 #include <map>
 #include <set>

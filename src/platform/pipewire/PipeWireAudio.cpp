@@ -1,12 +1,15 @@
 #include "platform/pipewire/PipeWireAudio.h"
 
 #include "platform/pipewire/ApplicationResolver.h"
-#include "platform/pipewire/Hardware.h"
 #include "platform/pipewire/Session.h"
+#include "platform/pipewire/SessionDevices.h"
+#include "platform/pipewire/SessionSinks.h"
+#include "platform/pipewire/SessionTaps.h"
 #include "platform/pipewire/Units.h"
 
 #include <pipewire/pipewire.h>
 
+#include <atomic>
 #include <utility>
 
 #include <sys/resource.h>
@@ -44,23 +47,21 @@ public:
                                 self.applications_.resolve(pids);
                             });
                         },
-                    .availabilityChanged =
-                        [this](bool isAvailable) {
-                            post([isAvailable](Impl& self) {
-                                self.hardware_.availabilityChanged(isAvailable);
-                            });
-                        },
                     .defaultOutputChanged =
-                        [this] { post([](Impl& self) { self.hardware_.defaultOutputChanged(); }); },
-                    .changed = [] {}}),
+                        [this] {
+                            post([](Impl& self) { self.devices_.defaultOutputChanged().emit(); });
+                        },
+                    .changed = [this] { postChanged(); }}),
           applications_(
               session_, std::move(options.applicationPid), std::move(options.processStart)),
-          hardware_(session_, applications_), units_(session_) {
+          devices_(session_), taps_(session_, applications_), sinks_(session_), units_(session_) {
         session_.waitForListing(options.firstListing);
     }
 
     pipewire::Session& session() { return session_; }
-    pipewire::Hardware& hardware() { return hardware_; }
+    pipewire::SessionDevices& devices() { return devices_; }
+    pipewire::SessionTaps& taps() { return taps_; }
+    pipewire::SessionSinks& sinks() { return sinks_; }
     pipewire::Units& units() { return units_; }
 
 private:
@@ -74,12 +75,25 @@ private:
         });
     }
 
+    /// What changes before the main thread is free is told once. Threads: control.
+    void postChanged() {
+        if (!isChangeDue_.exchange(true)) {
+            post([](Impl& self) {
+                self.isChangeDue_ = false;
+                self.devices_.changed().emit();
+            });
+        }
+    }
+
     Library library_;
+    std::atomic<bool> isChangeDue_ = false;
     MainQueue& mainQueue_;
     std::shared_ptr<Impl*> self_ = std::make_shared<Impl*>(this); // main destroys it
     pipewire::Session session_;
     pipewire::ApplicationResolver applications_;
-    pipewire::Hardware hardware_;
+    pipewire::SessionDevices devices_;
+    pipewire::SessionTaps taps_;
+    pipewire::SessionSinks sinks_;
     pipewire::Units units_;
 };
 
@@ -93,8 +107,16 @@ PipeWireAudio::PipeWireAudio(MainQueue& mainQueue, Options options) {
 
 PipeWireAudio::~PipeWireAudio() = default;
 
-AudioHardware& PipeWireAudio::hardware() {
-    return impl_->hardware();
+AudioDevices& PipeWireAudio::devices() {
+    return impl_->devices();
+}
+
+ApplicationTaps& PipeWireAudio::taps() {
+    return impl_->taps();
+}
+
+PublicSinks& PipeWireAudio::sinks() {
+    return impl_->sinks();
 }
 
 AudioUnits& PipeWireAudio::units() {

@@ -1,9 +1,11 @@
 // PipeWireAudio.h: the machine's sound, through PipeWire.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/ApplicationTaps.h"
+#include "platform/AudioDevices.h"
 #include "platform/AudioUnits.h"
 #include "platform/MainQueue.h"
+#include "platform/PublicSinks.h"
 
 #include <chrono>
 #include <cstdint>
@@ -16,9 +18,9 @@ namespace velmora {
 /// One connection to the PipeWire daemon, seen through the mixer's interfaces.
 ///
 /// Without a daemon every read answers none and every request is refused; the connection is made
-/// by itself as soon as a daemon answers, and made again when it was lost. After a loss every tap,
-/// aggregate and running unit is dead: stopping and destroying them stays harmless, and a change
-/// of the default output is reported once that output is known again.
+/// by itself as soon as a daemon answers, and made again when it was lost. After a loss every tap
+/// and every unit is dead: stopping and destroying them stays harmless, and a change of the default
+/// output is told once that output is known again.
 ///
 /// Threads: main. Real-time: no.
 class PipeWireAudio {
@@ -40,7 +42,9 @@ public:
     PipeWireAudio(const PipeWireAudio&) = delete;
     PipeWireAudio& operator=(const PipeWireAudio&) = delete;
 
-    [[nodiscard]] AudioHardware& hardware();
+    [[nodiscard]] AudioDevices& devices();
+    [[nodiscard]] ApplicationTaps& taps();
+    [[nodiscard]] PublicSinks& sinks();
     [[nodiscard]] AudioUnits& units();
 
     /// True while the daemon and its session manager answer.

@@ -6,6 +6,9 @@
 namespace velmora::pipewire {
 
 Status PlaybackUnit::setDevice(AudioObjectID device) {
+    if (part_) {
+        return -EBUSY;
+    }
     auto target = findTarget(session_, device, Scope::output);
     if (!target) {
         return target.error();
@@ -19,7 +22,10 @@ Status PlaybackUnit::setChannelMap(std::span<const std::int32_t> map) {
     if (!target_) {
         return -ENODEV;
     }
-    const bool isValid = map.size() <= target_->channels &&
+    if (part_) {
+        return -EBUSY;
+    }
+    const bool isValid = map.size() == target_->channels &&
                          std::ranges::all_of(map, [](auto at) { return at >= -1 && at <= 1; });
     if (!isValid) {
         return -EINVAL;
@@ -29,7 +35,12 @@ Status PlaybackUnit::setChannelMap(std::span<const std::int32_t> map) {
 }
 
 Status PlaybackUnit::start(RenderCallback render) {
-    stop();
+    if (part_) {
+        return -EBUSY;
+    }
+    if (!render) {
+        return -EINVAL;
+    }
     if (const Status status = checkTarget(session_, target_, Scope::output); status != statusOk) {
         return status;
     }
@@ -46,6 +57,10 @@ Status PlaybackUnit::start(RenderCallback render) {
 void PlaybackUnit::stop() noexcept {
     route_.reset();
     part_.reset();
+}
+
+bool PlaybackUnit::isAlive() const {
+    return isOfThisConnection(session_, target_) && (!part_ || part_->isAlive());
 }
 
 } // namespace velmora::pipewire

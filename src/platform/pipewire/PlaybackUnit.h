@@ -24,6 +24,7 @@ public:
     [[nodiscard]] double sampleRate() const override { return target_ ? session_.rateHz() : 0.0; }
     Status start(RenderCallback render) override;
     void stop() noexcept override;
+    [[nodiscard]] bool isAlive() const override;
 
 private:
     Session& session_;

@@ -1,7 +1,7 @@
 // ProcessDirectory.h: groups output streams by the application that plays them.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "platform/pipewire/Graph.h"
 #include "platform/pipewire/ObjectIds.h"
 

@@ -1,8 +1,13 @@
 #include "platform/pipewire/RecordingUnit.h"
 
+#include <cerrno>
+
 namespace velmora::pipewire {
 
 Status RecordingUnit::setDevice(AudioObjectID device) {
+    if (part_) {
+        return -EBUSY;
+    }
     auto target = findTarget(session_, device, Scope::input);
     if (!target) {
         return target.error();
@@ -12,7 +17,12 @@ Status RecordingUnit::setDevice(AudioObjectID device) {
 }
 
 Status RecordingUnit::start(ReceiveCallback receive) {
-    stop();
+    if (part_) {
+        return -EBUSY;
+    }
+    if (!receive) {
+        return -EINVAL;
+    }
     if (const Status status = checkTarget(session_, target_, Scope::input); status != statusOk) {
         return status;
     }
@@ -29,6 +39,10 @@ Status RecordingUnit::start(ReceiveCallback receive) {
 void RecordingUnit::stop() noexcept {
     route_.reset();
     part_.reset();
+}
+
+bool RecordingUnit::isAlive() const {
+    return isOfThisConnection(session_, target_) && (!part_ || part_->isAlive());
 }
 
 } // namespace velmora::pipewire

@@ -25,6 +25,7 @@ public:
     [[nodiscard]] double sampleRate() const override { return target_ ? session_.rateHz() : 0.0; }
     Status start(ReceiveCallback receive) override;
     void stop() noexcept override;
+    [[nodiscard]] bool isAlive() const override;
 
 private:
     Session& session_;

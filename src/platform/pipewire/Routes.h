@@ -1,7 +1,7 @@
 // Routes.h: what the mix's parts want to be connected to, and the links that follow from it.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "platform/pipewire/Graph.h"
 
 #include <compare>

@@ -161,7 +161,7 @@ void Session::pass() {
         connectLater();
     }
     followNode();
-    passAvailability();
+    passManager();
     readConfiguredRate();
     state_.processes.update(state_.graph);
     askForApplications();
@@ -311,22 +311,14 @@ void Session::passVirtualMicrophone() {
     isMicrophoneSeen_ = isKnown;
 }
 
-void Session::passAvailability() {
-    const auto tell = [this](bool isAvailable) {
-        const bool isNews = std::exchange(isToldAvailable_, isAvailable) != isAvailable;
-        if (isNews && announces_) {
-            events_.availabilityChanged(isAvailable);
-        }
-    };
+void Session::passManager() {
     if (std::exchange(isManagerLost_, false)) {
         defaultOutput_.lose();
         for (const auto& [tap, sink] : muteSinks_) {
             sink->forgetTargets();
         }
-        tell(false);
         told_.isAvailable = false;
     }
-    tell(isAvailableLocked());
 }
 
 void Session::passDefaultOutput() {
@@ -366,7 +358,6 @@ void Session::waitForListing(std::chrono::milliseconds limit) {
     if (isAvailableLocked()) {
         defaultOutput_.start(defaultOutputUID());
     }
-    isToldAvailable_ = isAvailableLocked();
     readConfiguredRate();
     told_ = surroundings();
     announces_ = true;

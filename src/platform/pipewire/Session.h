@@ -70,7 +70,6 @@ public:
     struct Events {
         std::function<void(std::set<std::int32_t> pids)> unknownApplications;
         // The others are not told before `waitForListing` has returned, and in this order.
-        std::function<void(bool isAvailable)> availabilityChanged;
         std::function<void()> defaultOutputChanged;
         /// The service, a device or its channels, an application's process object or the rate is
         /// another one, or parts of the mix have died. Told once for all that is seen at a time.
@@ -152,7 +151,7 @@ private:
     void passLinks();
     void passMutes();
     void passVirtualMicrophone();
-    void passAvailability();
+    void passManager();
     void passDefaultOutput();
     [[nodiscard]] bool isAvailableLocked() const;
     [[nodiscard]] Surroundings surroundings() const;
@@ -173,7 +172,6 @@ private:
     std::set<std::int32_t> asked_; // processes whose application was asked for
     bool isLost_ = false;
     bool isManagerLost_ = false;
-    bool isToldAvailable_ = false;
     bool announces_ = false; // the first listing is no change
     Status lastStatus_ = statusOk;
     LoopTimer retry_;

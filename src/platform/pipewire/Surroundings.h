@@ -1,7 +1,7 @@
 // Surroundings.h: all that a mix depends on, to be compared with what was told last.
 #pragma once
 
-#include "platform/AudioHardware.h"
+#include "platform/AudioDevices.h"
 #include "platform/pipewire/Devices.h"
 
 #include <cstdint>

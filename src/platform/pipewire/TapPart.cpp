@@ -3,17 +3,16 @@
 #include "platform/AudioUnits.h"
 
 #include <algorithm>
-#include <span>
 
 namespace velmora::pipewire {
-TapPart::TapPart(float scale, IOCallback callback)
+TapPart::TapPart(float scale, TapCallback callback)
     : scale_(scale), callback_(std::move(callback)),
       interleaved_(2 * static_cast<std::size_t>(largestBlockFrames)),
       silence_(static_cast<std::size_t>(largestBlockFrames)) {
 }
 
 StatusOr<std::unique_ptr<TapPart>>
-TapPart::open(std::shared_ptr<MixNode> node, float scale, IOCallback callback) {
+TapPart::open(std::shared_ptr<MixNode> node, float scale, TapCallback callback) {
     std::unique_ptr<TapPart> tap(new TapPart(scale, std::move(callback)));
     auto part = MixPart::open(
         std::move(node), {.kind = MixPart::Kind::capture, .ports = tapInputCount}, *tap);
@@ -56,8 +55,7 @@ void TapPart::mixDown(const Inputs& inputs, std::size_t from, std::size_t frames
 }
 
 void TapPart::handOn(std::size_t frames) noexcept {
-    IOBuffer buffer{.data = interleaved_.data(), .samples = static_cast<std::int64_t>(2 * frames)};
-    callback_(std::span(&buffer, 1));
+    callback_({.data = interleaved_.data(), .samples = static_cast<std::int64_t>(2 * frames)});
 }
 
 } // namespace velmora::pipewire

@@ -23,12 +23,18 @@ StatusOr<UnitTarget> findTarget(Session& session, AudioObjectID id, Scope scope)
                           .channels = channels,
                           .blockFrames =
                               asked == state.blockFrames.end() ? usualBlockFrames : asked->second,
-                          .rateHz = state.rate.hz()};
+                          .rateHz = state.rate.hz(),
+                          .epoch = state.epoch};
     });
 }
 
+bool isOfThisConnection(Session& session, const std::optional<UnitTarget>& target) {
+    return !target ||
+           session.read([&](SessionState& state, bool) { return state.epoch == target->epoch; });
+}
+
 Status checkTarget(Session& session, const std::optional<UnitTarget>& target, Scope scope) {
-    if (!target) {
+    if (!target || !isOfThisConnection(session, target)) {
         return -ENODEV;
     }
     const auto found = findTarget(session, target->id, scope);

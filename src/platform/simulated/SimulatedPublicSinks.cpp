@@ -16,6 +16,9 @@ StatusOr<AudioObjectID> SimulatedPublicSinks::create(const PublicSink& sink) {
         graph_->deviceByUID(sink.followerUID) == nullptr) {
         return std::unexpected(statusNoSuchObject);
     }
+    if (graph_->deviceByUID(sink.uid) != nullptr) {
+        return std::unexpected(statusExists);
+    }
     return graph_->makeSink(sink);
 }
 

@@ -25,6 +25,7 @@ namespace velmora {
 
 inline constexpr Status statusNoSuchObject = -2; // as ENOENT
 inline constexpr Status statusBusy = -16;        // as EBUSY
+inline constexpr Status statusExists = -17;      // as EEXIST
 inline constexpr Status statusInvalid = -22;     // as EINVAL
 
 /// One block: one vector per channel.

@@ -44,44 +44,25 @@ private:
     std::int64_t frame_ = 0;
 };
 
-/// A started tap, which keeps the first `frames` frames of what it hears.
+/// A tap that keeps the first `frames` frames of what it hears.
 class HeardTap {
 public:
-    HeardTap(AudioHardware& hardware,
+    HeardTap(ApplicationTaps& taps,
              AudioObjectID process,
-             MuteBehavior mute,
+             ApplicationTaps::Mute mute,
              std::size_t frames = 2 * quarterSecond)
-        : hardware_(hardware), heard_(std::make_shared<BlockCollector>(2 * frames)) {
-        static int made = 0;
-        const std::string uuid = "heard-tap-" + std::to_string(++made);
-        tap_ = hardware.createTap({.process = process, .uuid = uuid, .mute = mute}).value_or(0);
-        AggregateDescription description;
-        description.taps = {uuid};
-        device_ = hardware.createAggregate(description).value_or(0);
-        proc_ =
-            hardware
-                .createIOProc(device_,
-                              [heard = heard_](std::span<IOBuffer> buffers) {
-                                  for (const IOBuffer& one : buffers) {
-                                      heard->add({one.data, static_cast<std::size_t>(one.samples)});
-                                  }
-                              })
-                .value_or(0);
-        started_ = hardware.startDevice(device_, proc_);
-    }
-    ~HeardTap() { release(); }
-    HeardTap(const HeardTap&) = delete;
-    HeardTap& operator=(const HeardTap&) = delete;
-
-    void release() {
-        hardware_.stopDevice(device_, proc_);
-        hardware_.destroyIOProc(device_, proc_);
-        hardware_.destroyAggregate(device_);
-        hardware_.destroyTap(tap_);
+        : heard_(std::make_shared<BlockCollector>(2 * frames)) {
+        auto opened = taps.open(process, mute, [heard = heard_](const TapBlock& block) {
+            heard->add({block.data, static_cast<std::size_t>(block.samples)});
+        });
+        EXPECT_TRUE(opened.has_value());
+        if (opened) {
+            tap_ = *std::move(opened);
+        }
     }
 
-    [[nodiscard]] Status started() const { return started_; }
-    [[nodiscard]] Status startAgain() const { return hardware_.startDevice(device_, proc_); }
+    void release() { tap_.reset(); }
+    [[nodiscard]] bool isAlive() const { return tap_ && tap_->isAlive(); }
     [[nodiscard]] const BlockCollector& heard() const { return *heard_; }
     /// Level of a tone at the end of what was kept.
     [[nodiscard]] double db(std::size_t side, double hz) const {
@@ -89,22 +70,19 @@ public:
     }
 
 private:
-    AudioHardware& hardware_;
     std::shared_ptr<BlockCollector> heard_;
-    AudioObjectID tap_{};
-    AudioObjectID device_{};
-    IOProcID proc_{};
-    Status started_{};
+    std::unique_ptr<ApplicationTap> tap_;
 };
 
 class BackendTest : public support::SessionTest {
 protected:
-    AudioHardware& hardware() { return audio.hardware(); }
+    AudioDevices& devices() { return audio.devices(); }
+    ApplicationTaps& taps() { return audio.taps(); }
 
     std::optional<AudioObjectID> find(const std::string& uid) {
         for (const AudioObjectID device :
-             hardware().devices().value_or(std::vector<AudioObjectID>{})) {
-            if (hardware().deviceUID(device) == uid) {
+             devices().devices().value_or(std::vector<AudioObjectID>{})) {
+            if (devices().deviceUID(device) == uid) {
                 return device;
             }
         }
@@ -114,7 +92,7 @@ protected:
     AudioObjectID processOf(std::int32_t pid) {
         AudioObjectID process = 0;
         EXPECT_TRUE(support::waitUntil([&] {
-            process = hardware().processForPid(pid).value_or(0);
+            process = taps().processForPid(pid).value_or(0);
             return process != 0;
         })) << "process "
             << pid << " has not played";

@@ -87,7 +87,6 @@ protected:
                                            }
                                        });
                                    },
-                               .availabilityChanged = [](bool) {},
                                .defaultOutputChanged = [this] { ++defaultOutputChanged; },
                                .changed =
                                    [this] {

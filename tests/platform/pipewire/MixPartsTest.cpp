@@ -64,7 +64,8 @@ TEST_F(MixParts, ComeAndGoWithoutABreakInWhatAnotherOnePlays) {
 
 TEST_F(MixParts, ThatAllStopAndStartAgainAreNoChangeOfTheDefaultOutput) {
     int told = 0;
-    hardware().onDefaultOutputChange([&told] { ++told; });
+    const auto connection =
+        devices().defaultOutputChanged().connect([&told] { ++told; });
 
     for (int round = 0; round < 20; ++round) {
         const auto output = play(speakers.name);

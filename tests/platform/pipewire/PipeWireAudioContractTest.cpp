@@ -1,4 +1,6 @@
-#include "platform/contract/AudioContract.h"
+#include "platform/contract/ApplicationTapsContract.h"
+#include "platform/contract/AudioDevicesContract.h"
+#include "platform/contract/AudioUnitsContract.h"
 #include "platform/pipewire/PipeWireAudio.h"
 #include "platform/qt/QtMainQueue.h"
 #include "support/ClientPrograms.h"
@@ -17,6 +19,7 @@ class PipeWireAudioRig {
 public:
     PipeWireAudioRig() = default;
     ~PipeWireAudioRig() {
+        session().startServices(); // what a failed test left dead
         apps_.clear();
         feeders_.clear();
         for (const std::string& uid : devices_) {
@@ -26,7 +29,9 @@ public:
     PipeWireAudioRig(const PipeWireAudioRig&) = delete;
     PipeWireAudioRig& operator=(const PipeWireAudioRig&) = delete;
 
-    AudioHardware& hardware() { return audio_.hardware(); }
+    AudioDevices& devices() { return audio_.devices(); }
+    ApplicationTaps& taps() { return audio_.taps(); }
+    PublicSinks& sinks() { return audio_.sinks(); }
     AudioUnits& units() { return audio_.units(); }
 
     void makeDevice(const ContractDevice& device) {
@@ -53,6 +58,14 @@ public:
         session().setDefaultSink(uid);
         support::betweenLooks = running;
     }
+
+    void loseService() {
+        apps_.clear();
+        feeders_.clear();
+        devices_.clear();
+        session().killDaemon();
+    }
+    static void returnService() { session().startServices(); }
 
     std::int32_t playTone(const std::string&, double hz, double db) {
         const auto& app = apps_.emplace_back(session());
@@ -94,6 +107,8 @@ private:
     std::list<std::unique_ptr<support::Feeder>> feeders_;
 };
 
-INSTANTIATE_TYPED_TEST_SUITE_P(PipeWire, AudioContract, PipeWireAudioRig);
+INSTANTIATE_TYPED_TEST_SUITE_P(PipeWire, ApplicationTapsContract, PipeWireAudioRig);
+INSTANTIATE_TYPED_TEST_SUITE_P(PipeWire, AudioDevicesContract, PipeWireAudioRig);
+INSTANTIATE_TYPED_TEST_SUITE_P(PipeWire, AudioUnitsContract, PipeWireAudioRig);
 
 } // namespace velmora

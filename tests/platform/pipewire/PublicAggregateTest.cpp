@@ -13,45 +13,42 @@ class PublicAggregate : public BackendTest {
 protected:
     void TearDown() override {
         if (const auto left = find(uid)) {
-            hardware().destroyAggregate(*left);
+            sinks().remove(*left);
         }
         BackendTest::TearDown();
     }
 
-    static AggregateDescription describe(const std::string& interfaceUID) {
+    static PublicSink describe(const std::string& interfaceUID) {
         return {.name = "Velmora DAW",
                 .uid = uid,
-                .isPrivate = false,
-                .tapAutoStart = false,
-                .taps = {},
-                .stacked = true,
                 .masterUID = interfaceUID,
-                .subDevices = {{.uid = interfaceUID, .driftCompensation = false},
-                               {.uid = microphone, .driftCompensation = true}}};
+                .followerUID = microphone};
     }
 
     /// 0 when it was refused.
-    static AudioObjectID make(AudioHardware& hardware, const std::string& interfaceUID) {
-        const auto made = hardware.createAggregate(describe(interfaceUID));
+    static AudioObjectID make(PublicSinks& sinks, const std::string& interfaceUID) {
+        const auto made = sinks.create(describe(interfaceUID));
         EXPECT_TRUE(made.has_value()) << "status " << made.error();
         return made.value_or(0);
     }
+
+    PublicSinks& sinks() { return audio.sinks(); }
 
     static inline const std::string uid{pipewire::dawDeviceUID};
 };
 
 TEST_F(PublicAggregate, IsADeviceThatComesLast) {
-    const AudioObjectID made = make(hardware(), interface4.name);
+    const AudioObjectID made = make(sinks(), interface4.name);
 
-    EXPECT_EQ(hardware().deviceUID(made), uid);
-    EXPECT_EQ(hardware().deviceName(made), "Velmora DAW");
-    EXPECT_EQ(hardware().transport(made), Transport::aggregate);
-    EXPECT_EQ(hardware().streamChannels(made, Scope::output), std::vector<std::uint32_t>{2});
-    EXPECT_EQ(hardware().devices().value_or(std::vector<AudioObjectID>{0}).back(), made);
+    EXPECT_EQ(devices().deviceUID(made), uid);
+    EXPECT_EQ(devices().deviceName(made), "Velmora DAW");
+    EXPECT_EQ(devices().transport(made), Transport::aggregate);
+    EXPECT_EQ(devices().streamChannels(made, Scope::output), std::vector<std::uint32_t>{2});
+    EXPECT_EQ(devices().devices().value_or(std::vector<AudioObjectID>{0}).back(), made);
 }
 
 TEST_F(PublicAggregate, PlaysIntoTheInterfaceAndTheMicrophone) {
-    make(hardware(), interface4.name);
+    make(sinks(), interface4.name);
     const Feeder workstation(session(), uid, {1, 2}, {.hz = {440, 440}, .db = playedDb});
 
     const Recorder mic(session(), microphone, {1, 2});
@@ -68,22 +65,22 @@ TEST_F(PublicAggregate, OutlivesItsMakerAndIsFoundAndRemovedByALaterRun) {
     {
         QtMainQueue earlierQueue;
         PipeWireAudio earlier(earlierQueue);
-        make(earlier.hardware(), interface4.name);
+        make(earlier.sinks(), interface4.name);
     }
     ASSERT_TRUE(waitUntil([&] { return find(uid).has_value(); }));
     EXPECT_TRUE(session().graph().linked(uid, microphone));
-    EXPECT_FALSE(hardware().createAggregate(describe(interface4.name)).has_value()); // one at most
+    EXPECT_FALSE(sinks().create(describe(interface4.name)).has_value()); // one at most
 
-    EXPECT_EQ(hardware().destroyAggregate(*find(uid)), statusOk);
+    EXPECT_EQ(sinks().remove(*find(uid)), statusOk);
 
     EXPECT_EQ(find(uid), std::nullopt);
 }
 
 TEST_F(PublicAggregate, ReplacesItselfAtOnce) {
-    const AudioObjectID first = make(hardware(), interface4.name);
+    const AudioObjectID first = make(sinks(), interface4.name);
 
-    EXPECT_EQ(hardware().destroyAggregate(first), statusOk);
-    const AudioObjectID second = make(hardware(), speakers.name);
+    EXPECT_EQ(sinks().remove(first), statusOk);
+    const AudioObjectID second = make(sinks(), speakers.name);
 
     EXPECT_EQ(second, first); // stored settings still fit
     EXPECT_TRUE(waitUntil([&] { return session().graph().linked(uid, speakers.name); }));
@@ -91,7 +88,7 @@ TEST_F(PublicAggregate, ReplacesItselfAtOnce) {
 }
 
 TEST_F(PublicAggregate, RefusesAMemberThatIsNotThere) {
-    EXPECT_FALSE(hardware().createAggregate(describe("nobody")).has_value());
+    EXPECT_FALSE(sinks().create(describe("nobody")).has_value());
     EXPECT_EQ(find(uid), std::nullopt);
 }
 
@@ -99,13 +96,13 @@ TEST_F(PublicAggregate, NeverRemovesAnOrdinaryDevice) {
     const auto device = find(speakers.name);
     ASSERT_TRUE(device.has_value());
 
-    EXPECT_NE(hardware().destroyAggregate(*device), statusOk);
+    EXPECT_NE(sinks().remove(*device), statusOk);
 
     EXPECT_EQ(find(speakers.name), device);
 }
 
 TEST_F(PublicAggregate, ComesBackWithTheDaemonUnlessItWasRemovedMeanwhile) {
-    const AudioObjectID made = make(hardware(), interface4.name);
+    const AudioObjectID made = make(sinks(), interface4.name);
 
     session().killDaemon();
     ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
@@ -114,7 +111,7 @@ TEST_F(PublicAggregate, ComesBackWithTheDaemonUnlessItWasRemovedMeanwhile) {
 
     session().killDaemon();
     ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
-    hardware().destroyAggregate(made);
+    sinks().remove(made);
     session().startServices();
     ASSERT_TRUE(waitUntil([&] { return audio.connected(); }));
     EXPECT_EQ(find(uid), std::nullopt);
@@ -125,7 +122,7 @@ TEST_F(PublicAggregate, JoinsAMemberThatReturns) {
         .name = "test.box", .description = "Stage Box", .mediaClass = "Audio/Sink"};
     session().add(box);
     ASSERT_TRUE(waitUntil([&] { return find(box.name).has_value(); }));
-    make(hardware(), box.name);
+    make(sinks(), box.name);
     ASSERT_TRUE(waitUntil([&] { return session().graph().linked(uid, box.name); }));
     session().remove(box.name);
 
@@ -137,7 +134,7 @@ TEST_F(PublicAggregate, JoinsAMemberThatReturns) {
 
 /// The daemon leaves links paused then, and these outlive whoever made them.
 TEST_F(PublicAggregate, PlaysOnToBothSidesOnceTheSessionManagerIsBack) {
-    make(hardware(), interface4.name);
+    make(sinks(), interface4.name);
     for (int round = 0; round < 3; ++round) {
         session().killManager();
         ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
@@ -154,7 +151,7 @@ TEST_F(PublicAggregate, PlaysOnToBothSidesOnceTheSessionManagerIsBack) {
 }
 
 TEST_F(PublicAggregate, MakesALinkAgainThatSomebodyRemoves) {
-    make(hardware(), interface4.name);
+    make(sinks(), interface4.name);
     const auto links = [] {
         auto found = session().graph().links();
         std::erase_if(found, [](const GraphLink& link) {

@@ -3,6 +3,7 @@
 #include "BackendTest.h"
 
 #include <gmock/gmock.h>
+#include <utility>
 
 namespace velmora {
 namespace {
@@ -15,18 +16,25 @@ protected:
         session().startServices(); // what a failed test left dead
         BackendTest::TearDown();
     }
-    /// Counts from now on.
-    std::shared_ptr<int> countDefaultOutputChanges() {
-        auto told = std::make_shared<int>(0);
-        hardware().onDefaultOutputChange([told] { ++*told; });
-        return told;
+    /// Counts in `defaultOutputsTold` from now on.
+    void countDefaultOutputChanges() {
+        connection = devices().defaultOutputChanged().connect([this] { ++defaultOutputsTold; });
     }
-    /// From now on.
-    std::shared_ptr<std::vector<bool>> keepAvailabilityChanges() {
-        auto told = std::make_shared<std::vector<bool>>();
-        hardware().onAvailabilityChange([told](bool isAvailable) { told->push_back(isAvailable); });
-        return told;
+    /// Keeps in `availabilities` every change of it that is told from now on.
+    void keepAvailabilityChanges() {
+        isAvailable = devices().isAvailable();
+        connection = devices().changed().connect([this] {
+            const bool now = devices().isAvailable();
+            if (std::exchange(isAvailable, now) != now) {
+                availabilities.push_back(now);
+            }
+        });
     }
+
+    int defaultOutputsTold = 0;
+    bool isAvailable = false; // as last told
+    std::vector<bool> availabilities;
+    Signal::Connection connection;
 };
 
 TEST_F(Reconnection, ReadsNothingAndRefusesEverythingWithoutADaemon) {
@@ -36,52 +44,54 @@ TEST_F(Reconnection, ReadsNothingAndRefusesEverythingWithoutADaemon) {
 
     EXPECT_FALSE(lonely.connected());
     EXPECT_NE(lonely.connectionProblem(), "");
-    EXPECT_EQ(lonely.hardware().devices(), std::nullopt);
-    EXPECT_EQ(lonely.hardware().processObjects(), std::nullopt);
-    EXPECT_EQ(lonely.hardware().defaultOutputDevice(), std::nullopt);
+    EXPECT_EQ(lonely.devices().devices(), std::nullopt);
+    EXPECT_EQ(lonely.taps().processObjects(), std::nullopt);
+    EXPECT_EQ(lonely.devices().defaultOutputDevice(), std::nullopt);
     EXPECT_NE(lonely.units().makeOutput()->setDevice(1), statusOk);
     EXPECT_NE(lonely.units().makeInput()->setDevice(1), statusOk);
-    EXPECT_FALSE(lonely.hardware().createTap({.process = 1, .uuid = "tap"}).has_value());
+    const auto tap = lonely.taps().open(1, ApplicationTaps::Mute::no, [](const TapBlock&) {});
+    ASSERT_FALSE(tap.has_value());
+    EXPECT_EQ(tap.error().step, TapRefusal::Step::tap);
     EXPECT_NE(lonely.ensureVirtualMicrophone(), statusOk);
 }
 
 TEST_F(Reconnection, TellsTheDefaultOutputWhenTheDaemonIsBack) {
-    const auto told = countDefaultOutputChanges();
+    countDefaultOutputChanges();
 
     session().killDaemon();
     ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
-    EXPECT_EQ(hardware().devices(), std::nullopt);
-    EXPECT_EQ(*told, 0);
+    EXPECT_EQ(devices().devices(), std::nullopt);
+    EXPECT_EQ(defaultOutputsTold, 0);
     session().startServices();
 
-    EXPECT_TRUE(waitUntil([&] { return *told > 0; }));
+    EXPECT_TRUE(waitUntil([&] { return defaultOutputsTold > 0; }));
     EXPECT_TRUE(audio.connected());
-    EXPECT_EQ(hardware().defaultOutputDevice(), find(speakers.name));
+    EXPECT_EQ(devices().defaultOutputDevice(), find(speakers.name));
     EXPECT_EQ(audio.connectionProblem(), "");
 }
 
 TEST_F(Reconnection, TellsThatTheDaemonHasGoneAndThatItIsBack) {
-    const auto told = keepAvailabilityChanges();
+    keepAvailabilityChanges();
 
     session().killDaemon();
-    EXPECT_TRUE(waitUntil([&] { return *told == std::vector{false}; }));
-    EXPECT_FALSE(hardware().isAvailable());
+    EXPECT_TRUE(waitUntil([&] { return availabilities == std::vector{false}; }));
+    EXPECT_FALSE(devices().isAvailable());
     session().startServices();
 
-    EXPECT_TRUE(waitUntil([&] { return told->size() > 1; }));
-    EXPECT_THAT(*told, testing::ElementsAre(false, true));
-    EXPECT_TRUE(hardware().isAvailable());
+    EXPECT_TRUE(waitUntil([&] { return availabilities.size() > 1; }));
+    EXPECT_THAT(availabilities, testing::ElementsAre(false, true));
+    EXPECT_TRUE(devices().isAvailable());
 }
 
 TEST_F(Reconnection, TellsThatTheSessionManagerHasGoneAndThatItIsBack) {
-    const auto told = keepAvailabilityChanges();
+    keepAvailabilityChanges();
 
     session().killManager();
-    EXPECT_TRUE(waitUntil([&] { return *told == std::vector{false}; }));
+    EXPECT_TRUE(waitUntil([&] { return availabilities == std::vector{false}; }));
     session().startServices();
 
-    EXPECT_TRUE(waitUntil([&] { return told->size() > 1; }));
-    EXPECT_THAT(*told, testing::ElementsAre(false, true));
+    EXPECT_TRUE(waitUntil([&] { return availabilities.size() > 1; }));
+    EXPECT_THAT(availabilities, testing::ElementsAre(false, true));
 }
 
 TEST_F(Reconnection, LeavesTheMicrophoneOfTheDaemonsOwnSettingsTheOnlyOne) {
@@ -113,7 +123,7 @@ TEST_F(Reconnection, MakesTheMicrophoneWhenTheDaemonComesAfterTheMixer) {
 TEST_F(Reconnection, WhatWasMadeBeforeALossIsDeadAndHarmless) {
     const ToneApp app(session());
     app.play("music", 440, 440, playedDb);
-    HeardTap tap(hardware(), processOf(app.pid()), MuteBehavior::mutedWhenTapped);
+    HeardTap tap(taps(), processOf(app.pid()), ApplicationTaps::Mute::whileTapped);
     const auto output = play(speakers.name);
     ASSERT_TRUE(waitUntil([&] { return tap.heard().blocks() > 0; }));
 
@@ -127,23 +137,24 @@ TEST_F(Reconnection, WhatWasMadeBeforeALossIsDeadAndHarmless) {
     const auto again = play(speakers.name);
     const Recorder recorder(session(), speakers.name, {1});
     EXPECT_TRUE(recorder.hears(0, 440, playedDb)) << "beside what is dead";
+    EXPECT_FALSE(tap.isAlive());
+    EXPECT_FALSE(output->isAlive());
     tap.release();
-    EXPECT_NE(tap.startAgain(), statusOk);
     output->stop();
     EXPECT_TRUE(recorder.hears(0, 440, playedDb));
 }
 
 TEST_F(Reconnection, TellsTheDefaultOutputWhenTheSessionManagerIsBack) {
-    const auto told = countDefaultOutputChanges();
+    countDefaultOutputChanges();
 
     session().killManager();
     ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
-    EXPECT_EQ(hardware().devices(), std::nullopt);
-    EXPECT_EQ(*told, 0);
+    EXPECT_EQ(devices().devices(), std::nullopt);
+    EXPECT_EQ(defaultOutputsTold, 0);
     session().startServices();
 
-    EXPECT_TRUE(waitUntil([&] { return *told > 0; }));
-    EXPECT_EQ(hardware().defaultOutputDevice(), find(speakers.name));
+    EXPECT_TRUE(waitUntil([&] { return defaultOutputsTold > 0; }));
+    EXPECT_EQ(devices().defaultOutputDevice(), find(speakers.name));
 }
 
 /// The daemon tells a change to nobody but a client that begins to follow just then. With so many
@@ -160,7 +171,7 @@ TEST_F(Reconnection, MissesNoDefaultOutputBesideProgramsThatComeAndGo) {
         for (const auto& name : {interface4.name, speakers.name}) {
             session().setDefaultSink(name);
             const auto device = find(name);
-            ASSERT_TRUE(waitUntil([&] { return hardware().defaultOutputDevice() == device; }))
+            ASSERT_TRUE(waitUntil([&] { return devices().defaultOutputDevice() == device; }))
                 << name;
         }
     }
@@ -171,7 +182,7 @@ TEST_F(Reconnection, MissesNoDefaultOutputBesideProgramsThatComeAndGo) {
 TEST_F(Reconnection, AMuteIsAskedForAgainOnceTheSessionManagerIsBack) {
     const ToneApp app(session());
     app.play("music", 440, 440, playedDb);
-    const HeardTap tap(hardware(), processOf(app.pid()), MuteBehavior::mutedWhenTapped);
+    const HeardTap tap(taps(), processOf(app.pid()), ApplicationTaps::Mute::whileTapped);
     const auto isMuted = [&] {
         const AudioGraph graph = session().graph();
         const GraphNode* const stream = graph.node("music");

@@ -25,8 +25,8 @@ protected:
     void listenTo(const NativePlayer& player) {
         constexpr std::size_t longEnough = 480000; // 10 s; the players take a moment to settle
         tap = std::make_unique<HeardTap>(
-            hardware(), processOf(player.pid()), MuteBehavior::unmuted, longEnough);
-        ASSERT_EQ(tap->started(), statusOk);
+            taps(), processOf(player.pid()), ApplicationTaps::Mute::no, longEnough);
+        ASSERT_TRUE(tap->isAlive());
     }
     bool hears(std::size_t side, double hz, double db) const {
         return waitUntil([&] { return std::abs(tap->db(side, hz) - db) < tolerance; });

@@ -30,15 +30,15 @@ TEST_F(VirtualMicrophone, IsMadeOnceCanBePlayedToAndStays) {
         PipeWireAudio first(queue);
         ASSERT_EQ(first.ensureVirtualMicrophone(), statusOk);
         EXPECT_EQ(first.ensureVirtualMicrophone(), statusOk);
-        const auto devices = first.hardware().devices().value_or(std::vector<AudioObjectID>{});
+        const auto devices = first.devices().devices().value_or(std::vector<AudioObjectID>{});
         ASSERT_FALSE(devices.empty());
         const AudioObjectID made = devices.back();
-        EXPECT_EQ(first.hardware().deviceName(made), "Velmora Microphone");
-        EXPECT_EQ(first.hardware().streamChannels(made, Scope::output),
+        EXPECT_EQ(first.devices().deviceName(made), "Velmora Microphone");
+        EXPECT_EQ(first.devices().streamChannels(made, Scope::output),
                   std::vector<std::uint32_t>{2});
-        EXPECT_EQ(first.hardware().streamChannels(made, Scope::input),
+        EXPECT_EQ(first.devices().streamChannels(made, Scope::input),
                   std::vector<std::uint32_t>{2});
-        EXPECT_EQ(first.hardware().transport(made), Transport::virtualDevice);
+        EXPECT_EQ(first.devices().transport(made), Transport::virtualDevice);
     }
     EXPECT_EQ(count(), 1);
 
@@ -52,7 +52,8 @@ TEST_F(VirtualMicrophone, IsThereAgainBeforeTheReturnOfTheDaemonIsTold) {
     PipeWireAudio audio(queue);
     ASSERT_EQ(audio.ensureVirtualMicrophone(), statusOk);
     std::optional<std::ptrdiff_t> thereWhenTold;
-    audio.hardware().onDefaultOutputChange([&] { thereWhenTold = count(); });
+    const auto connection =
+        audio.devices().defaultOutputChanged().connect([&] { thereWhenTold = count(); });
 
     session->killDaemon();
     ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));

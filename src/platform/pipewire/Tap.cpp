@@ -1,0 +1,97 @@
+#include "platform/pipewire/Tap.h"
+
+#include "platform/pipewire/Devices.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+namespace velmora::pipewire {
+namespace {
+
+/// The daemon does not attenuate a mixdown; whoever reads a tap expects it attenuated by half the
+/// channel count of the default output, and multiplies by that again.
+float mixdownScale(const Graph& graph) {
+    const auto device = defaultOutput(graph);
+    const float channels = device ? static_cast<float>(device->outputs) : 2.0F;
+    return 1.0F / std::max(channels / 2.0F, 1.0F);
+}
+
+/// The session manager, which is to send the streams elsewhere, knows nothing of JACK programs.
+bool canBeMuted(const SessionState& state, AudioObjectID process) {
+    return std::ranges::all_of(state.processes.streams(process), [&](Serial stream) {
+        const Node* const node = state.graph.node(stream);
+        return node == nullptr || node->clientApi != "jack";
+    });
+}
+
+std::unexpected<TapRefusal> refusal(TapRefusal::Step step, Status status) {
+    return std::unexpected(TapRefusal{.step = step, .status = status});
+}
+
+} // namespace
+
+std::expected<std::unique_ptr<Tap>, TapRefusal> Tap::open(Session& session,
+                                                          AudioObjectID process,
+                                                          ApplicationTaps::Mute mute,
+                                                          TapCallback callback) {
+    if (!session.isAvailable()) {
+        return refusal(TapRefusal::Step::tap, -EHOSTDOWN);
+    }
+    const auto setup = session.change(
+        [&](SessionState& state) { return setUp(state, process, mute, callback != nullptr); });
+    if (!setup) {
+        return std::unexpected(setup.error());
+    }
+    std::unique_ptr<Tap> tap(new Tap(session, *setup));
+    if (const Status status = tap->start(process, std::move(callback)); status != statusOk) {
+        return refusal(TapRefusal::Step::start, status);
+    }
+    return tap;
+}
+
+std::expected<Tap::Setup, TapRefusal> Tap::setUp(SessionState& state,
+                                                 AudioObjectID process,
+                                                 ApplicationTaps::Mute mute,
+                                                 bool hasCallback) {
+    const bool isMuting = mute == ApplicationTaps::Mute::whileTapped;
+    if (state.processes.pid(process) == 0) {
+        return refusal(TapRefusal::Step::tap, -ESRCH);
+    }
+    if (isMuting && !canBeMuted(state, process)) {
+        return refusal(TapRefusal::Step::tap, -ENOTSUP);
+    }
+    if (!hasCallback) {
+        return refusal(TapRefusal::Step::callback, -EINVAL);
+    }
+    const Setup setup{.id = state.ids.next(),
+                      .scale = mixdownScale(state.graph),
+                      .rateHz = state.rate.hz()};
+    if (isMuting) {
+        state.mutes[setup.id] = process;
+    }
+    return setup;
+}
+
+Status Tap::start(AudioObjectID process, TapCallback callback) {
+    auto part = session_.openPart<TapPart>(
+        usualBlockFrames, setup_.rateHz, setup_.scale, std::move(callback));
+    if (!part) {
+        return part.error();
+    }
+    part_ = *std::move(part);
+    route_.emplace(session_, part_->part(), TapRoute{.process = process});
+    return statusOk;
+}
+
+Tap::~Tap() {
+    route_.reset();
+    part_.reset();
+    session_.change([this](SessionState& state) { state.mutes.erase(setup_.id); });
+}
+
+bool Tap::isAlive() const {
+    return part_->isAlive();
+}
+
+} // namespace velmora::pipewire

@@ -176,7 +176,7 @@ TEST_F(ProcessTapTest, HandsTheTapsRateToTheEffects) {
     EXPECT_EQ(captureOneBlock(), wanted);
 }
 
-TEST_F(ProcessTapTest, LeavesTheEffectsTheirRateWhenTheTapsIsNotTold) {
+TEST_F(ProcessTapTest, LeavesTheEffectsTheirRateWhenTheTapsCannotBeRead) {
     FXParams params;
     params.lowcut = 2;
     boxes.fx->setParams(params);

@@ -9,7 +9,7 @@ namespace {
 
 using Step = TapRefusal::Step;
 
-/// Needs the graph's lock. The destructor of what it is given to takes the lock itself.
+/// Made under the graph's lock; its end takes the lock itself.
 class SimulatedTap : public ApplicationTap {
 public:
     SimulatedTap(std::shared_ptr<SoundGraph> graph, TapState state)

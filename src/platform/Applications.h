@@ -49,7 +49,7 @@ public:
     [[nodiscard]] virtual std::optional<InstalledApplication>
     installed(std::string_view bundleID) const = 0;
 
-    /// Everything that may be offered for choosing, by name.
+    /// Everything that may be offered for choosing, in any order.
     [[nodiscard]] virtual std::vector<InstalledApplication> allInstalled() const = 0;
 
     /// Name or absolute path of the application's icon in the desktop's icon theme.

@@ -21,12 +21,6 @@ InstalledApplication describe(const DesktopEntry& entry) {
     return {.bundleID = entry.id, .name = entry.name, .location = entry.path};
 }
 
-/// Sorts by name as the desktop's language does, upper and lower case alike.
-std::string collationKey(const std::string& name) {
-    const OwnedText folded(g_utf8_casefold(name.c_str(), -1));
-    return OwnedText(g_utf8_collate_key(folded.get(), -1)).get();
-}
-
 /// The kernel cuts a process's name; its file or first argument may show the rest.
 std::string fullName(const ProcessStat& process, const ProcFiles& processes) {
     constexpr std::size_t cutAt = 15;
@@ -185,16 +179,11 @@ DesktopApplications::installed(std::string_view bundleID) const {
 
 std::vector<InstalledApplication> DesktopApplications::allInstalled() const {
     entries_->refresh();
-    std::vector<std::pair<std::string, InstalledApplication>> sorted;
+    std::vector<InstalledApplication> applications;
     for (const auto& [id, entry] : entries_->all()) {
         if (entry.isOffered) {
-            sorted.emplace_back(collationKey(entry.name), velmora::describe(entry));
+            applications.push_back(velmora::describe(entry));
         }
-    }
-    std::ranges::stable_sort(sorted, {}, [](const auto& item) { return item.first; });
-    std::vector<InstalledApplication> applications;
-    for (auto& [key, application] : sorted) {
-        applications.push_back(std::move(application));
     }
     return applications;
 }

@@ -55,9 +55,7 @@ SimulatedApplications::installed(std::string_view bundleID) const {
 }
 
 std::vector<InstalledApplication> SimulatedApplications::allInstalled() const {
-    auto byName = installed_;
-    std::ranges::stable_sort(byName, {}, &InstalledApplication::name);
-    return byName;
+    return installed_;
 }
 
 std::optional<std::string> SimulatedApplications::icon(std::string_view bundleID) const {

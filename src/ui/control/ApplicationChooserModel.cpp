@@ -1,12 +1,25 @@
 #include "ui/control/ApplicationChooserModel.h"
 
+#include "capture/NameCompare.h"
 #include "ui/control/SourceIcons.h"
 #include "ui/control/TakeOver.h"
 #include "ui/kit/menu/FoldedText.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velmora {
+
+namespace {
+
+std::vector<InstalledApplication> sortedByName(std::vector<InstalledApplication> applications) {
+    std::ranges::stable_sort(applications, {}, [](const InstalledApplication& application) {
+        return collationKey(application.name);
+    });
+    return applications;
+}
+
+} // namespace
 
 ApplicationChooserModel::ApplicationChooserModel(const Applications& applications, QObject* parent)
     : QAbstractListModel(parent), applications_(applications) {
@@ -16,7 +29,7 @@ void ApplicationChooserModel::open(Chosen chosen) {
     chosen_ = std::move(chosen);
     beginResetModel();
     entries_.clear();
-    for (auto& application : applications_.allInstalled()) {
+    for (auto& application : sortedByName(applications_.allInstalled())) {
         const auto name = QString::fromStdString(application.name);
         entries_.push_back({std::move(application), name, foldedText(name)});
     }

@@ -12,7 +12,8 @@
 
 namespace velmora {
 
-/// Shows those whose name contains the filter; upper and lower case and accents are alike.
+/// Shows, sorted as the menus are, those whose name contains the filter; upper and lower case and
+/// accents are alike.
 ///
 /// Threads: main.
 class ApplicationChooserModel : public QAbstractListModel {

@@ -16,11 +16,21 @@ constexpr float smallestMix = 0.005F; // of 1; below it no room is heard
 
 constexpr std::array<const char*, 3> cutOffs{"Off", "75 Hz", "150 Hz"};
 constexpr std::array<const char*, 4> strengths{"Off", "●", "●●", "●●●"};
+constexpr std::array<const char*, strengths.size()> strengthNames{"Off", "1", "2", "3"};
 constexpr std::array<const char*, 3> characters{"Studio", "Plate", "Hall"};
 
 int stepIn(std::size_t count, std::int64_t value) {
     return static_cast<int>(
         std::clamp<std::int64_t>(value, 0, static_cast<std::int64_t>(count) - 1));
+}
+
+template <std::size_t count>
+QList<QString> listOf(const std::array<const char*, count>& names) {
+    QList<QString> list;
+    for (const char* name : names) {
+        list.append(QString::fromUtf8(name));
+    }
+    return list;
 }
 
 template <std::size_t count>
@@ -34,6 +44,22 @@ QString percent(float fraction) {
 }
 
 } // namespace
+
+QList<QString> lowcutSteps() {
+    return listOf(cutOffs);
+}
+
+QList<QString> compSteps() {
+    return listOf(strengths);
+}
+
+QList<QString> reverbCharacters() {
+    return listOf(characters);
+}
+
+QList<QString> compNames() {
+    return listOf(strengthNames);
+}
 
 int lowcutStep(const FXParams& fx) {
     return stepIn(cutOffs.size(), fx.lowcut);

@@ -1,21 +1,12 @@
 #include "ui/control/EffectsModel.h"
 
 #include "engine/AudioEngine.h"
-#include "ui/control/EffectTexts.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace velmora {
-
-namespace {
-
-constexpr double tiltRange = 1.0;
-constexpr double mixRange = 1.0;
-constexpr double gainRangeDb = 12.0;
-
-} // namespace
 
 EffectsModel::EffectsModel(AudioEngine& engine, const AudioSource& source, QObject* parent)
     : QObject(parent), engine_(engine), source_(source), fx_(engine.fx(source)),
@@ -47,15 +38,15 @@ void EffectsModel::setReverbChar(int step) {
 }
 
 void EffectsModel::setTilt(double amount) {
-    editAmount(&FXParams::tilt, amount, -tiltRange, tiltRange);
+    editAmount(&FXParams::tilt, amount, -tiltRange(), tiltRange());
 }
 
 void EffectsModel::setReverbMix(double amount) {
-    editAmount(&FXParams::reverbMix, amount, 0.0, mixRange);
+    editAmount(&FXParams::reverbMix, amount, 0.0, 1.0);
 }
 
 void EffectsModel::setManualDB(double db) {
-    editAmount(&FXParams::manualDB, db, -gainRangeDb, gainRangeDb);
+    editAmount(&FXParams::manualDB, db, -manualRange(), manualRange());
 }
 
 void EffectsModel::setPlosive(bool on) {

@@ -4,7 +4,9 @@
 #include "effects/FXParams.h"
 #include "engine/AudioSource.h"
 #include "platform/Signal.h"
+#include "ui/control/EffectTexts.h"
 
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
@@ -21,6 +23,12 @@ class EffectsModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("belongs to a source strip")
+    Q_PROPERTY(QList<QString> lowcutSteps READ lowcutSteps CONSTANT)
+    Q_PROPERTY(QList<QString> compSteps READ compSteps CONSTANT)
+    Q_PROPERTY(QList<QString> compNames READ compNames CONSTANT)
+    Q_PROPERTY(QList<QString> reverbCharacters READ reverbCharacters CONSTANT)
+    Q_PROPERTY(double tiltRange READ tiltRange CONSTANT)
+    Q_PROPERTY(double manualRange READ manualRange CONSTANT)
     Q_PROPERTY(int lowcut READ lowcut WRITE setLowcut NOTIFY changed)
     Q_PROPERTY(double tilt READ tilt WRITE setTilt NOTIFY changed)
     Q_PROPERTY(int comp READ comp WRITE setComp NOTIFY changed)
@@ -45,7 +53,14 @@ public:
     /// `engine` outlives this object.
     EffectsModel(AudioEngine& engine, const AudioSource& source, QObject* parent = nullptr);
 
-    // Steps, as they are heard: 0 ... 2, 0 ... 3, 0 ... 2.
+    // What there is to choose from, as it is shown, and the strengths of compression as they are
+    // spoken.
+    [[nodiscard]] static QList<QString> lowcutSteps() { return velmora::lowcutSteps(); }
+    [[nodiscard]] static QList<QString> compSteps() { return velmora::compSteps(); }
+    [[nodiscard]] static QList<QString> compNames() { return velmora::compNames(); }
+    [[nodiscard]] static QList<QString> reverbCharacters() { return velmora::reverbCharacters(); }
+
+    // Steps, as they are heard: the place in their list.
     [[nodiscard]] int lowcut() const;
     void setLowcut(int step);
     [[nodiscard]] int comp() const;
@@ -53,7 +68,10 @@ public:
     [[nodiscard]] int reverbChar() const;
     void setReverbChar(int step);
 
-    // Amounts: −1 ... 1, 0 ... 1, −12 ... 12 dB. Writing bounds them and ignores what is no number.
+    // Amounts: −tiltRange ... tiltRange, 0 ... 1, −manualRange ... manualRange. Writing bounds them
+    // and ignores what is no number.
+    [[nodiscard]] static double tiltRange() { return 1.0; }
+    [[nodiscard]] static double manualRange() { return 12.0; } ///< dB
     [[nodiscard]] double tilt() const { return static_cast<double>(fx_.tilt); }
     void setTilt(double amount);
     [[nodiscard]] double reverbMix() const { return static_cast<double>(fx_.reverbMix); }

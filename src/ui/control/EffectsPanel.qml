@@ -29,7 +29,7 @@ Column {
         GumSegments {
             width: parent.width
             name: I18n.t("Coupe-bas")
-            options: ["Off", "75 Hz", "150 Hz"]
+            options: root.effects.lowcutSteps
             current: root.effects.lowcut
             onPicked: index => root.effects.lowcut = index
         }
@@ -44,6 +44,7 @@ Column {
         ToneSlider {
             width: parent.width
             tilt: root.effects.tilt
+            range: root.effects.tiltRange
             summary: root.effects.tiltSummary
             onMoved: amount => root.effects.tilt = amount
         }
@@ -59,8 +60,8 @@ Column {
         GumSegments {
             width: parent.width
             name: I18n.t("Compression")
-            options: ["Off", "●", "●●", "●●●"]
-            names: ["Off", "1", "2", "3"]
+            options: root.effects.compSteps
+            names: root.effects.compNames
             current: root.effects.compDots
             onPicked: index => root.effects.comp = index
         }

@@ -28,7 +28,7 @@ Column {
             name: I18n.t("Gain")
             valueText: root.effects.manualText
             value: root.effects.manualDB
-            range: 12
+            range: root.effects.manualRange
             onMoved: value => root.effects.manualDB = value
         }
         Label {

@@ -12,7 +12,7 @@ Column {
     GumSegments {
         width: parent.width
         name: I18n.t("Réverbération")
-        options: ["Studio", "Plate", "Hall"]
+        options: root.effects.reverbCharacters
         current: root.effects.reverbChar
         onPicked: index => root.effects.reverbChar = index
     }

@@ -5,6 +5,7 @@ import Velmora.Kit
 Item {
     id: root
     required property real tilt
+    required property real range
     required property string summary
     signal moved(real amount)
 
@@ -26,7 +27,7 @@ Item {
         name: I18n.t("Tonalité")
         valueText: root.summary
         value: root.tilt
-        range: 1
+        range: root.range
         onMoved: amount => root.moved(amount)
     }
     Symbol {

@@ -18,6 +18,21 @@ TEST(EffectTexts, LowCutNamesItsCutOffFrequency) {
     EXPECT_EQ(lowcutSummary(with(&FXParams::lowcut, 2)), "150 Hz");
 }
 
+TEST(EffectTexts, AStepReadsAsItIsOffered) {
+    for (int step = 0; step < lowcutSteps().size(); ++step) {
+        EXPECT_EQ(lowcutSummary(with(&FXParams::lowcut, step)), lowcutSteps()[step]);
+    }
+    for (int step = 0; step < compSteps().size(); ++step) {
+        EXPECT_EQ(compSummary(with(&FXParams::comp, step)), compSteps()[step]);
+    }
+    for (int step = 0; step < reverbCharacters().size(); ++step) {
+        FXParams fx = with(&FXParams::reverbMix, 0.5F);
+        fx.reverbChar = step;
+        EXPECT_EQ(reverbSummary(fx), reverbCharacters()[step] + " 50 %");
+    }
+    EXPECT_EQ(compNames().size(), compSteps().size());
+}
+
 TEST(EffectTexts, AStepOutOfRangeReadsAsTheOneThatIsHeard) {
     EXPECT_EQ(lowcutSummary(with(&FXParams::lowcut, 7)), "150 Hz");
     EXPECT_EQ(lowcutSummary(with(&FXParams::lowcut, -1)), "Off");

@@ -109,7 +109,7 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         visible: !root.effects.neutral
         text: I18n.t("Rétablir")
-        color: Theme.dark ? Theme.lagoon : Theme.ocean
+        color: Theme.active
         semibold: true
         onClicked: root.effects.reset()
     }

@@ -37,7 +37,7 @@ FocusScope {
     }
     Rectangle {
         anchors.fill: parent
-        color: Qt.rgba(0.02, 0.08, 0.1, Theme.dark ? 0.6 : 0.28)
+        color: Theme.veil
     }
     Rectangle {
         objectName: "sheetPanel"

@@ -53,7 +53,7 @@ Card {
             GumButton {
                 objectName: "effectsButton"
                 symbol: "slider.vertical.3"
-                color: !root.strip.fxActive ? Theme.ink60 : Theme.dark ? Theme.lagoon : Theme.ocean
+                color: !root.strip.fxActive ? Theme.ink60 : Theme.active
                 name: I18n.t("Effets") + " — " + root.strip.name
                 Accessible.description: root.strip.fxActive ? I18n.t("En marche") : I18n.t("Arrêté")
                 Accessible.checkable: true
@@ -84,8 +84,6 @@ Card {
         width: parent.width
         name: I18n.t("Gain") + " — " + root.strip.name
         gain: root.strip.gain
-        minDB: -60
-        maxDB: 6
         onGainEdited: gain => root.strip.gain = gain
     }
     // Made when it is opened first: a strip is light until then.

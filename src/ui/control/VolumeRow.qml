@@ -30,8 +30,6 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         name: root.volume.name
         gain: root.volume.value
-        minDB: -60
-        maxDB: 6
         onGainEdited: gain => root.volume.value = gain
     }
 }

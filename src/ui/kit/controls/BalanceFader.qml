@@ -1,7 +1,7 @@
 import QtQuick
 import Velmora.Kit
 
-// A fader for a linear gain, with its decibels beside it.
+// A fader for a linear gain, with its decibels beside it. Its bounds are those of every gain.
 Item {
     id: root
     required property real gain

@@ -8,7 +8,7 @@ Pressable {
     property string symbol
     property real symbolSize: 16
     property bool filled: false
-    property color color: filled ? "#FFFBF0" : Theme.ink
+    property color color: filled ? Theme.onOcean : Theme.ink
     property bool semibold: filled
 
     name: text

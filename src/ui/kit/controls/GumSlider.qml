@@ -87,11 +87,11 @@ Item {
             orientation: Gradient.Horizontal
             GradientStop {
                 position: 0
-                color: Theme.ocean
+                color: Theme.accentLeading
             }
             GradientStop {
                 position: 1
-                color: Theme.lagoon
+                color: Theme.accentTrailing
             }
         }
     }

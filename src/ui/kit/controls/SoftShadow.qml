@@ -21,7 +21,7 @@ Item {
             width: root.width + 2 * reach
             height: root.height + 2 * reach
             radius: root.cornerRadius + reach
-            color: Qt.rgba(0.02, 0.08, 0.1, Theme.dark ? 0.14 : 0.035)
+            color: Theme.shadow
         }
     }
 }

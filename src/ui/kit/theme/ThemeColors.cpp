@@ -15,6 +15,12 @@ QColor shown(const Color& color) {
                             static_cast<float>(color.alpha));
 }
 
+/// A very deep sea: what shadows and veils are made of.
+constexpr Color deep{0.02, 0.08, 0.1};
+constexpr DynamicColor shadowLayer{deep.withOpacity(0.035), deep.withOpacity(0.14)};
+constexpr DynamicColor veilOver{deep.withOpacity(0.28), deep.withOpacity(0.6)};
+constexpr DynamicColor activeOnPaper{Theme::ocean, Theme::lagoon};
+
 } // namespace
 
 ThemeColors::ThemeColors(AppSettings& settings, QObject* parent)
@@ -52,6 +58,30 @@ QColor ThemeColors::sand() const {
 
 QColor ThemeColors::shore() const {
     return shown(Theme::shore.in(scheme_));
+}
+
+QColor ThemeColors::active() const {
+    return shown(activeOnPaper.in(scheme_));
+}
+
+QColor ThemeColors::shadow() const {
+    return shown(shadowLayer.in(scheme_));
+}
+
+QColor ThemeColors::veil() const {
+    return shown(veilOver.in(scheme_));
+}
+
+QColor ThemeColors::onOcean() const {
+    return shown(Theme::paper.light);
+}
+
+QColor ThemeColors::accentLeading() const {
+    return shown(accentGradient.leading);
+}
+
+QColor ThemeColors::accentTrailing() const {
+    return shown(accentGradient.trailing);
 }
 
 QColor ThemeColors::ocean() const {

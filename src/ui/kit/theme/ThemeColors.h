@@ -31,6 +31,12 @@ class ThemeColors : public QObject {
     Q_PROPERTY(QColor paper READ paper NOTIFY changed)
     Q_PROPERTY(QColor sand READ sand NOTIFY changed)
     Q_PROPERTY(QColor shore READ shore NOTIFY changed)
+    Q_PROPERTY(QColor active READ active NOTIFY changed)
+    Q_PROPERTY(QColor shadow READ shadow NOTIFY changed)
+    Q_PROPERTY(QColor veil READ veil NOTIFY changed)
+    Q_PROPERTY(QColor onOcean READ onOcean CONSTANT)
+    Q_PROPERTY(QColor accentLeading READ accentLeading CONSTANT)
+    Q_PROPERTY(QColor accentTrailing READ accentTrailing CONSTANT)
     Q_PROPERTY(QColor ocean READ ocean CONSTANT)
     Q_PROPERTY(QColor lagoon READ lagoon CONSTANT)
     Q_PROPERTY(QColor coral READ coral CONSTANT)
@@ -51,6 +57,17 @@ public:
     [[nodiscard]] QColor paper() const;
     [[nodiscard]] QColor sand() const;
     [[nodiscard]] QColor shore() const;
+    /// What is in use, or asks to be pressed, drawn on paper.
+    [[nodiscard]] QColor active() const;
+    /// One of the layers of a soft shadow.
+    [[nodiscard]] QColor shadow() const;
+    /// Lies over what has to wait.
+    [[nodiscard]] QColor veil() const;
+    /// What is written on ocean.
+    [[nodiscard]] QColor onOcean() const;
+    /// The two ends of the accent's gradient, from left to right.
+    [[nodiscard]] QColor accentLeading() const;
+    [[nodiscard]] QColor accentTrailing() const;
     [[nodiscard]] QColor ocean() const;
     [[nodiscard]] QColor lagoon() const;
     [[nodiscard]] QColor coral() const;

@@ -32,6 +32,7 @@ FocusScope {
         size: root.symbol === "" ? 0 : 14
     }
     Label {
+        objectName: "placeholder"
         anchors.fill: input
         visible: input.text === "" && input.preeditText === ""
         text: root.placeholder

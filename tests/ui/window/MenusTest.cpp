@@ -46,6 +46,23 @@ TEST_F(Menus, ThePickerInvitesToChooseWhileThereIsNoSource) {
     EXPECT_EQ(textOf("caption"), "Choose a source");
 }
 
+TEST_F(Menus, ThePickersArrowTurnsWhileItsMenuIsOpen) {
+    open();
+    const auto turned = [this](const char* picker) {
+        advance(200ms);
+        const auto arrows = visibleItems(
+            find(picker), [](QQuickItem& item) { return item.property("name") == "chevron.down"; });
+        return arrows.size() == 1 ? arrows.front()->rotation() : -1;
+    };
+    for (const char* picker : {"sourcePicker", "presetPicker"}) {
+        EXPECT_EQ(turned(picker), 0);
+        click(picker);
+        EXPECT_EQ(turned(picker), 180);
+        key(Qt::Key_Escape);
+        EXPECT_EQ(turned(picker), 0);
+    }
+}
+
 TEST_F(Menus, AreRebuiltWhenOpened) {
     open();
     click("addSource");
@@ -119,35 +136,6 @@ TEST_F(Menus, ALaunchThatFailsIsTold) {
     click("confirmChoice");
     advance(2s);
     EXPECT_EQ(textOf("problemText"), "Impossible de lancer Video Call");
-}
-
-TEST_F(Menus, TheChooserFindsByNameAndReturnChooses) {
-    machine.applications.install(
-        {.bundleID = "org.other", .name = "Another", .location = "/apps/org.other.desktop"});
-    openChooser();
-    EXPECT_TRUE(isShown("Another"));
-    type("call");
-    EXPECT_FALSE(isShown("Another"));
-    key(Qt::Key_Return);
-    EXPECT_EQ(machine.applications.launched(), std::vector<std::string>{"/apps/org.call.desktop"});
-}
-
-TEST_F(Menus, TheChooserSaysWhenNothingIsFound) {
-    openChooser();
-    type("zzz");
-    EXPECT_TRUE(isShown("nothingFound"));
-    EXPECT_FALSE(find("confirmChoice").isEnabled());
-    key(Qt::Key_Return);
-    EXPECT_TRUE(machine.applications.launched().empty());
-}
-
-TEST_F(Menus, CancellingTheChooserChangesNothing) {
-    openChooser();
-    key(Qt::Key_Escape);
-    EXPECT_FALSE(isShown("applicationSearch"));
-    advance(2s);
-    EXPECT_TRUE(mixed().empty());
-    EXPECT_EQ(focused(), "Ajouter une source");
 }
 
 } // namespace

@@ -33,6 +33,7 @@ GumButton {
             opacity: root.strip.muted ? 0.35 : 1
         }
         MuteSlash {
+            objectName: "muteSlash"
             anchors.fill: parent
             visible: root.strip.muted
         }

@@ -57,6 +57,12 @@ TEST(EffectTexts, TiltBelowOnePercentIsAnEmDash) {
     EXPECT_EQ(tiltSummary(with(&FXParams::tilt, 0.01F)), "+1 %");
 }
 
+TEST(EffectTexts, AHalfPercentIsRoundedToTheEvenNeighbour) {
+    EXPECT_EQ(tiltSummary(with(&FXParams::tilt, 0.125F)), "+12 %");
+    EXPECT_EQ(tiltSummary(with(&FXParams::tilt, 0.375F)), "+38 %");
+    EXPECT_EQ(reverbText(with(&FXParams::reverbMix, 0.625F)), "62 %");
+}
+
 TEST(EffectTexts, CompressionShowsItsStrengthAsDots) {
     EXPECT_EQ(compSummary(with(&FXParams::comp, 0)), "Off");
     EXPECT_EQ(compSummary(with(&FXParams::comp, 1)), "●");

@@ -27,6 +27,17 @@ TEST_F(Effects, AtMostOneRowIsOpen) {
     EXPECT_FALSE(isShown("reverbMix"));
 }
 
+TEST_F(Effects, ARowSaysHowItIsSetAndWhetherItIsOpen) {
+    openWithEffects();
+    set({.lowcut = 2});
+    EXPECT_EQ(spokenDescription(find("lowcutTitle")), "150 Hz");
+    EXPECT_TRUE(spokenState(find("lowcutTitle")).checkable);
+    EXPECT_FALSE(isChecked("lowcutTitle"));
+    click("lowcutTitle");
+    EXPECT_TRUE(isChecked("lowcutTitle"));
+    EXPECT_FALSE(isChecked("tiltTitle"));
+}
+
 TEST_F(Effects, TheLowCutsSegmentsWriteItsSteps) {
     openWithEffects();
     click("lowcutTitle");
@@ -94,6 +105,15 @@ TEST_F(Effects, TheReverbsFaderWritesItsMix) {
     EXPECT_EQ(fx().reverbMix, 1.0F);
     EXPECT_EQ(textOf("reverbSummary"), "Studio 100 %");
     EXPECT_EQ(textOf("reverbText"), "100 %");
+}
+
+TEST_F(Effects, ADoubleClickTakesTheReverbAway) {
+    openWithEffects();
+    set({.reverbMix = 0.5F});
+    click("reverbTitle");
+    auto& mix = find("reverbMix");
+    pointer().doubleClick(mix, {60, mix.height() / 2});
+    EXPECT_EQ(fx().reverbMix, 0.0F);
 }
 
 TEST_F(Effects, TheSwitchesTurnTheirEffectsOn) {

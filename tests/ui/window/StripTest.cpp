@@ -9,6 +9,26 @@ protected:
     QQuickItem& fader() { return trackOf(find("gainFader")); }
 
     std::string preMuteKey() const { return "sourceGain.premute." + scene.browser.id(); }
+
+    /// How much is drawn on a button: the sum of what differs from its corner, without the stroke
+    /// from its left foot to its right head that marks what is muted.
+    double inkBesideTheDiagonal(QQuickItem& button) {
+        const QImage picture = grab();
+        const double scale = picture.devicePixelRatio();
+        const QRect place = QRectF(button.mapToScene({}) * scale, button.size() * scale).toRect();
+        const QColor ground = picture.pixelColor(place.topLeft());
+        double ink = 0;
+        for (int y = 0; y < place.height(); ++y) {
+            for (int x = 0; x < place.width(); ++x) {
+                if (std::abs(x + y - place.width()) < 4 * scale) {
+                    continue;
+                }
+                const QColor here = picture.pixelColor(place.topLeft() + QPoint(x, y));
+                ink += std::abs(here.lightness() - ground.lightness());
+            }
+        }
+        return ink;
+    }
 };
 
 TEST_F(Strip, TheFadersLeftEndIsSilenceAndItsRightEndSixDecibels) {
@@ -103,6 +123,40 @@ TEST_F(Strip, AStoredGainOfSilenceIsNotRestored) {
     EXPECT_EQ(gain(), 1.0F);
 }
 
+TEST_F(Strip, AMutedStripLooksMuted) {
+    machine.applications.setIcon("org.player", "any");
+    scene.engine.add(scene.player);
+    scene.engine.add(scene.browser);
+    scene.engine.add(scene.interfaceInputs);
+    open();
+    for (int row = 0; row < 3; ++row) {
+        auto& strip = find("strip" + QString::number(row));
+        auto& button = within(strip, "muteButton");
+        auto& bar = within(strip, "levelBar");
+        const double loud = inkBesideTheDiagonal(button);
+        EXPECT_EQ(findItem(strip, "muteSlash"), nullptr);
+        EXPECT_EQ(bar.opacity(), 1.0);
+
+        scene.engine.setGain(0.0F, scene.engine.sources()[std::size_t(row)]);
+        const double muted = inkBesideTheDiagonal(button);
+        EXPECT_GT(muted, 0.0) << row;
+        EXPECT_LT(muted, 0.5 * loud) << row;
+        EXPECT_NE(findItem(strip, "muteSlash"), nullptr);
+        EXPECT_FALSE(bar.property("active").toBool());
+        EXPECT_EQ(bar.opacity(), 0.5);
+    }
+}
+
+TEST_F(Strip, AMutedStripShowsNoLevel) {
+    openWithBrowser();
+    scene.engine.start();
+    advance(std::chrono::milliseconds(400));
+    EXPECT_GT(find("levelBar").property("fill").toDouble(), 10);
+    scene.engine.setGain(0.0005F, scene.browser);
+    advance(std::chrono::milliseconds(400));
+    EXPECT_EQ(find("levelBar").property("fill").toDouble(), 0);
+}
+
 TEST_F(Strip, TheMonitoringButtonSilencesTheApplicationsOwnOutput) {
     openWithBrowser();
     const auto& button = find("monitoringButton");
@@ -131,6 +185,27 @@ TEST_F(Strip, TheEffectsButtonIsMarkedWhileAnyEffectIsOn) {
     EXPECT_EQ(find("effectsButton").property("color"), plain);
 }
 
+TEST_F(Strip, TheEffectsButtonSaysWhetherAnyEffectIsOnAndThePanelOpen) {
+    openWithBrowser();
+    auto& button = find("effectsButton");
+    EXPECT_EQ(spokenDescription(button), QString::fromUtf8("Arrêté"));
+    EXPECT_FALSE(isChecked("effectsButton"));
+    scene.engine.setFX({.plosive = true}, scene.browser);
+    EXPECT_EQ(spokenDescription(button), "En marche");
+    click("effectsButton");
+    EXPECT_TRUE(isChecked("effectsButton"));
+    settings.setLanguage("en");
+    EXPECT_EQ(spokenDescription(button), "Running");
+}
+
+TEST_F(Strip, TheMonitoringButtonSaysWhetherItIsOn) {
+    openWithBrowser();
+    EXPECT_TRUE(spokenState(find("monitoringButton")).checkable);
+    EXPECT_FALSE(isChecked("monitoringButton"));
+    click("monitoringButton");
+    EXPECT_TRUE(isChecked("monitoringButton"));
+}
+
 TEST_F(Strip, TheEffectsButtonUnfoldsThePanelAndTheWindowGrows) {
     openWithBrowser();
     const int before = window().height();
@@ -153,6 +228,28 @@ TEST_F(Strip, RemovingTakesTheSourceOutAndTheFocusGoesOnAtTheNext) {
     find("removeButton").forceActiveFocus(Qt::TabFocusReason);
     key(Qt::Key_Return);
     EXPECT_EQ(focused(), "Ajouter une source");
+}
+
+TEST_F(Strip, RemovingOneOfSeveralPassesTheFocusToTheOneThatTakesItsPlace) {
+    scene.mixMany(4);
+    open();
+    const auto removeByKey = [this](const char* name) {
+        find(QString::fromUtf8("Retirer — ") + name).forceActiveFocus(Qt::TabFocusReason);
+        key(Qt::Key_Return);
+    };
+    removeByKey("Instrument 2");
+    EXPECT_EQ(focused(), QString::fromUtf8("Couper le son — Instrument 3"));
+    removeByKey("Instrument 4");
+    EXPECT_EQ(focused(), QString::fromUtf8("Couper le son — Instrument 3"));
+}
+
+TEST_F(Strip, RemovingByMouseElsewhereLeavesTheFocusWhereItIs) {
+    scene.mixMany(3);
+    open();
+    tabTo("Preset");
+    scene.engine.remove(scene.engine.sources().front());
+    settle();
+    EXPECT_EQ(focused(), "Preset");
 }
 
 TEST_F(Strip, AChangeOfGainOrANewSourceMakesNoStripAnew) {

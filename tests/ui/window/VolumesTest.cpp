@@ -49,6 +49,19 @@ TEST_F(Volumes, AMutedOutputsSymbolIsFainter) {
     EXPECT_NEAR(alpha(), 0.25, 0.01);
 }
 
+TEST_F(Volumes, AMutedOutputSaysSo) {
+    open();
+    const auto isMuted = [this](const char* output) {
+        const auto state = spokenState(within(find(output), "mute"));
+        EXPECT_TRUE(state.checkable);
+        return state.checked != 0;
+    };
+    EXPECT_FALSE(isMuted("stream"));
+    scene.engine.setStreamVolume(0.0F);
+    EXPECT_TRUE(isMuted("stream"));
+    EXPECT_FALSE(isMuted("headphones"));
+}
+
 } // namespace
 
 } // namespace velmora

@@ -45,6 +45,18 @@ TEST_F(WindowSize, ManyStripsScrollByWheelBetweenTopAndBottom) {
     EXPECT_TRUE(isInside(find("quitRow")));
 }
 
+TEST_F(WindowSize, AMarkShowsThatThereIsMoreAndHowFarItIs) {
+    openWithBrowser();
+    EXPECT_FALSE(isShown("scrollMark"));
+    scene.mixMany(12);
+    window().setProperty("tallest", 700);
+    auto& mark = within(find("strips"), "scrollMark");
+    const double before = placeOf(mark).top();
+    pointer().wheel(find("sourceName"), {0, -1200});
+    advance(2s);
+    EXPECT_GT(placeOf(mark).top(), before + 10);
+}
+
 TEST_F(WindowSize, TheKeyboardBringsHiddenStripsIntoView) {
     scene.mixMany(12);
     open(700);

@@ -26,6 +26,17 @@ TEST_F(GumButtonTest, IsPressedByMouseAndKeys) {
     EXPECT_EQ(clicks(), 4);
 }
 
+TEST_F(GumButtonTest, IsPressedOnceByAKeyThatIsHeld) {
+    button.forceActiveFocus();
+    key(Qt::Key_Return);
+    for (int repeats = 0; repeats < 5; ++repeats) {
+        QKeyEvent again(QEvent::KeyPress, Qt::Key_Return, {}, {}, true);
+        QCoreApplication::sendEvent(&window(), &again);
+        EXPECT_TRUE(again.isAccepted()) << "nobody else shall act on it";
+    }
+    EXPECT_EQ(clicks(), 1);
+}
+
 TEST_F(GumButtonTest, IsNotPressedByAReleaseElsewhere) {
     pointer().press(button, {5, 5});
     pointer().moveTo(button, {5, 300});
@@ -54,6 +65,14 @@ TEST_F(GumButtonTest, IsReachedByTabAndShowsItsFocus) {
     EXPECT_TRUE(find("remove").hasActiveFocus());
     key(Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_TRUE(button.hasActiveFocus());
+}
+
+TEST_F(GumButtonTest, ShowsItsFocusToWhoeverGoesBackwards) {
+    pointer().click(find("remove"));
+    EXPECT_FALSE(isShown("focusRing"));
+    key(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_TRUE(button.hasActiveFocus());
+    EXPECT_TRUE(isShown("focusRing"));
 }
 
 TEST_F(GumButtonTest, AnswersThePointer) {

@@ -35,6 +35,16 @@ TEST_F(GumDropdownTest, ATapOpensTheListWithTheCurrentOneChecked) {
     EXPECT_FALSE(spokenState(find("Sombre")).checked);
 }
 
+TEST_F(GumDropdownTest, StaysDarkenedWhileItsListIsOpen) {
+    const QPointF spot(4, 14);
+    const QColor calm = colorAt(dropdown, spot);
+    key(Qt::Key_Tab);
+    key(Qt::Key_Down);
+    EXPECT_NE(colorAt(dropdown, spot), calm);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(colorAt(dropdown, spot), calm);
+}
+
 TEST_F(GumDropdownTest, AChoiceIsAnnouncedAndClosesTheList) {
     pointer().click(dropdown);
     settle();

@@ -68,10 +68,22 @@ TEST_F(GumMenuPopupTest, APressOutsideClosesItAndDoesNothingElse) {
     EXPECT_EQ(root->property("clicksBelow"), 0);
 }
 
-TEST_F(GumMenuPopupTest, ClosesWhenItsWindowChangesSize) {
+TEST_F(GumMenuPopupTest, ClosesWhenItsWindowChangesItsWidthOrItsHeight) {
+    for (const QSize size : {QSize(400, 640), QSize(400, 500)}) {
+        open();
+        window().resize(size);
+        settle();
+        EXPECT_FALSE(isShown("Sources"));
+    }
+}
+
+TEST_F(GumMenuPopupTest, ClosesWhenAnotherWindowBecomesTheActiveOne) {
     open();
-    window().resize(400, 500);
+    QQuickWindow other;
+    other.show();
+    other.requestActivate();
     settle();
+    ASSERT_FALSE(window().isActive());
     EXPECT_FALSE(isShown("Sources"));
 }
 

@@ -116,6 +116,28 @@ TEST_F(GumMenuViewTest, OffersToDeleteOnlyUnderThePointer) {
     EXPECT_EQ(partOf("Firefox", "delete"), nullptr);
 }
 
+TEST_F(GumMenuViewTest, OffersToDeleteWhereTheKeyboardIs) {
+    key(Qt::Key_End);
+    EXPECT_NE(partOf("Podcast", "delete"), nullptr);
+    key(Qt::Key_Home);
+    EXPECT_EQ(partOf("Podcast", "delete"), nullptr);
+}
+
+TEST_F(GumMenuViewTest, TakesTheOfferBackWhenThePointerLeaves) {
+    pointer().click(find("Applications")); // whoever uses the mouse is not at the keyboard
+    pointer().moveTo(find("Podcast"), {30, 12});
+    pointer().moveTo(find("Podcast"), {30, 14});
+    EXPECT_NE(partOf("Podcast", "delete"), nullptr);
+    pointer().moveTo(*view, {400, 600});
+    EXPECT_EQ(current(), "Podcast");
+    EXPECT_EQ(partOf("Podcast", "delete"), nullptr);
+}
+
+TEST_F(GumMenuViewTest, DimsWhatCannotBeChosen) {
+    EXPECT_NEAR(find("Gone").opacity(), 0.4, 1e-9);
+    EXPECT_EQ(find("Firefox").opacity(), 1.0);
+}
+
 TEST_F(GumMenuViewTest, BeginsAtTheCurrentChoice) {
     EXPECT_EQ(current(), "Firefox");
 }
@@ -153,6 +175,18 @@ TEST_F(GumMenuViewTest, ReturnAndSpaceChoose) {
     EXPECT_EQ(dismissals(), 2);
 }
 
+TEST_F(GumMenuViewTest, LeavesShortcutsToTheWindow) {
+    for (const auto modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
+        key(Qt::Key_Down, modifier);
+        key(Qt::Key_Return, modifier);
+        key(Qt::Key_P, modifier, "p");
+        EXPECT_EQ(current(), "Firefox");
+    }
+    EXPECT_TRUE(happened.isEmpty());
+    key(Qt::Key_Down, Qt::KeypadModifier);
+    EXPECT_EQ(current(), "Interface");
+}
+
 TEST_F(GumMenuViewTest, DeleteDeletesAndEscapeDismisses) {
     key(Qt::Key_End);
     key(Qt::Key_Delete);
@@ -170,6 +204,26 @@ TEST_F(GumMenuViewTest, TypingGoesToTheEntryThatBeginsSo) {
     EXPECT_EQ(current(), "Interface");
     type("n");
     EXPECT_EQ(current(), "Interface");
+}
+
+TEST_F(GumMenuViewTest, AfterAPauseTypingBeginsANewWord) {
+    using namespace std::chrono_literals;
+    menu.setItems({entry("Alpha"), entry("Lute"), entry("Violin")});
+    type("a");
+    advance(1100ms);
+    type("l");
+    EXPECT_EQ(current(), "Lute");
+}
+
+TEST_F(GumMenuViewTest, APauseShorterThanASecondEndsNoWord) {
+    using namespace std::chrono_literals;
+    menu.setItems({entry("Alpha"), entry("Lute"), entry("Amber")});
+    type("a");
+    advance(900ms);
+    type("m");
+    advance(900ms);
+    type("b");
+    EXPECT_EQ(current(), "Amber");
 }
 
 TEST_F(GumMenuViewTest, ARepeatedLetterGoesOnToTheNext) {
@@ -197,9 +251,28 @@ TEST_F(GumMenuViewTest, KeepsItsPlaceWhenItsItemsAreReplaced) {
     EXPECT_EQ(current(), "Entry 99");
 }
 
+TEST_F(GumMenuViewTest, StaysScrolledWhereItIsWhenItsItemsAreReplaced) {
+    using namespace std::chrono_literals;
+    menu.setItems(entries(100));
+    settle();
+    QQuickItem* const list = visibleItems(*view, [](QQuickItem& item) {
+                                 return item.inherits("QQuickListView");
+                             }).front();
+    pointer().wheel(*view, {0, -1200});
+    advance(2s);
+    const double scrolled = list->property("contentY").toDouble();
+    ASSERT_GT(scrolled, 100);
+
+    menu.setItems(entries(100));
+    settle();
+    EXPECT_EQ(list->property("contentY").toDouble(), scrolled);
+}
+
 TEST_F(GumMenuViewTest, SpeaksItsRows) {
     EXPECT_EQ(spokenRole(*view), QAccessible::PopupMenu);
+    EXPECT_TRUE(spokenState(find("Firefox")).checkable);
     EXPECT_TRUE(spokenState(find("Firefox")).checked);
+    EXPECT_FALSE(spokenState(find("Podcast")).checkable);
     ASSERT_TRUE(speakAction(find("Firefox"), QAccessibleActionInterface::pressAction()));
     EXPECT_EQ(happened, QStringList("Firefox"));
 }

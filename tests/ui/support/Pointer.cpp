@@ -65,17 +65,11 @@ void Pointer::click(const QQuickItem& item) {
 }
 
 void Pointer::wheel(const QQuickItem& item, QPoint eighths, Qt::KeyboardModifiers modifiers) {
-    at_ = item.mapToScene(middleOf(item));
-    QWheelEvent event(at_,
-                      window_.mapToGlobal(at_),
-                      QPoint(),
-                      eighths,
-                      held_,
-                      modifiers,
-                      Qt::NoScrollPhase,
-                      false);
-    event.setTimestamp(timeStamp_ += betweenEvents);
-    QCoreApplication::sendEvent(&window_, &event);
+    turn(item, eighths, modifiers, false);
+}
+
+void Pointer::wheelInverted(const QQuickItem& item, QPoint eighths) {
+    turn(item, eighths, {}, true);
 }
 
 void Pointer::pause() {
@@ -84,6 +78,23 @@ void Pointer::pause() {
 
 void Pointer::send(QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {
     QMouseEvent event(type, at_, window_.mapToGlobal(at_), button, held_, modifiers);
+    event.setTimestamp(timeStamp_ += betweenEvents);
+    QCoreApplication::sendEvent(&window_, &event);
+}
+
+void Pointer::turn(const QQuickItem& item,
+                   QPoint eighths,
+                   Qt::KeyboardModifiers modifiers,
+                   bool inverted) {
+    at_ = item.mapToScene(middleOf(item));
+    QWheelEvent event(at_,
+                      window_.mapToGlobal(at_),
+                      QPoint(),
+                      eighths,
+                      held_,
+                      modifiers,
+                      Qt::NoScrollPhase,
+                      inverted);
     event.setTimestamp(timeStamp_ += betweenEvents);
     QCoreApplication::sendEvent(&window_, &event);
 }

@@ -34,11 +34,15 @@ public:
     void click(const QQuickItem& item);
     /// Turns the wheel; one notch is 120 eighths of a degree.
     void wheel(const QQuickItem& item, QPoint eighths, Qt::KeyboardModifiers modifiers = {});
+    /// The same where the desktop scrolls "naturally": what is told is turned round.
+    void wheelInverted(const QQuickItem& item, QPoint eighths);
     /// Lets more time pass than a double click may take.
     void pause();
 
 private:
     void send(QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    void
+    turn(const QQuickItem& item, QPoint eighths, Qt::KeyboardModifiers modifiers, bool inverted);
 
     QWindow& window_;
     QPointF at_; // in the window

@@ -24,6 +24,17 @@ TEST_F(DashedBorderItem, DrawsDashesAlongItsEdgeAndNothingInside) {
     EXPECT_EQ(colorAt(item, {100, 20}), QColor(Qt::white));
 }
 
+TEST_F(DashedBorderItem, TakesANewColourAtOnce) {
+    auto& item =
+        show("Rectangle { color: \"white\"; width: 200; height: 40; property alias dashes: border;"
+             " DashedBorder { id: border; anchors.fill: parent; radius: 0; color: \"black\" } }");
+    const QPointF firstDash(2, 0.5);
+    EXPECT_LT(colorAt(item, firstDash).red(), 128);
+    item.property("dashes").value<QObject*>()->setProperty("color", QColor(Qt::red));
+    EXPECT_GT(colorAt(item, firstDash).red(), 128);
+    EXPECT_LT(colorAt(item, firstDash).green(), 128);
+}
+
 } // namespace
 
 } // namespace velmora

@@ -150,6 +150,27 @@ TEST_F(Look, FollowsTheLanguageAtOnce) {
     EXPECT_TRUE(isShown("Reset"));
 }
 
+TEST_F(Look, ChangesItsAppearanceWhole) {
+    const auto picture = [this](const char* first, const char* then) {
+        settings.setAppearance(first);
+        open();
+        settings.setAppearance(then);
+        advance(std::chrono::milliseconds(400)); // switches glide to their colour
+        return grab();
+    };
+    scene.mixPodcast();
+    EXPECT_EQ(picture("light", "dark"), picture("dark", "dark"));
+    EXPECT_EQ(picture("dark", "light"), picture("light", "light"));
+}
+
+TEST_F(Look, ShowsWhatAMessageSaysAndReadsNothingIntoIt) {
+    const QString message = "<b>Loop</b> <img src=x> &amp; co.";
+    scene.engine.setLastError(message.toStdString());
+    open();
+    EXPECT_EQ(find("problemText").property("length").toInt(), int(message.size()));
+    EXPECT_EQ(spokenName(find("problemText")), message);
+}
+
 TEST_F(Look, GivesEveryControlARoleAndAName) {
     openEverything();
     inEveryLook([this](const std::string& where) {

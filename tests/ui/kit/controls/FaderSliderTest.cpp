@@ -67,6 +67,14 @@ TEST_F(FaderSliderTest, MovesAgainInTheGestureAfterAReset) {
     EXPECT_EQ(moves(), QVariantList({0.25, 0.5}));
 }
 
+TEST_F(FaderSliderTest, AThirdQuickClickOnTheSameSpotIsAnOrdinaryPress) {
+    pointer().doubleClick(fader, quarter);
+    pointer().click(fader, quarter);
+
+    EXPECT_EQ(resets(), 1);
+    EXPECT_EQ(moves(), QVariantList({0.25, 0.25}));
+}
+
 TEST_F(FaderSliderTest, TwoSlowClicksAreNoDoubleClick) {
     pointer().click(fader, quarter);
     pointer().pause();
@@ -119,6 +127,11 @@ TEST_F(FaderSliderTest, TheWheelMovesAStepANotch) {
     pointer().wheel(fader, {0, -240});
     pointer().wheel(fader, {0, 60}); // a finer wheel
     EXPECT_EQ(moves(), QVariantList({0.51, 0.48, 0.505}));
+}
+
+TEST_F(FaderSliderTest, AWheelThatTheDesktopInvertsMovesAsTheFingersDo) {
+    pointer().wheelInverted(fader, {0, 120});
+    EXPECT_EQ(moves(), QVariantList({0.49}));
 }
 
 TEST_F(FaderSliderTest, TheWheelMovesATenthOfAStepWithShiftAlsoWhereThatTurnsItSideways) {

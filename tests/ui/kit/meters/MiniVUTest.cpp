@@ -1,7 +1,9 @@
+#include "ui/kit/controls/Scales.h"
 #include "ui/kit/meters/FrameClock.h"
 #include "ui/support/QmlTest.h"
 
 #include <QSignalSpy>
+#include <random>
 
 namespace velmora {
 
@@ -95,6 +97,27 @@ TEST_F(MiniVUTest, ShowsItsTrackWhereItIsNotFilledAndWhenItIsOff) {
     bar.setProperty("active", true);
     advance(200ms);
     EXPECT_EQ(fill(), 18);
+}
+
+TEST_F(MiniVUTest, LandsExactlyOnEveryLevelAndRests) {
+    std::mt19937 random(1); // the same levels in every run
+    std::uniform_real_distribution<double> levels(0.001, 1.0);
+    for (int round = 0; round < 50; ++round) {
+        const double level = levels(random);
+        setLevel(level);
+        advance(120ms);
+        ASSERT_EQ(fill(), Scales::meterFill(level)) << level;
+        ASSERT_FALSE(isTicking()) << level;
+    }
+}
+
+TEST_F(MiniVUTest, RecoloursItsTrackWithTheAppearance) {
+    settings.setAppearance("light");
+    const QColor light = colorAt(bar, {40, 3});
+    settings.setAppearance("dark");
+    EXPECT_NE(colorAt(bar, {40, 3}), light);
+    settings.setAppearance("light");
+    EXPECT_EQ(colorAt(bar, {40, 3}), light);
 }
 
 } // namespace

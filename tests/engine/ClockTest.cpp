@@ -124,7 +124,7 @@ TEST_F(Clocks, BlocksOfAnySizeThatFitsAreChangedWithoutLossOrDelay) {
 TEST_F(Clocks, BlocksThatDoNotFitCostTheirSecondHalfAndLeaveNoDelay) {
     startWith({voice});
 
-    machine.sound.setBlockFrames(2048); // a ring keeps 1024
+    machine.sound.setBlockFrames(2048); // twice what a ring keeps
     machine.advanceCycles(10);
     EXPECT_EQ(stream().underruns, 10);
     EXPECT_EQ(stream().trims, 10);

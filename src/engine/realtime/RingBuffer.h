@@ -27,12 +27,12 @@ struct RingStatistics {
 ///
 /// The producer never waits and never fails: it does not look at the reader, and what was not read
 /// in time is overwritten. A ring that is exactly full reads as empty. What keeps sound fresh is
-/// the reader, which drops all but the latest 2048 floats (1024 frames). With the engine's two
-/// seconds of capacity, the producer catches up with a reader only when that reader has stood
-/// still for two seconds; its next block may then mix old and new samples.
+/// the reader, which drops all but the latest `maxBacklog`. With the engine's two seconds of
+/// capacity, the producer catches up with a reader only when that reader has stood still for two
+/// seconds; its next block may then mix old and new samples.
 class RingBuffer {
 public:
-    static constexpr std::int64_t maxBacklog = 2048; // floats
+    static constexpr std::int64_t maxBacklog = 2048; // floats, 1024 frames
 
     /// Real-time: no.
     /// @param capacity  floats; 0 makes a ring that takes nothing and reads as silence

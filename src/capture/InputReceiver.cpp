@@ -1,18 +1,12 @@
 #include "capture/InputReceiver.h"
 
-#include "engine/realtime/LevelMeter.h"
-#include "engine/realtime/ParamBox.h"
-
 #include <algorithm>
 #include <utility>
 
 namespace velmora {
 
-InputReceiver::InputReceiver(CaptureChain chain,
-                             std::shared_ptr<LevelMeter> meter,
-                             ChannelPair pair)
-    : chain_(std::move(chain)), meter_(std::move(meter)), pair_(pair),
-      scratch_(static_cast<std::size_t>(scratchFloats)) {
+InputReceiver::InputReceiver(CaptureBoxes boxes, ChannelPair pair)
+    : boxes_(std::move(boxes)), pair_(pair), scratch_(static_cast<std::size_t>(scratchFloats)) {
 }
 
 void InputReceiver::receive(std::int64_t frames, std::span<const float* const> channels) noexcept {
@@ -25,13 +19,12 @@ void InputReceiver::receive(std::int64_t frames, std::span<const float* const> c
     if (left == nullptr || right == nullptr || count == 0) {
         return;
     }
-    const float gain = chain_.gain->get();
-    float* samples = scratch_.data();
+    const auto samples = std::span(scratch_).first(2 * count);
     for (std::size_t frame = 0; frame < count; ++frame) {
-        samples[2 * frame] = gain * left[frame];
-        samples[2 * frame + 1] = gain * right[frame];
+        samples[2 * frame] = left[frame];
+        samples[2 * frame + 1] = right[frame];
     }
-    meter_->raise(chain_.deliver(samples, static_cast<std::int64_t>(2 * count)));
+    boxes_.deliver(samples);
 }
 
 } // namespace velmora

@@ -1,17 +1,14 @@
 // InputReceiver.h: turns blocks of an input device into captured stereo blocks.
 #pragma once
 
-#include "capture/CaptureChain.h"
+#include "capture/CaptureBoxes.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <vector>
 
 namespace velmora {
-
-class LevelMeter;
 
 /// Which two channels of a device make the stereo pair, 0-based.
 struct ChannelPair {
@@ -28,7 +25,7 @@ public:
     /// Deliberate: frames beyond this in one block are dropped.
     static constexpr std::int64_t mostFrames = scratchFloats / 2;
 
-    InputReceiver(CaptureChain chain, std::shared_ptr<LevelMeter> meter, ChannelPair pair);
+    InputReceiver(CaptureBoxes boxes, ChannelPair pair);
 
     /// Skips a block without buffers or without data on a channel of the pair; a channel beyond
     /// the buffers is read from the last one.
@@ -37,8 +34,7 @@ public:
     void receive(std::int64_t frames, std::span<const float* const> channels) noexcept;
 
 private:
-    const CaptureChain chain_;
-    const std::shared_ptr<LevelMeter> meter_;
+    const CaptureBoxes boxes_;
     const ChannelPair pair_;
     std::vector<float> scratch_; // interleaved stereo
 };

@@ -2,12 +2,12 @@
 
 #include "effects/EffectsChain.h"
 #include "engine/VelmoraError.h"
-#include "engine/realtime/ParamBox.h"
 
 #include <algorithm>
 #include <bit>
 #include <limits>
 #include <numeric>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -24,9 +24,9 @@ float finiteOrZero(float sample) noexcept {
     return magnitude > largestFinite ? 0.0F : sample;
 }
 
-void cleanAndScale(float* samples, std::int64_t count, float factor) noexcept {
-    for (std::int64_t index = 0; index < count; ++index) {
-        samples[index] = finiteOrZero(samples[index]) * factor;
+void clean(std::span<float> samples) noexcept {
+    for (float& sample : samples) {
+        sample = finiteOrZero(sample);
     }
 }
 
@@ -48,12 +48,8 @@ std::string sentenceOf(const TapRefusal& refusal) {
 
 } // namespace
 
-ProcessTap::ProcessTap(const Platform& platform,
-                       CaptureChain chain,
-                       bool muteDirect,
-                       OnLevel onLevel)
-    : platform_(platform), chain_(std::move(chain)), muteDirect_(muteDirect),
-      onLevel_(std::move(onLevel)) {
+ProcessTap::ProcessTap(const Platform& platform, CaptureBoxes boxes, bool muteDirect)
+    : platform_(platform), boxes_(std::move(boxes)), muteDirect_(muteDirect) {
 }
 
 ProcessTap::~ProcessTap() {
@@ -87,7 +83,7 @@ void ProcessTap::start(std::int32_t pid) {
 void ProcessTap::handOverRate() {
     const double rateHz = platform_.taps.tapRate().value_or(0.0);
     if (rateHz > 0.0) {
-        chain_.fx->setSampleRate(rateHz);
+        boxes_.fx->setSampleRate(rateHz);
     }
 }
 
@@ -95,9 +91,9 @@ void ProcessTap::capture(const TapBlock& block, float compensation) const noexce
     if (block.data == nullptr) {
         return;
     }
-    // The gain comes before the effects: the compressor and the meter see the gained signal.
-    cleanAndScale(block.data, block.samples, compensation * chain_.gain->get());
-    onLevel_(chain_.deliver(block.data, block.samples));
+    const std::span samples(block.data, static_cast<std::size_t>(block.samples));
+    clean(samples);
+    boxes_.deliver(samples, compensation);
 }
 
 void ProcessTap::stop() noexcept {

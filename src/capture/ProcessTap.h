@@ -1,12 +1,11 @@
 // ProcessTap.h: captures what one running application plays.
 #pragma once
 
-#include "capture/CaptureChain.h"
+#include "capture/CaptureBoxes.h"
 #include "platform/ApplicationTaps.h"
 #include "platform/Platform.h"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 
 namespace velmora {
@@ -16,10 +15,7 @@ namespace velmora {
 /// Threads: main, but for the callback, which runs on the tap's own real-time thread.
 class ProcessTap {
 public:
-    /// Receives the peak of every block. Threads: capture thread; must not allocate or block.
-    using OnLevel = std::function<void(float peak)>;
-
-    ProcessTap(const Platform& platform, CaptureChain chain, bool muteDirect, OnLevel onLevel);
+    ProcessTap(const Platform& platform, CaptureBoxes boxes, bool muteDirect);
     ~ProcessTap();
     ProcessTap(const ProcessTap&) = delete;
     ProcessTap& operator=(const ProcessTap&) = delete;
@@ -43,9 +39,8 @@ private:
     void capture(const TapBlock& block, float compensation) const noexcept;
 
     Platform platform_;
-    const CaptureChain chain_;
+    const CaptureBoxes boxes_;
     const bool muteDirect_;
-    const OnLevel onLevel_;
     std::unique_ptr<ApplicationTap> tap_; // last: its callback uses the others
 };
 

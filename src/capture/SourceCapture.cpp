@@ -3,8 +3,6 @@
 #include "capture/ProcessTap.h"
 #include "capture/UnitSetup.h"
 #include "effects/EffectsChain.h"
-#include "engine/realtime/LevelMeter.h"
-#include "engine/realtime/ParamBox.h"
 #include "engine/realtime/RingBuffer.h"
 
 #include <algorithm>
@@ -35,10 +33,6 @@ SourceCapture::~SourceCapture() {
     stop();
 }
 
-CaptureChain SourceCapture::chain() const {
-    return {.rings = {boxes_.streamRing, boxes_.monitorRing}, .gain = boxes_.gain, .fx = boxes_.fx};
-}
-
 void SourceCapture::start() {
     stop();
     if (const AppSource* app = source_.app()) {
@@ -51,10 +45,7 @@ void SourceCapture::start() {
 }
 
 void SourceCapture::startApp(std::int32_t pid) {
-    auto tap = std::make_unique<ProcessTap>(
-        platform_, chain(), muteDirect_, [meter = boxes_.meter](float peak) {
-            meter->raise(peak);
-        });
+    auto tap = std::make_unique<ProcessTap>(platform_, boxes_, muteDirect_);
     tap->start(pid);
     tap_ = std::move(tap);
 }
@@ -69,7 +60,7 @@ void SourceCapture::startPhysicalInput(AudioObjectID device,
     if (const double rateHz = input->sampleRate(); rateHz > 0.0) {
         boxes_.fx->setSampleRate(rateHz);
     }
-    auto receiver = std::make_shared<InputReceiver>(chain(), boxes_.meter, pair);
+    auto receiver = std::make_shared<InputReceiver>(boxes_, pair);
     throwIfRefused(
         input->start([receiver](std::int64_t frames, std::span<const float* const> channels) {
             receiver->receive(frames, channels);

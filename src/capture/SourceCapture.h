@@ -1,6 +1,7 @@
 // SourceCapture.h: the running capture of one source.
 #pragma once
 
+#include "capture/CaptureBoxes.h"
 #include "capture/InputReceiver.h"
 #include "engine/AudioSource.h"
 #include "platform/AudioDevices.h"
@@ -12,20 +13,7 @@
 
 namespace velmora {
 
-class EffectsChain;
-class LevelMeter;
-class ParamBox;
 class ProcessTap;
-class RingBuffer;
-
-/// The boxes that connect one capture to the engine and to the outputs. None is null.
-struct CaptureBoxes {
-    std::shared_ptr<RingBuffer> streamRing;  ///< towards the virtual microphone
-    std::shared_ptr<RingBuffer> monitorRing; ///< the same samples, towards the monitoring output
-    std::shared_ptr<ParamBox> gain;          ///< linear
-    std::shared_ptr<EffectsChain> fx;
-    std::shared_ptr<LevelMeter> meter;
-};
 
 /// Turns an application's or an input device's sound into stereo blocks with gain and effects, and
 /// writes them to both rings.
@@ -60,7 +48,6 @@ public:
 private:
     void startApp(std::int32_t pid);
     void startPhysicalInput(AudioObjectID device, std::int64_t first, std::int64_t count);
-    [[nodiscard]] CaptureChain chain() const;
 
     Platform platform_;
     AudioSource source_;

@@ -16,13 +16,7 @@ using testing::ElementsAre;
 
 class ProcessTapTest : public CaptureFixture {
 protected:
-    ProcessTap makeTap(bool muteDirect = false) {
-        return {
-            machine.platform(),
-            {.rings = {boxes.streamRing, boxes.monitorRing}, .gain = boxes.gain, .fx = boxes.fx},
-            muteDirect,
-            [this](float peak) { levels.push_back(peak); }};
-    }
+    ProcessTap makeTap(bool muteDirect = false) { return {machine.platform(), boxes, muteDirect}; }
 
     /// The factor by which a capture is louder than the bare mixdown of the application.
     float factorWithOutputChannels(std::uint32_t channels) {
@@ -34,8 +28,6 @@ protected:
         tap.start(player);
         return captureOneBlock().front() / 0.125F;
     }
-
-    std::vector<float> levels;
 };
 
 TEST_F(ProcessTapTest, NeedsAnApplicationThatHasPlayed) {
@@ -213,27 +205,46 @@ TEST_F(ProcessTapTest, ZeroesSamplesThatAreNotFinite) {
     EXPECT_EQ(block[2 * 20 + 1], 0.0F);
     EXPECT_EQ(block[2 * 30], 0.0F);
     EXPECT_EQ(block[2 * 40], largest);
-    EXPECT_THAT(levels, ElementsAre(largest));
+    EXPECT_EQ(boxes.meter->take(), largest);
 }
 
-TEST_F(ProcessTapTest, ReportsThePeakOfEveryBlock) {
+TEST_F(ProcessTapTest, RaisesItsMeterWithEveryBlock) {
     machine.sound.play(player, withSample(constant(0.25F), 130, -0.75F));
     ProcessTap tap = makeTap();
     tap.start(player);
 
-    machine.advanceCycles(3);
-
-    EXPECT_THAT(levels, ElementsAre(0.25F, 0.75F, 0.25F));
+    for (const float peak : {0.25F, 0.75F, 0.25F}) {
+        machine.advanceCycles(1);
+        EXPECT_EQ(boxes.meter->take(), peak);
+    }
 }
 
-TEST_F(ProcessTapTest, ReportsALevelOfZeroForAnEmptyBlock) {
+TEST_F(ProcessTapTest, LetsItsMeterBeForAnEmptyBlock) {
     machine.sound.play(player, constant(0.5F));
     machine.sound.setTapBlocks(TapBlocks::empty);
     ProcessTap tap = makeTap();
     tap.start(player);
 
     EXPECT_TRUE(captureOneBlock().empty());
-    EXPECT_THAT(levels, ElementsAre(0.0F));
+    EXPECT_EQ(boxes.meter->take(), 0.0F);
+}
+
+TEST_F(ProcessTapTest, LetsTheEffectsTakeUpTheirSettingsInAnEmptyBlock) {
+    const FXParams lowCut{.lowcut = 2, .autoGain = false};
+    boxes.fx->setParams(lowCut);
+    machine.sound.play(player, constant(0.5F));
+    ProcessTap tap = makeTap();
+    tap.start(player);
+    machine.advanceCycles(100);
+    ASSERT_LT(captureOneBlock().front(), 0.01F); // no constant passes
+
+    machine.sound.setTapBlocks(TapBlocks::empty);
+    boxes.fx->setParams({});
+    machine.advanceCycles(1);
+    machine.sound.setTapBlocks(TapBlocks::filled);
+    boxes.fx->setParams(lowCut);
+
+    EXPECT_GT(captureOneBlock().front(), 0.4F); // the filter has begun afresh
 }
 
 TEST_F(ProcessTapTest, SkipsABlockWithoutData) {
@@ -243,7 +254,7 @@ TEST_F(ProcessTapTest, SkipsABlockWithoutData) {
     tap.start(player);
 
     EXPECT_TRUE(captureOneBlock().empty());
-    EXPECT_TRUE(levels.empty());
+    EXPECT_EQ(boxes.meter->take(), 0.0F);
 }
 
 TEST_F(ProcessTapTest, SilencesAMutedApplicationUntilItStops) {

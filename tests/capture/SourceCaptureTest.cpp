@@ -252,10 +252,7 @@ TEST_F(SourceCaptureTest, MayBeStoppedWhenNothingRuns) {
 
 class InputReceiverTest : public CaptureFixture {
 protected:
-    InputReceiver receiver{
-        {.rings = {boxes.streamRing, boxes.monitorRing}, .gain = boxes.gain, .fx = boxes.fx},
-        boxes.meter,
-        {.left = 2, .right = 3}};
+    InputReceiver receiver{boxes, {.left = 2, .right = 3}};
     const std::vector<float> one = std::vector<float>(4, 0.1F);
     const std::vector<float> two = std::vector<float>(4, 0.2F);
 };

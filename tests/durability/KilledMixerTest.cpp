@@ -35,6 +35,7 @@ class KilledMixer : public testing::Test {
 protected:
     KilledMixer() {
         // A program killed while it looks at what an earlier one left leaves its copy behind.
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread here
         setenv("TMPDIR", disk.folder().c_str(), /*overwrite=*/1);
     }
 

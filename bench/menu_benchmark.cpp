@@ -34,7 +34,7 @@ struct Mixer {
     AudioEngine engine{platform};
     SourceManager sources{platform};
     PresetStore presets{platform.defaults};
-    PresetRecall recall{platform, engine, settings};
+    PresetRecall recall{platform, engine};
     ControlWindowModel model{{platform, engine, sources, presets, recall, settings}};
 };
 

@@ -12,7 +12,7 @@
 namespace velmora::demo {
 
 MixWindow::MixWindow(const Platform& platform, AudioEngine& engine)
-    : platform_(platform), recall_(platform_, engine, settings_),
+    : platform_(platform), recall_(platform_, engine),
       model_({platform_, engine, sources_, presets_, recall_, settings_}) {
     installKit(qml_, settings_);
     installUi(qml_);

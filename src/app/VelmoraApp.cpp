@@ -18,7 +18,7 @@ constexpr std::chrono::milliseconds trayExpectedWithin{1500};
 
 VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version)
     : platform_(platform), engine_(platform), sources_(platform), presetStore_(platform.defaults),
-      settings_(platform), dawMode_(platform), recall_(platform, engine_, settings_),
+      settings_(platform), dawMode_(platform), recall_(platform, engine_),
       controlModel_({.platform = platform,
                      .engine = engine_,
                      .sources = sources_,
@@ -46,9 +46,6 @@ VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version)
 }
 
 void VelmoraApp::listen() {
-    controlModel_.setAudioReachable(platform_.devices.isAvailable());
-    devicesConnection_ = platform_.devices.changed().connect(
-        [this] { controlModel_.setAudioReachable(platform_.devices.isAvailable()); });
     connect(
         &controlModel_, &ControlWindowModel::settingsRequested, this, &VelmoraApp::openSettings);
     connect(&controlModel_, &ControlWindowModel::quitRequested, this, &VelmoraApp::quit);

@@ -32,6 +32,12 @@ DAWModeManager::DAWModeManager(const Platform& platform)
     }
 }
 
+std::optional<std::string> DAWModeManager::microphoneUID() const {
+    return findVirtualMicDevice(platform_.devices).and_then([this](AudioObjectID microphone) {
+        return deviceUID(platform_.devices, microphone);
+    });
+}
+
 void DAWModeManager::setEnabled(bool enabled) {
     enabled_ = enabled;
     persist();
@@ -86,24 +92,21 @@ void DAWModeManager::build() {
     if (interfaceUID_.value_or("").empty()) {
         return;
     }
-    const auto microphoneUID =
-        findVirtualMicDevice(platform_.devices).and_then([this](AudioObjectID microphone) {
-            return deviceUID(platform_.devices, microphone);
-        });
-    if (!microphoneUID) {
-        lastError_ = "Driver Velmora introuvable";
+    const auto microphone = microphoneUID();
+    if (!microphone) {
+        problem_ = {.kind = Problem::Kind::noDriver};
         return;
     }
     const auto made = platform_.sinks.create({.name = sinkName,
                                               .uid = sinkUID,
                                               .masterUID = *interfaceUID_,
-                                              .followerUID = *microphoneUID});
+                                              .followerUID = *microphone});
     if (!made) {
-        lastError_ = "Création du device DAW refusée (err " + std::to_string(made.error()) + ")";
+        problem_ = {.kind = Problem::Kind::publicSinkRefused, .status = made.error()};
         return;
     }
     aggregateID_ = *made;
-    lastError_.reset();
+    problem_.reset();
 }
 
 void DAWModeManager::remove() {

@@ -1,6 +1,7 @@
 // DAWModeManager.h: one public device that plays to an audio interface and the microphone at once.
 #pragma once
 
+#include "engine/Problem.h"
 #include "platform/AudioDevices.h"
 #include "platform/Platform.h"
 #include "platform/Signal.h"
@@ -19,7 +20,7 @@ namespace velmora {
 /// are not concerned.
 ///
 /// Threads: main. Real-time: no.
-/// Errors: never throws; a failed build is told by `lastError()`.
+/// Errors: never throws; a failed build is told by `problem()`.
 class DAWModeManager {
 public:
     /// Reads what was kept. When the mode is on, the device is built twice in a row. Deliberate:
@@ -38,8 +39,12 @@ public:
     /// Keeps the choice and, while the mode is on, builds the device anew with it.
     void setInterfaceUID(std::optional<std::string> uid);
 
-    /// French, as a key for the text table; none after a build that succeeded.
-    [[nodiscard]] const std::optional<std::string>& lastError() const { return lastError_; }
+    /// Why the device was not built; none after a build that succeeded.
+    [[nodiscard]] const std::optional<Problem>& problem() const { return problem_; }
+    /// The same as a French sentence.
+    [[nodiscard]] std::optional<std::string> lastError() const {
+        return problem_.transform(frenchSentence);
+    }
     /// The device that this program built; 0 = none.
     [[nodiscard]] AudioObjectID aggregateID() const { return aggregateID_; }
 
@@ -54,13 +59,14 @@ public:
 
 private:
     void chooseDefaultOutput();
+    [[nodiscard]] std::optional<std::string> microphoneUID() const;
     void build();
     void remove();
 
     Platform platform_;
     bool enabled_ = false;
     std::optional<std::string> interfaceUID_;
-    std::optional<std::string> lastError_;
+    std::optional<Problem> problem_;
     AudioObjectID aggregateID_ = 0;
     Signal changed_;
 };

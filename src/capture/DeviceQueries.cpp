@@ -101,6 +101,14 @@ std::optional<std::string> deviceUID(const AudioDevices& devices, AudioObjectID 
     return devices.deviceUID(device);
 }
 
+bool isDeviceThere(const AudioDevices& devices, const AudioSource& source) {
+    if (const DeviceSource* const device = source.device()) {
+        return devices.deviceUID(device->id).has_value();
+    }
+    const DeviceChannelsSource* const channels = source.deviceChannels();
+    return channels != nullptr && devices.deviceUID(channels->id).has_value();
+}
+
 std::int64_t channelCount(const AudioDevices& devices, AudioObjectID device, Scope scope) {
     const auto streams = devices.streamChannels(device, scope);
     return streams ? std::accumulate(streams->begin(), streams->end(), std::int64_t{0}) : 0;

@@ -44,6 +44,8 @@ struct AudioApps {
                                                     AudioObjectID device);
 [[nodiscard]] std::optional<std::string> deviceUID(const AudioDevices& devices,
                                                    AudioObjectID device);
+/// Whether the device of a source can be read; false for an application.
+[[nodiscard]] bool isDeviceThere(const AudioDevices& devices, const AudioSource& source);
 /// Channels of all streams in one direction; 0 when it cannot be read.
 [[nodiscard]] std::int64_t
 channelCount(const AudioDevices& devices, AudioObjectID device, Scope scope);

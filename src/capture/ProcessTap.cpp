@@ -8,7 +8,6 @@
 #include <limits>
 #include <numeric>
 #include <span>
-#include <string>
 #include <utility>
 
 namespace velmora {
@@ -30,20 +29,18 @@ void clean(std::span<float> samples) noexcept {
     }
 }
 
-std::string sentenceOf(const TapRefusal& refusal) {
-    using Step = TapRefusal::Step;
-    switch (refusal.step) {
-    case Step::tap:
-        return withStatus("Création du tap refusée", refusal.status) +
-               " — vérifier la permission d'enregistrement audio système";
-    case Step::device:
-        return withStatus("Création du device agrégé refusée", refusal.status);
-    case Step::callback:
-        return withStatus("IOProc refusé", refusal.status);
-    case Step::start:
-        break;
+Problem::Kind kindOf(TapRefusal::Step step) {
+    switch (step) {
+    case TapRefusal::Step::tap:
+        return Problem::Kind::tapRefused;
+    case TapRefusal::Step::device:
+        return Problem::Kind::tapDeviceRefused;
+    case TapRefusal::Step::callback:
+        return Problem::Kind::tapCallbackRefused;
+    case TapRefusal::Step::start:
+        return Problem::Kind::tapNotStarted;
     }
-    return withStatus("Démarrage du device agrégé refusé", refusal.status);
+    std::unreachable();
 }
 
 } // namespace
@@ -60,8 +57,7 @@ void ProcessTap::start(std::int32_t pid) {
     stop();
     const AudioObjectID process = platform_.taps.processForPid(pid).value_or(0);
     if (process == 0) {
-        throw VelmoraError::tap("Cette app n'a pas encore de son — lance une lecture dedans, puis "
-                                "re-sélectionne-la.");
+        throw VelmoraError({.kind = Problem::Kind::noSoundYet});
     }
     // Read before the tap exists: the tap's mixdown is made for the output as it is now. An exact
     // half: five channels give 2.5.
@@ -74,7 +70,7 @@ void ProcessTap::start(std::int32_t pid) {
         muteDirect_ ? Mute::whileTapped : Mute::no,
         [this, compensation](const TapBlock& block) { capture(block, compensation); });
     if (!tap) {
-        throw VelmoraError::tap(sentenceOf(tap.error()));
+        throw VelmoraError({.kind = kindOf(tap.error().step), .status = tap.error().status});
     }
     tap_ = *std::move(tap);
 }

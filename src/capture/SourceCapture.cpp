@@ -6,15 +6,14 @@
 #include "engine/realtime/RingBuffer.h"
 
 #include <algorithm>
-#include <string>
 #include <utility>
 
 namespace velmora {
 
 ChannelPair channelPair(std::int64_t first, std::int64_t count, std::int64_t available) {
     if (first < 1 || first > available) {
-        throw VelmoraError::engine("Canal " + std::to_string(first) + " indisponible (" +
-                                   std::to_string(available) + " canaux)");
+        throw VelmoraError(
+            {.kind = Problem::Kind::channelMissing, .first = first, .channels = available});
     }
     const auto left = static_cast<std::size_t>(first - 1);
     const std::int64_t used = std::min(available - first + 1, count);
@@ -54,7 +53,7 @@ void SourceCapture::startPhysicalInput(AudioObjectID device,
                                        std::int64_t first,
                                        std::int64_t count) {
     auto input = unitOrThrow(platform_.units.makeInput());
-    throwIfRefused(input->setDevice(device), "Impossible d'assigner l'entrée");
+    throwIfRefused(input->setDevice(device), {.kind = Problem::Kind::inputNotAssigned});
     const ChannelPair pair = channelPair(first, count, input->channelCount());
     platform_.devices.requestBufferFrames(device, requestedBlockFrames);
     if (const double rateHz = input->sampleRate(); rateHz > 0.0) {
@@ -65,7 +64,7 @@ void SourceCapture::startPhysicalInput(AudioObjectID device,
         input->start([receiver](std::int64_t frames, std::span<const float* const> channels) {
             receiver->receive(frames, channels);
         }),
-        "Démarrage de l'entrée refusé");
+        {.kind = Problem::Kind::inputNotStarted});
     input_ = std::move(input);
 }
 

@@ -5,17 +5,18 @@
 #include "platform/Status.h"
 
 #include <cstdint>
-#include <string_view>
+#include <utility>
 
 namespace velmora {
 
 /// What every device is asked for, to keep the latency low. A wish: it may keep its own size.
 inline constexpr std::uint32_t requestedBlockFrames = 128;
 
-/// A refusal becomes an error of the engine: the sentence and the status.
-inline void throwIfRefused(Status status, std::string_view sentence) {
+/// A refusal becomes an error: what was refused, with the status.
+inline void throwIfRefused(Status status, Problem problem) {
     if (status != statusOk) {
-        throw VelmoraError::engine(withStatus(sentence, status));
+        problem.status = status;
+        throw VelmoraError(std::move(problem));
     }
 }
 
@@ -23,7 +24,7 @@ inline void throwIfRefused(Status status, std::string_view sentence) {
 template <typename UnitPointer>
 [[nodiscard]] UnitPointer unitOrThrow(UnitPointer unit) {
     if (!unit) {
-        throw VelmoraError::engine("Unité audio indisponible");
+        throw VelmoraError({.kind = Problem::Kind::noUnit});
     }
     return unit;
 }

@@ -1,25 +1,19 @@
-// The operations that edit a mix; starting and stopping are in AudioEngineLifecycle.cpp, and coming
-// back after a loss in AudioEngineRecovery.cpp.
 #include "engine/AudioEngine.h"
 
+#include "capture/LastingKey.h"
 #include "capture/SourceCapture.h"
 #include "effects/EffectsChain.h"
-#include "engine/VelmoraError.h"
 #include "engine/realtime/ParamBox.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace velmora {
-namespace {
 
-template <typename T>
-std::optional<T> valueOf(const std::map<std::string, T>& map, const std::string& id) {
-    const auto found = map.find(id);
-    return found == map.end() ? std::nullopt : std::optional(found->second);
+AudioEngine::AudioEngine(const Platform& platform)
+    : platform_(platform), settings_(platform.defaults), keeper_(platform, mixSettings_),
+      keeperConnection_(keeper_.changed().connect([this] { changed_.emit(); })) {
 }
-
-} // namespace
 
 // Every operation below tells the observers last, when it is complete: they may call back.
 
@@ -29,30 +23,93 @@ void AudioEngine::notifyIf(bool somethingChanged) const {
     }
 }
 
-void AudioEngine::setLastError(std::optional<std::string> message) {
-    const bool differs = message != status_.lastError;
-    status_.lastError = std::move(message);
+std::vector<Problem> AudioEngine::problems() const {
+    std::vector<Problem> all = recallProblems_;
+    all.insert(all.end(), launchProblems_.begin(), launchProblems_.end());
+    if (keeper_.isServiceAway()) {
+        all.push_back({.kind = Problem::Kind::serviceAway});
+    } else {
+        all.insert(all.end(), keeper_.problems().begin(), keeper_.problems().end());
+    }
+    return all;
+}
+
+std::optional<std::string> AudioEngine::lastError() const {
+    const auto all = problems();
+    if (all.empty()) {
+        return std::nullopt;
+    }
+    return sentences(all, [](std::string_view french) { return std::string(french); });
+}
+
+std::vector<Problem>& AudioEngine::told(ProblemOrigin origin) {
+    return origin == ProblemOrigin::recall ? recallProblems_ : launchProblems_;
+}
+
+void AudioEngine::tell(ProblemOrigin origin, std::vector<Problem> problems) {
+    const bool differs = problems != told(origin);
+    told(origin) = std::move(problems);
     notifyIf(differs);
 }
 
+void AudioEngine::tellMore(ProblemOrigin origin, const Problem& problem) {
+    auto& known = told(origin);
+    const bool isNew = std::ranges::find(known, problem) == known.end();
+    if (isNew) {
+        known.push_back(problem);
+    }
+    notifyIf(isNew);
+}
+
+void AudioEngine::dismissProblems() {
+    const bool differs = canDismissProblems();
+    recallProblems_.clear();
+    launchProblems_.clear();
+    keeper_.dismissProblems();
+    notifyIf(differs);
+}
+
+bool AudioEngine::canDismissProblems() const {
+    return !recallProblems_.empty() || !launchProblems_.empty() ||
+           (!isRunning() && !keeper_.problems().empty());
+}
+
+void AudioEngine::forgetJoined() {
+    std::vector<std::string> joined;
+    if (!recallProblems_.empty() || !launchProblems_.empty()) {
+        for (const AudioSource& source : sources()) {
+            joined.push_back(lastingKey(platform_.devices, source));
+        }
+    }
+    const auto hasJoined = [&](const Problem& problem) {
+        return !problem.key.empty() && std::ranges::find(joined, problem.key) != joined.end();
+    };
+    std::erase_if(recallProblems_, hasJoined);
+    std::erase_if(launchProblems_, hasJoined);
+}
+
 void AudioEngine::setFxBypassed(bool bypassed) {
-    const bool differs = std::exchange(fxBypassed_, bypassed) != bypassed;
-    for (const auto& capture : captures_) {
-        capture->boxes().fx->setBypass(bypassed);
+    const bool differs = std::exchange(mixSettings_.fxBypassed, bypassed) != bypassed;
+    if (RunningMix* const mix = keeper_.mix()) {
+        mix->setFxBypassed(bypassed);
     }
     notifyIf(differs);
 }
 
 void AudioEngine::setHeadphoneVolume(float volume) {
     const bool differs = volume != headphoneVolume();
-    monitor_.setVolume(volume);
+    if (RunningMix* const mix = keeper_.mix()) {
+        mix->setHeadphoneVolume(volume);
+    }
     settings_.setHeadphoneVolume(volume);
     notifyIf(differs);
 }
 
 void AudioEngine::setStreamVolume(float volume) {
     const bool differs = volume != streamVolume();
-    stream_.setVolume(volume);
+    if (RunningMix* const mix = keeper_.mix()) {
+        mix->setStreamVolume(volume);
+    }
     settings_.setStreamVolume(volume);
     notifyIf(differs);
 }
@@ -60,13 +117,11 @@ void AudioEngine::setStreamVolume(float volume) {
 void AudioEngine::setMonitoringSelection(std::optional<std::string> selection) {
     const bool differs = selection != monitoringSelection();
     settings_.setMonitoringSelection(std::move(selection));
-    if (recovery_) {
-        recovery_->monitorBefore.reset();
-    }
+    const Status before = status();
     if (isRunning()) {
-        restartMonitor();
+        keeper_.moveMonitor();
     }
-    notifyIf(differs);
+    notifyIf(differs || status() != before);
 }
 
 float AudioEngine::gain(const AudioSource& source) const {
@@ -74,7 +129,7 @@ float AudioEngine::gain(const AudioSource& source) const {
 }
 
 std::optional<float> AudioEngine::storedGain(const AudioSource& source) const {
-    return valueOf(settings_.gains(), source.id());
+    return settings_.gain(source.id());
 }
 
 void AudioEngine::setGain(float gain, const AudioSource& source) {
@@ -92,19 +147,15 @@ Binding<float> AudioEngine::gainBinding(const AudioSource& source) {
 }
 
 bool AudioEngine::isDirectMuted(const AudioSource& source) const {
-    return valueOf(settings_.muteDirect(), source.id()).value_or(false);
+    return settings_.muteDirect(source.id()).value_or(false);
 }
 
 void AudioEngine::setDirectMuted(bool muted, const AudioSource& source) {
-    const bool differs = valueOf(settings_.muteDirect(), source.id()) != muted;
+    const bool differs = settings_.muteDirect(source.id()) != muted;
     settings_.setMuteDirect(source.id(), muted);
     if (SourceCapture* capture = captureOf(source)) {
         capture->setMuteDirect(muted);
-        try {
-            capture->start();
-        } catch (const VelmoraError&) {
-            // Deliberate: the source stays silent, and the next full start reports it.
-        }
+        keeper_.restartCapture(source);
     }
     notifyIf(differs);
 }
@@ -119,7 +170,7 @@ FXParams AudioEngine::fx(const AudioSource& source) const {
 }
 
 std::optional<FXParams> AudioEngine::storedFX(const AudioSource& source) const {
-    return valueOf(settings_.fx(), source.id());
+    return settings_.fxOf(source.id());
 }
 
 void AudioEngine::setFX(const FXParams& params, const AudioSource& source) {
@@ -137,74 +188,86 @@ Binding<FXParams> AudioEngine::fxBinding(const AudioSource& source) {
 }
 
 bool AudioEngine::anyFXActive() const {
-    return std::ranges::any_of(sources_,
+    return std::ranges::any_of(sources(),
                                [&](const AudioSource& source) { return !fx(source).isNeutral(); });
 }
 
 SourceCapture* AudioEngine::captureOf(const AudioSource& source) const {
-    const std::string id = source.id();
-    const auto found = std::ranges::find_if(
-        captures_, [&](const auto& capture) { return capture->source().id() == id; });
-    return found == captures_.end() ? nullptr : found->get();
+    const RunningMix* const mix = keeper_.mix();
+    return mix == nullptr ? nullptr : mix->captureOf(source);
 }
 
 void AudioEngine::add(const AudioSource& source) {
-    if (std::ranges::find(sources_, source) != sources_.end()) {
-        return;
+    if (std::ranges::find(sources(), source) == sources().end()) {
+        auto list = sources();
+        list.push_back(source);
+        editList(std::move(list));
     }
-    sources_.push_back(source);
-    restartIfRunning();
-    notifyIf(true);
 }
 
 void AudioEngine::remove(const AudioSource& source) {
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): may be an element of the list
-    const AudioSource removed = source;
-    const Status before = status_;
-    const bool differs = std::erase(sources_, removed) > 0;
-    restartIfRunning();
-    notifyIf(differs || status_ != before);
+    auto list = sources();
+    std::erase(list, source);
+    editList(std::move(list));
 }
 
 void AudioEngine::setPrimary(const AudioSource& source) {
-    if (!sources_.empty() && sources_.front() == source) {
-        return;
+    if (sources().empty() || sources().front() != source) {
+        auto list = sources();
+        list.erase(list.begin(), list.begin() + (list.empty() ? 0 : 1));
+        list.insert(list.begin(), source);
+        editList(std::move(list));
     }
-    if (sources_.empty()) {
-        sources_.push_back(source);
-    } else {
-        sources_.front() = source;
-    }
-    restartIfRunning();
-    notifyIf(true);
 }
 
-void AudioEngine::replaceSources(std::vector<AudioSource> sources) {
-    const bool differs = sources != sources_;
-    sources_ = std::move(sources);
+void AudioEngine::editList(std::vector<AudioSource> list) {
+    const Status before = status();
+    const bool differs = list != sources();
+    sources_ = std::move(list);
+    forgetJoined();
+    if (isRunning() && sources().empty()) {
+        keeper_.end();
+    } else if (isRunning()) {
+        keeper_.begin(sources_);
+    }
+    notifyIf(differs || status() != before);
+}
+
+void AudioEngine::replaceSources(std::vector<AudioSource> list) {
+    const bool differs = list != sources();
+    sources_ = std::move(list);
+    forgetJoined();
     notifyIf(differs);
 }
 
 void AudioEngine::insertSource(const AudioSource& source, std::size_t index) {
-    const auto place = std::min(index, sources_.size());
+    const auto place = std::min(index, sources().size());
     sources_.insert(sources_.begin() + static_cast<std::ptrdiff_t>(place), source);
+    forgetJoined();
     notifyIf(true);
 }
 
+void AudioEngine::start() {
+    const Status before = status();
+    keeper_.begin(sources_);
+    notifyIf(status() != before);
+}
+
+void AudioEngine::stop() {
+    const Status before = status();
+    const bool hadLevels = level() != 0.0F || !sourceLevels().empty();
+    keeper_.end();
+    notifyIf(hadLevels || status() != before);
+}
+
 std::vector<SourceStatistics> AudioEngine::statistics() const {
-    std::vector<SourceStatistics> statistics;
-    for (const auto& capture : captures_) {
-        statistics.push_back({.source = capture->source(),
-                              .stream = capture->boxes().streamRing->statistics(),
-                              .monitor = capture->boxes().monitorRing->statistics()});
-    }
-    return statistics;
+    const RunningMix* const mix = keeper_.mix();
+    return mix == nullptr ? std::vector<SourceStatistics>{} : mix->statistics();
 }
 
 void AudioEngine::restartBacklogRanges() {
-    for (const auto& capture : captures_) {
-        capture->boxes().streamRing->resetStatistics();
-        capture->boxes().monitorRing->resetStatistics();
+    if (RunningMix* const mix = keeper_.mix()) {
+        mix->restartBacklogRanges();
     }
 }
 

@@ -5,46 +5,36 @@
 #include "engine/AudioSource.h"
 #include "engine/Binding.h"
 #include "engine/EngineSettings.h"
-#include "engine/MeterBank.h"
-#include "engine/MixOutput.h"
+#include "engine/MixKeeper.h"
+#include "engine/Problem.h"
 #include "engine/SourceStatistics.h"
-#include "platform/MainQueue.h"
 #include "platform/Platform.h"
 #include "platform/Signal.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace velmora {
 
-class SourceCapture;
+/// Who tells the engine what went wrong on the way to its list of sources.
+enum class ProblemOrigin { recall, launch };
 
 /// Mixes the sources into the virtual microphone and, as a second copy, into the monitoring output.
 ///
 /// An edit has three effects at once: the published value changes, a running capture or output
 /// takes it up at its next block, and it is kept in the defaults store. Settings are keyed by
-/// `AudioSource::id()`; membership in the list is equality of source values.
-///
-/// A mix that is on when the audio service goes stays on: `lastError()` says so meanwhile, and the
-/// mix is built anew, piece by piece, as the service, devices and applications come back. A start
-/// while the service is away waits for it in the same way. `stop()` ends the waiting.
+/// `AudioSource::id()`; membership in the list is equality of source values. How a mix that is on
+/// is kept whole is `MixKeeper`'s business.
 ///
 /// Threads: main only. Real-time: no.
-/// Errors: operations never throw; a failed start is told by `lastError()`.
+/// Errors: operations never throw; what is wrong is told by `problems()`.
 class AudioEngine {
 public:
-    /// What `lastError()` says while the audio service is away.
-    static constexpr const char* serviceAway = "Service audio injoignable";
-
     /// Loads what was kept; does not start.
     explicit AudioEngine(const Platform& platform);
-    /// Stops a running mix.
-    ~AudioEngine();
     AudioEngine(const AudioEngine&) = delete;
     AudioEngine& operator=(const AudioEngine&) = delete;
 
@@ -54,20 +44,34 @@ public:
 
     // -- published values --
 
-    /// The mix is on, also while it waits for the audio service.
-    [[nodiscard]] bool isRunning() const { return status_.isRunning; }
+    /// The mix is on, also while it waits for the audio service, a device or an application.
+    [[nodiscard]] bool isRunning() const { return keeper_.isOn(); }
     /// 0 ... 1, the loudest source.
-    [[nodiscard]] float level() const { return meters_.level(); }
-    /// By source id, 0 ... 1.
+    [[nodiscard]] float level() const { return keeper_.meters().level(); }
+    /// By source id, 0 ... 1; a source that is not captured has none.
     [[nodiscard]] const std::map<std::string, float>& sourceLevels() const {
-        return meters_.sourceLevels();
+        return keeper_.meters().sourceLevels();
     }
     [[nodiscard]] const std::vector<AudioSource>& sources() const { return sources_; }
-    [[nodiscard]] const std::optional<std::string>& lastError() const { return status_.lastError; }
-    void setLastError(std::optional<std::string> message);
+
+    /// What is wrong now: what a recall could not find, what could not be launched, what the mix
+    /// lacks, and whether the audio service is away.
+    [[nodiscard]] std::vector<Problem> problems() const;
+    /// The same as sentences, one a line, in French; none when all is well.
+    [[nodiscard]] std::optional<std::string> lastError() const;
+
+    /// Replaces what was told under this origin. A problem with a key goes when a source of that
+    /// key joins the list.
+    void tell(ProblemOrigin origin, std::vector<Problem> problems);
+    /// Adds to it.
+    void tellMore(ProblemOrigin origin, const Problem& problem);
+    /// The user has read what was told from outside, and why a start failed: it goes. What a mix
+    /// that is on lacks stays.
+    void dismissProblems();
+    [[nodiscard]] bool canDismissProblems() const;
 
     /// Every source's effects off. Not kept.
-    [[nodiscard]] bool fxBypassed() const { return fxBypassed_; }
+    [[nodiscard]] bool fxBypassed() const { return mixSettings_.fxBypassed; }
     void setFxBypassed(bool bypassed);
 
     /// Linear, 1.0 = unity, not bounded here.
@@ -107,7 +111,7 @@ public:
     /// At least one source in the list has effects.
     [[nodiscard]] bool anyFXActive() const;
 
-    // -- the list: an edit while running rebuilds the whole mix --
+    // -- the list: an edit while running rebuilds the whole mix, once --
 
     void add(const AudioSource& source);
     /// Removing the last source while running stops. Settings of the source are kept.
@@ -135,73 +139,26 @@ public:
 private:
     struct Status {
         bool isRunning{};
-        std::optional<std::string> lastError;
+        std::vector<Problem> problems;
 
         bool operator==(const Status&) const = default;
     };
-
-    /// What a start does about sources that fail while none works.
-    enum class NoSource { endsTheMix, isWaitedFor };
-
-    /// A mix that is on, but not whole.
-    struct Recovery {
-        bool hasOutputs{};
-        /// The service was lost, and the default output was not told since. Until then devices
-        /// come and go.
-        bool awaitsDefaultOutput{};
-        /// Where the monitoring output played: a chosen device is never replaced by another one.
-        std::optional<OutputTarget> monitorBefore;
-        std::optional<std::string> told; ///< the last message that came from here
-        std::unique_ptr<MainQueue::Timer> retry;
-    };
-
-    void listenToDevices();
-    void onDevicesChange();
-    void onDefaultOutputChange();
-    void scheduleRestart();
-    void rebuild(NoSource noSource);
-    void restartIfRunning();
-    bool halt();
-    void tellWhetherServiceIsAway(bool isAway);
-    void awaitService();
-    void awaitMissingSources();
-    void beginRecovery(Recovery recovery);
-    void endRecovery();
-    void recoverAndTell();
-    void recover();
-    [[nodiscard]] std::optional<std::string> restoreMissing();
-    void restoreMonitor();
-    [[nodiscard]] bool isWhole() const;
-    void openStream();
-    void openMonitor();
-    [[nodiscard]] std::optional<std::string> startMissingCaptures();
-    [[nodiscard]] std::vector<AudioSource> missingSources() const;
-    [[nodiscard]] std::unique_ptr<SourceCapture> makeCapture(const AudioSource& source) const;
-    void publishRings();
-    void startMeterTimer();
-    void stopInternals();
-    void restartMonitor();
-    [[nodiscard]] std::optional<OutputTarget> monitoringTarget() const;
+    [[nodiscard]] Status status() const { return {isRunning(), problems()}; }
+    void editList(std::vector<AudioSource> sources);
+    void forgetJoined();
+    [[nodiscard]] std::vector<Problem>& told(ProblemOrigin origin);
     void notifyIf(bool somethingChanged) const;
     [[nodiscard]] SourceCapture* captureOf(const AudioSource& source) const;
 
     Platform platform_;
     EngineSettings settings_;
     Signal changed_;
-    Status status_;
     std::vector<AudioSource> sources_;
-    bool fxBypassed_ = false;
-    MeterBank meters_;
-
-    MixOutput stream_;
-    MixOutput monitor_;
-    std::vector<std::unique_ptr<SourceCapture>> captures_;
-    std::unique_ptr<MainQueue::Timer> meterTimer_;
-    std::unique_ptr<MainQueue::Timer> restartTimer_;
-    std::optional<Recovery> recovery_;
-    bool isServiceAway_ = false; // as last told
-    Signal::Connection devicesConnection_;
-    Signal::Connection defaultOutputConnection_;
+    MixSettings mixSettings_{.kept = settings_};
+    std::vector<Problem> recallProblems_;
+    std::vector<Problem> launchProblems_;
+    MixKeeper keeper_;
+    Signal::Connection keeperConnection_;
 };
 
 } // namespace velmora

@@ -17,6 +17,12 @@ constexpr std::string_view monitoringSelectionKey = "monitoringSelection";
 
 constexpr double unity = 1.0;
 
+template <typename T>
+std::optional<T> valueOf(const std::map<std::string, T>& map, const std::string& id) {
+    const auto found = map.find(id);
+    return found == map.end() ? std::nullopt : std::optional(found->second);
+}
+
 float readVolume(const DefaultsStore& store, std::string_view key) {
     return static_cast<float>(store.read<double>(key).value_or(unity));
 }
@@ -38,6 +44,18 @@ EngineSettings::EngineSettings(DefaultsStore& store)
     gains_ = readGains(store);
     fx_ = FXParamsStore(store.read<Bytes>(fxKey).value_or(Bytes{}));
     muteDirect_ = store.read<BooleanMap>(muteDirectKey).value_or(BooleanMap{});
+}
+
+std::optional<float> EngineSettings::gain(const std::string& id) const {
+    return valueOf(gains_, id);
+}
+
+std::optional<FXParams> EngineSettings::fxOf(const std::string& id) const {
+    return valueOf(fx_.params(), id);
+}
+
+std::optional<bool> EngineSettings::muteDirect(const std::string& id) const {
+    return valueOf(muteDirect_, id);
 }
 
 void EngineSettings::setGain(const std::string& id, float gain) {

@@ -19,22 +19,23 @@ class DefaultsStore;
 /// "monitoringSelection" (string). A value that is missing or of the wrong form counts as empty,
 /// as 1.0 or as none.
 ///
+/// Everything about one source goes by its id.
+///
 /// Threads: main.
 class EngineSettings {
 public:
     explicit EngineSettings(DefaultsStore& store);
 
-    /// By source id, linear.
-    [[nodiscard]] const std::map<std::string, float>& gains() const { return gains_; }
+    /// Linear.
+    [[nodiscard]] std::optional<float> gain(const std::string& id) const;
     void setGain(const std::string& id, float gain);
 
-    /// By source id; only settings that are not neutral.
-    [[nodiscard]] const std::map<std::string, FXParams>& fx() const { return fx_.params(); }
+    /// Only settings that are not neutral.
+    [[nodiscard]] std::optional<FXParams> fxOf(const std::string& id) const;
     /// A neutral value removes the entry.
     void setFX(const std::string& id, const FXParams& params);
 
-    /// By source id.
-    [[nodiscard]] const std::map<std::string, bool>& muteDirect() const { return muteDirect_; }
+    [[nodiscard]] std::optional<bool> muteDirect(const std::string& id) const;
     void setMuteDirect(const std::string& id, bool muted);
 
     [[nodiscard]] float headphoneVolume() const { return headphoneVolume_; }

@@ -19,7 +19,7 @@ float fallenLevel(float old, float peak) {
 
 } // namespace
 
-bool MeterBank::tick(const std::vector<std::unique_ptr<SourceCapture>>& captures) {
+bool MeterBank::tick(const Captures& captures) {
     bool changed = false;
     float overall = 0.0F;
     for (const auto& capture : captures) {
@@ -32,6 +32,17 @@ bool MeterBank::tick(const std::vector<std::unique_ptr<SourceCapture>>& captures
     changed = changed || overall != level_;
     level_ = overall;
     return changed;
+}
+
+void MeterBank::keepOnly(const Captures& captures) {
+    std::erase_if(sourceLevels_, [&](const auto& entry) {
+        return std::ranges::none_of(
+            captures, [&](const auto& capture) { return capture->source().id() == entry.first; });
+    });
+    level_ = 0.0F;
+    for (const auto& [id, level] : sourceLevels_) {
+        level_ = std::max(level_, level);
+    }
 }
 
 void MeterBank::clear() {

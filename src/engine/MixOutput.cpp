@@ -1,13 +1,58 @@
 #include "engine/MixOutput.h"
 
-#include "engine/OutputEngine.h"
+#include "capture/DeviceQueries.h"
+#include "capture/UnitSetup.h"
 #include "engine/realtime/Limiter.h"
+#include "engine/realtime/OutputMix.h"
 #include "engine/realtime/ParamBox.h"
 #include "engine/realtime/RingSetBox.h"
 
+#include <span>
 #include <utility>
 
 namespace velmora {
+namespace {
+
+constexpr std::int32_t silent = -1;
+
+/// Sends the pair to the target's channels; the first two need no map.
+void routeChannels(OutputUnit& unit, const AudioDevices& devices, const OutputTarget& target) {
+    const std::int64_t first = target.firstChannel;
+    if (first <= 1) {
+        return;
+    }
+    const std::int64_t channels = channelCount(devices, target.device, Scope::output);
+    if (first >= channels) {
+        throw VelmoraError(
+            {.kind = Problem::Kind::pairMissing, .first = first, .channels = channels});
+    }
+    std::vector<std::int32_t> map(static_cast<std::size_t>(channels), silent);
+    const auto right = static_cast<std::size_t>(first);
+    map[right - 1] = 0;
+    map[right] = 1;
+    throwIfRefused(unit.setChannelMap(map), {.kind = Problem::Kind::pairNotRouted, .first = first});
+}
+
+} // namespace
+
+std::unique_ptr<OutputUnit> makeOutputEngine(AudioDevices& devices,
+                                             AudioUnits& units,
+                                             const OutputTarget& target,
+                                             std::shared_ptr<RingSetBox> rings,
+                                             std::shared_ptr<Limiter> limiter,
+                                             std::shared_ptr<ParamBox> volume) {
+    auto unit = unitOrThrow(units.makeOutput());
+    throwIfRefused(unit->setDevice(target.device), {.kind = Problem::Kind::outputNotAssigned});
+    devices.requestBufferFrames(target.device, requestedBlockFrames);
+    routeChannels(*unit, devices, target);
+    limiter->setSampleRate(unit->sampleRate());
+    auto mix = std::make_shared<OutputMix>(std::move(rings), std::move(limiter), std::move(volume));
+    throwIfRefused(unit->start([mix](std::int64_t frames, std::span<float* const> channels) {
+        mix->render(frames, channels);
+    }),
+                   {.kind = Problem::Kind::outputNotStarted});
+    return unit;
+}
 
 MixOutput::MixOutput(float volume)
     : rings_(std::make_shared<RingSetBox>()), limiter_(std::make_shared<Limiter>()),
@@ -17,6 +62,7 @@ MixOutput::MixOutput(float volume)
 MixOutput::~MixOutput() = default;
 
 void MixOutput::open(AudioDevices& devices, AudioUnits& units, const OutputTarget& target) {
+    close();
     unit_ = makeOutputEngine(devices, units, target, rings_, limiter_, volume_);
     target_ = target;
 }
@@ -26,6 +72,14 @@ void MixOutput::close() {
     target_.reset();
     // The render thread is gone: nobody else touches the gain now.
     limiter_->gain = 1.0F;
+}
+
+bool MixOutput::isAlive() const {
+    return !unit_ || unit_->isAlive();
+}
+
+double MixOutput::sampleRate() const {
+    return unit_ ? unit_->sampleRate() : 0.0;
 }
 
 void MixOutput::setVolume(float volume) {

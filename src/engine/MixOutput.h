@@ -24,7 +24,20 @@ struct OutputTarget {
     bool operator==(const OutputTarget&) const = default;
 };
 
-/// Keeps the boxes that its render thread reads across any number of builds.
+/// Builds and starts an output that plays the mix of `rings` on two neighbouring channels of the
+/// device; the limiter's release is made for the rate at which blocks come. Destroying the unit
+/// stops it.
+///
+/// Threads: main; no render thread may be using `limiter`.
+/// Errors: throws VelmoraError; nothing is left running.
+[[nodiscard]] std::unique_ptr<OutputUnit> makeOutputEngine(AudioDevices& devices,
+                                                           AudioUnits& units,
+                                                           const OutputTarget& target,
+                                                           std::shared_ptr<RingSetBox> rings,
+                                                           std::shared_ptr<Limiter> limiter,
+                                                           std::shared_ptr<ParamBox> volume);
+
+/// Keeps the boxes that its render thread reads across any number of openings.
 ///
 /// Threads: main. Real-time: no; the boxes are what the render thread shares.
 class MixOutput {
@@ -34,15 +47,16 @@ public:
     ~MixOutput();
 
     /// Opens the device and starts playing silence until rings are given.
-    /// Errors: throws VelmoraError; nothing is left running.
+    /// Errors: throws VelmoraError; nothing is left running, and it is closed.
     void open(AudioDevices& devices, AudioUnits& units, const OutputTarget& target);
     /// Stops, and lets the limiter begin anew.
     void close();
     /// Where it plays; none while it is closed.
     [[nodiscard]] const std::optional<OutputTarget>& target() const { return target_; }
-
-    /// False while it is closed, and once what it plays through has died.
-    [[nodiscard]] bool isAlive() const { return unit_ && unit_->isAlive(); }
+    /// A closed one has nothing that could have died.
+    [[nodiscard]] bool isAlive() const;
+    /// Hz, as blocks come now; 0 while it is closed.
+    [[nodiscard]] double sampleRate() const;
 
     void setVolume(float volume);
     /// Heard from the next block on.

@@ -40,33 +40,34 @@ Selection parse(std::string_view selection) {
     return {.uid = before, .firstChannel = channelIn(after)};
 }
 
-std::optional<OutputTarget> chosenDevice(const AudioDevices& devices,
-                                         const std::optional<std::string>& selection) {
-    const std::string text = selection.value_or("");
-    const Selection wanted = parse(text); // views into `text`
-    if (wanted.uid.empty()) {
+} // namespace
+
+std::optional<OutputTarget> resolveMonitoringDevice(const AudioDevices& devices,
+                                                    const std::optional<std::string>& selection) {
+    return monitorable(
+        devices,
+        chosenMonitor(devices, selection)
+            .value_or(OutputTarget{devices.defaultOutputDevice().value_or(0), defaultChannel}));
+}
+
+bool namesMonitor(const std::optional<std::string>& selection) {
+    return selection && !parse(*selection).uid.empty();
+}
+
+std::optional<OutputTarget> chosenMonitor(const AudioDevices& devices,
+                                          const std::optional<std::string>& selection) {
+    if (!namesMonitor(selection)) {
         return std::nullopt;
     }
+    const Selection wanted = parse(*selection);
     return findDevice(devices, wanted.uid).transform([&](AudioObjectID device) {
         return OutputTarget{.device = device, .firstChannel = wanted.firstChannel};
     });
 }
 
-} // namespace
-
-std::optional<OutputTarget> resolveMonitoringDevice(const AudioDevices& devices,
-                                                    const std::optional<std::string>& selection) {
-    const auto target =
-        chosenDevice(devices, selection)
-            .value_or(OutputTarget{devices.defaultOutputDevice().value_or(0), defaultChannel});
-    if (target.device == 0) {
-        return std::nullopt;
-    }
-    const auto name = deviceName(devices, target.device);
-    if (!name || isVirtualMicName(*name)) {
-        return std::nullopt;
-    }
-    return target;
+std::optional<OutputTarget> monitorable(const AudioDevices& devices, const OutputTarget& target) {
+    const auto name = target.device == 0 ? std::nullopt : deviceName(devices, target.device);
+    return name && !isVirtualMicName(*name) ? std::optional(target) : std::nullopt;
 }
 
 } // namespace velmora

@@ -1,8 +1,10 @@
 #include "presets/PresetRecall.h"
 
 #include "capture/DeviceQueries.h"
+#include "capture/LastingKey.h"
 #include "engine/AudioEngine.h"
-#include "settings/AppSettings.h"
+#include "engine/Problem.h"
+#include "platform/AudioDevices.h"
 
 #include <algorithm>
 #include <iterator>
@@ -12,26 +14,35 @@ namespace velmora {
 
 namespace {
 
-std::string joined(const std::vector<std::string>& names) {
-    std::string text;
-    for (const auto& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
+std::string keyOf(const PresetSource& source) {
+    if (source.kind == PresetSource::Kind::app) {
+        return appKey(source.bundleID.value_or(""));
     }
-    return text;
+    if (!source.deviceUID) {
+        return {};
+    }
+    if (source.kind == PresetSource::Kind::device) {
+        return deviceKey(*source.deviceUID);
+    }
+    return source.first && source.count
+               ? deviceKey(*source.deviceUID, ChannelRange{*source.first, *source.count})
+               : std::string();
 }
 
 } // namespace
 
-PresetRecall::PresetRecall(const Platform& platform,
-                           AudioEngine& engine,
-                           const AppSettings& settings)
-    : platform_(platform), engine_(engine), settings_(settings), launcher_(platform) {
+PresetRecall::PresetRecall(const Platform& platform, AudioEngine& engine)
+    : platform_(platform), engine_(engine), launcher_(platform),
+      engineConnection_(engine.changed().connect([this] { onEngineChange(); })),
+      deviceConnection_(platform.devices.changed().connect([this] { addLateDevices(); })) {
 }
 
 void PresetRecall::apply(const Preset& preset, RecallOptions options) {
     // What an earlier preset still waits for does not belong into this setup.
     launcher_.forgetPending();
-    const auto [resolved, missing, toLaunch] = resolve(preset, options.launchClosedApps);
+    late_.reset();
+    auto resolution = resolve(preset, options.launchClosedApps);
+    const auto& [resolved, indices, missing, toLaunch] = resolution;
     // From the first change on, the engine's observers may touch the list that `preset` lives in.
     const auto headphoneVolume = preset.headphoneVolume;
     const auto streamVolume = preset.streamVolume;
@@ -45,10 +56,14 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
     engine_.setHeadphoneVolume(headphoneVolume);
     engine_.setStreamVolume(streamVolume);
 
-    const auto notice =
-        missing.empty() ? std::nullopt : std::optional("Introuvable : " + joined(missing));
     if (!options.quiet) {
-        engine_.setLastError(notice);
+        std::vector<Problem> problems;
+        for (const auto& [source, index] : missing) {
+            problems.push_back(
+                {.kind = Problem::Kind::notFound, .subject = source.name, .key = keyOf(source)});
+        }
+        engine_.dismissProblems();
+        engine_.tell(ProblemOrigin::recall, std::move(problems));
     }
     pausedForLaunch_ = engine_.isRunning() && resolved.empty() && !toLaunch.empty();
     if (engine_.isRunning() && resolved.empty()) {
@@ -57,13 +72,11 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
     } else if (engine_.isRunning()) {
         engine_.start();
     }
-    if (!options.quiet && notice && engine_.lastError() != notice) {
-        // The restart has cleared it; what the restart itself reports comes below.
-        const auto report = engine_.lastError();
-        engine_.setLastError(report ? *notice + "\n" + *report : *notice);
-    }
     for (const auto& entry : toLaunch) {
         launch(entry);
+    }
+    if (options.awaitDevices) {
+        awaitDevices(std::move(resolution));
     }
 }
 
@@ -73,10 +86,11 @@ PresetRecall::Resolution PresetRecall::resolve(const Preset& preset, bool launch
         const auto& source = preset.sources[index];
         if (const auto found = find(source)) {
             resolution.resolved.push_back({*found, source.gain, source.fx.value_or(FXParams{})});
+            resolution.indices.push_back(index);
         } else if (const auto application = launchClosedApps ? installed(source) : std::nullopt) {
             resolution.toLaunch.push_back({source, index, *application});
         } else {
-            resolution.missing.push_back(source.name);
+            resolution.missing.push_back({source, index});
         }
     }
     return resolution;
@@ -135,7 +149,10 @@ void PresetRecall::launch(const ToLaunch& entry) {
 void PresetRecall::addLaunched(const ToLaunch& entry,
                                const std::optional<RunningApplication>& running) {
     if (!running) {
-        engine_.setLastError(settings_.t("Impossible de lancer") + " " + entry.source.name);
+        engine_.tellMore(ProblemOrigin::launch,
+                         {.kind = Problem::Kind::notLaunched,
+                          .subject = entry.source.name,
+                          .key = keyOf(entry.source)});
         return;
     }
     const AudioSource source =
@@ -148,6 +165,53 @@ void PresetRecall::addLaunched(const ToLaunch& entry,
     const bool resumes = std::exchange(pausedForLaunch_, false);
     if (resumes || engine_.isRunning()) {
         engine_.start();
+    }
+}
+
+void PresetRecall::awaitDevices(Resolution resolution) {
+    std::erase_if(resolution.missing, [](const Missing& entry) {
+        return entry.source.kind == PresetSource::Kind::app;
+    });
+    if (!resolution.missing.empty()) {
+        late_.emplace(Late{
+            .missing = std::move(resolution.missing),
+            .indices = std::move(resolution.indices),
+            .list = engine_.sources(),
+            .deadline = platform_.mainQueue.after(devicesExpectedWithin, [this] { late_.reset(); }),
+        });
+    }
+}
+
+void PresetRecall::addLateDevices() {
+    for (std::size_t at = 0; late_ && at < late_->missing.size();) {
+        const auto found = findDevice(late_->missing[at].source);
+        if (!found) {
+            ++at;
+            continue;
+        }
+        const auto [source, index] = late_->missing[at];
+        late_->missing.erase(late_->missing.begin() + static_cast<std::ptrdiff_t>(at));
+        const auto place = std::ranges::lower_bound(late_->indices, index);
+        const auto offset = place - late_->indices.begin();
+        late_->indices.insert(place, index);
+        late_->list.insert(late_->list.begin() + offset, *found);
+        engine_.insertSource(*found, static_cast<std::size_t>(offset));
+        install({*found, source.gain, source.fx.value_or(FXParams{})});
+        if (engine_.isRunning()) {
+            engine_.start();
+        }
+    }
+    if (late_ && late_->missing.empty()) {
+        late_.reset();
+    }
+}
+
+void PresetRecall::onEngineChange() {
+    if (engine_.isRunning()) {
+        pausedForLaunch_ = false; // from here on it is the user who switches
+    }
+    if (late_ && late_->list != engine_.sources()) {
+        late_.reset();
     }
 }
 

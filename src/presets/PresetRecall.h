@@ -2,41 +2,50 @@
 #pragma once
 
 #include "engine/AudioSource.h"
+#include "platform/MainQueue.h"
 #include "platform/Platform.h"
+#include "platform/Signal.h"
 #include "presets/AppLauncher.h"
 #include "presets/Preset.h"
 
+#include <chrono>
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace velmora {
 
-class AppSettings;
 class AudioEngine;
 
 struct RecallOptions {
     bool launchClosedApps{}; ///< open applications that do not run, and add them when they are up
-    bool quiet{};            ///< leave the engine's last error alone instead of listing the missing
+    bool quiet{};            ///< leave what the engine tells alone instead of listing the missing
+    bool awaitDevices{};     ///< what is not connected yet joins when it comes, within a minute
 };
 
 /// Looks up a preset's keys among what runs and is connected now, and puts the result into the
 /// engine.
 ///
-/// Threads: main. Errors: never throws; what could not be done is told by the engine's last error.
-/// Destroying the object forgets the applications that are still coming up.
+/// Threads: main. Errors: never throws; what could not be done is told by the engine's problems.
+/// Destroying the object forgets what is still coming up.
 class PresetRecall {
 public:
-    /// All three outlive this object.
-    PresetRecall(const Platform& platform, AudioEngine& engine, const AppSettings& settings);
+    /// How long a restored setup waits for its devices: at login they come one by one, long after
+    /// the audio service answers.
+    static constexpr std::chrono::seconds devicesExpectedWithin{60};
+
+    /// Both outlive this object.
+    PresetRecall(const Platform& platform, AudioEngine& engine);
     PresetRecall(const PresetRecall&) = delete;
     PresetRecall& operator=(const PresetRecall&) = delete;
 
     /// Replaces the engine's setup by what the preset holds and exists now. A running engine is
     /// started again, or stopped while nothing of the preset exists; a stopped one stays stopped.
     /// Launched applications join later, each on its own, at their place in the preset, unless
-    /// another preset is applied first.
+    /// another preset is applied first; awaited devices as well, but only while nobody has edited
+    /// the list. A mix that the user switches meanwhile stays as he left it.
     void apply(const Preset& preset, RecallOptions options);
 
 private:
@@ -50,10 +59,22 @@ private:
         std::size_t index{}; ///< in the preset
         InstalledApplication application;
     };
+    struct Missing {
+        PresetSource source;
+        std::size_t index{}; ///< in the preset
+    };
     struct Resolution {
-        std::vector<Resolved> resolved; ///< in preset order
-        std::vector<std::string> missing;
+        std::vector<Resolved> resolved;   ///< in preset order
+        std::vector<std::size_t> indices; ///< of `resolved`, in the preset
+        std::vector<Missing> missing;
         std::vector<ToLaunch> toLaunch;
+    };
+    /// What a restored setup still waits for.
+    struct Late {
+        std::vector<Missing> missing;
+        std::vector<std::size_t> indices; ///< of what is in the list, ascending
+        std::vector<AudioSource> list;    ///< as this object left it
+        std::unique_ptr<MainQueue::Timer> deadline;
     };
 
     [[nodiscard]] Resolution resolve(const Preset& preset, bool launchClosedApps) const;
@@ -64,13 +85,18 @@ private:
     void install(const Resolved& entry);
     void launch(const ToLaunch& entry);
     void addLaunched(const ToLaunch& entry, const std::optional<RunningApplication>& running);
+    void awaitDevices(Resolution resolution);
+    void addLateDevices();
+    void onEngineChange();
 
     Platform platform_;
     AudioEngine& engine_;
-    const AppSettings& settings_;
     AppLauncher launcher_;
+    std::optional<Late> late_;
     /// The mix was stopped because every source of the preset is still coming up.
     bool pausedForLaunch_ = false;
+    Signal::Connection engineConnection_;
+    Signal::Connection deviceConnection_;
 };
 
 } // namespace velmora

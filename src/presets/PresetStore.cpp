@@ -94,7 +94,7 @@ void PresetStore::restoreActive(PresetRecall& recall) {
         return;
     }
     if (const auto* const preset = active()) {
-        recall.apply(*preset, {.launchClosedApps = false, .quiet = true});
+        recall.apply(*preset, {.launchClosedApps = false, .quiet = true, .awaitDevices = true});
     }
 }
 

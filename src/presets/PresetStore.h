@@ -39,7 +39,8 @@ public:
     /// To be told by whoever applied a preset.
     void setActive(const Uuid& id);
 
-    /// Once per store: applies the active preset, without launching anything and without a message.
+    /// Once per store: applies the active preset, without launching anything and without a message;
+    /// devices that come late join.
     void restoreActive(PresetRecall& recall);
 
     /// Any published value changed.

@@ -6,7 +6,7 @@ namespace velmora {
 
 namespace {
 
-// {file}, {copy} and {status} stand for what `StoreProblemText` inserts.
+// {file}, {copy} and {status} stand for what `sentence` puts in.
 constexpr auto texts = std::to_array<TextPair>({
     // The settings file
     {"Le fichier des réglages {file} était endommagé. Il a été mis de côté sous {copy} "
@@ -32,7 +32,7 @@ constexpr auto texts = std::to_array<TextPair>({
     // Starting the program
     {"Velmora est déjà ouvert.", "Velmora is already open."},
 
-    // Refusals by the audio service, shown by `errorText`
+    // Refusals by the audio service
     {"Démarrage de la sortie refusé", "The output could not be started"},
     {"Démarrage de l'entrée refusé", "The input could not be started"},
 
@@ -46,6 +46,7 @@ constexpr auto texts = std::to_array<TextPair>({
     {"Couper la sortie directe", "Mute direct output"},
     {"Effets", "Effects"},
     {"Retirer", "Remove"},
+    {"Masquer", "Dismiss"},
 
     // The mix and its outputs
     {"En marche", "Running"},

@@ -67,7 +67,7 @@ struct Mixer {
     AppSettings settings{platform};
     AudioEngine engine{platform};
     PresetStore presets{platform.defaults};
-    PresetRecall recall{platform, engine, settings};
+    PresetRecall recall{platform, engine};
 };
 
 } // namespace velmora

@@ -7,7 +7,6 @@
 #include "platform/sqlite/StoreFixture.h"
 #include "platform/sqlite/StoreSchema.h"
 #include "platform/sqlite/Unprivileged.h"
-#include "settings/StoreProblemText.h"
 
 #include <algorithm>
 #include <functional>
@@ -86,7 +85,7 @@ protected:
     [[nodiscard]] std::vector<std::string> told() const {
         std::vector<std::string> sentences;
         for (const StoreProblem& problem : disk.problems) {
-            sentences.push_back(storeProblemText(problem, language));
+            sentences.push_back(frenchSentence(problemOf(problem)));
         }
         return sentences;
     }
@@ -130,8 +129,6 @@ protected:
     std::uint64_t nextChange = 1;
     SimulatedDefaultsStore untroubled;
     StoreOnDisk disk;
-    SimulatedPlatform french; // what a machine speaks before anybody has chosen
-    AppSettings language{french.platform()};
 };
 
 // -- no permission --

@@ -13,6 +13,8 @@ protected:
         action();
         return told;
     }
+
+    const Problem missing{.kind = Problem::Kind::notFound, .subject = "Radio"};
 };
 
 TEST_F(AudioEngineObservers, TellsEveryChangeOnce) {
@@ -23,7 +25,9 @@ TEST_F(AudioEngineObservers, TellsEveryChangeOnce) {
     EXPECT_EQ(notifications([&] { engine.setStreamVolume(0.5F); }), 1);
     EXPECT_EQ(notifications([&] { engine.setHeadphoneVolume(0.5F); }), 1);
     EXPECT_EQ(notifications([&] { engine.setMonitoringSelection("headset"); }), 1);
-    EXPECT_EQ(notifications([&] { engine.setLastError("told"); }), 1);
+    EXPECT_EQ(notifications([&] { engine.tell(ProblemOrigin::recall, {missing}); }), 1);
+    EXPECT_EQ(notifications([&] { engine.tellMore(ProblemOrigin::launch, missing); }), 1);
+    EXPECT_EQ(notifications([&] { engine.dismissProblems(); }), 1);
     EXPECT_EQ(notifications([&] { engine.add(player); }), 1);
     EXPECT_EQ(notifications([&] { engine.insertSource(browser, 0); }), 1);
     EXPECT_EQ(notifications([&] { engine.setPrimary(wholeInput); }), 1);
@@ -55,7 +59,8 @@ TEST_F(AudioEngineObservers, TellsNothingWhenNothingChanged) {
                   engine.setStreamVolume(1.0F);
                   engine.setHeadphoneVolume(1.0F);
                   engine.setMonitoringSelection(std::nullopt);
-                  engine.setLastError(std::nullopt);
+                  engine.tell(ProblemOrigin::recall, {});
+                  engine.dismissProblems();
                   engine.add(player);
                   engine.remove(browser);
                   engine.setPrimary(player);

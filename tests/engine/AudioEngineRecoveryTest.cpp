@@ -60,11 +60,12 @@ TEST_F(AudioEngineRecovery, KnowsFromItsBeginningThatTheServiceIsAway) {
 
 TEST_F(AudioEngineRecovery, KeepsAnotherMessageWhenTheServiceReturnsWhileStopped) {
     loseService();
-    engine.setLastError("Something else");
+    const Problem other{.kind = Problem::Kind::notFound, .subject = "Radio"};
+    engine.tell(ProblemOrigin::recall, {other});
 
     returnService();
 
-    EXPECT_EQ(engine.lastError(), "Something else");
+    EXPECT_THAT(engine.problems(), testing::ElementsAre(other));
 }
 
 TEST_F(AudioEngineRecovery, IsOnAndSaysWhyItIsSilentWhileTheServiceIsAway) {
@@ -148,9 +149,7 @@ TEST_F(AudioEngineRecovery, IsWholeAgainWhenDevicesAndApplicationsReturnInPieces
     machine.sound.removeDevice(interface4);
 
     returnService();
-    machine.advance(1s);
     EXPECT_EQ(engine.lastError(), serviceAway) << "its devices still come and go";
-
     machine.sound.setDefaultOutput(speakers);
     machine.advance(1s);
     EXPECT_EQ(engine.lastError(), VelmoraError::noVirtualMic().errorDescription());
@@ -306,7 +305,7 @@ TEST_F(AudioEngineRecovery, FollowsTheDefaultOutputWhileASourceIsMissing) {
     machine.advance(soon);
 
     machine.sound.setDefaultOutput(interface4);
-    machine.advance(soon);
+    machine.advance(600ms);
 
     EXPECT_EQ(next(interface4, 1), 0.0625F);
     EXPECT_EQ(next(speakers, 1), 0.0F);

@@ -27,8 +27,12 @@ TEST(VelmoraError, TellsCasesOfOneMessageApart) {
 }
 
 TEST(VelmoraError, WritesAStatusAsASignedNumber) {
-    EXPECT_EQ(withStatus("Refusé", -10851), "Refusé (err -10851)");
-    EXPECT_EQ(withStatus("Refusé", 2003329396), "Refusé (err 2003329396)");
+    const auto description = [](Status status) {
+        return VelmoraError({.kind = Problem::Kind::tapCallbackRefused, .status = status})
+            .errorDescription();
+    };
+    EXPECT_EQ(description(-10851), "IOProc refusé (err -10851)");
+    EXPECT_EQ(description(2003329396), "IOProc refusé (err 2003329396)");
 }
 
 } // namespace

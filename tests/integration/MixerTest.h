@@ -21,6 +21,9 @@ namespace velmora {
 /// failure shows as a failed expectation.
 class MixerTest : public support::SessionTest {
 protected:
+    /// What the engine says while PipeWire is away.
+    const std::string serviceAway = frenchSentence({.kind = Problem::Kind::serviceAway});
+
     /// The application led by `pid`, once discovery lists it as playing.
     AudioSource playing(pid_t pid) {
         std::optional<AudioSource> found;

@@ -132,7 +132,7 @@ protected:
     Feeder feeder{
         session(), interface4.name, {1, 2}, {.hz = {inputLeftHz, inputRightHz}, .db = playedDb}};
     AppSettings settings{platform};
-    PresetRecall recall{platform, engine, settings};
+    PresetRecall recall{platform, engine};
 
 private:
     std::vector<std::string> installed_;

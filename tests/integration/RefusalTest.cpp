@@ -62,7 +62,7 @@ TEST_F(Refusal, WithoutASoundServerAStartSaysSoAndWaitsForIt) {
 
     engine.start();
 
-    EXPECT_EQ(engine.lastError(), AudioEngine::serviceAway);
+    EXPECT_EQ(engine.lastError(), serviceAway);
     discovery.refresh();
     EXPECT_TRUE(discovery.inputDevices().empty());
     EXPECT_TRUE(discovery.runningApps().empty());

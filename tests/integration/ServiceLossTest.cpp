@@ -38,7 +38,7 @@ protected:
     AudioSource pair(std::int64_t first) { return input(interface4.description, first, 2); }
 
     [[nodiscard]] bool saysServiceIsAway() const {
-        return engine.isRunning() && engine.lastError() == AudioEngine::serviceAway;
+        return engine.isRunning() && engine.lastError() == serviceAway;
     }
 
     [[nodiscard]] bool isWhole() const {
@@ -181,10 +181,10 @@ TEST_F(ServiceLoss, AMixerThatIsThereBeforeTheDaemonSaysSoAndWaitsForIt) {
 
     RealPlatform earlyMachine{folder.path() / "early.db"};
     AudioEngine early{earlyMachine.platform()};
-    EXPECT_EQ(early.lastError(), AudioEngine::serviceAway);
+    EXPECT_EQ(early.lastError(), serviceAway);
     early.replaceSources({source});
     early.start();
-    EXPECT_EQ(early.lastError(), AudioEngine::serviceAway);
+    EXPECT_EQ(early.lastError(), serviceAway);
     session().startServices();
 
     EXPECT_TRUE(isHeard());

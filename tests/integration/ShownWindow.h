@@ -51,7 +51,7 @@ private:
     AudioEngine engine_{platform_};
     SourceManager sources_{platform_};
     PresetStore presets_{platform_.defaults};
-    PresetRecall recall_{platform_, engine_, settings_};
+    PresetRecall recall_{platform_, engine_};
     ControlWindowModel model_{{platform_, engine_, sources_, presets_, recall_, settings_}};
     QQmlEngine qml_;
     std::unique_ptr<QQuickWindow> window_;

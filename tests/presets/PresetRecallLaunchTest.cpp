@@ -135,7 +135,7 @@ TEST_F(PresetRecallLaunchTest, APlaceBeyondTheListIsItsEnd) {
     EXPECT_THAT(names(), ElementsAre("C", "D"));
 }
 
-TEST_F(PresetRecallLaunchTest, AFailedLaunchIsToldAfterTheWaitInTheUsersLanguage) {
+TEST_F(PresetRecallLaunchTest, AFailedLaunchIsToldAfterTheWait) {
     installWithPlan("B", "b", {.result = std::nullopt});
 
     apply({app("Lecteur", "b")}, chosen);
@@ -144,10 +144,22 @@ TEST_F(PresetRecallLaunchTest, AFailedLaunchIsToldAfterTheWaitInTheUsersLanguage
     machine_.advance(1ms);
     EXPECT_EQ(engine_.lastError(), "Impossible de lancer Lecteur");
 
-    settings_.setLanguage("en");
-    apply({app("Lecteur", "b")}, chosen);
-    machine_.advance(1500ms);
-    EXPECT_EQ(engine_.lastError(), "Could not launch Lecteur");
+    machine_.startApplication(11, "B", "b");
+    engine_.add(AppSource{11, "Lecteur", "b"}); // the user opened it himself
+    EXPECT_EQ(engine_.lastError(), std::nullopt);
+}
+
+TEST_F(PresetRecallLaunchTest, AFailedLaunchStaysToldWhileAnotherApplicationJoins) {
+    installWithPlan("B", "b", {.result = std::nullopt});
+    install("C", "c", 12, 2s);
+
+    apply({app("B", "b"), app("C", "c"), device("Micro", "gone")}, chosen);
+    machine_.advance(4s);
+
+    EXPECT_THAT(names(), ElementsAre("C"));
+    EXPECT_EQ(engine_.lastError(), "Introuvable : Micro\nImpossible de lancer B");
+    apply({app("C", "c")}, chosen);
+    EXPECT_EQ(engine_.lastError(), std::nullopt) << "the next recall";
 }
 
 TEST_F(PresetRecallLaunchTest, AStarterThatHandedOverIsFoundUnderItsNewProcess) {
@@ -195,6 +207,17 @@ TEST_F(PresetRecallLaunchTest, ADestroyedRecallForgetsWhatIsComingUp) {
 
     EXPECT_THAT(names(), IsEmpty());
     EXPECT_EQ(engine_.lastError(), std::nullopt);
+}
+
+TEST_F(PresetRecallLaunchTest, ALaterRecallDropsAnApplicationInItsWait) {
+    install("B", "b", 11);
+    apply({app("B", "b")}, chosen);
+    machine_.advance(1s); // it is up, and settles
+
+    apply({}, chosen);
+    machine_.advance(10s);
+
+    EXPECT_THAT(names(), IsEmpty());
 }
 
 TEST_F(PresetRecallLaunchTest, ALaterRecallDropsWhatAnEarlierOneStillWaitsFor) {

@@ -48,7 +48,7 @@ public:
     SimulatedPlatform machine;
     AudioEngine engine{machine.platform()};
     AppSettings settings{machine.platform()};
-    PresetRecall recall{machine.platform(), engine, settings};
+    PresetRecall recall{machine.platform(), engine};
 
 private:
     [[nodiscard]] std::int32_t pid(int number) const {

@@ -4,7 +4,6 @@
 #include "engine/AudioEngine.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "presets/PresetRecall.h"
-#include "settings/AppSettings.h"
 
 #include <gtest/gtest.h>
 
@@ -18,6 +17,8 @@ class RecallFixture : public testing::Test {
 protected:
     static constexpr RecallOptions restored{.launchClosedApps = false, .quiet = true};
     static constexpr RecallOptions chosen{.launchClosedApps = true, .quiet = false};
+
+    const Problem earlierTrouble{.kind = Problem::Kind::notLaunched, .subject = "Radio"};
 
     [[nodiscard]] static PresetSource
     app(const std::string& name, const std::string& bundleID, float gain = 1.0F) {
@@ -63,8 +64,7 @@ protected:
 
     SimulatedPlatform machine_;
     AudioEngine engine_{machine_.platform()};
-    AppSettings settings_{machine_.platform()};
-    std::optional<PresetRecall> recall_{std::in_place, machine_.platform(), engine_, settings_};
+    std::optional<PresetRecall> recall_{std::in_place, machine_.platform(), engine_};
 };
 
 } // namespace velmora

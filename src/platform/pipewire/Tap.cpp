@@ -64,9 +64,8 @@ std::expected<Tap::Setup, TapRefusal> Tap::setUp(SessionState& state,
     if (!hasCallback) {
         return refusal(TapRefusal::Step::callback, -EINVAL);
     }
-    const Setup setup{.id = state.ids.next(),
-                      .scale = mixdownScale(state.graph),
-                      .rateHz = state.rate.hz()};
+    const Setup setup{
+        .id = state.ids.next(), .scale = mixdownScale(state.graph), .rateHz = state.rate.hz()};
     if (isMuting) {
         state.mutes[setup.id] = process;
     }

@@ -4,6 +4,7 @@
 #include "platform/AudioDevices.h"
 #include "platform/Status.h"
 
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <utility>
@@ -50,9 +51,13 @@ public:
     void refuse(Operation operation, Status status = defaultStatus, AudioObjectID object = 0);
     void allow(Operation operation, AudioObjectID object = 0);
 
-    [[nodiscard]] std::optional<Status> find(Operation operation, AudioObjectID object = 0) const;
+    /// To be asked once for each request: what is refused is counted.
+    [[nodiscard]] std::optional<Status> find(Operation operation, AudioObjectID object = 0);
+    /// How many requests of this kind were refused so far.
+    [[nodiscard]] std::size_t given(Operation operation) const;
 
 private:
+    std::map<Operation, std::size_t> given_;
     std::map<std::pair<Operation, AudioObjectID>, Status> statuses_;
 };
 

@@ -29,8 +29,7 @@ Status pointAt(
 }
 
 /// Whether a unit may be started now.
-Status
-checkStart(const SoundGraph& graph, const UnitState& unit, Operation operation, bool hasCallback) {
+Status checkStart(SoundGraph& graph, const UnitState& unit, Operation operation, bool hasCallback) {
     if (unit.startedAs != 0) {
         return statusBusy;
     }

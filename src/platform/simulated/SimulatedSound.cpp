@@ -150,6 +150,11 @@ void SimulatedSound::refuse(Operation operation, Status status, AudioObjectID ob
     graph_->refusals.refuse(operation, status, object);
 }
 
+std::size_t SimulatedSound::refusalsGiven(Operation operation) const {
+    const std::scoped_lock guard(graph_->mutex);
+    return graph_->refusals.given(operation);
+}
+
 void SimulatedSound::allow(Operation operation, AudioObjectID object) {
     const Guard guard(graph_->mutex);
     graph_->refusals.allow(operation, object);

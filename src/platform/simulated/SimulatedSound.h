@@ -104,6 +104,8 @@ public:
     void
     refuse(Operation operation, Status status = Refusals::defaultStatus, AudioObjectID object = 0);
     void allow(Operation operation, AudioObjectID object = 0);
+    /// How many requests of this kind were refused so far.
+    [[nodiscard]] std::size_t refusalsGiven(Operation operation) const;
     void setTapBlocks(TapBlocks blocks);
     /// True (at the start): a tap's mixdown comes divided by max(channels of the default output
     /// / 2, 1), so that a capture that multiplies by that factor is at unity. False: undivided.

@@ -1,8 +1,8 @@
 #include "ui/control/ApplicationOpener.h"
 
+#include "capture/LastingKey.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
-#include "settings/AppSettings.h"
 
 namespace velmora {
 
@@ -16,10 +16,8 @@ AudioSource sourceOf(const InstalledApplication& application, const RunningAppli
 
 ApplicationOpener::ApplicationOpener(const Platform& platform,
                                      AudioEngine& engine,
-                                     SourceManager& sources,
-                                     const AppSettings& settings)
-    : platform_(platform), engine_(engine), sources_(sources), settings_(settings),
-      launcher_(platform) {
+                                     SourceManager& sources)
+    : platform_(platform), engine_(engine), sources_(sources), launcher_(platform) {
 }
 
 void ApplicationOpener::open(const InstalledApplication& application, const Found& found) {
@@ -40,7 +38,10 @@ void ApplicationOpener::opened(const InstalledApplication& application,
     if (running) {
         found(sourceOf(application, *running));
     } else {
-        engine_.setLastError(settings_.t("Impossible de lancer") + " " + application.name);
+        engine_.tellMore(ProblemOrigin::launch,
+                         {.kind = Problem::Kind::notLaunched,
+                          .subject = application.name,
+                          .key = appKey(application.bundleID)});
     }
     sources_.refresh();
 }

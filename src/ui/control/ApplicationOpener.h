@@ -9,22 +9,18 @@
 
 namespace velmora {
 
-class AppSettings;
 class AudioEngine;
 class AudioSource;
 class SourceManager;
 
-/// Threads: main. Errors: what could not be opened is told by the engine's last error.
+/// Threads: main. Errors: what could not be opened is told by the engine's problems.
 /// Destroying the object forgets the applications that are still coming up.
 class ApplicationOpener {
 public:
     using Found = std::function<void(const AudioSource&)>;
 
-    /// All three outlive this object.
-    ApplicationOpener(const Platform& platform,
-                      AudioEngine& engine,
-                      SourceManager& sources,
-                      const AppSettings& settings);
+    /// Both outlive this object.
+    ApplicationOpener(const Platform& platform, AudioEngine& engine, SourceManager& sources);
 
     /// Gives `found` the first running instance. When there is none, opens the application, gives
     /// it as soon as it has settled, and refreshes the lists of sources, whether it came up or not.
@@ -38,7 +34,6 @@ private:
     Platform platform_;
     AudioEngine& engine_;
     SourceManager& sources_;
-    const AppSettings& settings_;
     AppLauncher launcher_;
 };
 

@@ -8,6 +8,7 @@
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
 #include "ui/control/PresetMenu.h"
+#include "ui/control/ProblemText.h"
 #include "ui/control/SourceMenu.h"
 #include "ui/control/TakeOver.h"
 
@@ -30,8 +31,7 @@ std::string withoutBlanksAround(std::string_view text) {
 } // namespace
 
 ControlWindowModel::ControlWindowModel(const Parts& parts, QObject* parent)
-    : QObject(parent), parts_(parts),
-      opener_(parts.platform, parts.engine, parts.sources, parts.settings),
+    : QObject(parent), parts_(parts), opener_(parts.platform, parts.engine, parts.sources),
       strips_(parts.platform, parts.engine, this),
       headphones_(VolumeModel::headphones(parts.engine),
                   parts.engine,
@@ -60,9 +60,8 @@ void ControlWindowModel::toggleRunning() {
     }
 }
 
-void ControlWindowModel::setAudioReachable(bool reachable) {
-    problems_.setAudioReachable(reachable);
-    follow();
+void ControlWindowModel::dismissProblems() {
+    parts_.engine.dismissProblems();
 }
 
 GumMenuModel* ControlWindowModel::openPrimaryMenu() {
@@ -102,9 +101,12 @@ void ControlWindowModel::follow() {
         Q_EMIT primaryCaptionChanged();
     }
     const std::string problems =
-        problems_.text(parts_.engine, parts_.platform.defaults.problems(), parts_.settings);
+        velmora::problemText(parts_.engine, parts_.platform.defaults.problems(), parts_.settings);
     if (takeOver(problemText_, QString::fromStdString(problems))) {
         Q_EMIT problemTextChanged();
+    }
+    if (takeOver(canDismissProblems_, parts_.engine.canDismissProblems())) {
+        Q_EMIT canDismissProblemsChanged();
     }
 }
 

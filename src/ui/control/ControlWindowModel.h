@@ -5,7 +5,6 @@
 #include "platform/Signal.h"
 #include "ui/control/ApplicationChooserModel.h"
 #include "ui/control/ApplicationOpener.h"
-#include "ui/control/ProblemText.h"
 #include "ui/control/SourceStripsModel.h"
 #include "ui/control/VolumeModel.h"
 #include "ui/kit/menu/GumMenuModel.h"
@@ -34,6 +33,7 @@ class ControlWindowModel : public QObject {
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(bool running READ running NOTIFY runningChanged)
     Q_PROPERTY(QString problemText READ problemText NOTIFY problemTextChanged)
+    Q_PROPERTY(bool canDismissProblems READ canDismissProblems NOTIFY canDismissProblemsChanged)
     Q_PROPERTY(QString primaryCaption READ primaryCaption NOTIFY primaryCaptionChanged)
     Q_PROPERTY(QString activePresetName READ activePresetName NOTIFY activePresetNameChanged)
     Q_PROPERTY(velmora::SourceStripsModel* strips READ strips CONSTANT)
@@ -64,8 +64,9 @@ public:
 
     /// One line for each thing that is wrong; empty when all is well.
     [[nodiscard]] const QString& problemText() const { return problemText_; }
-    /// To be told by whoever watches the audio service.
-    void setAudioReachable(bool reachable);
+    /// Some of it the user may put away: what a recall or a launch left, and why a start failed.
+    [[nodiscard]] bool canDismissProblems() const { return canDismissProblems_; }
+    Q_INVOKABLE void dismissProblems();
 
     /// Name of the primary source, or the invitation to choose one.
     [[nodiscard]] const QString& primaryCaption() const { return primaryCaption_; }
@@ -100,6 +101,7 @@ public:
 Q_SIGNALS:
     void runningChanged();
     void problemTextChanged();
+    void canDismissProblemsChanged();
     void primaryCaptionChanged();
     void activePresetNameChanged();
     void visibleChanged();
@@ -122,7 +124,6 @@ private:
 
     Parts parts_;
     ApplicationOpener opener_;
-    ProblemText problems_;
     // This object is the parent of what QML sees: QML would own, and delete, what has none.
     SourceStripsModel strips_;
     VolumeModel headphones_;
@@ -134,6 +135,7 @@ private:
     // As last shown.
     bool running_ = false;
     QString problemText_;
+    bool canDismissProblems_ = false;
     QString primaryCaption_;
     QString activePresetName_;
     bool visible_ = false;

@@ -80,6 +80,8 @@ Item {
                 width: parent.width
                 visible: text !== ""
                 text: root.model.problemText
+                dismissable: root.model.canDismissProblems
+                onDismissed: root.model.dismissProblems()
             }
             PickerButton {
                 id: sourcePicker

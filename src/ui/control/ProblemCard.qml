@@ -5,6 +5,8 @@ import Velmora.Kit
 Rectangle {
     id: root
     required property string text
+    required property bool dismissable
+    signal dismissed
 
     readonly property int maximumTextHeight: 132
 
@@ -25,8 +27,8 @@ Rectangle {
     ScrollArea {
         anchors.left: mark.right
         anchors.leftMargin: 8
-        anchors.right: parent.right
-        anchors.rightMargin: 12
+        anchors.right: root.dismissable ? cross.left : parent.right
+        anchors.rightMargin: root.dismissable ? 4 : 12
         anchors.top: parent.top
         anchors.topMargin: 10
         height: root.height - 20
@@ -51,5 +53,19 @@ Rectangle {
             Accessible.name: root.text
             Accessible.readOnly: true
         }
+    }
+    GumButton {
+        id: cross
+        objectName: "dismissProblems"
+        visible: root.dismissable
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        anchors.top: parent.top
+        anchors.topMargin: 8
+        symbol: "xmark"
+        symbolSize: 9
+        color: Theme.ink60
+        name: I18n.t("Masquer")
+        onClicked: root.dismissed()
     }
 }

@@ -3,28 +3,17 @@
 #include "engine/AudioEngine.h"
 #include "platform/DefaultsStore.h"
 #include "settings/AppSettings.h"
-#include "settings/ErrorText.h"
-#include "settings/StoreProblemText.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace velmora {
-
-std::string ProblemText::text(const AudioEngine& engine,
-                              std::span<const StoreProblem> storeProblems,
-                              const AppSettings& settings) const {
-    std::string lines;
-    const auto add = [&lines](const std::string& line) {
-        lines += (lines.empty() ? "" : "\n") + line;
-    };
-    if (engine.lastError()) {
-        add(errorText(*engine.lastError(), settings));
-    }
-    for (const StoreProblem& problem : storeProblems) {
-        add(storeProblemText(problem, settings));
-    }
-    if (!audioReachable_ && engine.lastError() != AudioEngine::serviceAway) {
-        add(settings.t(AudioEngine::serviceAway));
-    }
-    return lines;
+std::string problemText(const AudioEngine& engine,
+                        std::span<const StoreProblem> storeProblems,
+                        const AppSettings& settings) {
+    auto problems = engine.problems();
+    std::ranges::transform(storeProblems, std::back_inserter(problems), problemOf);
+    return sentences(problems, [&](std::string_view french) { return settings.t(french); });
 }
 
 } // namespace velmora

@@ -10,19 +10,11 @@ class AppSettings;
 class AudioEngine;
 struct StoreProblem;
 
+/// In the user's language: what the engine lacks, then the settings file. Empty when all is well.
+///
 /// Threads: main.
-class ProblemText {
-public:
-    void setAudioReachable(bool reachable) { audioReachable_ = reachable; }
-
-    /// In the user's language: the engine's last error, the settings file, the audio service. Empty
-    /// when all is well.
-    [[nodiscard]] std::string text(const AudioEngine& engine,
-                                   std::span<const StoreProblem> storeProblems,
-                                   const AppSettings& settings) const;
-
-private:
-    bool audioReachable_ = true;
-};
+[[nodiscard]] std::string problemText(const AudioEngine& engine,
+                                      std::span<const StoreProblem> storeProblems,
+                                      const AppSettings& settings);
 
 } // namespace velmora

@@ -4,7 +4,6 @@
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
 #include "platform/LoginItem.h"
-#include "settings/ErrorText.h"
 
 #include <QVariantMap>
 #include <algorithm>
@@ -128,9 +127,12 @@ void SettingsModel::setDawInterface(const QString& tag) {
 }
 
 QString SettingsModel::dawError() const {
-    const auto& error = parts_.dawMode.lastError();
-    return dawEnabled() && error ? QString::fromStdString(errorText(*error, parts_.settings))
-                                 : QString{};
+    const auto& problem = parts_.dawMode.problem();
+    if (!dawEnabled() || !problem) {
+        return {};
+    }
+    return QString::fromStdString(
+        sentence(*problem, [this](std::string_view french) { return parts_.settings.t(french); }));
 }
 
 void SettingsModel::followSettings() {

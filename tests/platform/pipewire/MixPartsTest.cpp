@@ -64,8 +64,7 @@ TEST_F(MixParts, ComeAndGoWithoutABreakInWhatAnotherOnePlays) {
 
 TEST_F(MixParts, ThatAllStopAndStartAgainAreNoChangeOfTheDefaultOutput) {
     int told = 0;
-    const auto connection =
-        devices().defaultOutputChanged().connect([&told] { ++told; });
+    const auto connection = devices().defaultOutputChanged().connect([&told] { ++told; });
 
     for (int round = 0; round < 20; ++round) {
         const auto output = play(speakers.name);

@@ -26,8 +26,7 @@ protected:
     const RunningApplication fresh{
         .pid = 5000, .name = "Radio 2.1", .bundleID = "org.radio", .regular = true};
     std::vector<AudioSource> found;
-    std::optional<ApplicationOpener> opener{
-        std::in_place, machine.platform(), engine, sources, settings};
+    std::optional<ApplicationOpener> opener{std::in_place, machine.platform(), engine, sources};
 };
 
 TEST_F(ApplicationOpenerTest, TakesTheFirstRunningInstance) {
@@ -58,12 +57,17 @@ TEST_F(ApplicationOpenerTest, TellsWhatCouldNotBeOpened) {
     EXPECT_EQ(engine.lastError(), "Impossible de lancer Radio");
 }
 
-TEST_F(ApplicationOpenerTest, TellsItInTheUsersLanguage) {
-    settings.setLanguage("en");
+TEST_F(ApplicationOpenerTest, TellsItUntilTheApplicationJoins) {
     planLaunch({.result = std::nullopt});
     open();
+    open();
     machine.advance(2s);
-    EXPECT_EQ(engine.lastError(), "Could not launch Radio");
+    EXPECT_EQ(engine.problems().size(), 1U) << "once, however often";
+
+    engine.add(browser);
+    EXPECT_EQ(engine.problems().size(), 1U);
+    engine.add(AppSource{5001, "Radio", "org.radio"});
+    EXPECT_TRUE(engine.problems().empty());
 }
 
 TEST_F(ApplicationOpenerTest, AnApplicationThatEndedAtOnceCouldNotBeOpened) {

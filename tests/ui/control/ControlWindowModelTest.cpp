@@ -35,23 +35,24 @@ TEST_F(ControlWindowModelTest, AFailedStartLeavesTheSwitchOffAndTellsWhy) {
 
 TEST_F(ControlWindowModelTest, AProblemGoesWhenTheEngineClearsIt) {
     QSignalSpy changes(&model, &ControlWindowModel::problemTextChanged);
-    engine.setLastError("Introuvable : Radio");
+    engine.tell(ProblemOrigin::recall, {radioMissing});
     EXPECT_EQ(model.problemText(), "Introuvable : Radio");
-    engine.setLastError(std::nullopt);
+    engine.tell(ProblemOrigin::recall, {});
     EXPECT_EQ(model.problemText(), "");
     EXPECT_EQ(changes.count(), 2);
 }
 
 TEST_F(ControlWindowModelTest, ProblemsAreLinesInAFixedOrder) {
-    model.setAudioReachable(false);
     machine.defaults.report(
         {.kind = StoreProblem::Kind::full, .file = "/home/s.db", .status = -28});
-    engine.setLastError("Introuvable : Radio");
+    machine.sound.loseService();
+    machine.advance(std::chrono::milliseconds{10});
+    engine.tell(ProblemOrigin::recall, {radioMissing});
     EXPECT_EQ(model.problemText(),
               "Introuvable : Radio\n"
+              "Service audio injoignable\n"
               "Plus de place pour les réglages dans /home/s.db (err -28). "
-              "Les changements seront enregistrés quand de la place sera libérée.\n"
-              "Service audio injoignable");
+              "Les changements seront enregistrés quand de la place sera libérée.");
 }
 
 TEST_F(ControlWindowModelTest, ALaterModelShowsTheProblemsOfTheStoreToo) {
@@ -83,11 +84,38 @@ TEST_F(ControlWindowModelTest, EveryDamagedFileIsALine) {
 }
 
 TEST_F(ControlWindowModelTest, ProblemsFollowTheLanguage) {
-    model.setAudioReachable(false);
+    machine.sound.loseService();
+    machine.advance(std::chrono::milliseconds{10});
     settings.setLanguage("en");
     EXPECT_EQ(model.problemText(), "Audio service not reachable");
-    model.setAudioReachable(true);
+    machine.sound.returnService();
+    machine.advance(std::chrono::milliseconds{10});
     EXPECT_EQ(model.problemText(), "");
+}
+
+TEST_F(ControlWindowModelTest, ASourceThatIsCalledLikeAText) {
+    settings.setLanguage("en");
+    engine.tell(ProblemOrigin::launch, {{.kind = Problem::Kind::notLaunched, .subject = "Casque"}});
+    EXPECT_EQ(model.problemText(), "Could not launch Casque");
+}
+
+TEST_F(ControlWindowModelTest, WhatWasReadCanBePutAway) {
+    QSignalSpy changes(&model, &ControlWindowModel::canDismissProblemsChanged);
+    EXPECT_FALSE(model.canDismissProblems());
+    engine.tell(ProblemOrigin::recall, {radioMissing});
+    EXPECT_TRUE(model.canDismissProblems());
+    model.dismissProblems();
+    EXPECT_EQ(model.problemText(), "");
+    EXPECT_FALSE(model.canDismissProblems());
+    EXPECT_EQ(changes.count(), 2);
+}
+
+TEST_F(ControlWindowModelTest, WhatStillHoldsCannotBePutAway) {
+    machine.sound.loseService();
+    machine.advance(std::chrono::milliseconds{10});
+    EXPECT_FALSE(model.canDismissProblems());
+    model.dismissProblems();
+    EXPECT_EQ(model.problemText(), "Service audio injoignable");
 }
 
 TEST_F(ControlWindowModelTest, TheCaptionInvitesUntilThereIsAPrimarySource) {

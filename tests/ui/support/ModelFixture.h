@@ -41,7 +41,8 @@ protected:
     SourceManager sources{machine.platform()};
     AppSettings settings{machine.platform()};
     PresetStore presets{machine.defaults};
-    PresetRecall recall{machine.platform(), engine, settings};
+    PresetRecall recall{machine.platform(), engine};
+    const Problem radioMissing{.kind = Problem::Kind::notFound, .subject = "Radio"};
 };
 
 } // namespace velmora

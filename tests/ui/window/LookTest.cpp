@@ -40,7 +40,7 @@ class Look : public WindowTest {
 protected:
     void openEverything() {
         scene.mixPodcast();
-        scene.engine.setLastError("Un souci");
+        scene.engine.tell(ProblemOrigin::recall, {inWords("Un souci")});
         open();
         click("effectsButton");
         click("gainTitle");
@@ -165,7 +165,7 @@ TEST_F(Look, ChangesItsAppearanceWhole) {
 
 TEST_F(Look, ShowsWhatAMessageSaysAndReadsNothingIntoIt) {
     const QString message = "<b>Loop</b> <img src=x> &amp; co.";
-    scene.engine.setLastError(message.toStdString());
+    scene.engine.tell(ProblemOrigin::recall, {inWords(message.toStdString())});
     open();
     EXPECT_EQ(find("problemText").property("length").toInt(), int(message.size()));
     EXPECT_EQ(spokenName(find("problemText")), message);

@@ -34,9 +34,9 @@ TEST_F(RunningSwitch, StaysOffWhenTheStartFailsAndTheReasonIsShown) {
 
 TEST_F(RunningSwitch, TheReasonGoesWhenTheEngineClearsIt) {
     open();
-    scene.engine.setLastError("Premier souci\nSecond souci");
+    scene.engine.tell(ProblemOrigin::recall, {inWords("Premier souci"), inWords("Second souci")});
     EXPECT_EQ(textOf("problemText"), "Premier souci\nSecond souci");
-    scene.engine.setLastError(std::nullopt);
+    scene.engine.tell(ProblemOrigin::recall, {});
     EXPECT_FALSE(isShown("problemCard"));
 }
 
@@ -50,12 +50,31 @@ TEST_F(RunningSwitch, WorksByKeyboard) {
 
 TEST_F(RunningSwitch, ManyReasonsScroll) {
     open();
-    std::string lines = "Souci";
-    for (int i = 0; i < 30; ++i) {
-        lines += "\nSouci";
-    }
-    scene.engine.setLastError(lines);
+    scene.engine.tell(ProblemOrigin::recall, std::vector(31, inWords("Souci")));
     EXPECT_LE(find("problemCard").height(), 160);
+}
+
+TEST_F(RunningSwitch, TheReasonCanBePutAwayByMouseAndByKeyboard) {
+    open();
+    for (const bool byMouse : {true, false}) {
+        scene.engine.start(); // without a source
+        ASSERT_TRUE(isShown("problemCard"));
+        if (byMouse) {
+            click("dismissProblems");
+        } else {
+            find("dismissProblems").forceActiveFocus();
+            key(Qt::Key_Space);
+        }
+        EXPECT_FALSE(isShown("problemCard"));
+    }
+}
+
+TEST_F(RunningSwitch, AReasonThatStillHoldsCannotBePutAway) {
+    open();
+    machine.sound.loseService();
+    machine.advance(std::chrono::milliseconds{10});
+    EXPECT_TRUE(isShown("problemCard"));
+    EXPECT_FALSE(isShown("dismissProblems"));
 }
 
 } // namespace

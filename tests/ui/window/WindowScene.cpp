@@ -33,12 +33,12 @@ WindowScene::WindowScene(SimulatedPlatform& machine, AppSettings& settings)
       microphone_(machine.sound.addDevice({.uid = "mic", .name = "Microphone", .inputs = {1}})),
       interfaceInputs(DeviceChannelsSource{addInterface(machine), 3, 2, "Interface — Entrées 3-4"}),
       engine(machine.platform()), sources(machine.platform()), presets(machine.defaults),
-      recall(machine.platform(), engine, settings), model({.platform = machine.platform(),
-                                                           .engine = engine,
-                                                           .sources = sources,
-                                                           .presets = presets,
-                                                           .recall = recall,
-                                                           .settings = settings}) {
+      recall(machine.platform(), engine), model({.platform = machine.platform(),
+                                                 .engine = engine,
+                                                 .sources = sources,
+                                                 .presets = presets,
+                                                 .recall = recall,
+                                                 .settings = settings}) {
     furnish(machine);
 }
 

@@ -99,6 +99,11 @@ private:
     }
 };
 
+/// A problem that speaks for itself.
+[[nodiscard]] inline Problem inWords(std::string words) {
+    return {.kind = Problem::Kind::ownWords, .detail = std::move(words)};
+}
+
 /// Linear to decibels.
 [[nodiscard]] inline double decibels(float gain) {
     return 20 * std::log10(static_cast<double>(gain));

@@ -186,8 +186,10 @@ const State states[] = {
     {"problem",
      [](Stage& stage) {
          stage.scene.mixPodcast();
-         stage.scene.engine.setLastError(
-             "Web Browser : capture refusée (err -38)\nInterface — Entrées 3-4 : introuvable");
+         stage.scene.engine.tell(
+             ProblemOrigin::recall,
+             {{.kind = Problem::Kind::notFound, .subject = "Interface — Entrées 3-4"},
+              {.kind = Problem::Kind::tapRefused, .subject = "Web Browser", .status = -38}});
      }},
     {"many",
      [](Stage& stage) {

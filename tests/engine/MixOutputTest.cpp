@@ -1,4 +1,4 @@
-#include "engine/OutputEngine.h"
+#include "engine/MixOutput.h"
 
 #include "engine/VelmoraError.h"
 #include "engine/realtime/Limiter.h"

@@ -1,0 +1,180 @@
+#include "engine/Problem.h"
+
+#include "platform/DefaultsStore.h"
+
+#include <array>
+#include <utility>
+
+namespace velmora {
+namespace {
+
+using Kind = Problem::Kind;
+
+/// What is looked up, and what stands around it in every language.
+struct Form {
+    std::string_view before;
+    std::string_view text;
+    std::string_view after;
+};
+
+constexpr std::string_view ofSource = "{source}";
+constexpr std::string_view withStatus = " (err {status})";
+
+Form formOf(Kind kind) {
+    switch (kind) {
+    case Kind::ownWords:
+        return {ofSource, "", "{detail}"};
+    case Kind::noSource:
+        return {"", "Choisir d'abord une source", ""};
+    case Kind::noVirtualMic:
+        return {"",
+                "Micro virtuel introuvable — réinstalle Velmora (le driver a peut-être été "
+                "supprimé).",
+                ""};
+    case Kind::serviceAway:
+        return {"", "Service audio injoignable", ""};
+    case Kind::noUnit:
+        return {ofSource, "Unité audio indisponible", ""};
+    case Kind::outputNotAssigned:
+        return {"", "Impossible d'assigner la sortie", withStatus};
+    case Kind::pairMissing:
+        return {"", "Sorties {pair} indisponibles ({channels} canaux)", ""};
+    case Kind::pairNotRouted:
+        return {"", "Routage vers les sorties {pair} refusé", withStatus};
+    case Kind::outputNotStarted:
+        return {"", "Démarrage de la sortie refusé", withStatus};
+    case Kind::inputNotAssigned:
+        return {ofSource, "Impossible d'assigner l'entrée", withStatus};
+    case Kind::channelMissing:
+        return {ofSource, "Canal {first} indisponible ({channels} canaux)", ""};
+    case Kind::inputNotStarted:
+        return {ofSource, "Démarrage de l'entrée refusé", withStatus};
+    case Kind::noSoundYet:
+        return {ofSource,
+                "Cette app n'a pas encore de son — lance une lecture dedans, puis "
+                "re-sélectionne-la.",
+                ""};
+    case Kind::tapRefused:
+        return {ofSource,
+                "Création du tap refusée",
+                " (err {status}) — vérifier la permission d'enregistrement audio système"};
+    case Kind::tapDeviceRefused:
+        return {ofSource, "Création du device agrégé refusée", withStatus};
+    case Kind::tapCallbackRefused:
+        return {ofSource, "IOProc refusé", withStatus};
+    case Kind::tapNotStarted:
+        return {ofSource, "Démarrage du device agrégé refusé", withStatus};
+    case Kind::notFound:
+        return {"", "Introuvable", " : {subject}"};
+    case Kind::notLaunched:
+        return {"", "Impossible de lancer", " {subject}"};
+    case Kind::storeDamaged:
+        return {"",
+                "Le fichier des réglages {file} était endommagé. Il a été mis de côté sous {copy} "
+                "et un nouveau fichier a été commencé.",
+                ""};
+    case Kind::storeNewer:
+        return {"",
+                "Le fichier des réglages {file} vient d'une version plus récente de Velmora. "
+                "Il reste intact ; rien ne sera enregistré cette fois.",
+                ""};
+    case Kind::storeUnwritable:
+        return {"",
+                "Impossible d'écrire les réglages dans {file} (err {status}). "
+                "Les changements seront perdus à la fermeture de Velmora.",
+                ""};
+    case Kind::storeFull:
+        return {"",
+                "Plus de place pour les réglages dans {file} (err {status}). "
+                "Les changements seront enregistrés quand de la place sera libérée.",
+                ""};
+    case Kind::noDriver:
+        return {"", "Driver Velmora introuvable", ""};
+    case Kind::publicSinkRefused:
+        return {"", "Création du device DAW refusée", withStatus};
+    }
+    std::unreachable();
+}
+
+Kind kindOf(StoreProblem::Kind kind) {
+    switch (kind) {
+    case StoreProblem::Kind::damaged:
+        return Kind::storeDamaged;
+    case StoreProblem::Kind::newer:
+        return Kind::storeNewer;
+    case StoreProblem::Kind::unwritable:
+        return Kind::storeUnwritable;
+    case StoreProblem::Kind::full:
+        return Kind::storeFull;
+    }
+    std::unreachable();
+}
+
+/// "3-4". Counted without a sign, because a stored choice may name any number.
+std::string pairText(std::int64_t first) {
+    return std::to_string(first) + "-" + std::to_string(static_cast<std::uint64_t>(first) + 1);
+}
+
+std::string withInsertions(std::string_view text, const Problem& problem) {
+    const std::array<std::pair<std::string_view, std::string>, 9> insertions = {{
+        {ofSource, problem.subject.empty() ? "" : problem.subject + " : "},
+        {"{subject}", problem.subject},
+        {"{file}", problem.subject},
+        {"{detail}", problem.detail},
+        {"{copy}", problem.detail},
+        {"{status}", std::to_string(problem.status)},
+        {"{pair}", pairText(problem.first)},
+        {"{first}", std::to_string(problem.first)},
+        {"{channels}", std::to_string(problem.channels)},
+    }};
+    std::string result;
+    while (!text.empty()) {
+        std::string_view consumed = text.substr(0, 1);
+        std::string_view added = consumed;
+        for (const auto& [placeholder, value] : insertions) {
+            if (text.starts_with(placeholder)) {
+                consumed = placeholder;
+                added = value;
+            }
+        }
+        result += added;
+        text.remove_prefix(consumed.size());
+    }
+    return result;
+}
+
+} // namespace
+
+Problem problemOf(const StoreProblem& problem) {
+    return {.kind = kindOf(problem.kind),
+            .subject = problem.file,
+            .detail = problem.setAside,
+            .status = problem.status};
+}
+
+std::string sentence(const Problem& problem, const Translation& translation) {
+    const Form form = formOf(problem.kind);
+    return withInsertions(
+        std::string(form.before) + translation(form.text) + std::string(form.after), problem);
+}
+
+std::string frenchSentence(const Problem& problem) {
+    return sentence(problem, [](std::string_view french) { return std::string(french); });
+}
+
+std::string sentences(std::span<const Problem> problems, const Translation& translation) {
+    std::string lines;
+    bool isListing = false;
+    for (const Problem& problem : problems) {
+        const bool isMissing = problem.kind == Kind::notFound;
+        if (isMissing && isListing) {
+            lines += ", " + problem.subject;
+        } else {
+            lines += (lines.empty() ? "" : "\n") + sentence(problem, translation);
+        }
+        isListing = isMissing;
+    }
+    return lines;
+}
+
+} // namespace velmora

@@ -30,12 +30,26 @@ DAWModeManager::DAWModeManager(const Platform& platform)
         build();
         build();
     }
+    deviceConnection_ = platform.devices.changed().connect([this] { onDeviceChange(); });
+}
+
+void DAWModeManager::onDeviceChange() {
+    if (!membersAreThere()) {
+        isRefused_ = false;
+    } else if (enabled_ && !isRefused_ && !findDevice(platform_.devices, sinkUID)) {
+        build();
+        changed_.emit();
+    }
 }
 
 std::optional<std::string> DAWModeManager::microphoneUID() const {
     return findVirtualMicDevice(platform_.devices).and_then([this](AudioObjectID microphone) {
         return deviceUID(platform_.devices, microphone);
     });
+}
+
+bool DAWModeManager::membersAreThere() const {
+    return findDevice(platform_.devices, interfaceUID_.value_or("")) && microphoneUID();
 }
 
 void DAWModeManager::setEnabled(bool enabled) {
@@ -101,6 +115,7 @@ void DAWModeManager::build() {
                                               .uid = sinkUID,
                                               .masterUID = *interfaceUID_,
                                               .followerUID = *microphone});
+    isRefused_ = !made && membersAreThere();
     if (!made) {
         problem_ = {.kind = Problem::Kind::publicSinkRefused, .status = made.error()};
         return;

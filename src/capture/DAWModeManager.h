@@ -16,8 +16,9 @@ namespace velmora {
 ///
 /// Whether the mode is on, and with which interface, is kept under "dawMode.enabled" and
 /// "dawMode.interfaceUID". The device is public and outlives the program; the next start, or the
-/// next build, finds it by its fixed UID and replaces it. The engine's own captures and outputs
-/// are not concerned.
+/// next build, finds it by its fixed UID and replaces it. While the mode is on, the device is built
+/// as soon as both its members are there and it is not: after a login, a replug, a restart of the
+/// audio service. The engine's own captures and outputs are not concerned.
 ///
 /// Threads: main. Real-time: no.
 /// Errors: never throws; a failed build is told by `problem()`.
@@ -54,12 +55,14 @@ public:
     /// and the virtual microphone. Builds nothing while no interface is chosen.
     void create();
 
-    /// Told after each operation, when it is complete.
+    /// Told after each operation, when it is complete, and when a device came that was waited for.
     [[nodiscard]] Signal& changed() { return changed_; }
 
 private:
     void chooseDefaultOutput();
+    void onDeviceChange();
     [[nodiscard]] std::optional<std::string> microphoneUID() const;
+    [[nodiscard]] bool membersAreThere() const;
     void build();
     void remove();
 
@@ -68,7 +71,9 @@ private:
     std::optional<std::string> interfaceUID_;
     std::optional<Problem> problem_;
     AudioObjectID aggregateID_ = 0;
+    bool isRefused_ = false; ///< although both members were there
     Signal changed_;
+    Signal::Connection deviceConnection_;
 };
 
 } // namespace velmora

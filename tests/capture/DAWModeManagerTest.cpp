@@ -317,5 +317,104 @@ TEST_F(DAWModeManagerTest, TellsObserversOnceWhenAnOperationIsComplete) {
     EXPECT_THAT(built, ElementsAre(true, false, false));
 }
 
+// -- members that come late --
+
+class LateDAWMode : public DAWModeManagerTest {
+protected:
+    LateDAWMode() {
+        keep(true, "studio");
+        machine.sound.removeDevice(microphone);
+    }
+    void settle() { machine.advance(std::chrono::milliseconds{10}); }
+};
+
+TEST_F(LateDAWMode, IsBuiltAsSoonAsBothMembersAreThere) {
+    DAWModeManager manager(machine.platform());
+    EXPECT_EQ(manager.lastError(), "Driver Velmora introuvable");
+
+    addInterface("studio");
+    settle();
+    EXPECT_EQ(builds(), 0U);
+    int told = 0;
+    const auto connection = manager.changed().connect([&] { ++told; });
+    machine.addVirtualMic();
+    settle();
+
+    EXPECT_EQ(builds(), 1U);
+    EXPECT_EQ(manager.lastError(), std::nullopt);
+    EXPECT_EQ(manager.aggregateID(), aggregate());
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(LateDAWMode, IsBuiltAgainWhenTheServiceComesBackWithoutIt) {
+    machine.addVirtualMic();
+    const AudioObjectID studio = addInterface("studio");
+    DAWModeManager manager(machine.platform());
+    const auto before = builds();
+    machine.sound.loseService();
+    machine.sound.removeDevice(manager.aggregateID());
+    machine.sound.removeDevice(studio);
+    settle();
+
+    machine.sound.returnService();
+    settle();
+    EXPECT_EQ(builds(), before);
+    addInterface("studio");
+    settle();
+
+    EXPECT_EQ(builds(), before + 1);
+    EXPECT_TRUE(aggregate());
+}
+
+TEST_F(LateDAWMode, StaysAsItIsWhileItsInterfaceIsPluggedAnew) {
+    machine.addVirtualMic();
+    const AudioObjectID studio = addInterface("studio");
+    DAWModeManager manager(machine.platform());
+    const auto before = builds();
+
+    machine.sound.removeDevice(studio);
+    settle();
+    addInterface("studio");
+    settle();
+
+    EXPECT_EQ(builds(), before);
+    EXPECT_TRUE(aggregate());
+}
+
+TEST_F(LateDAWMode, IsNotTriedAgainAndAgainWhereItIsRefused) {
+    DAWModeManager manager(machine.platform());
+    machine.sound.refuse(Operation::createSink, -5);
+    const AudioObjectID studio = addInterface("studio");
+    machine.addVirtualMic();
+    settle();
+    ASSERT_EQ(manager.lastError(), "Création du device DAW refusée (err -5)");
+    const auto attempts = machine.sound.refusalsGiven(Operation::createSink);
+
+    for (int other = 0; other < 5; ++other) {
+        addInterface("other" + std::to_string(other));
+        settle();
+    }
+    EXPECT_EQ(machine.sound.refusalsGiven(Operation::createSink), attempts);
+
+    machine.sound.allow(Operation::createSink);
+    machine.sound.removeDevice(studio); // plugged anew
+    settle();
+    addInterface("studio");
+    settle();
+    EXPECT_EQ(manager.lastError(), std::nullopt);
+    EXPECT_TRUE(aggregate());
+}
+
+TEST_F(LateDAWMode, IsLeftAloneOnceTheModeIsOff) {
+    DAWModeManager manager(machine.platform());
+    manager.setEnabled(false);
+
+    addInterface("studio");
+    machine.addVirtualMic();
+    settle();
+
+    EXPECT_EQ(builds(), 0U);
+}
+
 } // namespace
 } // namespace velmora

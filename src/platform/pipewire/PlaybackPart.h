@@ -20,8 +20,6 @@ public:
                                                                       RenderCallback render);
 
     [[nodiscard]] const MixPart& part() const { return *part_; }
-    /// As `MixPart::isAlive`.
-    [[nodiscard]] bool isAlive() const noexcept { return part_->isAlive(); }
 
 private:
     explicit PlaybackPart(RenderCallback render);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 namespace velmora::pipewire {
+
 RecordingPart::RecordingPart(std::uint32_t channels, ReceiveCallback receive)
     : receive_(std::move(receive)), blocks_(channels), handed_(channels), fades_(channels),
       silence_(static_cast<std::size_t>(largestBlockFrames)) {

@@ -20,8 +20,6 @@ public:
     open(std::shared_ptr<MixNode> node, std::uint32_t channels, ReceiveCallback receive);
 
     [[nodiscard]] const MixPart& part() const { return *part_; }
-    /// As `MixPart::isAlive`.
-    [[nodiscard]] bool isAlive() const noexcept { return part_->isAlive(); }
 
 private:
     RecordingPart(std::uint32_t channels, ReceiveCallback receive);

@@ -101,7 +101,6 @@ void Session::connect() {
         return;
     }
     socketWatch_.reset();
-    ++state_.epoch;
 }
 
 void Session::connectLater() {
@@ -161,7 +160,7 @@ void Session::pass() {
         connectLater();
     }
     followNode();
-    passManager();
+    passManagerLoss();
     readConfiguredRate();
     state_.processes.update(state_.graph);
     askForApplications();
@@ -187,11 +186,11 @@ void Session::askForApplications() {
     }
 }
 
-StatusOr<std::shared_ptr<MixNode>> Session::takeMixNode(std::uint32_t blockFrames, double rateHz) {
+StatusOr<std::shared_ptr<MixNode>> Session::takeMixNode(const Wish& wish) {
     const std::string newName =
         change([](SessionState& state) { return state.newNodeName("mix"); });
     auto node = mixNodes_.take(
-        {.name = newName, .blockFrames = blockFrames, .rateHz = rateHz, .died = [this] {
+        {.name = newName, .blockFrames = wish.blockFrames, .rateHz = wish.rateHz, .died = [this] {
              pass_.request();
          }});
     if (node && (*node)->name() == newName) {
@@ -311,13 +310,13 @@ void Session::passVirtualMicrophone() {
     isMicrophoneSeen_ = isKnown;
 }
 
-void Session::passManager() {
+void Session::passManagerLoss() {
     if (std::exchange(isManagerLost_, false)) {
         defaultOutput_.lose();
         for (const auto& [tap, sink] : muteSinks_) {
             sink->forgetTargets();
         }
-        told_.isAvailable = false;
+        told_.isAvailable = false; // also when it is back already
     }
 }
 
@@ -378,11 +377,6 @@ std::string Session::problem() const {
         return "PipeWire does not answer (err " + std::to_string(lastStatus_) + ")";
     }
     return isAvailableLocked() ? "" : "PipeWire's session manager does not answer";
-}
-
-double Session::rateHz() const {
-    const Loop::Lock lock(loop_);
-    return state_.rate.hz();
 }
 
 std::optional<std::string> Session::defaultOutputUID() const {

@@ -47,7 +47,6 @@ struct SessionState {
     std::map<AudioObjectID, AudioObjectID> mutes;       ///< tap to the process that it silences
     std::map<AudioObjectID, std::uint32_t> blockFrames; ///< asked for, per device
     bool wantsVirtualMicrophone{};
-    std::uint32_t epoch{}; ///< counts connections; what was made under another one is dead
 
     explicit SessionState(std::int32_t ownPid) : processes(ids, ownPid) {}
 
@@ -69,7 +68,7 @@ class Session {
 public:
     struct Events {
         std::function<void(std::set<std::int32_t> pids)> unknownApplications;
-        // The others are not told before `waitForListing` has returned, and in this order.
+        // These are not told before `waitForListing` has returned, and in this order.
         std::function<void()> defaultOutputChanged;
         /// The service, a device or its channels, an application's process object or the rate is
         /// another one, or parts of the mix have died. Told once for all that is seen at a time.
@@ -87,8 +86,6 @@ public:
     /// True while daemon and session manager answer.
     [[nodiscard]] bool isAvailable() const;
     [[nodiscard]] std::string problem() const;
-    /// Of the graph, now.
-    [[nodiscard]] double rateHz() const;
 
     /// Reads the state. Giving a device its number for the first time counts as reading.
     template <typename Function>
@@ -105,19 +102,25 @@ public:
         return function(state_);
     }
 
-    /// Opens one more part of the mix: `Part::open`, with the rest of the arguments.
+    /// What a part asks of the graph's cycle.
+    struct Wish {
+        std::uint32_t blockFrames{usualBlockFrames}; ///< at `rateHz`; the smallest wish counts
+        double rateHz{};
+    };
+
+    /// Opens one more part of the mix: `Part::open`, with `arguments`.
     /// Errors: the status; nothing is left open.
-    /// @param blockFrames  wanted per cycle, at `rateHz`
     template <typename Part, typename... Arguments>
-    [[nodiscard]] StatusOr<std::unique_ptr<Part>>
-    openPart(std::uint32_t blockFrames, double rateHz, Arguments&&... arguments) {
-        auto node = takeMixNode(blockFrames, rateHz);
+    [[nodiscard]] StatusOr<std::unique_ptr<Part>> openPart(const Wish& wish,
+                                                           Arguments&&... arguments) {
+        auto node = takeMixNode(wish);
         if (!node) {
             return std::unexpected(node.error());
         }
         return Part::open(*std::move(node), std::forward<Arguments>(arguments)...);
     }
 
+    /// Keeps a part connected; one whose node is dead is not.
     [[nodiscard]] RouteId addRoute(PartRoute route);
     /// Takes the links away; then the ports can serve another part of `node`.
     void endRoute(RouteId id, std::weak_ptr<MixNode> node);
@@ -132,8 +135,7 @@ public:
     Status destroyAggregate(const std::string& uid);
 
 private:
-    [[nodiscard]] StatusOr<std::shared_ptr<MixNode>> takeMixNode(std::uint32_t blockFrames,
-                                                                 double rateHz);
+    [[nodiscard]] StatusOr<std::shared_ptr<MixNode>> takeMixNode(const Wish& wish);
     void connect();
     void connectLater();
     void onLost();
@@ -151,7 +153,7 @@ private:
     void passLinks();
     void passMutes();
     void passVirtualMicrophone();
-    void passManager();
+    void passManagerLoss();
     void passDefaultOutput();
     [[nodiscard]] bool isAvailableLocked() const;
     [[nodiscard]] Surroundings surroundings() const;

@@ -43,8 +43,10 @@ std::expected<std::unique_ptr<Tap>, TapRefusal> Tap::open(Session& session,
     if (!setup) {
         return std::unexpected(setup.error());
     }
-    std::unique_ptr<Tap> tap(new Tap(session, *setup));
-    if (const Status status = tap->start(process, std::move(callback)); status != statusOk) {
+    std::unique_ptr<Tap> tap(new Tap(session, setup->mute));
+    const Status status = tap->part_.start(
+        setup->wish, TapRoute{.process = process}, setup->scale, std::move(callback));
+    if (status != statusOk) {
         return refusal(TapRefusal::Step::start, status);
     }
     return tap;
@@ -64,33 +66,18 @@ std::expected<Tap::Setup, TapRefusal> Tap::setUp(SessionState& state,
     if (!hasCallback) {
         return refusal(TapRefusal::Step::callback, -EINVAL);
     }
-    const Setup setup{
-        .id = state.ids.next(), .scale = mixdownScale(state.graph), .rateHz = state.rate.hz()};
+    const Setup setup{.mute = state.ids.next(),
+                      .scale = mixdownScale(state.graph),
+                      .wish = {.rateHz = state.rate.hz()}};
     if (isMuting) {
-        state.mutes[setup.id] = process;
+        state.mutes[setup.mute] = process;
     }
     return setup;
 }
 
-Status Tap::start(AudioObjectID process, TapCallback callback) {
-    auto part = session_.openPart<TapPart>(
-        usualBlockFrames, setup_.rateHz, setup_.scale, std::move(callback));
-    if (!part) {
-        return part.error();
-    }
-    part_ = *std::move(part);
-    route_.emplace(session_, part_->part(), TapRoute{.process = process});
-    return statusOk;
-}
-
 Tap::~Tap() {
-    route_.reset();
-    part_.reset();
-    session_.change([this](SessionState& state) { state.mutes.erase(setup_.id); });
-}
-
-bool Tap::isAlive() const {
-    return part_->isAlive();
+    part_.stop();
+    session_.change([this](SessionState& state) { state.mutes.erase(mute_); });
 }
 
 } // namespace velmora::pipewire

@@ -2,13 +2,12 @@
 #pragma once
 
 #include "platform/ApplicationTaps.h"
-#include "platform/pipewire/RouteHold.h"
+#include "platform/pipewire/RunningPart.h"
 #include "platform/pipewire/Session.h"
 #include "platform/pipewire/TapPart.h"
 
 #include <expected>
 #include <memory>
-#include <optional>
 
 namespace velmora::pipewire {
 
@@ -22,23 +21,21 @@ public:
     Tap(const Tap&) = delete;
     Tap& operator=(const Tap&) = delete;
 
-    [[nodiscard]] bool isAlive() const override;
+    [[nodiscard]] bool isAlive() const override { return part_.isAlive(); }
 
 private:
     struct Setup {
-        AudioObjectID id{}; ///< names the mute
-        float scale{1.0F};  ///< linear, of the mixdown
-        double rateHz{};
+        AudioObjectID mute{};
+        float scale{1.0F}; ///< linear, of the mixdown
+        Session::Wish wish;
     };
-    Tap(Session& session, const Setup& setup) : session_(session), setup_(setup) {}
+    Tap(Session& session, AudioObjectID mute) : session_(session), mute_(mute), part_(session) {}
     [[nodiscard]] static std::expected<Setup, TapRefusal>
     setUp(SessionState& state, AudioObjectID process, ApplicationTaps::Mute mute, bool hasCallback);
-    Status start(AudioObjectID process, TapCallback callback);
 
     Session& session_;
-    Setup setup_;
-    std::optional<RouteHold> route_;
-    std::unique_ptr<TapPart> part_;
+    AudioObjectID mute_; // names it; there need not be one
+    RunningPart<TapPart> part_;
 };
 
 } // namespace velmora::pipewire

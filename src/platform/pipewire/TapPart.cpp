@@ -5,6 +5,7 @@
 #include <algorithm>
 
 namespace velmora::pipewire {
+
 TapPart::TapPart(float scale, TapCallback callback)
     : scale_(scale), callback_(std::move(callback)),
       interleaved_(2 * static_cast<std::size_t>(largestBlockFrames)),

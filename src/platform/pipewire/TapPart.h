@@ -20,8 +20,6 @@ public:
     open(std::shared_ptr<MixNode> node, float scale, TapCallback callback);
 
     [[nodiscard]] const MixPart& part() const { return *part_; }
-    /// As `MixPart::isAlive`.
-    [[nodiscard]] bool isAlive() const noexcept { return part_->isAlive(); }
 
 private:
     using Inputs = std::array<const float*, tapInputCount>; // null while nothing is linked

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/pipewire/PlaybackPart.h"
-#include "platform/pipewire/RouteHold.h"
+#include "platform/pipewire/RunningPart.h"
 #include "platform/pipewire/Session.h"
 #include "support/ClientPrograms.h"
 #include "support/SessionTest.h"
@@ -10,7 +10,6 @@
 
 #include <atomic>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -28,24 +27,20 @@ public:
 /// An output of the mix, and how often it was called.
 class CalledPart {
 public:
-    CalledPart(pipewire::Session& backend, const std::string& device) {
-        auto opened = backend.openPart<pipewire::PlaybackPart>(
-            pipewire::usualBlockFrames,
-            48000,
-            [calls = calls_](std::int64_t, std::span<float* const>) { ++*calls; });
-        EXPECT_TRUE(opened.has_value());
-        part_ = *std::move(opened);
-        route_.emplace(
-            backend, part_->part(), pipewire::PlaybackRoute{.deviceUID = device, .map = {0, 1}});
+    CalledPart(pipewire::Session& backend, const std::string& device) : part_(backend) {
+        EXPECT_EQ(
+            part_.start({.rateHz = 48000},
+                        pipewire::PlaybackRoute{.deviceUID = device, .map = {0, 1}},
+                        [calls = calls_](std::int64_t, std::span<float* const>) { ++*calls; }),
+            statusOk);
     }
 
-    [[nodiscard]] bool isAlive() const { return part_->isAlive(); }
+    [[nodiscard]] bool isAlive() const { return part_.isAlive(); }
     [[nodiscard]] int calls() const { return *calls_; }
 
 private:
     std::shared_ptr<std::atomic<int>> calls_ = std::make_shared<std::atomic<int>>(0);
-    std::unique_ptr<pipewire::PlaybackPart> part_;
-    std::optional<pipewire::RouteHold> route_;
+    pipewire::RunningPart<pipewire::PlaybackPart> part_;
 };
 
 /// The control side by itself, and what it tells.

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/Status.h"
-#include "platform/pipewire/MixPart.h"
 #include "platform/pipewire/Session.h"
+#include "platform/pipewire/node/MixPart.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "platform/pipewire/Session.h"
 
-#include "platform/pipewire/VirtualMicrophone.h"
+#include "platform/pipewire/keep/VirtualMicrophone.h"
 
 #include <algorithm>
 #include <cerrno>

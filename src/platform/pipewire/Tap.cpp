@@ -1,6 +1,6 @@
 #include "platform/pipewire/Tap.h"
 
-#include "platform/pipewire/Devices.h"
+#include "platform/pipewire/view/Devices.h"
 
 #include <algorithm>
 #include <cerrno>

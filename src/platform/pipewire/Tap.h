@@ -4,7 +4,7 @@
 #include "platform/ApplicationTaps.h"
 #include "platform/pipewire/RunningPart.h"
 #include "platform/pipewire/Session.h"
-#include "platform/pipewire/TapPart.h"
+#include "platform/pipewire/node/TapPart.h"
 
 #include <expected>
 #include <memory>

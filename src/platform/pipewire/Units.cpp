@@ -1,8 +1,8 @@
 #include "platform/pipewire/Units.h"
 
-#include "platform/pipewire/PlaybackPart.h"
-#include "platform/pipewire/RecordingPart.h"
 #include "platform/pipewire/RunningPart.h"
+#include "platform/pipewire/node/PlaybackPart.h"
+#include "platform/pipewire/node/RecordingPart.h"
 
 #include <algorithm>
 #include <cerrno>

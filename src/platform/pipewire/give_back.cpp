@@ -1,7 +1,7 @@
 // velmora-give-back: waits for the mixer's end and, when that was killed, gives the applications
 // that it had muted back to their speakers. Started by the mixer itself.
 
-#include "platform/pipewire/LastWill.h"
+#include "platform/pipewire/keep/LastWill.h"
 
 #include <iostream>
 

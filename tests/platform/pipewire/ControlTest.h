@@ -1,9 +1,9 @@
 // ControlTest.h: the backend's control side on a private session, without the mixer's interfaces.
 #pragma once
 
-#include "platform/pipewire/PlaybackPart.h"
 #include "platform/pipewire/RunningPart.h"
 #include "platform/pipewire/Session.h"
+#include "platform/pipewire/node/PlaybackPart.h"
 #include "support/ClientPrograms.h"
 #include "support/SessionTest.h"
 #include "support/Wait.h"

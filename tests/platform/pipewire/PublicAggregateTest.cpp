@@ -2,7 +2,7 @@
 
 #include "BackendTest.h"
 
-#include "platform/pipewire/Devices.h"
+#include "platform/pipewire/view/Devices.h"
 
 namespace velmora {
 namespace {

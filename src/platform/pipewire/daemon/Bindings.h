@@ -1,0 +1,45 @@
+// Bindings.h: objects of the daemon whose details we follow.
+#pragma once
+
+#include "platform/pipewire/daemon/Connection.h"
+#include "platform/pipewire/daemon/Handles.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace velmora::pipewire {
+
+using Changed = std::function<void()>;
+
+/// Follows a node's properties, state and material. Loop: locked.
+[[nodiscard]] std::unique_ptr<Binding>
+bindNode(pw_registry* registry, GlobalId id, Serial serial, Graph& graph, Changed changed);
+
+/// Follows a client's properties. Loop: locked.
+[[nodiscard]] std::unique_ptr<Binding>
+bindClient(pw_registry* registry, GlobalId id, Serial serial, Graph& graph, Changed changed);
+
+/// Follows a metadata object.
+class MetadataBinding : public Binding {
+public:
+    /// What requests are made on.
+    [[nodiscard]] virtual pw_proxy* proxy() const = 0;
+    /// Puts all that was collected in the place of what the graph had, and follows from now on.
+    virtual void publish() = 0;
+};
+
+enum class MetadataStart {
+    following, ///< every entry goes to the graph as it comes
+    collecting ///< entries are kept until `publish`
+};
+
+/// Loop: locked.
+[[nodiscard]] std::unique_ptr<MetadataBinding> bindMetadata(pw_registry* registry,
+                                                            GlobalId id,
+                                                            const std::string& name,
+                                                            MetadataStart start,
+                                                            Graph& graph,
+                                                            Changed changed);
+
+} // namespace velmora::pipewire

@@ -1,0 +1,56 @@
+// AggregateSink.h: a public device that plays into several others at once.
+#pragma once
+
+#include "platform/pipewire/daemon/Connection.h"
+#include "platform/pipewire/daemon/Handles.h"
+#include "platform/pipewire/keep/LinkSet.h"
+#include "platform/pipewire/view/Graph.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmora::pipewire {
+
+struct PublicAggregate {
+    std::string uid;
+    std::string name;
+    std::vector<std::string> members; ///< UIDs of the devices that it plays into
+};
+
+/// Keeps the aggregate's sink, and its links to the members, in being.
+///
+/// Sink and links outlive this program: they are left to the daemon. A member that returns, and a
+/// restarted daemon, get them again as long as this object lives. The hardware member becomes the
+/// clock by its driver priority and the others follow it, so that no drift arises.
+///
+/// Threads: needs the control loop's lock.
+class AggregateSink {
+public:
+    /// @param changed  as `LinkSet`
+    AggregateSink(Connection& connection,
+                  const Graph& graph,
+                  PublicAggregate aggregate,
+                  std::function<void()> changed);
+
+    /// To be called after every change of the graph. Returns when to come again, if anything is
+    /// still missing.
+    std::optional<LinkSet::Clock::time_point> follow(LinkSet::Clock::time_point now);
+
+    /// True once it plays into every member that is there.
+    [[nodiscard]] bool isComplete() const;
+
+private:
+    void makeSink();
+    /// Empty while the sink or the member has no ports.
+    [[nodiscard]] std::vector<WantedLink> linksTo(const Node& member) const;
+
+    Connection& connection_;
+    const Graph& graph_;
+    PublicAggregate aggregate_;
+    ProxyHandle sink_;
+    LinkSet links_;
+};
+
+} // namespace velmora::pipewire

@@ -1,0 +1,138 @@
+#include "platform/pipewire/keep/LastWill.h"
+
+#include "platform/pipewire/daemon/Connection.h"
+#include "platform/pipewire/daemon/Loop.h"
+
+#include <array>
+#include <chrono>
+#include <filesystem>
+#include <istream>
+#include <sstream>
+#include <utility>
+
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace velmora::pipewire {
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+constexpr const char* programPath = "libexec/velmora/velmora-give-back";
+constexpr int levelsAbove = 3; // an installed program has it one above its own folder
+
+constexpr const char* addWord = "add";
+constexpr const char* removeWord = "remove";
+
+/// How long the sound server may take to list what there is, and to take what we tell it.
+constexpr auto answerExpectedWithin = 2s;
+
+/// Empty when it is not there.
+fs::path findProgram() {
+    std::error_code unreadable;
+    fs::path folder = fs::read_symlink("/proc/self/exe", unreadable).parent_path();
+    for (int level = 0; level <= levelsAbove; ++level, folder = folder.parent_path()) {
+        if (fs::exists(folder / programPath, unreadable)) {
+            return folder / programPath;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+LastWill::~LastWill() {
+    if (process_ != 0) {
+        ::close(channel_);
+        ::waitpid(process_, nullptr, 0);
+    }
+}
+
+void LastWill::add(const MutedStream& muted) {
+    if (!std::exchange(isTried_, true)) {
+        start();
+    }
+    std::ostringstream line;
+    line << addWord << ' ' << muted << '\n';
+    tell(line.str());
+}
+
+void LastWill::remove(Serial stream) {
+    tell(std::string(removeWord) + ' ' + std::to_string(stream) + '\n');
+}
+
+void LastWill::start() {
+    const fs::path program = findProgram();
+    std::array<int, 2> ends{};
+    if (program.empty() || ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+        return;
+    }
+    posix_spawn_file_actions_t files{};
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_adddup2(&files, ends[1], STDIN_FILENO);
+    posix_spawnattr_t attributes{};
+    posix_spawnattr_init(&attributes);
+    // What a terminal sends to us is not meant for it.
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    std::string name = program.filename();
+    std::array<char*, 2> arguments{name.data(), nullptr};
+    pid_t process = 0;
+    const int error =
+        ::posix_spawn(&process, program.c_str(), &files, &attributes, arguments.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&files);
+    ::close(ends[1]);
+    if (error != 0) {
+        ::close(ends[0]);
+        return;
+    }
+    process_ = process;
+    channel_ = ends[0];
+}
+
+void LastWill::tell(const std::string& line) const {
+    if (process_ != 0) {
+        // It may have been ended by somebody; then there is nobody to tell.
+        static_cast<void>(::send(channel_, line.data(), line.size(), MSG_NOSIGNAL));
+    }
+}
+
+std::map<Serial, MutedStream> readLastWill(std::istream& input) {
+    std::map<Serial, MutedStream> list;
+    for (std::string word; input >> word;) {
+        if (MutedStream muted; word == addWord && input >> muted) {
+            list[muted.stream] = muted;
+        } else if (Serial stream{}; word == removeWord && input >> stream) {
+            list.erase(stream);
+        }
+    }
+    return list;
+}
+
+bool executeLastWill(const std::map<Serial, MutedStream>& list) {
+    Loop loop("velmora-give-back");
+    Graph graph;
+    const auto look = [&loop] { loop.notify(); };
+    Connection connection(
+        loop.get(),
+        graph,
+        {.changed = look, .clientCame = [] {}, .managerLost = look, .lost = look});
+    bool isDone = false;
+    if (connection.open() == statusOk && loop.start()) {
+        Loop::Lock lock(loop);
+        isDone = lock.wait(answerExpectedWithin, [&] { return connection.isListed(); });
+        for (const auto& [stream, muted] : list) {
+            giveBack(connection, graph, muted);
+        }
+        connection.startRoundTrip();
+        isDone = isDone && lock.wait(answerExpectedWithin, [&] { return connection.isListed(); });
+    }
+    loop.stop();
+    connection.close();
+    return isDone;
+}
+
+} // namespace velmora::pipewire

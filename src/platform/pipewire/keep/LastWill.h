@@ -1,0 +1,48 @@
+// LastWill.h: gives muted streams back even when this program is killed.
+#pragma once
+
+#include "platform/pipewire/keep/MutedStream.h"
+
+#include <iosfwd>
+#include <map>
+#include <string>
+
+#include <sys/types.h>
+
+namespace velmora::pipewire {
+
+/// A sink of ours goes with our connection, but the entry that sent a stream there stays until the
+/// stream ends, and nobody removes it for a program that was killed. So a small process of ours
+/// keeps the list of such streams; when we end without having taken them back, it does.
+///
+/// The process starts with the first stream and ends with this object. Where its program is missing
+/// or cannot be started, nothing is kept.
+///
+/// Threads: needs the control loop's lock. Blocks shortly: the list is a few hundred bytes, and the
+/// end of a process that has nothing to do is waited for.
+class LastWill {
+public:
+    LastWill() = default;
+    ~LastWill();
+    LastWill(const LastWill&) = delete;
+    LastWill& operator=(const LastWill&) = delete;
+
+    void add(const MutedStream& muted);
+    void remove(Serial stream);
+
+private:
+    void start();
+    void tell(const std::string& line) const;
+
+    bool isTried_ = false;
+    int channel_ = -1; // our end of a socket pair
+    pid_t process_ = 0;
+};
+
+/// What is still on the list when its writer has gone. For the other process.
+[[nodiscard]] std::map<Serial, MutedStream> readLastWill(std::istream& input);
+/// Gives all of it back. Returns whether the sound server has taken it; blocks for some seconds
+/// when it does not answer. Threads: any, after `pw_init`.
+bool executeLastWill(const std::map<Serial, MutedStream>& list);
+
+} // namespace velmora::pipewire

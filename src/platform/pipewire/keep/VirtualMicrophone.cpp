@@ -1,0 +1,59 @@
+#include "platform/pipewire/keep/VirtualMicrophone.h"
+
+#include "platform/pipewire/view/Devices.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+namespace velmora::pipewire {
+namespace {
+
+constexpr std::string_view microphoneWord = "velmora";
+constexpr std::string_view microphoneNode = "velmora.mic"; // as in the packaged fragment
+
+bool hasMicrophoneWord(std::string_view name) {
+    const auto found = std::ranges::search(name, microphoneWord, [](char one, char two) {
+        return std::tolower(static_cast<unsigned char>(one)) == two;
+    });
+    return !found.empty();
+}
+
+bool isMicrophone(const Node& node) {
+    const bool isDevice =
+        node.mediaClass.starts_with("Audio/") && node.mediaClass != "Audio/Sink/Internal";
+    return node.name == microphoneNode ||
+           (isDevice && node.name != dawDeviceUID && hasMicrophoneWord(node.description));
+}
+
+} // namespace
+
+bool knowsVirtualMicrophone(const Graph& graph) {
+    return std::ranges::any_of(graph.nodes(),
+                               [](const auto& entry) { return isMicrophone(entry.second); });
+}
+
+bool hasVirtualMicrophone(const Graph& graph) {
+    return std::ranges::any_of(listDevices(graph), [](const Device& device) {
+        return device.uid != dawDeviceUID && device.outputs > 0 && hasMicrophoneWord(device.name);
+    });
+}
+
+ProxyHandle createVirtualMicrophone(Connection& connection) {
+    return connection.create("adapter",
+                             PW_TYPE_INTERFACE_Node,
+                             PW_VERSION_NODE,
+                             {{"factory.name", "support.null-audio-sink"},
+                              {"media.class", "Audio/Source/Virtual"},
+                              {"node.name", std::string(microphoneNode)},
+                              {"node.description", "Velmora Microphone"},
+                              {"audio.position", "[FL,FR]"},
+                              {"node.virtual", "true"},
+                              // As the clock it would add a block of delay to everything.
+                              {"priority.driver", "1"},
+                              // Never the default microphone by itself.
+                              {"priority.session", "1"},
+                              {"object.linger", "true"}});
+}
+
+} // namespace velmora::pipewire

@@ -1,0 +1,220 @@
+#include "platform/pipewire/view/ProcessDirectory.h"
+
+#include "GraphBuilder.h"
+
+#include <gmock/gmock.h>
+
+namespace velmora::pipewire {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::int32_t ownPid = 1000;
+
+class ProcessDirectoryTest : public testing::Test {
+protected:
+    Serial addClient(std::int32_t pid) {
+        return builder.addClient({{"pipewire.sec.pid", std::to_string(pid)}});
+    }
+    void update() { directory.update(builder.graph); }
+    /// Every process leads itself unless resolved otherwise before.
+    void resolveAll() {
+        update();
+        for (const std::int32_t pid : directory.unresolvedPids()) {
+            directory.resolve(pid, {.pid = pid, .start = started});
+        }
+        update();
+    }
+    std::vector<Serial> streamsOf(std::int32_t leader) {
+        return directory.streams(directory.objectOf(leader));
+    }
+
+    GraphBuilder builder;
+    std::uint64_t started = 1; // when every process started
+    ObjectIds ids;
+    ProcessDirectory directory{ids, ownPid};
+};
+
+TEST_F(ProcessDirectoryTest, HasNoObjectForAClientThatNeverPlayed) {
+    addClient(4312);
+
+    resolveAll();
+
+    EXPECT_THAT(directory.objects(), IsEmpty());
+    EXPECT_EQ(directory.objectOf(4312), 0U);
+}
+
+TEST_F(ProcessDirectoryTest, HasAnObjectOnceAnOutputStreamAppears) {
+    const Serial stream = builder.addStream(addClient(4312), {"FL", "FR"});
+
+    resolveAll();
+
+    EXPECT_THAT(directory.objects(), ElementsAre(directory.objectOf(4312)));
+    EXPECT_EQ(directory.pid(directory.objectOf(4312)), 4312);
+    EXPECT_THAT(streamsOf(4312), ElementsAre(stream));
+}
+
+TEST_F(ProcessDirectoryTest, AsksWhichApplicationAProcessBelongsTo) {
+    builder.addStream(addClient(4312), {"FL", "FR"});
+    update();
+
+    EXPECT_THAT(directory.unresolvedPids(), ElementsAre(4312));
+    EXPECT_THAT(directory.objects(), IsEmpty());
+}
+
+TEST_F(ProcessDirectoryTest, CountsHelperProcessesWithTheirApplication) {
+    const Serial one = builder.addStream(addClient(500), {"FL", "FR"});
+    const Serial two = builder.addStream(addClient(501), {"FL", "FR"});
+    directory.resolve(500, {.pid = 400});
+    directory.resolve(501, {.pid = 400});
+    update();
+
+    EXPECT_EQ(directory.objects().size(), 1U);
+    EXPECT_THAT(streamsOf(400), ElementsAre(one, two));
+}
+
+TEST_F(ProcessDirectoryTest, KeepsTheObjectWhileAClientOfTheApplicationIsThere) {
+    const Serial client = addClient(4312);
+    const Serial stream = builder.addStream(client, {"FL", "FR"});
+    resolveAll();
+    const AudioObjectID object = directory.objectOf(4312);
+
+    builder.graph.remove(GraphBuilder::id(stream));
+    update();
+
+    EXPECT_EQ(directory.objectOf(4312), object);
+    EXPECT_THAT(directory.streams(object), IsEmpty());
+
+    builder.graph.remove(GraphBuilder::id(client));
+    update();
+
+    EXPECT_THAT(directory.objects(), IsEmpty());
+}
+
+/// A process that plays, leaves, and has connected and played again.
+class ReturningProcess : public ProcessDirectoryTest {
+protected:
+    ReturningProcess() {
+        const Serial client = addClient(4312);
+        builder.addStream(client, {"FL", "FR"});
+        resolveAll();
+        before = directory.objectOf(4312);
+        builder.graph.remove(GraphBuilder::id(client));
+        update();
+    }
+    void comeBack() {
+        builder.addStream(addClient(4312), {"FL", "FR"});
+        update();
+        EXPECT_THAT(directory.unresolvedPids(), ElementsAre(4312));
+        resolveAll();
+    }
+
+    AudioObjectID before{};
+};
+
+TEST_F(ReturningProcess, IsTheSameObjectAsBefore) {
+    EXPECT_EQ(directory.pid(before), 0);
+    EXPECT_THAT(directory.streams(before), IsEmpty());
+
+    comeBack();
+
+    EXPECT_EQ(directory.objectOf(4312), before);
+    EXPECT_EQ(directory.streams(before).size(), 1U);
+}
+
+TEST_F(ReturningProcess, IsNoObjectBeforeItPlays) {
+    addClient(4312);
+
+    resolveAll();
+
+    EXPECT_THAT(directory.objects(), IsEmpty());
+}
+
+TEST_F(ReturningProcess, IsAnotherObjectWhenItsNumberWasGivenToAnotherProcess) {
+    started = 2;
+
+    comeBack();
+
+    EXPECT_NE(directory.objectOf(4312), before);
+}
+
+TEST_F(ReturningProcess, IsAnotherObjectWhenItsStartIsUnknown) {
+    started = 0;
+
+    comeBack();
+
+    EXPECT_NE(directory.objectOf(4312), before);
+}
+
+TEST_F(ReturningProcess, IsForgottenAfterHundredsOfOthers) {
+    for (std::int32_t pid = 10000; pid < 10300; ++pid) {
+        const Serial client = addClient(pid);
+        builder.addStream(client, {"FL", "FR"});
+        resolveAll();
+        builder.graph.remove(GraphBuilder::id(client));
+        update();
+    }
+
+    comeBack();
+
+    EXPECT_NE(directory.objectOf(4312), before);
+}
+
+TEST_F(ProcessDirectoryTest, NamesAnApplicationAsItNamesItself) {
+    builder.addStream(
+        builder.addClient({{"pipewire.sec.pid", "4312"}, {"application.name", "Radio"}}), {"FL"});
+    builder.addStream(builder.addClient({{"pipewire.sec.pid", "4313"},
+                                         {"application.name", "PipeWire ALSA [aplay]"}}),
+                      {"FL"});
+
+    resolveAll();
+
+    EXPECT_EQ(directory.name(4312), "Radio");
+    EXPECT_EQ(directory.name(4313), "aplay");
+    EXPECT_EQ(directory.name(4314), "");
+}
+
+TEST_F(ProcessDirectoryTest, LeavesItselfOut) {
+    builder.addStream(addClient(ownPid), {"FL", "FR"});
+
+    resolveAll();
+
+    EXPECT_THAT(directory.objects(), IsEmpty());
+}
+
+TEST_F(ProcessDirectoryTest, LeavesHelpersOfItselfOut) {
+    builder.addStream(addClient(1001), {"FL", "FR"});
+    directory.resolve(1001, {.pid = ownPid});
+
+    update();
+
+    EXPECT_THAT(directory.objects(), IsEmpty());
+}
+
+TEST_F(ProcessDirectoryTest, TakesAJackProgramWithOutputPortsForAnApplication) {
+    const Serial recorder =
+        builder.addNode("recorder", "", {{"client.api", "jack"}}, addClient(600));
+    builder.addPorts(recorder, "in", {"in_1"});
+    const Serial synth = builder.addNode("synth", "", {{"client.api", "jack"}}, addClient(601));
+    builder.addPorts(synth, "out", {"out_1", "out_2"});
+
+    resolveAll();
+
+    EXPECT_EQ(directory.objectOf(600), 0U);
+    EXPECT_THAT(streamsOf(601), ElementsAre(synth));
+}
+
+TEST_F(ProcessDirectoryTest, ListsApplicationsInTheOrderInWhichTheyFirstPlayed) {
+    const Serial early = addClient(700);
+    builder.addStream(addClient(701), {"FL", "FR"});
+    resolveAll();
+
+    builder.addStream(early, {"FL", "FR"});
+    update();
+
+    EXPECT_THAT(directory.objects(), ElementsAre(directory.objectOf(701), directory.objectOf(700)));
+}
+
+} // namespace
+} // namespace velmora::pipewire

@@ -83,4 +83,44 @@ std::vector<WantedLink> AggregateSink::linksTo(const Node& member) const {
     return links;
 }
 
+void AggregateSinks::want(PublicAggregate aggregate) {
+    const std::string uid = aggregate.uid;
+    wanted_.insert_or_assign(uid, std::move(aggregate));
+}
+
+void AggregateSinks::remove(const std::string& uid) {
+    wanted_.erase(uid);
+    sinks_.erase(uid);
+    if (const Node* const sink = graph_.nodeNamed(uid)) {
+        connection_.destroyGlobal(sink->id);
+    }
+}
+
+std::vector<std::string> AggregateSinks::wanted() const {
+    std::vector<std::string> uids;
+    for (const auto& [uid, aggregate] : wanted_) {
+        uids.push_back(uid);
+    }
+    return uids;
+}
+
+std::optional<LinkSet::Clock::time_point> AggregateSinks::follow(LinkSet::Clock::time_point now) {
+    std::optional<LinkSet::Clock::time_point> comeAgain;
+    for (const auto& [uid, aggregate] : wanted_) {
+        auto& sink = sinks_[uid];
+        if (!sink) {
+            sink = std::make_unique<AggregateSink>(connection_, graph_, aggregate, changed_);
+        }
+        if (const auto due = sink->follow(now)) {
+            comeAgain = std::min(comeAgain.value_or(*due), *due);
+        }
+    }
+    return comeAgain;
+}
+
+bool AggregateSinks::isComplete(const std::string& uid) const {
+    const auto sink = sinks_.find(uid);
+    return sink != sinks_.end() && sink->second->isComplete();
+}
+
 } // namespace velmora::pipewire

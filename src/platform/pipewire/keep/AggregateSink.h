@@ -7,6 +7,8 @@
 #include "platform/pipewire/view/Graph.h"
 
 #include <functional>
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -51,6 +53,33 @@ private:
     PublicAggregate aggregate_;
     ProxyHandle sink_;
     LinkSet links_;
+};
+
+/// All that are wanted, by UID.
+/// Threads: needs the control loop's lock.
+class AggregateSinks {
+public:
+    /// @param changed  as `LinkSet`
+    AggregateSinks(Connection& connection, const Graph& graph, std::function<void()> changed)
+        : connection_(connection), graph_(graph), changed_(std::move(changed)) {}
+
+    void want(PublicAggregate aggregate);
+    /// Removes it, also one that an earlier run has left.
+    void remove(const std::string& uid);
+    [[nodiscard]] std::vector<std::string> wanted() const;
+
+    /// As for one.
+    std::optional<LinkSet::Clock::time_point> follow(LinkSet::Clock::time_point now);
+    [[nodiscard]] bool isComplete(const std::string& uid) const;
+    /// To be called before the connection closes; what is wanted stays wanted.
+    void clear() { sinks_.clear(); }
+
+private:
+    Connection& connection_;
+    const Graph& graph_;
+    std::function<void()> changed_;
+    std::map<std::string, PublicAggregate> wanted_;
+    std::map<std::string, std::unique_ptr<AggregateSink>> sinks_;
 };
 
 } // namespace velmora::pipewire

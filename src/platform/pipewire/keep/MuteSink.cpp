@@ -115,4 +115,24 @@ void MuteSink::send(const Node& stream, Serial sink) {
         stream.id, targetNodeKey, MetadataValue{.type = idType, .value = "-1"});
 }
 
+void MuteSinks::keepOnly(const Mutes& wanted) {
+    std::erase_if(sinks_, [&](const auto& one) { return !wanted.contains(one.first); });
+}
+
+void MuteSinks::follow(const Mutes& wanted, const StreamsOf& streamsOf) {
+    for (const auto& [tap, process] : wanted) {
+        auto& sink = sinks_[tap];
+        if (!sink) {
+            sink = std::make_unique<MuteSink>(connection_, graph_, will_, newName_);
+        }
+        sink->follow(streamsOf(process));
+    }
+}
+
+void MuteSinks::forgetTargets() {
+    for (const auto& [tap, sink] : sinks_) {
+        sink->forgetTargets();
+    }
+}
+
 } // namespace velmora::pipewire

@@ -1,13 +1,17 @@
 // MuteSink.h: a silent place for one application's streams to play to.
 #pragma once
 
+#include "platform/AudioDevices.h"
 #include "platform/pipewire/daemon/Connection.h"
 #include "platform/pipewire/daemon/Handles.h"
 #include "platform/pipewire/keep/LastWill.h"
 #include "platform/pipewire/keep/MutedStream.h"
 #include "platform/pipewire/view/Graph.h"
+#include "platform/pipewire/view/Routes.h"
 
 #include <functional>
+#include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -62,6 +66,33 @@ private:
     bool isSinkSeen_ = false;
     std::vector<MutedStream> muted_;
     std::set<Serial> removedLinks_;
+};
+
+/// One for each mute that is wanted.
+/// Threads: needs the control loop's lock.
+class MuteSinks {
+public:
+    using Mutes = std::map<AudioObjectID, AudioObjectID>; ///< whose mute, and which process
+
+    /// @param newName  as `MuteSink`
+    MuteSinks(Connection& connection, const Graph& graph, std::function<std::string()> newName)
+        : connection_(connection), graph_(graph), newName_(std::move(newName)) {}
+
+    /// To be called after every change of the graph, while the session manager is there.
+    void follow(const Mutes& wanted, const StreamsOf& streamsOf);
+    /// Ends those that are not wanted any more.
+    void keepOnly(const Mutes& wanted);
+    /// As for one.
+    void forgetTargets();
+    /// To be called before the connection closes.
+    void clear() { sinks_.clear(); }
+
+private:
+    Connection& connection_;
+    const Graph& graph_;
+    std::function<std::string()> newName_;
+    LastWill will_;
+    std::map<AudioObjectID, std::unique_ptr<MuteSink>> sinks_;
 };
 
 } // namespace velmora::pipewire

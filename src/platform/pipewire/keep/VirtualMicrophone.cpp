@@ -26,12 +26,14 @@ bool isMicrophone(const Node& node) {
            (isDevice && node.name != dawDeviceUID && hasMicrophoneWord(node.description));
 }
 
-} // namespace
-
-bool knowsVirtualMicrophone(const Graph& graph) {
+/// Also while it has no ports yet: a daemon makes its own devices before their ports, and a second
+/// microphone of the same name would be the result of not waiting.
+bool isKnown(const Graph& graph) {
     return std::ranges::any_of(graph.nodes(),
                                [](const auto& entry) { return isMicrophone(entry.second); });
 }
+
+} // namespace
 
 bool hasVirtualMicrophone(const Graph& graph) {
     return std::ranges::any_of(listDevices(graph), [](const Device& device) {
@@ -39,21 +41,36 @@ bool hasVirtualMicrophone(const Graph& graph) {
     });
 }
 
-ProxyHandle createVirtualMicrophone(Connection& connection) {
-    return connection.create("adapter",
-                             PW_TYPE_INTERFACE_Node,
-                             PW_VERSION_NODE,
-                             {{"factory.name", "support.null-audio-sink"},
-                              {"media.class", "Audio/Source/Virtual"},
-                              {"node.name", std::string(microphoneNode)},
-                              {"node.description", "Velmora Microphone"},
-                              {"audio.position", "[FL,FR]"},
-                              {"node.virtual", "true"},
-                              // As the clock it would add a block of delay to everything.
-                              {"priority.driver", "1"},
-                              // Never the default microphone by itself.
-                              {"priority.session", "1"},
-                              {"object.linger", "true"}});
+void VirtualMicrophone::follow() {
+    if (!isWanted_) {
+        return;
+    }
+    const bool isThere = isKnown(graph_);
+    if (!isThere && isSeen_) {
+        made_.reset(); // somebody removed it
+    }
+    if (!isThere && !made_) {
+        made_ = connection_.create("adapter",
+                                   PW_TYPE_INTERFACE_Node,
+                                   PW_VERSION_NODE,
+                                   {{"factory.name", "support.null-audio-sink"},
+                                    {"media.class", "Audio/Source/Virtual"},
+                                    {"node.name", std::string(microphoneNode)},
+                                    {"node.description", "Velmora Microphone"},
+                                    {"audio.position", "[FL,FR]"},
+                                    {"node.virtual", "true"},
+                                    // As the clock it would add a block of delay to everything.
+                                    {"priority.driver", "1"},
+                                    // Never the default microphone by itself.
+                                    {"priority.session", "1"},
+                                    {"object.linger", "true"}});
+    }
+    isSeen_ = isThere;
+}
+
+void VirtualMicrophone::clear() {
+    made_.reset();
+    isSeen_ = false;
 }
 
 } // namespace velmora::pipewire

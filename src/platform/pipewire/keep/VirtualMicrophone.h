@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/pipewire/daemon/Connection.h"
+#include "platform/pipewire/daemon/Handles.h"
 #include "platform/pipewire/view/Graph.h"
 
 namespace velmora::pipewire {
@@ -10,12 +11,28 @@ namespace velmora::pipewire {
 /// DAW mode has that word too and does not count.
 [[nodiscard]] bool hasVirtualMicrophone(const Graph& graph);
 
-/// True when such a device exists, also while it has no ports yet: a daemon makes its own devices
-/// before their ports, and a second microphone of the same name would be the result of not waiting.
-[[nodiscard]] bool knowsVirtualMicrophone(const Graph& graph);
+/// Sees to it that there is one, once that is wanted. It is a true source, not a sink's monitor,
+/// and outlives this program.
+/// Threads: needs the control loop's lock.
+class VirtualMicrophone {
+public:
+    VirtualMicrophone(Connection& connection, const Graph& graph)
+        : connection_(connection), graph_(graph) {}
 
-/// Asks for a true source (not a sink's monitor) that also outlives this program.
-/// Null when the request could not be sent.
-[[nodiscard]] ProxyHandle createVirtualMicrophone(Connection& connection);
+    void want() { isWanted_ = true; }
+    /// It is wanted and cannot be played to yet.
+    [[nodiscard]] bool isMissing() const { return isWanted_ && !hasVirtualMicrophone(graph_); }
+    /// To be called after every change of the graph.
+    void follow();
+    /// To be called before the connection closes.
+    void clear();
+
+private:
+    Connection& connection_;
+    const Graph& graph_;
+    bool isWanted_ = false;
+    ProxyHandle made_;
+    bool isSeen_ = false;
+};
 
 } // namespace velmora::pipewire

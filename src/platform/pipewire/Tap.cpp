@@ -1,6 +1,7 @@
 #include "platform/pipewire/Tap.h"
 
 #include "platform/pipewire/view/Devices.h"
+#include "platform/pipewire/view/Muting.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -15,14 +16,6 @@ float mixdownScale(const Graph& graph) {
     const auto device = defaultOutput(graph);
     const float channels = device ? static_cast<float>(device->outputs) : 2.0F;
     return 1.0F / std::max(channels / 2.0F, 1.0F);
-}
-
-/// The session manager, which is to send the streams elsewhere, knows nothing of JACK programs.
-bool canBeMuted(const SessionState& state, AudioObjectID process) {
-    return std::ranges::all_of(state.processes.streams(process), [&](Serial stream) {
-        const Node* const node = state.graph.node(stream);
-        return node == nullptr || node->clientApi != "jack";
-    });
 }
 
 std::unexpected<TapRefusal> refusal(TapRefusal::Step step, Status status) {
@@ -60,7 +53,7 @@ std::expected<Tap::Setup, TapRefusal> Tap::setUp(SessionState& state,
     if (state.processes.pid(process) == 0) {
         return refusal(TapRefusal::Step::tap, -ESRCH);
     }
-    if (isMuting && !canBeMuted(state, process)) {
+    if (isMuting && !canBeMuted(state.graph, state.processes.streams(process))) {
         return refusal(TapRefusal::Step::tap, -ENOTSUP);
     }
     if (!hasCallback) {

@@ -1,17 +1,10 @@
 #include "platform/pipewire/keep/MuteSink.h"
 
-#include "platform/pipewire/view/LeftLinks.h"
-#include "platform/pipewire/view/MuteLayout.h"
+#include "platform/pipewire/view/Muting.h"
 
 #include <algorithm>
 
 namespace velmora::pipewire {
-namespace {
-
-constexpr const char* idType = "Spa:Id";
-
-} // namespace
-
 MuteSink::MuteSink(Connection& connection,
                    const Graph& graph,
                    LastWill& will,
@@ -96,23 +89,14 @@ void MuteSink::send(const Node& stream, Serial sink) {
     }
     auto known = std::ranges::find(muted_, stream.serial, &MutedStream::stream);
     if (known == muted_.end()) {
-        known =
-            muted_.insert(known,
-                          {.stream = stream.serial,
-                           .id = stream.id,
-                           .sink = sink,
-                           .targetObject = graph_.metadata("default", stream.id, targetObjectKey),
-                           .targetNode = graph_.metadata("default", stream.id, targetNodeKey)});
+        known = muted_.insert(known, muteOf(graph_, stream, sink));
     } else if (known->sink != sink) {
         known->sink = sink; // what it names now is our own sink before this one
     } else {
         return;
     }
     will_.add(*known);
-    connection_.setSessionMetadata(
-        stream.id, targetObjectKey, MetadataValue{.type = idType, .value = std::to_string(sink)});
-    connection_.setSessionMetadata(
-        stream.id, targetNodeKey, MetadataValue{.type = idType, .value = "-1"});
+    sendToSink(connection_, *known);
 }
 
 void MuteSinks::keepOnly(const Mutes& wanted) {

@@ -22,10 +22,6 @@ namespace velmora::pipewire {
 ///
 /// Nothing of it outlives this program: the sink goes with our connection, the session manager then
 /// plays the streams where it did before, and of a killed program the last will removes the rest.
-/// The session manager also remembers, by the kind of application, where streams were sent to, and
-/// would send other programs there; it is told at once that there is nothing to remember
-/// (target.node = -1, WirePlumber 0.4.13), while the target that it was given for this very stream
-/// stays in force.
 ///
 /// Threads: needs the control loop's lock.
 class MuteSink {

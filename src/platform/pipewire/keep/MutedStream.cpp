@@ -10,6 +10,9 @@
 namespace velmora::pipewire {
 namespace {
 
+constexpr const char* targetObjectKey = "target.object";
+constexpr const char* targetNodeKey = "target.node";
+
 void write(std::ostream& out, const std::optional<MetadataValue>& value) {
     out << ' ' << value.has_value();
     if (value) {
@@ -27,6 +30,23 @@ void read(std::istream& in, std::optional<MetadataValue>& value) {
 }
 
 } // namespace
+
+MutedStream muteOf(const Graph& graph, const Node& stream, Serial sink) {
+    return {.stream = stream.serial,
+            .id = stream.id,
+            .sink = sink,
+            .targetObject = graph.metadata("default", stream.id, targetObjectKey),
+            .targetNode = graph.metadata("default", stream.id, targetNodeKey)};
+}
+
+void sendToSink(Connection& connection, const MutedStream& muted) {
+    constexpr const char* type = "Spa:Id";
+    connection.setSessionMetadata(muted.id,
+                                  targetObjectKey,
+                                  MetadataValue{.type = type, .value = std::to_string(muted.sink)});
+    connection.setSessionMetadata(
+        muted.id, targetNodeKey, MetadataValue{.type = type, .value = "-1"});
+}
 
 void giveBack(Connection& connection, const Graph& graph, const MutedStream& muted) {
     const auto target = graph.metadata("default", muted.id, targetObjectKey);

@@ -10,9 +10,6 @@ namespace velmora::pipewire {
 
 class Connection;
 
-inline constexpr const char* targetObjectKey = "target.object";
-inline constexpr const char* targetNodeKey = "target.node";
-
 struct MutedStream {
     Serial stream{};
     GlobalId id{};
@@ -23,9 +20,19 @@ struct MutedStream {
     bool operator==(const MutedStream&) const = default;
 };
 
+// Both need the control loop's lock.
+
+/// Sends the stream to our sink. The session manager also remembers, by the kind of application,
+/// where streams were sent to, and would send other programs there; it is told at once that there
+/// is nothing to remember (target.node = -1, WirePlumber 0.4.13), while the target that it was
+/// given for this very stream stays in force.
+void sendToSink(Connection& connection, const MutedStream& muted);
 /// Gives the stream back the target that it had, unless it has gone or the user has sent it
-/// elsewhere since. Threads: needs the control loop's lock.
+/// elsewhere since.
 void giveBack(Connection& connection, const Graph& graph, const MutedStream& muted);
+
+/// What the user has set for the stream, which is to go to `sink`.
+[[nodiscard]] MutedStream muteOf(const Graph& graph, const Node& stream, Serial sink);
 
 /// One entry of words, for another process of ours to read; the state of `in` tells whether all of
 /// it came.

@@ -1,11 +1,21 @@
-// LeftLinks.h: links that a stream should have lost when it was sent elsewhere.
+// Muting.h: what the graph says about sending an application's streams to a silent sink.
 #pragma once
 
 #include "platform/pipewire/view/Graph.h"
 
+#include <string>
 #include <vector>
 
 namespace velmora::pipewire {
+
+/// False when there is a stream that the session manager does not move: it knows nothing of JACK
+/// programs.
+[[nodiscard]] bool canBeMuted(const Graph& graph, const std::vector<Serial>& streams);
+
+/// The channel positions, as a property value, of the sink that the first of `streams` plays to; of
+/// the default sink when none plays. A mute sink of the same shape lets the streams keep their
+/// ports, and with them the links that capture them.
+[[nodiscard]] std::string targetLayout(const Graph& graph, const std::vector<Serial>& streams);
 
 /// The links from `stream` to any other node that are older than its links to `sink`, and that the
 /// same client has made.

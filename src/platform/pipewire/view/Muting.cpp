@@ -1,6 +1,8 @@
-#include "platform/pipewire/view/MuteLayout.h"
+#include "platform/pipewire/view/Muting.h"
 
 #include "platform/pipewire/view/Devices.h"
+
+#include <algorithm>
 
 namespace velmora::pipewire {
 namespace {
@@ -19,6 +21,13 @@ const Node* sinkOf(const Graph& graph, Serial stream) {
 
 } // namespace
 
+bool canBeMuted(const Graph& graph, const std::vector<Serial>& streams) {
+    return std::ranges::all_of(streams, [&](Serial stream) {
+        const Node* const node = graph.node(stream);
+        return node == nullptr || node->clientApi != "jack";
+    });
+}
+
 std::string targetLayout(const Graph& graph, const std::vector<Serial>& streams) {
     const Node* sink = graph.nodeNamed(graph.defaultSinkName().value_or(""));
     for (const Serial stream : streams) {
@@ -32,6 +41,20 @@ std::string targetLayout(const Graph& graph, const std::vector<Serial>& streams)
         layout += (layout.size() == 1 ? "" : ",") + port.channel;
     }
     return layout.size() == 1 ? "[FL,FR]" : layout + "]";
+}
+
+std::vector<Serial> leftLinks(const Graph& graph, Serial stream, Serial sink) {
+    const auto& links = graph.links();
+    const auto first = std::ranges::find_if(links, [&](const auto& entry) {
+        return entry.second.outputNode == stream && entry.second.inputNode == sink;
+    });
+    std::vector<Serial> left;
+    for (auto link = links.begin(); first != links.end() && link != first; ++link) {
+        if (link->second.outputNode == stream && link->second.client == first->second.client) {
+            left.push_back(link->first);
+        }
+    }
+    return left;
 }
 
 } // namespace velmora::pipewire

@@ -1,4 +1,4 @@
-#include "platform/pipewire/view/LeftLinks.h"
+#include "platform/pipewire/view/Muting.h"
 
 #include "GraphBuilder.h"
 
@@ -10,6 +10,31 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+TEST(MuteLayout, HasTheShapeOfTheSinkThatTheStreamPlaysTo) {
+    GraphBuilder builder;
+    builder.addSink("stereo", {"FL", "FR"});
+    const Serial surround = builder.addSink("surround", {"FL", "FR", "FC", "LFE", "RL", "RR"});
+    builder.setDefaultSink("stereo");
+    const Serial stream = builder.addStream(0, {"FL", "FR", "FC", "LFE", "RL", "RR"});
+    builder.addLink(stream, surround);
+
+    EXPECT_EQ(targetLayout(builder.graph, {stream}), "[FL,FR,FC,LFE,RL,RR]");
+}
+
+TEST(MuteLayout, HasTheShapeOfTheDefaultSinkWhenNothingPlays) {
+    GraphBuilder builder;
+    builder.addSink("interface", {"AUX0", "AUX1", "AUX2", "AUX3"});
+    builder.setDefaultSink("interface");
+
+    EXPECT_EQ(targetLayout(builder.graph, {}), "[AUX0,AUX1,AUX2,AUX3]");
+}
+
+TEST(MuteLayout, IsStereoWhenNothingIsKnown) {
+    const Graph graph;
+
+    EXPECT_EQ(targetLayout(graph, {}), "[FL,FR]");
+}
 
 /// A stream that a session manager has sent from the speakers to another sink.
 class LeftLinks : public ::testing::Test {
@@ -52,6 +77,15 @@ TEST_F(LeftLinks, AreNoneThatTheManagerMakesAfterwards) {
     builder.addLink(stream, speakers, manager);
 
     EXPECT_THAT(leftLinks(builder.graph, stream, sink), IsEmpty());
+}
+
+TEST(Muting, IsNothingForProgramsThatTheSessionManagerDoesNotMove) {
+    GraphBuilder builder;
+    const Serial stream = builder.addStream(0, {"FL", "FR"});
+    const Serial jack = builder.addNode("synth", "", {{"client.api", "jack"}});
+
+    EXPECT_TRUE(canBeMuted(builder.graph, {stream}));
+    EXPECT_FALSE(canBeMuted(builder.graph, {stream, jack}));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "platform/pipewire/view/Graph.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <tuple>
 
 namespace velmora::pipewire {
@@ -40,24 +41,12 @@ std::string applicationName(const Properties& properties) {
 }
 
 /// `{"name":"<node.name>"}` is all that the session manager writes here.
-std::optional<std::string> nameInJson(const std::string& json) {
-    const std::string_view key = "\"name\"";
-    const auto afterKey = json.find(key);
-    if (afterKey == std::string::npos) {
-        return std::nullopt;
-    }
-    const auto opening = json.find('"', json.find(':', afterKey + key.size()));
-    if (opening == std::string::npos) {
-        return std::nullopt;
-    }
-    std::string name;
-    for (auto at = opening + 1; at < json.size() && json[at] != '"'; ++at) {
-        if (json[at] == '\\' && at + 1 < json.size()) {
-            ++at;
-        }
-        name += json[at];
-    }
-    return name;
+std::optional<std::string> nameInJson(const std::string& text) {
+    constexpr bool throws = false;
+    const auto json = nlohmann::json::parse(text, nullptr, throws);
+    const auto name = json.find("name"); // its end in anything but an object
+    return name != json.end() && name->is_string() ? std::optional(name->get<std::string>())
+                                                   : std::nullopt;
 }
 
 } // namespace

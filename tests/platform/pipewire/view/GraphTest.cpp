@@ -76,6 +76,18 @@ TEST(Graph, ReadsANameWithEscapedCharacters) {
     EXPECT_EQ(builder.graph.defaultSinkName(), R"(a"b\c)");
 }
 
+TEST(Graph, ReadsNoNameInAnythingElse) {
+    GraphBuilder builder;
+    for (const char* const text :
+         {"", "speakers", "[]", "7", R"({"name":7})", R"({"other":"a"})"}) {
+        builder.graph.addMetadata(35, "default");
+        builder.graph.setMetadata(
+            "default", 0, "default.audio.sink", MetadataValue{.type = "", .value = text});
+
+        EXPECT_EQ(builder.graph.defaultSinkName(), std::nullopt) << text;
+    }
+}
+
 TEST(Graph, ForgetsMetadataWithItsObject) {
     Graph graph;
     graph.addMetadata(35, "default");

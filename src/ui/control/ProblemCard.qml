@@ -63,7 +63,6 @@ Rectangle {
         anchors.top: parent.top
         anchors.topMargin: 8
         symbol: "xmark"
-        symbolSize: 9
         color: Theme.ink60
         name: I18n.t("Masquer")
         onClicked: root.dismissed()

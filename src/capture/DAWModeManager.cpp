@@ -14,7 +14,6 @@ constexpr std::string_view enabledKey = "dawMode.enabled";
 constexpr std::string_view interfaceKey = "dawMode.interfaceUID";
 
 constexpr const char* sinkName = "Velmora DAW";
-constexpr const char* sinkUID = "app.velmora.daw.aggregate";
 
 bool isPhysical(const AudioDevices& devices, AudioObjectID device) {
     return devices.transport(device).value_or(Transport::other) == Transport::other;
@@ -36,7 +35,7 @@ DAWModeManager::DAWModeManager(const Platform& platform)
 void DAWModeManager::onDeviceChange() {
     if (!membersAreThere()) {
         isRefused_ = false;
-    } else if (enabled_ && !isRefused_ && !findDevice(platform_.devices, sinkUID)) {
+    } else if (enabled_ && !isRefused_ && !findDevice(platform_.devices, dawSinkUID)) {
         build();
         changed_.emit();
     }
@@ -112,7 +111,7 @@ void DAWModeManager::build() {
         return;
     }
     const auto made = platform_.sinks.create({.name = sinkName,
-                                              .uid = sinkUID,
+                                              .uid = std::string(dawSinkUID),
                                               .masterUID = *interfaceUID_,
                                               .followerUID = *microphone});
     isRefused_ = !made && membersAreThere();
@@ -126,7 +125,7 @@ void DAWModeManager::build() {
 
 void DAWModeManager::remove() {
     if (aggregateID_ == 0) {
-        aggregateID_ = findDevice(platform_.devices, sinkUID).value_or(0);
+        aggregateID_ = findDevice(platform_.devices, dawSinkUID).value_or(0);
     }
     if (aggregateID_ != 0) {
         // Whether it was still there makes no difference to what follows.

@@ -9,7 +9,6 @@
 namespace velmora {
 namespace {
 
-constexpr std::string_view ownName = "velmora";
 constexpr std::string_view loopbackName = "blackhole";
 /// The private devices that captures of applications make on some systems.
 constexpr std::string_view privateDevicePrefix = "CADefaultDeviceAggregate";
@@ -116,7 +115,7 @@ std::int64_t channelCount(const AudioDevices& devices, AudioObjectID device, Sco
 
 std::optional<AudioObjectID> findVirtualMicDevice(const AudioDevices& devices) {
     const auto named = namedDevices(devices);
-    for (const std::string_view wanted : {ownName, loopbackName}) {
+    for (const std::string_view wanted : {virtualMicrophoneWord, loopbackName}) {
         for (const NamedDevice& device : named) {
             if (containsIgnoringCase(device.name, wanted)) {
                 return device.id;
@@ -127,7 +126,8 @@ std::optional<AudioObjectID> findVirtualMicDevice(const AudioDevices& devices) {
 }
 
 bool isVirtualMicName(std::string_view name) {
-    return containsIgnoringCase(name, ownName) || containsIgnoringCase(name, loopbackName);
+    return containsIgnoringCase(name, virtualMicrophoneWord) ||
+           containsIgnoringCase(name, loopbackName);
 }
 
 } // namespace velmora

@@ -7,12 +7,16 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velmora {
 
 /// A device or the process object of an application. 0 = none.
 using AudioObjectID = std::uint32_t;
+
+/// The virtual microphone's name contains this, in any case.
+inline constexpr std::string_view virtualMicrophoneWord = "velmora";
 
 enum class Scope { input, output };
 enum class Transport { other, virtualDevice, aggregate };

@@ -14,6 +14,10 @@ namespace velmora {
 /// Blocks of up to this many frames are handed over whole; every real-time scratch is made for it.
 inline constexpr std::int64_t largestBlockFrames = 8192;
 
+/// What lies between a capture and an output at most, so that sound stays fresh. A platform that
+/// can choose asks for blocks that fit into it.
+inline constexpr std::int64_t largestBacklogFrames = 1024;
+
 /// Fills one block. Shape: one buffer per channel, `frames` floats each; a pointer may be null.
 /// Threads: the unit's own real-time thread. Must not allocate, block or throw.
 using RenderCallback = std::function<void(std::int64_t frames, std::span<float* const> channels)>;

@@ -5,8 +5,13 @@
 #include "platform/Status.h"
 
 #include <string>
+#include <string_view>
 
 namespace velmora {
+
+/// UID of the one sink that DAW mode makes: fixed, so that a later run finds it. Its name holds the
+/// virtual microphone's word, and that one is looked up by name; so a platform lists it last.
+inline constexpr std::string_view dawSinkUID = "app.velmora.daw.aggregate";
 
 struct PublicSink {
     std::string name;

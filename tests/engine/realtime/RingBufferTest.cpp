@@ -1,5 +1,7 @@
 #include "engine/realtime/RingBuffer.h"
 
+#include "platform/AudioUnits.h"
+
 #include <gtest/gtest.h>
 
 #include <numeric>
@@ -283,6 +285,10 @@ TEST(RingBuffer, StartsSmallestAndLargestBacklogAfreshOnRequest) {
     EXPECT_EQ(statistics.backlogMin, 1536);
     EXPECT_EQ(statistics.backlogMax, 1536);
     EXPECT_EQ(statistics.trims, 1);
+}
+
+TEST(RingBuffer, HoldsBackAsMuchAsThePlatformsKnow) {
+    EXPECT_EQ(RingBuffer::maxBacklog, 2 * largestBacklogFrames);
 }
 
 TEST(RingBuffer, KeepsOrderAndIntegrityBetweenTwoThreads) {

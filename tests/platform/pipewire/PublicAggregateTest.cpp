@@ -2,8 +2,6 @@
 
 #include "BackendTest.h"
 
-#include "platform/pipewire/view/Devices.h"
-
 namespace velmora {
 namespace {
 
@@ -34,7 +32,7 @@ protected:
 
     PublicSinks& sinks() { return audio.sinks(); }
 
-    static inline const std::string uid{pipewire::dawDeviceUID};
+    static inline const std::string uid{dawSinkUID};
 };
 
 TEST_F(PublicAggregate, IsADeviceThatComesLast) {

@@ -1,5 +1,6 @@
 #include "platform/pipewire/keep/VirtualMicrophone.h"
 
+#include "platform/PublicSinks.h"
 #include "platform/pipewire/view/Devices.h"
 
 #include <algorithm>
@@ -9,11 +10,10 @@
 namespace velmora::pipewire {
 namespace {
 
-constexpr std::string_view microphoneWord = "velmora";
 constexpr std::string_view microphoneNode = "velmora.mic"; // as in the packaged fragment
 
 bool hasMicrophoneWord(std::string_view name) {
-    const auto found = std::ranges::search(name, microphoneWord, [](char one, char two) {
+    const auto found = std::ranges::search(name, virtualMicrophoneWord, [](char one, char two) {
         return std::tolower(static_cast<unsigned char>(one)) == two;
     });
     return !found.empty();
@@ -23,7 +23,7 @@ bool isMicrophone(const Node& node) {
     const bool isDevice =
         node.mediaClass.starts_with("Audio/") && node.mediaClass != "Audio/Sink/Internal";
     return node.name == microphoneNode ||
-           (isDevice && node.name != dawDeviceUID && hasMicrophoneWord(node.description));
+           (isDevice && node.name != dawSinkUID && hasMicrophoneWord(node.description));
 }
 
 /// Also while it has no ports yet: a daemon makes its own devices before their ports, and a second
@@ -37,7 +37,7 @@ bool isKnown(const Graph& graph) {
 
 bool hasVirtualMicrophone(const Graph& graph) {
     return std::ranges::any_of(listDevices(graph), [](const Device& device) {
-        return device.uid != dawDeviceUID && device.outputs > 0 && hasMicrophoneWord(device.name);
+        return device.uid != dawSinkUID && device.outputs > 0 && hasMicrophoneWord(device.name);
     });
 }
 

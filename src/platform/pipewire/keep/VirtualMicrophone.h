@@ -7,8 +7,8 @@
 
 namespace velmora::pipewire {
 
-/// True when a device whose name contains "velmora", in any case, can be played to. The device of
-/// DAW mode has that word too and does not count.
+/// True when a device with the virtual microphone's word in its name can be played to. The device
+/// of DAW mode has that word too and does not count.
 [[nodiscard]] bool hasVirtualMicrophone(const Graph& graph);
 
 /// Sees to it that there is one, once that is wanted. It is a true source, not a sink's monitor,

@@ -1,5 +1,6 @@
 #include "platform/pipewire/node/MixNode.h"
 
+#include "platform/AudioUnits.h"
 #include "platform/pipewire/node/MixPart.h"
 #include "platform/pipewire/node/RealtimeMath.h"
 
@@ -19,10 +20,7 @@ using namespace std::chrono_literals;
 /// (libpipewire 0.3.65, dozens of nodes opened at once) until something woke it.
 constexpr auto callsExpectedWithin = 500ms;
 
-/// More would not fit between the two ends of a ring.
-constexpr std::uint32_t largestCycleFrames = 1024;
-
-std::string fraction(std::uint32_t frames, double rateHz) {
+std::string fraction(std::int64_t frames, double rateHz) {
     return std::to_string(frames) + "/" + std::to_string(static_cast<std::uint32_t>(rateHz));
 }
 
@@ -43,7 +41,7 @@ Properties nodeProperties(const MixNode::Setup& setup) {
         // Nobody but us links this node.
         {PW_KEY_NODE_AUTOCONNECT, "false"},
         {PW_KEY_NODE_LATENCY, fraction(setup.blockFrames, setup.rateHz)},
-        {"node.max-latency", fraction(largestCycleFrames, setup.rateHz)},
+        {"node.max-latency", fraction(largestBacklogFrames, setup.rateHz)},
         // Called on while nothing is linked to it.
         {PW_KEY_NODE_GROUP, "velmora"},
         {PW_KEY_NODE_ALWAYS_PROCESS, "true"},

@@ -6,12 +6,6 @@
 #include <utility>
 
 namespace velmora::pipewire {
-namespace {
-
-/// Frames that a source's ring can hold back for an output.
-constexpr std::size_t mostInStore = 1024;
-
-} // namespace
 
 PlaybackPart::PlaybackPart(RenderCallback render)
     : render_(std::move(render)), unheardLeft_(static_cast<std::size_t>(largestBlockFrames)),
@@ -46,7 +40,8 @@ void PlaybackPart::process(const MixPart& part, std::uint32_t frames) noexcept {
 }
 
 void PlaybackPart::dropWhatCameBefore() noexcept {
-    render({}, 0, std::min<std::size_t>(mostInStore, unheardLeft_.size()));
+    static_assert(largestBacklogFrames <= largestBlockFrames);
+    render({}, 0, static_cast<std::size_t>(largestBacklogFrames));
 }
 
 void PlaybackPart::render(const Ports& ports, std::size_t from, std::size_t frames) noexcept {

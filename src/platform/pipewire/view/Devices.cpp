@@ -1,5 +1,7 @@
 #include "platform/pipewire/view/Devices.h"
 
+#include "platform/PublicSinks.h"
+
 #include <algorithm>
 #include <array>
 
@@ -19,7 +21,7 @@ std::vector<Port> audioPorts(const Node& node, bool outputs) {
 }
 
 Transport transportOf(const Node& node) {
-    if (node.name == dawDeviceUID || node.linkGroup.starts_with("combine")) {
+    if (node.name == dawSinkUID || node.linkGroup.starts_with("combine")) {
         return Transport::aggregate;
     }
     return node.isHardware ? Transport::other : Transport::virtualDevice;
@@ -61,8 +63,7 @@ std::vector<Device> listDevices(const Graph& graph) {
                            .outputs = static_cast<std::uint32_t>(playbackPorts(node).size()),
                            .transport = transportOf(node)});
     }
-    std::ranges::stable_partition(devices,
-                                  [](const Device& one) { return one.uid != dawDeviceUID; });
+    std::ranges::stable_partition(devices, [](const Device& one) { return one.uid != dawSinkUID; });
     return devices;
 }
 

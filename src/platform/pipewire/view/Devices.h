@@ -11,10 +11,6 @@
 
 namespace velmora::pipewire {
 
-/// The public device of DAW mode. Its name holds the virtual microphone's word, and that one is
-/// looked up by name; so this device always comes last.
-inline constexpr std::string_view dawDeviceUID = "app.velmora.daw.aggregate";
-
 struct Device {
     Serial node{};
     std::string uid; ///< `node.name`

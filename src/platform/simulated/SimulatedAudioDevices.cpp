@@ -89,7 +89,8 @@ Status SimulatedAudioDevices::requestBufferFrames(AudioObjectID device, std::uin
 
 std::optional<AudioObjectID> SimulatedAudioDevices::defaultOutputDevice() const {
     return read(*graph_, Operation::defaultOutputDevice, 0, [&] {
-        return std::optional(graph_->defaultOutput);
+        const AudioObjectID device = graph_->defaultOutput;
+        return device == 0 ? std::nullopt : std::optional(device);
     });
 }
 

@@ -240,6 +240,35 @@ TEST_F(PresetRecallTest, WhatWasMissingIsNoLongerToldWhenItHasJoined) {
     EXPECT_EQ(engine_.lastError(), std::nullopt);
 }
 
+TEST_F(PresetRecallTest, OtherChannelsOfADeviceAreNotWhatWasMissing) {
+    apply({channels("Pair", "a")}, chosen);
+    const auto plugged = plugIn("a", 70);
+
+    engine_.add(DeviceChannelsSource{plugged, 3, 1, "Pair"});
+    engine_.add(DeviceChannelsSource{plugged, 1, 2, "Pair"});
+
+    EXPECT_EQ(engine_.lastError(), "Introuvable : Pair");
+}
+
+TEST_F(PresetRecallTest, ApplicationsWithoutAnIdentifierAreNotTakenForEachOther) {
+    apply({app("Empty", "")}, chosen);
+
+    engine_.add(AppSource{20, "Other", ""});
+
+    EXPECT_EQ(engine_.lastError(), "Introuvable : Empty");
+}
+
+TEST_F(PresetRecallTest, WhatWasMissingIsNoLongerToldHoweverItJoins) {
+    apply({device("Micro", "a"), app("Game", "org.example.game")}, chosen);
+    const AudioSource microphone = DeviceSource{plugIn("a", 70), "Micro"};
+
+    engine_.replaceSources({microphone});
+    EXPECT_EQ(engine_.lastError(), "Introuvable : Game");
+    engine_.insertSource(AppSource{20, "Game", "org.example.game"}, 0);
+
+    EXPECT_EQ(engine_.lastError(), std::nullopt);
+}
+
 // -- running --
 
 class RunningRecallTest : public RecallFixture {
@@ -396,6 +425,21 @@ TEST_F(RunningRecallTest, APausedMixThatWentOnIsNotStartedByTheNextLaunch) {
     EXPECT_FALSE(engine_.isRunning());
 }
 
+TEST_F(RunningRecallTest, AMixThatTheUserStopsDuringALaunchIsNotStartedByIt) {
+    startPlayer(20, "org.example.player", 0.25F);
+    install("Game", "org.example.game", 21);
+    apply({app("Player", "org.example.player")}, chosen);
+    engine_.start();
+    apply({app("Player", "org.example.player"), app("Game", "org.example.game")}, chosen);
+
+    engine_.stop();
+    machine_.sound.play(21, constant(0.125F));
+    machine_.advance(2s);
+
+    EXPECT_FALSE(engine_.isRunning());
+    EXPECT_EQ(engine_.sources().size(), 2U);
+}
+
 TEST_F(RunningRecallTest, ALaunchedApplicationIsHeardOnceItHasJoined) {
     startPlayer(20, "org.example.player", 0.25F);
     install("Game", "org.example.game", 21);
@@ -485,6 +529,15 @@ TEST_F(RestoredSetup, ADeviceThatComesLateJoinsAtItsPlaceWithItsSettings) {
     EXPECT_EQ(engine_.fx(DeviceSource{72, "B"}), (FXParams{.tilt = 0.25F}));
     EXPECT_EQ(engine_.lastError(), std::nullopt);
     EXPECT_EQ(machine_.mainQueue.timerCount(), 0U);
+}
+
+TEST_F(RestoredSetup, ALateDeviceJoinsBehindAnEarlierOneThatCameLateItself) {
+    plugIn("a", 71);
+    machine_.advance(1s);
+    plugIn("b", 72);
+    machine_.advance(1s);
+
+    EXPECT_THAT(names(), ElementsAre("A", "B", "C"));
 }
 
 TEST_F(RestoredSetup, ADeviceThatComesLateIsHeardInAMixThatRuns) {

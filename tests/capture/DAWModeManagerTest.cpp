@@ -311,10 +311,11 @@ TEST_F(DAWModeManagerTest, TellsObserversOnceWhenAnOperationIsComplete) {
         manager.changed().connect([&] { built.push_back(manager.aggregateID() != 0); });
 
     manager.setEnabled(true);
+    manager.create();
     manager.setInterfaceUID(std::nullopt);
     manager.setEnabled(false);
 
-    EXPECT_THAT(built, ElementsAre(true, false, false));
+    EXPECT_THAT(built, ElementsAre(true, true, false, false));
 }
 
 // -- members that come late --

@@ -335,6 +335,17 @@ TEST_F(ProcessTapTest, ReplacesItselfWhenItIsStartedAgain) {
     EXPECT_EQ(machine.sound.census().taps, 1U);
 }
 
+TEST_F(ProcessTapTest, LeavesNothingOpenWhenItCannotBeStartedAgain) {
+    machine.sound.play(player, constant(0.5F));
+    ProcessTap tap = makeTap();
+    tap.start(player);
+    machine.sound.refuse(Operation::openTap);
+
+    EXPECT_THROW(tap.start(player), VelmoraError);
+
+    EXPECT_EQ(machine.sound.census(), nothingLeft);
+}
+
 TEST_F(ProcessTapTest, MayBeStoppedTwice) {
     machine.sound.play(player, constant(0.5F));
     ProcessTap tap = makeTap();

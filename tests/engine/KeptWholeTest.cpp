@@ -108,6 +108,59 @@ TEST_F(KeptWhole, ADefaultOutputThatComesBackAsItWasRestartsNothing) {
     EXPECT_EQ(next(speakers, 1), applicationsOnSpeakers + 0.25F);
 }
 
+TEST_F(KeptWhole, AChangeBackOfTheDefaultOutputProlongsTheQuietBeforeTheRestart) {
+    startWith({player});
+    machine.sound.setDefaultOutput(interface4);
+    machine.advance(300ms);
+    machine.sound.setDefaultOutput(speakers);
+
+    machine.advance(499ms);
+    EXPECT_EQ(tapsMade(), 1U);
+    machine.advance(1ms);
+    EXPECT_EQ(tapsMade(), 2U);
+}
+
+TEST_F(KeptWhole, ADefaultOutputThatChangesBeforeAPauseOfTheServiceSilencesNothing) {
+    startWith({player});
+    machine.sound.setDefaultOutput(interface4);
+    machine.advance(100ms);
+
+    machine.sound.pauseService();
+    machine.advance(1s);
+
+    EXPECT_EQ(nextInMic(), 0.25F);
+    EXPECT_EQ(tapsMade(), 1U);
+}
+
+TEST_F(KeptWhole, ADefaultOutputThatIsAsItWasAfterAPauseOfTheServiceRestartsNothing) {
+    startWith({player});
+    machine.sound.setDefaultOutput(interface4);
+    machine.advance(100ms);
+    machine.sound.pauseService();
+    machine.advance(1s);
+
+    machine.sound.setDefaultOutput(speakers);
+    machine.sound.returnService();
+    machine.advance(aWhile);
+
+    EXPECT_EQ(tapsMade(), 1U);
+    EXPECT_EQ(nextInMic(), 0.25F);
+}
+
+TEST_F(KeptWhole, AFirstDefaultOutputRestartsNothingButTheNextOneDoes) {
+    machine.sound.setDefaultOutput(0);
+    machine.advance(10ms);
+    startWith({player});
+    machine.sound.setDefaultOutput(speakers);
+    machine.advance(aWhile);
+    EXPECT_EQ(tapsMade(), 1U);
+
+    machine.sound.setDefaultOutput(interface4);
+    machine.advance(aWhile);
+
+    EXPECT_EQ(tapsMade(), 2U);
+}
+
 // -- late sources --
 
 TEST_F(KeptWhole, ASourceThatIsMissingBesideWorkingOnesJoinsWhenItCanBeHeard) {
@@ -149,6 +202,76 @@ TEST_F(KeptWhole, AddsNoDelayToASourceThatCameEarlier) {
     machine.advance(100ms);
 
     EXPECT_EQ(engine.statistics().at(0).stream.backlogMax, before);
+}
+
+TEST_F(KeptWhole, ASourceThatComesWhileARestartIsPendingIsTakenUpByTheRestart) {
+    startWith({player, silentApplication()});
+    machine.sound.setDefaultOutput(interface4);
+    machine.advance(100ms);
+
+    machine.sound.play(5000, constant(0.5F));
+    machine.advance(aWhile);
+
+    EXPECT_EQ(tapsMade(), 1U + 2U);
+    EXPECT_EQ(nextInMic(), 0.5F + 0.25F);
+}
+
+TEST_F(KeptWhole, ASourceThatComesLaterIsBypassedLikeTheOthers) {
+    const AudioSource silent = silentApplication();
+    engine.setFX(manualGain(-12.0F), silent);
+    startWith({player, silent});
+    engine.setFxBypassed(true);
+
+    machine.sound.play(5000, constant(0.5F));
+    machine.advance(100ms);
+
+    EXPECT_EQ(nextInMic(), 0.5F + 0.25F);
+}
+
+/// Units that are made while sound goes on, as on a machine that needs time for it.
+class SlowUnits : public AudioUnits {
+public:
+    explicit SlowUnits(SimulatedPlatform& machine) : machine_(machine) {}
+    std::unique_ptr<OutputUnit> makeOutput() override {
+        letSoundGoOn();
+        return machine_.units.makeOutput();
+    }
+    std::unique_ptr<InputUnit> makeInput() override {
+        letSoundGoOn();
+        return machine_.units.makeInput();
+    }
+
+private:
+    void letSoundGoOn() {
+        for (int block = 0; block < 6; ++block) {
+            machine_.sound.runCycle();
+        }
+    }
+
+    SimulatedPlatform& machine_;
+};
+
+TEST_F(KeptWhole, WhatComesInWhileTheMixIsBuiltIsNoLastingDelay) {
+    SlowUnits units(machine);
+    const Platform machines = machine.platform();
+    AudioEngine slow({.devices = machines.devices,
+                      .taps = machines.taps,
+                      .sinks = machines.sinks,
+                      .units = units,
+                      .applications = machines.applications,
+                      .defaults = machines.defaults,
+                      .mainQueue = machines.mainQueue,
+                      .appearance = machines.appearance,
+                      .loginItem = machines.loginItem});
+    slow.replaceSources({player, wholeInput});
+
+    slow.start();
+    machine.advanceCycles(10);
+
+    constexpr std::int64_t oneBlock = 256; // floats
+    const SourceStatistics first = slow.statistics().at(0);
+    EXPECT_EQ(first.stream.backlogMax, oneBlock);
+    EXPECT_EQ(first.monitor.backlogMax, oneBlock);
 }
 
 // -- it ends --
@@ -195,6 +318,77 @@ TEST_F(KeptWhole, TriesARefusedSourceEverMoreSeldom) {
     EXPECT_EQ(machine.mainQueue.timerCount(), 1U);
 }
 
+TEST_F(KeptWhole, TriesSoonAgainAfterTheUsersStart) {
+    machine.advance(10ms);
+    machine.sound.refuse(Operation::startInput);
+    startWith({player, wholeInput});
+    machine.advance(60s);
+
+    engine.start();
+    const auto before = machine.sound.refusalsGiven(Operation::startInput);
+    machine.advance(200ms);
+
+    EXPECT_EQ(machine.sound.refusalsGiven(Operation::startInput), before + 1);
+}
+
+TEST_F(KeptWhole, TriesNothingAgainWhenNewsHaveMendedIt) {
+    machine.advance(10ms);
+    machine.sound.refuse(Operation::startInput);
+    startWith({player, wholeInput});
+    machine.sound.allow(Operation::startInput);
+
+    machine.quitApplication(browserPid);
+    machine.advance(1ms);
+
+    EXPECT_EQ(nextInMic(), 0.25F + 0.0625F);
+    EXPECT_EQ(machine.mainQueue.timerCount(), 1U) << "the meters'";
+}
+
+TEST_F(KeptWhole, TriesADeviceThatIsThereButWasRefusedAgain) {
+    machine.advance(10ms);
+    machine.sound.refuse(Operation::setInputDevice);
+    startWith({player, wholeInput});
+    machine.sound.allow(Operation::setInputDevice);
+
+    machine.advance(200ms);
+
+    EXPECT_EQ(nextInMic(), 0.25F + 0.0625F);
+}
+
+TEST_F(KeptWhole, WaitsForADeviceThatIsGoneWithoutTryingIt) {
+    unplugInterface();
+    machine.advance(10ms);
+
+    startWith({player, wholeInput});
+
+    EXPECT_EQ(machine.mainQueue.timerCount(), 1U) << "the meters'";
+}
+
+TEST_F(KeptWhole, TriesARefusedMonitoringOutputNoMoreWhenItIsGone) {
+    engine.setMonitoringSelection("interface");
+    machine.sound.refuse(Operation::startOutput, -5, interface4);
+    startWith({player});
+    machine.advance(10ms);
+    ASSERT_EQ(machine.mainQueue.timerCount(), 2U);
+
+    unplugInterface();
+    machine.advance(aWhile);
+
+    EXPECT_EQ(machine.mainQueue.timerCount(), 1U);
+}
+
+TEST_F(KeptWhole, LeavesAMonitoringOutputThatPlaysAlone) {
+    startWith({player});
+    machine.advance(10ms);
+    machine.sound.refuse(Operation::startOutput, -5, speakers);
+
+    machine.quitApplication(browserPid);
+    machine.advance(aWhile);
+
+    EXPECT_EQ(machine.sound.refusalsGiven(Operation::startOutput), 0U);
+    EXPECT_EQ(next(speakers, 1), 0.25F + 0.25F);
+}
+
 TEST_F(KeptWhole, TriesARefusedMonitoringOutputAgainWithoutAWord) {
     machine.sound.refuse(Operation::startOutput, -5, speakers);
     startWith({player});
@@ -210,10 +404,13 @@ TEST_F(KeptWhole, TriesARefusedMonitoringOutputAgainWithoutAWord) {
 
 TEST_F(KeptWhole, TriesAMuteThatWasRefusedAgain) {
     startWith({player});
+    machine.advance(100ms);
+    ASSERT_EQ(engine.level(), 0.25F);
     machine.sound.refuse(Operation::openTap);
     engine.setDirectMuted(true, player);
     EXPECT_EQ(engine.lastError(), std::nullopt);
     EXPECT_EQ(engine.level(), 0.0F);
+    EXPECT_THAT(engine.sourceLevels(), IsEmpty());
 
     machine.sound.allow(Operation::openTap);
     machine.advance(200ms);
@@ -284,6 +481,15 @@ TEST_F(KeptWhole, MetersFallAtOnceWithASourceThatAnEditTakesOut) {
 
     EXPECT_LT(engine.level(), 0.25F);
     EXPECT_THAT(engine.sourceLevels(), ElementsAre(Key(wholeInput.id())));
+}
+
+TEST_F(KeptWhole, MetersStayAtTheLoudestSourceThatAnEditLeaves) {
+    startWith({player, browser, wholeInput});
+    machine.advance(100ms);
+
+    engine.remove(browser);
+
+    EXPECT_EQ(engine.level(), 0.25F);
 }
 
 TEST_F(KeptWhole, MetersAreEmptyWhileTheServiceIsAway) {
@@ -476,6 +682,27 @@ TEST_F(KeptWhole, OnlyTheUserLetsMonitoringFallBack) {
     EXPECT_EQ(nextMonitored(), 0.25F + 0.125F);
 }
 
+TEST_F(KeptWhole, AChoiceThatIsNotThereFallsBackAlsoWhileTheMixRuns) {
+    engine.setMonitoringSelection("interface");
+    startWith({player});
+
+    engine.setMonitoringSelection("gone");
+
+    EXPECT_EQ(nextMonitored(), 0.25F);
+}
+
+TEST_F(KeptWhole, AnEmptyChoiceFollowsTheDefaultOutputLikeNone) {
+    engine.setMonitoringSelection("");
+    startWith({wholeInput});
+    machine.sound.pause(playerPid);
+    machine.sound.pause(browserPid);
+
+    machine.sound.setDefaultOutput(interface4);
+    machine.advance(600ms);
+
+    EXPECT_EQ(next(interface4, 1), 0.0625F);
+}
+
 TEST_F(KeptWhole, AFallbackIsNotFollowedToAnotherDevice) {
     engine.setMonitoringSelection("gone");
     startWith({player});
@@ -596,6 +823,15 @@ TEST_F(KeptWhole, TellsWhatIsStillMissingOnlyWhenItHadTimeToFollowTheService) {
     EXPECT_EQ(engine.lastError(),
               "Player : Cette app n'a pas encore de son — lance une lecture dedans, puis "
               "re-sélectionne-la.\nInterface : Impossible d'assigner l'entrée (err -2)");
+}
+
+TEST_F(KeptWhole, WhatARunningMixLacksCannotBeDismissed) {
+    startWith({player, silentApplication()});
+
+    EXPECT_FALSE(engine.canDismissProblems());
+    engine.dismissProblems();
+
+    EXPECT_THAT(engine.problems(), testing::SizeIs(1));
 }
 
 TEST_F(KeptWhole, TellsAtOnceThatAllIsWell) {

@@ -210,6 +210,7 @@ TEST_F(DefaultOutputChange, IsForgottenWhenTheMixStopsMeanwhile) {
     machine.advance(200ms);
 
     engine.stop();
+    EXPECT_EQ(machine.mainQueue.timerCount(), 0U);
     machine.advance(1s);
 
     EXPECT_FALSE(engine.isRunning());

@@ -57,6 +57,14 @@ TEST_F(AudioEngineControl, KeysSettingsByIdWhateverTheName) {
     EXPECT_EQ(engine.gain(thirdPair), 1.0F);
 }
 
+TEST_F(AudioEngineControl, HearsAGainThatIsSetUnderAnotherNameOfTheSource) {
+    startWith({player});
+
+    engine.setGain(0.5F, AppSource{playerPid, "Renamed", "org.player"});
+
+    EXPECT_EQ(nextInMic(), 0.125F);
+}
+
 TEST_F(AudioEngineControl, RecoversFromAGainThatIsNoNumber) {
     startWith({player, browser});
     const float notANumber = std::numeric_limits<float>::quiet_NaN();

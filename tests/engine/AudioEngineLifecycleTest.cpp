@@ -223,6 +223,23 @@ TEST_F(AudioEngineLifecycle, CountsHowItsRingsFare) {
     EXPECT_EQ(statistics[0].monitor.underruns, 1);
 }
 
+TEST_F(AudioEngineLifecycle, BeginsTheRangesOfBothRingsAnewWhenAsked) {
+    startWith({player});
+    machine.advanceCycles(10);
+    machine.sound.skipOutputs(20);
+    machine.advanceCycles(30);
+    const SourceStatistics before = engine.statistics().at(0);
+    ASSERT_GT(before.stream.backlogMax, before.stream.backlog);
+
+    engine.restartBacklogRanges();
+    machine.advanceCycles(1);
+
+    const SourceStatistics after = engine.statistics().at(0);
+    EXPECT_EQ(after.stream.backlogMax, after.stream.backlog);
+    EXPECT_EQ(after.monitor.backlogMax, after.monitor.backlog);
+    EXPECT_EQ(after.stream.trims, before.stream.trims);
+}
+
 TEST_F(AudioEngineLifecycle, BoundsTheDelayWhenAnOutputFallsBehind) {
     startWith({player});
     machine.sound.skipOutputs(100);
@@ -242,10 +259,12 @@ TEST_F(AudioEngineLifecycle, KeepsTwoSecondsForAnOutputThatStandsStill) {
     machine.sound.skipOutputs(blocks - 2); // a ring that is exactly full reads as empty
     machine.advanceCycles(blocks - 1);
 
-    const RingStatistics statistics = engine.statistics().at(0).stream;
+    const SourceStatistics statistics = engine.statistics().at(0);
 
-    EXPECT_EQ(statistics.backlog, (blocks - 1) * 256);
-    EXPECT_EQ(statistics.trims, 1);
+    EXPECT_EQ(statistics.stream.backlog, (blocks - 1) * 256);
+    EXPECT_EQ(statistics.stream.trims, 1);
+    EXPECT_EQ(statistics.monitor.backlog, (blocks - 1) * 256);
+    EXPECT_EQ(statistics.monitor.trims, 1);
 }
 
 TEST_F(AudioEngineLifecycle, SilencesASourceWhoseDeviceIsUnplugged) {

@@ -37,6 +37,30 @@ TEST_F(AudioEngineObservers, TellsEveryChangeOnce) {
     EXPECT_EQ(notifications([&] { engine.stop(); }), 1);
 }
 
+TEST_F(AudioEngineObservers, TellsTheFirstValueThatIsKeptAlsoWhenItIsTheDefault) {
+    EXPECT_EQ(notifications([&] { engine.setGain(1.0F, player); }), 1);
+    EXPECT_EQ(notifications([&] { engine.setDirectMuted(false, player); }), 1);
+    EXPECT_EQ(notifications([&] {
+                  engine.setGain(1.0F, player);
+                  engine.setDirectMuted(false, player);
+              }),
+              0);
+}
+
+TEST_F(AudioEngineObservers, TellsTheSameProblemOnce) {
+    engine.tellMore(ProblemOrigin::launch, missing);
+
+    EXPECT_EQ(notifications([&] { engine.tellMore(ProblemOrigin::launch, missing); }), 0);
+    EXPECT_EQ(engine.problems().size(), 1U);
+}
+
+TEST_F(AudioEngineObservers, TellsThatALaunchProblemWasDismissed) {
+    engine.tellMore(ProblemOrigin::launch, missing);
+    EXPECT_TRUE(engine.canDismissProblems());
+
+    EXPECT_EQ(notifications([&] { engine.dismissProblems(); }), 1);
+}
+
 TEST_F(AudioEngineObservers, TellsThatARebuildFailedAlthoughTheListStayed) {
     engine.add(player);
     engine.start();

@@ -102,6 +102,18 @@ TEST_F(Meters, TellNothingWhileTheyStandStill) {
     EXPECT_EQ(engine.level(), 0.25F);
 }
 
+TEST_F(Meters, TellThatASilentSourceHasOne) {
+    machine.sound.play(playerPid, silence());
+    start({player});
+    int told = 0;
+    const auto connection = engine.changed().connect([&] { ++told; });
+
+    tick();
+
+    EXPECT_EQ(told, 1);
+    EXPECT_THAT(engine.sourceLevels(), ElementsAre(Pair("app-org.player-4711", 0.0F)));
+}
+
 TEST_F(Meters, SeeTheSignalAfterGainAndEffects) {
     engine.setGain(2.0F, player);
     start({player});

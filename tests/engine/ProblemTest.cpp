@@ -43,6 +43,8 @@ TEST(ProblemTest, CountsAPairWithoutASign) {
 TEST(ProblemTest, NamesTheSourceBeforeTheSentence) {
     EXPECT_EQ(frenchSentence({.kind = Kind::tapDeviceRefused, .subject = "Radio", .status = 3}),
               "Radio : Création du device agrégé refusée (err 3)");
+    EXPECT_EQ(frenchSentence({.kind = Kind::noUnit, .subject = "Table"}),
+              "Table : Unité audio indisponible");
 }
 
 TEST(ProblemTest, TranslatesItsSentenceButNeverItsSubject) {

@@ -162,8 +162,7 @@ void PresetRecall::addLaunched(const ToLaunch& entry,
     }
     engine_.insertSource(source, entry.index);
     install({source, entry.source.gain, entry.source.fx.value_or(FXParams{})});
-    const bool resumes = std::exchange(pausedForLaunch_, false);
-    if (resumes || engine_.isRunning()) {
+    if (pausedForLaunch_ || engine_.isRunning()) {
         engine_.start();
     }
 }

@@ -29,7 +29,7 @@ const std::vector<Part> house{
     {"platform/sqlite", {"platform"}, {sqlite, system}},
     {"platform/qt", {"platform"}, {qt, sanitizer}},
     {"platform/desktop", {"platform"}, {qt, glib, system}},
-    {"platform/pipewire/view", {"platform"}},
+    {"platform/pipewire/view", {"platform"}, {json}},
     {"platform/pipewire", {"platform/pipewire/view"}, {pipewire, processor, system}},
 
     {"settings", {"platform"}},

@@ -440,6 +440,23 @@ TEST_F(RunningRecallTest, AMixThatTheUserStopsDuringALaunchIsNotStartedByIt) {
     EXPECT_EQ(engine_.sources().size(), 2U);
 }
 
+TEST_F(RunningRecallTest, APausedMixGoesOnWithTheFirstLaunchedApplicationThatCanBeHeard) {
+    startPlayer(20, "org.example.player", 0.25F);
+    install("Game", "org.example.game", 21);
+    install("Radio", "org.example.radio", 22, 2s);
+    apply({app("Player", "org.example.player")}, chosen);
+    engine_.start();
+    apply({app("Game", "org.example.game"), app("Radio", "org.example.radio")}, chosen);
+    machine_.advance(2s); // the game has joined, but has no sound
+    ASSERT_FALSE(engine_.isRunning());
+
+    machine_.sound.play(22, constant(0.125F));
+    machine_.advance(2s);
+
+    EXPECT_TRUE(engine_.isRunning());
+    EXPECT_FLOAT_EQ(heard(), 0.125F);
+}
+
 TEST_F(RunningRecallTest, ALaunchedApplicationIsHeardOnceItHasJoined) {
     startPlayer(20, "org.example.player", 0.25F);
     install("Game", "org.example.game", 21);

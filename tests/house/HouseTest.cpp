@@ -30,7 +30,10 @@ const std::vector<Part> house{
     {"platform/qt", {"platform"}, {qt, sanitizer}},
     {"platform/desktop", {"platform"}, {qt, glib, system}},
     {"platform/pipewire/view", {"platform"}, {json}},
-    {"platform/pipewire", {"platform/pipewire/view"}, {pipewire, processor, system}},
+    {"platform/pipewire/daemon", {"platform/pipewire/view"}, {pipewire, system}},
+    {"platform/pipewire/node", {"platform/pipewire/daemon"}, {pipewire, processor}},
+    {"platform/pipewire/keep", {"platform/pipewire/node"}, {pipewire, system}},
+    {"platform/pipewire", {"platform/pipewire/keep"}, {pipewire, system}},
 
     {"settings", {"platform"}},
     {"engine/AudioSource", {"platform"}},

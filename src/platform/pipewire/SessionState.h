@@ -19,7 +19,7 @@ namespace velmora::pipewire {
 /// Frames per cycle that our node asks for when nobody asked for others.
 inline constexpr std::uint32_t usualBlockFrames = 128;
 
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the control loop's lock.
 struct SessionState {
     Graph graph;
     GraphRate rate;

@@ -11,7 +11,7 @@
 
 namespace velmora::pipewire {
 
-/// Threads: main; the callback runs on the node's real-time thread.
+/// Threads: main; the callback runs on the node's real-time thread. Real-time: no.
 class Tap final : public ApplicationTap {
 public:
     /// Errors: as `ApplicationTaps::open`.

@@ -12,11 +12,11 @@ namespace velmora::pipewire {
 
 using Changed = std::function<void()>;
 
-/// Follows a node's properties, state and material. Loop: locked.
+/// Follows a node's properties, state and material. Threads: any, with the loop's lock.
 [[nodiscard]] std::unique_ptr<Binding>
 bindNode(pw_registry* registry, GlobalId id, Serial serial, Graph& graph, Changed changed);
 
-/// Follows a client's properties. Loop: locked.
+/// Follows a client's properties. Threads: any, with the loop's lock.
 [[nodiscard]] std::unique_ptr<Binding>
 bindClient(pw_registry* registry, GlobalId id, Serial serial, Graph& graph, Changed changed);
 
@@ -34,7 +34,7 @@ enum class MetadataStart {
     collecting ///< entries are kept until `publish`
 };
 
-/// Loop: locked.
+/// Threads: any, with the loop's lock.
 [[nodiscard]] std::unique_ptr<MetadataBinding> bindMetadata(pw_registry* registry,
                                                             GlobalId id,
                                                             const std::string& name,

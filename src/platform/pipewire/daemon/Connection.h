@@ -22,7 +22,7 @@ class MetadataBinding;
 
 /// The control connection: object list, metadata, and requests for new objects.
 ///
-/// Threads: everything needs the loop's lock; the callbacks come on the loop's thread.
+/// Threads: any, with the loop's lock; events come on the loop's thread.
 class Connection {
 public:
     struct Events {

@@ -11,10 +11,10 @@
 namespace velmora::pipewire {
 
 /// After a loss soon, then less and less often; at once when a daemon makes its socket.
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the loop's lock.
 class DaemonSearch {
 public:
-    /// @param attempt  called on the control thread
+    /// @param attempt  called on the loop's thread
     DaemonSearch(const Loop& loop, std::function<void()> attempt);
 
     /// No daemon answers, or it answers no more.

@@ -9,8 +9,8 @@
 
 namespace velmora::pipewire {
 
-/// Releases a PipeWire object. Every owner below needs its loop's lock (or a stopped loop) when it
-/// lets go.
+/// Releases a PipeWire object.
+/// Threads: any, with the loop's lock, or while the loop does not run.
 struct Release {
     void operator()(pw_context* context) const noexcept { pw_context_destroy(context); }
     void operator()(pw_core* core) const noexcept { pw_core_disconnect(core); }

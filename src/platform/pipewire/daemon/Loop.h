@@ -10,7 +10,7 @@
 namespace velmora::pipewire {
 
 /// A thread that runs one PipeWire loop. Every PipeWire call on objects of this loop needs its
-/// `Lock`, except from callbacks, which run with it held.
+/// `Lock`; callbacks run with it held.
 class Loop {
 public:
     /// Makes the loop; nothing runs before `start`. Throws std::bad_alloc.
@@ -44,7 +44,7 @@ public:
         pw_thread_loop* loop_;
     };
 
-    /// Wakes those who wait. Needs the lock.
+    /// Wakes those who wait. Threads: any, with the lock.
     void notify() const { pw_thread_loop_signal(loop_.get(), false); }
 
 private:
@@ -55,7 +55,7 @@ private:
 };
 
 /// Work that the loop runs as soon as it is free, once however often it was asked for.
-/// Construction and destruction need the loop's lock, or a loop that does not run.
+/// Threads: any, with the loop's lock, or while the loop does not run.
 class LoopWork {
 public:
     LoopWork(const Loop& loop, std::function<void()> work);
@@ -63,7 +63,7 @@ public:
     LoopWork(const LoopWork&) = delete;
     LoopWork& operator=(const LoopWork&) = delete;
 
-    /// Threads: any; without the lock too.
+    /// Threads: any.
     void request();
 
 private:
@@ -72,7 +72,8 @@ private:
     spa_source* source_;
 };
 
-/// Work that the loop runs after a delay, unless asked again before. Locking as `LoopWork`.
+/// Work that the loop runs after a delay, unless asked again before.
+/// Threads: any, with the loop's lock, or while the loop does not run.
 class LoopTimer {
 public:
     LoopTimer(const Loop& loop, std::function<void()> work);

@@ -10,10 +10,10 @@ namespace velmora::pipewire {
 /// While one client begins to follow the session manager's metadata, the daemon (0.3.65) gives
 /// changes to that client only: of 120 changes beside a polling client, 7 were never told. So it is
 /// read again shortly after anybody has come.
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the loop's lock.
 class MetadataRefresh {
 public:
-    /// @param read  called on the control thread
+    /// @param read  called on the loop's thread
     MetadataRefresh(const Loop& loop, std::function<void()> read);
 
     void clientCame();

@@ -10,7 +10,7 @@ namespace velmora::pipewire {
 
 /// Watches the folder in which a daemon makes the socket that we connect to. Where it cannot be
 /// watched nothing is told.
-/// Construction and destruction need the loop's lock, or a loop that does not run.
+/// Threads: any, with the loop's lock, or while the loop does not run.
 class SocketWatch {
 public:
     /// @param came  called on the loop's thread when the socket was made; it may take its maker a

@@ -27,7 +27,7 @@ struct PublicAggregate {
 /// restarted daemon, get them again as long as this object lives. The hardware member becomes the
 /// clock by its driver priority and the others follow it, so that no drift arises.
 ///
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the control loop's lock.
 class AggregateSink {
 public:
     /// @param changed  as `LinkSet`
@@ -56,7 +56,7 @@ private:
 };
 
 /// All that are wanted, by UID.
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the control loop's lock.
 class AggregateSinks {
 public:
     /// @param changed  as `LinkSet`

@@ -18,7 +18,7 @@ class MixNode;
 /// carry the new part's sound to where the old one's went. So the node gets its ports back when the
 /// daemon has seen that we let go of their links, and lists no other.
 ///
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the control loop's lock.
 class EndedRoutes {
 public:
     /// @param seen  called on the control thread when it is time to `follow` again

@@ -18,8 +18,8 @@ namespace velmora::pipewire {
 /// The process starts with the first stream and ends with this object. Where its program is missing
 /// or cannot be started, nothing is kept.
 ///
-/// Threads: needs the control loop's lock. Blocks shortly: the list is a few hundred bytes, and the
-/// end of a process that has nothing to do is waited for.
+/// Threads: any, with the control loop's lock. Blocks shortly: the list is a few hundred bytes, and
+/// the end of a process that has nothing to do is waited for.
 class LastWill {
 public:
     LastWill() = default;

@@ -14,7 +14,7 @@
 
 namespace velmora::pipewire {
 
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the control loop's lock.
 class LinkSet {
 public:
     using Clock = LinkAttempts::Clock;

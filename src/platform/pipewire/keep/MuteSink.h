@@ -23,7 +23,7 @@ namespace velmora::pipewire {
 /// Nothing of it outlives this program: the sink goes with our connection, the session manager then
 /// plays the streams where it did before, and of a killed program the last will removes the rest.
 ///
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the control loop's lock.
 class MuteSink {
 public:
     /// @param newName  gives a `node.name` that was never used before, so that a remembered one
@@ -65,7 +65,7 @@ private:
 };
 
 /// One for each mute that is wanted.
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the control loop's lock.
 class MuteSinks {
 public:
     using Mutes = std::map<AudioObjectID, AudioObjectID>; ///< whose mute, and which process

@@ -20,7 +20,7 @@ struct MutedStream {
     bool operator==(const MutedStream&) const = default;
 };
 
-// Both need the control loop's lock.
+// Threads: any, with the control loop's lock.
 
 /// Sends the stream to our sink. The session manager also remembers, by the kind of application,
 /// where streams were sent to, and would send other programs there; it is told at once that there

@@ -13,7 +13,7 @@ namespace velmora::pipewire {
 
 /// Sees to it that there is one, once that is wanted. It is a true source, not a sink's monitor,
 /// and outlives this program.
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the control loop's lock.
 class VirtualMicrophone {
 public:
     VirtualMicrophone(Connection& connection, const Graph& graph)

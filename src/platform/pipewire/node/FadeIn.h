@@ -11,7 +11,7 @@ namespace velmora::pipewire {
 /// from its first sample that is not silence: a device may need some blocks before it plays.
 ///
 /// Formula: smoothstep 3t² − 2t³ over `frames` frames; no edge at either end.
-/// Threads: one, the real-time thread of a node. Real-time: yes.
+/// Threads: the node's real-time thread. Real-time: yes.
 class FadeIn {
 public:
     static constexpr std::size_t frames = 256; ///< 5.3 ms at 48 kHz

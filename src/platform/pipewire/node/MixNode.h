@@ -51,7 +51,7 @@ public:
     /// The smallest wish so far counts.
     void askForBlocksOf(std::uint32_t frames, double rateHz);
     /// The daemon has no link to or from these ports any more; they serve again when it has told
-    /// this node so too.
+    /// this node so too. Threads: any.
     void portsAreClear(std::vector<std::string> names);
 
 private:
@@ -65,7 +65,7 @@ private:
     void onDone(int sequence);
     void checkCalls();
 
-    // For the parts; all need the loop's lock.
+    // For the parts. Threads: any, with the node's lock.
     /// Null when there is no memory.
     [[nodiscard]] const NodePorts::Port* takePort(NodePorts::Direction direction);
     /// From here on the part is called, captures before outputs.

@@ -46,8 +46,8 @@ public:
     /// Threads: any. Real-time: yes.
     [[nodiscard]] bool isAlive() const noexcept { return node_->life()->isAlive(); }
 
-    /// The block of port `index` , `frames` floats; null while
-    /// nothing is linked to it. Blocks of outputs are to be written in every cycle.
+    /// The block of port `index`, `frames` floats; null while nothing is linked to it. Blocks of
+    /// outputs are to be written in every cycle.
     /// Threads: inside `process`. Real-time: yes.
     [[nodiscard]] float* buffer(std::size_t index, std::uint32_t frames) const noexcept;
 

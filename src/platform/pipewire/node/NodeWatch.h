@@ -18,7 +18,7 @@ namespace velmora::pipewire {
 /// The node itself notices when its connection goes; that somebody has removed it may be seen in
 /// the graph before. It is dead for whichever reason comes first.
 ///
-/// Threads: needs the control loop's lock.
+/// Threads: any, with the control loop's lock.
 class NodeWatch {
 public:
     /// @param rateChanged  called on the control thread

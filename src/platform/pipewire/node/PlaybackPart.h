@@ -12,7 +12,7 @@
 
 namespace velmora::pipewire {
 
-/// Threads: main. Real-time: no; the callback runs on the node's real-time thread.
+/// Threads: main; the callback runs on the node's real-time thread. Real-time: no.
 class PlaybackPart final : MixPart::Handler {
 public:
     /// Errors: the status; nothing is left open.

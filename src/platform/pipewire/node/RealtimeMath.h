@@ -10,7 +10,8 @@
 namespace velmora::pipewire {
 
 /// Makes this thread's float operations treat denormal numbers as 0. Meant for threads that run
-/// nothing but sound: the setting stays. Threads: real-time. Real-time: yes.
+/// nothing but sound: the setting stays.
+/// Threads: the node's real-time thread. Real-time: yes.
 inline void flushDenormals() noexcept {
 #if defined(__x86_64__) || defined(__i386__)
     constexpr unsigned flushToZero = 0x8000U;

@@ -12,7 +12,7 @@ namespace velmora::pipewire {
 
 /// A channel that gets a link, the first one or another one later, fades in.
 ///
-/// Threads: main. Real-time: no; the callback runs on the node's real-time thread.
+/// Threads: main; the callback runs on the node's real-time thread. Real-time: no.
 class RecordingPart final : MixPart::Handler {
 public:
     /// Errors: the status; nothing is left open.

@@ -11,7 +11,7 @@
 
 namespace velmora::pipewire {
 
-/// Threads: main. Real-time: no; the callback runs on the node's real-time thread.
+/// Threads: main; the callback runs on the node's real-time thread. Real-time: no.
 class TapPart final : MixPart::Handler {
 public:
     /// @param scale  linear, applied to every sample

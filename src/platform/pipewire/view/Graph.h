@@ -78,7 +78,7 @@ void change(MetadataEntries& entries,
 /// The mirror of the daemon's object list. Every change comes in through the few functions here, in
 /// the order in which the daemon tells it.
 ///
-/// Threads: guarded by the control loop's lock. Real-time: no.
+/// Threads: one at a time.
 class Graph {
 public:
     void addNode(GlobalId id, const Properties& properties);

@@ -10,7 +10,7 @@ namespace velmora::pipewire {
 /// When a link that the daemon refuses or removes is asked for again: at once, then after longer
 /// and longer pauses, then never, so that two ports that cannot be joined do not keep both sides
 /// busy. A link that has lasted begins anew.
-/// Threads: one.
+/// Threads: one at a time.
 class LinkAttempts {
 public:
     using Clock = std::chrono::steady_clock;

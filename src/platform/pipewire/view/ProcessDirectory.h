@@ -22,7 +22,7 @@ namespace velmora::pipewire {
 /// Which application a process belongs to is somebody else's knowledge and may arrive late:
 /// `unresolvedPids` asks, `resolve` answers; until then the process belongs to none.
 ///
-/// Threads: guarded by the control loop's lock.
+/// Threads: one at a time.
 class ProcessDirectory {
 public:
     /// The leading process of an application.

@@ -24,7 +24,7 @@ public:
     /// Only while it does not run, and not once it has died. `arguments` go to `Part::open`.
     /// Errors: the status; nothing is left open.
     template <typename... Arguments>
-    Status start(const Session::Wish& wish, Route route, Arguments&&... arguments) {
+    Status start(const Session::Wish& wish, const Route& route, Arguments&&... arguments) {
         if (hasDied_) {
             return -ENODEV;
         }
@@ -33,7 +33,7 @@ public:
             return part.error();
         }
         part_ = *std::move(part);
-        route_ = session_.addRoute({.ports = part_->part().ports(), .route = std::move(route)});
+        route_ = session_.addRoute({.ports = part_->part().ports(), .route = route});
         return statusOk;
     }
 

@@ -57,7 +57,7 @@ TEST_F(Refusal, OneMissingSourceIsToldWhileTheOthersPlay) {
 TEST_F(Refusal, WithoutASoundServerAStartSaysSoAndWaitsForIt) {
     const AudioSource source = input(interface4.description, 1, 2);
     session().killDaemon();
-    EXPECT_TRUE(waitUntil([this] { return !machine.audio().connected(); }));
+    EXPECT_TRUE(waitUntil([this] { return !platform.devices.isAvailable(); }));
     engine.add(source);
 
     engine.start();

@@ -123,14 +123,6 @@ AudioUnits& PipeWireAudio::units() {
     return impl_->units();
 }
 
-bool PipeWireAudio::connected() const {
-    return impl_->session().isAvailable();
-}
-
-std::string PipeWireAudio::connectionProblem() const {
-    return impl_->session().problem();
-}
-
 std::string PipeWireAudio::applicationName(std::int32_t pid) const {
     return impl_->session().read(
         [pid](pipewire::SessionState& state, bool) { return state.processes.name(pid); });

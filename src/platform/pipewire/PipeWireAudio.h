@@ -47,11 +47,6 @@ public:
     [[nodiscard]] PublicSinks& sinks();
     [[nodiscard]] AudioUnits& units();
 
-    /// True while the daemon and its session manager answer.
-    [[nodiscard]] bool connected() const;
-    /// Why not, for a person to read; empty while connected.
-    [[nodiscard]] std::string connectionProblem() const;
-
     /// What the application that `pid` leads calls itself; empty when it does not say, or has
     /// never played.
     [[nodiscard]] std::string applicationName(std::int32_t pid) const;

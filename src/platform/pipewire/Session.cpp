@@ -58,8 +58,7 @@ Session::~Session() {
 }
 
 void Session::connect() {
-    lastStatus_ = connection_.open();
-    if (lastStatus_ == statusOk) {
+    if (connection_.open() == statusOk) {
         search_.pause();
     } else {
         search_.goOn();
@@ -120,7 +119,6 @@ void Session::passLosses() {
         connection_.close();
         state_.rate = {};
         news_.lose();
-        lastStatus_ = -EHOSTDOWN;
         search_.goOn();
     }
     if (std::exchange(isManagerLost_, false)) {
@@ -243,14 +241,6 @@ bool Session::isAvailable() const {
 
 bool Session::isAvailableLocked() const {
     return connection_.isListed() && state_.graph.hasMetadata("default");
-}
-
-std::string Session::problem() const {
-    const Loop::Lock lock(loop_);
-    if (!connection_.isOpen()) {
-        return "PipeWire does not answer (err " + std::to_string(lastStatus_) + ")";
-    }
-    return isAvailableLocked() ? "" : "PipeWire's session manager does not answer";
 }
 
 Status Session::ensureVirtualMicrophone() {

@@ -53,7 +53,6 @@ public:
 
     /// True while daemon and session manager answer.
     [[nodiscard]] bool isAvailable() const;
-    [[nodiscard]] std::string problem() const;
 
     /// Reads the state. Giving a device its number for the first time counts as reading.
     template <typename Function>
@@ -134,7 +133,6 @@ private:
     MetadataRefresh refresh_;
     bool isLost_ = false;
     bool isManagerLost_ = false;
-    Status lastStatus_ = statusOk;
 
     LinkSet links_;
     LoopTimer relink_;

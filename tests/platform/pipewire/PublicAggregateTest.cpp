@@ -103,15 +103,15 @@ TEST_F(PublicAggregate, ComesBackWithTheDaemonUnlessItWasRemovedMeanwhile) {
     const AudioObjectID made = make(sinks(), interface4.name);
 
     session().killDaemon();
-    ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
+    ASSERT_TRUE(waitUntil([&] { return !devices().isAvailable(); }));
     session().startServices();
     EXPECT_TRUE(waitUntil([&] { return session().graph().linked(uid, interface4.name); }));
 
     session().killDaemon();
-    ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
+    ASSERT_TRUE(waitUntil([&] { return !devices().isAvailable(); }));
     sinks().remove(made);
     session().startServices();
-    ASSERT_TRUE(waitUntil([&] { return audio.connected(); }));
+    ASSERT_TRUE(waitUntil([&] { return devices().isAvailable(); }));
     EXPECT_EQ(find(uid), std::nullopt);
 }
 
@@ -135,9 +135,9 @@ TEST_F(PublicAggregate, PlaysOnToBothSidesOnceTheSessionManagerIsBack) {
     make(sinks(), interface4.name);
     for (int round = 0; round < 3; ++round) {
         session().killManager();
-        ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
+        ASSERT_TRUE(waitUntil([&] { return !devices().isAvailable(); }));
         session().startServices();
-        ASSERT_TRUE(waitUntil([&] { return audio.connected(); }));
+        ASSERT_TRUE(waitUntil([&] { return devices().isAvailable(); }));
 
         // New ones, for the links of others are paused as well.
         const Feeder workstation(session(), uid, {1, 2}, {.hz = {440, 440}, .db = playedDb});

@@ -56,7 +56,7 @@ TEST_F(VirtualMicrophone, IsThereAgainBeforeTheReturnOfTheDaemonIsTold) {
         audio.devices().defaultOutputChanged().connect([&] { thereWhenTold = count(); });
 
     session->killDaemon();
-    ASSERT_TRUE(waitUntil([&] { return !audio.connected(); }));
+    ASSERT_TRUE(waitUntil([&] { return !audio.devices().isAvailable(); }));
     session->startServices();
 
     EXPECT_TRUE(waitUntil([&] { return thereWhenTold.has_value(); }));

@@ -48,7 +48,13 @@ std::optional<std::string> DAWModeManager::microphoneUID() const {
 }
 
 bool DAWModeManager::membersAreThere() const {
-    return findDevice(platform_.devices, interfaceUID_.value_or("")) && microphoneUID();
+    // A device is listed before its ports are, and without them nothing can play into it.
+    const auto canBePlayedTo = [this](AudioObjectID device) {
+        return channelCount(platform_.devices, device, Scope::output) > 0;
+    };
+    const auto chosen = findDevice(platform_.devices, interfaceUID_.value_or(""));
+    const auto microphone = findVirtualMicDevice(platform_.devices);
+    return chosen && microphone && canBePlayedTo(*chosen) && canBePlayedTo(*microphone);
 }
 
 void DAWModeManager::setEnabled(bool enabled) {
@@ -56,6 +62,7 @@ void DAWModeManager::setEnabled(bool enabled) {
     persist();
     if (!enabled_) {
         remove();
+        problem_.reset();
     } else {
         if (!interfaceUID_) {
             chooseDefaultOutput();

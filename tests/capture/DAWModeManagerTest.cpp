@@ -406,6 +406,15 @@ TEST_F(LateDAWMode, IsNotTriedAgainAndAgainWhereItIsRefused) {
     EXPECT_TRUE(aggregate());
 }
 
+TEST_F(LateDAWMode, SaysNothingOnceTheModeIsOff) {
+    DAWModeManager manager(machine.platform());
+    ASSERT_NE(manager.lastError(), std::nullopt);
+
+    manager.setEnabled(false);
+
+    EXPECT_EQ(manager.lastError(), std::nullopt);
+}
+
 TEST_F(LateDAWMode, IsLeftAloneOnceTheModeIsOff) {
     DAWModeManager manager(machine.platform());
     manager.setEnabled(false);

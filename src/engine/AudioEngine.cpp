@@ -31,6 +31,9 @@ std::vector<Problem> AudioEngine::problems() const {
     } else {
         all.insert(all.end(), keeper_.problems().begin(), keeper_.problems().end());
     }
+    if (!sources_.empty()) {
+        std::erase_if(all, [](const Problem& one) { return one.kind == Problem::Kind::noSource; });
+    }
     return all;
 }
 
@@ -250,6 +253,12 @@ void AudioEngine::insertSource(const AudioSource& source, std::size_t index) {
 void AudioEngine::start() {
     const Status before = status();
     keeper_.begin(sources_);
+    notifyIf(status() != before);
+}
+
+void AudioEngine::restart() {
+    const Status before = status();
+    keeper_.beginAgain(sources_);
     notifyIf(status() != before);
 }
 

@@ -130,6 +130,9 @@ public:
     /// Tears everything down and builds it anew.
     void start();
     void stop();
+    /// As `start` for a mix that is on, when it is not the user who asks: it is never switched off
+    /// by that, and monitoring stays where it may be.
+    void restart();
 
     /// One entry per running source, in the order of the captures.
     [[nodiscard]] std::vector<SourceStatistics> statistics() const;

@@ -21,7 +21,9 @@ constexpr auto longestPause = 5000ms;
 /// Devices and applications come back one by one after the service; until then it would be noise
 /// to tell each that is still missing.
 constexpr auto settlingTime = 1000ms;
-constexpr std::chrono::nanoseconds meterPeriod = std::chrono::nanoseconds(1s) / 30;
+constexpr int ticksPerSecond = 30;
+constexpr std::chrono::nanoseconds meterPeriod = std::chrono::nanoseconds(1s) / ticksPerSecond;
+constexpr int ticksOfYouth = ticksPerSecond; // one second
 
 } // namespace
 
@@ -56,7 +58,9 @@ void MixKeeper::react(Work work) {
 
 void MixKeeper::onChange() {
     react([this] {
-        pause_ = shortestPause; // something new was seen
+        if (!diedYoung()) {
+            pause_ = shortestPause; // something new was seen
+        }
         step();
     });
 }
@@ -88,24 +92,34 @@ void MixKeeper::begin(std::vector<AudioSource> sources) {
         problems_ = {{.kind = Problem::Kind::noSource}};
         return;
     }
-    const bool wasWaiting = isOn_ && !hasWorkingSource();
+    const bool wasWaiting = isOn_ && (!hasWorkingSource() || isServiceAway());
     isOn_ = true;
+    allowFallback();
+    anew(std::move(sources));
+    if (!wasAway_ && !wasWaiting && !hasWorkingSource()) {
+        auto reasons = std::exchange(problems_, {});
+        end();
+        problems_ = std::move(reasons);
+    }
+}
+
+void MixKeeper::beginAgain(std::vector<AudioSource> sources) {
+    if (isOn_ && !sources.empty()) {
+        anew(std::move(sources));
+    }
+}
+
+void MixKeeper::anew(std::vector<AudioSource> sources) {
     sources_ = std::move(sources);
     pause_ = shortestPause;
     restart_.reset();
     settling_.reset();
-    allowFallback();
     if (platform_.devices.isAvailable()) {
         drop();
     } else if (mix_) {
         mix_->dropAllBut(sources_);
     }
     step();
-    if (!wasAway_ && !wasWaiting && !hasWorkingSource()) {
-        auto reasons = std::exchange(problems_, {});
-        end();
-        problems_ = std::move(reasons);
-    }
 }
 
 void MixKeeper::end() {
@@ -126,6 +140,7 @@ void MixKeeper::dismissProblems() {
 }
 
 void MixKeeper::moveMonitor() {
+    pause_ = shortestPause;
     allowFallback();
     if (mix_) {
         mix_->moveMonitor(std::nullopt);
@@ -138,9 +153,15 @@ void MixKeeper::restartCapture(const AudioSource& source) {
         mix_->restartCapture(*capture);
         if (mix_->captureOf(source) == nullptr) {
             followLevels();
+            pause_ = shortestPause;
             retryLater();
         }
     }
+}
+
+/// Something ends our mix again and again: it must not be built without a pause.
+bool MixKeeper::diedYoung() const {
+    return mix_ && !mix_->isAlive() && ticks_ < ticksOfYouth && platform_.devices.isAvailable();
 }
 
 /// Makes the difference between what is wanted and what is there smaller, as far as can be now.
@@ -151,6 +172,12 @@ void MixKeeper::step() {
         return;
     }
     retry_.reset();
+    if (diedYoung()) {
+        drop();
+        followLevels();
+        retryLater();
+        return;
+    }
     if (mix_ && !mix_->isAlive()) {
         drop();
     }
@@ -161,6 +188,9 @@ void MixKeeper::step() {
         followLevels();
         return;
     }
+    if (isBack) {
+        settle();
+    }
     if (mix_ && restart_) {
         return; // all of it is built anew in a moment
     }
@@ -168,9 +198,6 @@ void MixKeeper::step() {
         drop();
     }
     build();
-    if (isBack) {
-        settle();
-    }
     if (problems_.empty()) {
         settling_.reset();
     }
@@ -186,7 +213,9 @@ void MixKeeper::build() {
         if (!mix_) {
             restart_.reset();
             mix_ = std::make_unique<RunningMix>(platform_, settings_.kept, settings_.fxBypassed);
+            ticks_ = 0;
             meterTimer_ = platform_.mainQueue.every(meterPeriod, [this] {
+                ticks_ = std::min(ticks_ + 1, ticksOfYouth);
                 if (meters_.tick(mix_->captures())) {
                     changed_.emit();
                 }

@@ -65,6 +65,9 @@ public:
     /// nothing that works, the mix is off afterwards, unless the service is away or it was waited
     /// for before: then it is waited for.
     void begin(std::vector<AudioSource> sources);
+    /// The same for a mix that is on when it is not the user who asks: it stays on, and monitoring
+    /// falls back to nothing new.
+    void beginAgain(std::vector<AudioSource> sources);
     void end();
     /// What the last `begin` reported has been read; while the mix is on, it stays as it is.
     void dismissProblems();
@@ -89,6 +92,8 @@ private:
 
     void onChange();
     void onDefaultOutputChange();
+    void anew(std::vector<AudioSource> sources);
+    [[nodiscard]] bool diedYoung() const;
     void step();
     void build();
     void followMonitor();
@@ -116,6 +121,7 @@ private:
     std::optional<Problem> monitorProblem_; ///< never told
     bool wasAway_ = false;                  ///< when the last step looked
     std::chrono::milliseconds pause_;       ///< before the next retry
+    int ticks_ = 0;                         ///< of the meters since the mix was built
 
     std::unique_ptr<MainQueue::Timer> meterTimer_;
     std::unique_ptr<MainQueue::Timer> restart_; ///< after a change of the default output

@@ -8,6 +8,7 @@
 #include "engine/realtime/LevelMeter.h"
 #include "engine/realtime/ParamBox.h"
 #include "engine/realtime/RingBuffer.h"
+#include "platform/PublicSinks.h"
 
 #include <algorithm>
 #include <utility>
@@ -18,6 +19,14 @@ namespace {
 constexpr std::int64_t ringFloats = 192000; // two seconds of stereo at 48 kHz
 
 using Captures = std::vector<std::unique_ptr<SourceCapture>>;
+
+/// Never the device of DAW mode, whose name holds the microphone's word as well: it would play the
+/// mix into the interface, and is found while the microphone is away for a moment.
+std::optional<AudioObjectID> microphoneIn(const AudioDevices& devices) {
+    return findVirtualMicDevice(devices).and_then([&](AudioObjectID device) {
+        return deviceUID(devices, device) == dawSinkUID ? std::nullopt : std::optional(device);
+    });
+}
 
 /// Takes the capture of exactly this source out of `captures`; null when there is none.
 std::unique_ptr<SourceCapture> takeOut(Captures& captures, const AudioSource& source) {
@@ -37,7 +46,7 @@ RunningMix::RunningMix(const Platform& platform, const EngineSettings& settings,
     : platform_(platform), settings_(settings),
       defaultOutput_(platform.devices.defaultOutputDevice()), stream_(settings.streamVolume()),
       monitor_(settings.headphoneVolume()), fxBypassed_(fxBypassed) {
-    const auto microphone = findVirtualMicDevice(platform.devices);
+    const auto microphone = microphoneIn(platform.devices);
     if (!microphone) {
         throw VelmoraError::noVirtualMic();
     }
@@ -66,7 +75,7 @@ bool RunningMix::isUpToDate() const {
         return false;
     }
     const AudioObjectID device = stream_.target()->device;
-    const auto microphone = findVirtualMicDevice(platform_.devices);
+    const auto microphone = microphoneIn(platform_.devices);
     return !microphone || *microphone == device || deviceName(platform_.devices, device);
 }
 

@@ -43,6 +43,7 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
     late_.reset();
     auto resolution = resolve(preset, options.launchClosedApps);
     const auto& [resolved, indices, missing, toLaunch] = resolution;
+    const bool isWanted = engine_.isRunning() || pausedForLaunch_;
     // From the first change on, the engine's observers may touch the list that `preset` lives in.
     const auto headphoneVolume = preset.headphoneVolume;
     const auto streamVolume = preset.streamVolume;
@@ -65,11 +66,11 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
         engine_.dismissProblems();
         engine_.tell(ProblemOrigin::recall, std::move(problems));
     }
-    pausedForLaunch_ = engine_.isRunning() && resolved.empty() && !toLaunch.empty();
-    if (engine_.isRunning() && resolved.empty()) {
+    pausedForLaunch_ = isWanted && resolved.empty() && !toLaunch.empty();
+    if (isWanted && resolved.empty()) {
         // A start without sources would leave the previous setup in the mix.
         engine_.stop();
-    } else if (engine_.isRunning()) {
+    } else if (isWanted) {
         engine_.start();
     }
     for (const auto& entry : toLaunch) {
@@ -162,7 +163,9 @@ void PresetRecall::addLaunched(const ToLaunch& entry,
     }
     engine_.insertSource(source, entry.index);
     install({source, entry.source.gain, entry.source.fx.value_or(FXParams{})});
-    if (pausedForLaunch_ || engine_.isRunning()) {
+    if (engine_.isRunning()) {
+        engine_.restart();
+    } else if (pausedForLaunch_) {
         engine_.start();
     }
 }
@@ -196,9 +199,7 @@ void PresetRecall::addLateDevices() {
         late_->list.insert(late_->list.begin() + offset, *found);
         engine_.insertSource(*found, static_cast<std::size_t>(offset));
         install({*found, source.gain, source.fx.value_or(FXParams{})});
-        if (engine_.isRunning()) {
-            engine_.start();
-        }
+        engine_.restart();
     }
     if (late_ && late_->missing.empty()) {
         late_.reset();

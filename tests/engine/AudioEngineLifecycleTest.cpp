@@ -24,6 +24,14 @@ TEST_F(AudioEngineLifecycle, NeedsASource) {
     EXPECT_EQ(machine.sound.census(), nothingRuns);
 }
 
+TEST_F(AudioEngineLifecycle, NeedsNoSourceAnyMoreWhenThereIsOne) {
+    engine.start();
+
+    engine.add(player);
+
+    EXPECT_EQ(engine.lastError(), std::nullopt);
+}
+
 TEST_F(AudioEngineLifecycle, LeavesARunningMixAloneWhenItsListIsEmpty) {
     startWith({player});
     engine.replaceSources({});

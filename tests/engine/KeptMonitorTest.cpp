@@ -105,6 +105,7 @@ TEST_F(KeptMonitor, OnlyTheUserLetsMonitoringFallBack) {
 
     startWith({player}); // the user's start
     EXPECT_EQ(nextMonitored(), 0.25F);
+    machine.advance(2s);
     machine.sound.removeOurNode(); // keeps to where the user let it fall back
     machine.advance(100ms);
     EXPECT_EQ(nextMonitored(), 0.25F);
@@ -115,6 +116,7 @@ TEST_F(KeptMonitor, OnlyTheUserLetsMonitoringFallBack) {
     EXPECT_EQ(nextMonitored(), 0.0F);
 
     unplugInterface(); // and from here on it is that one or none
+    machine.advance(2s);
     machine.sound.removeOurNode();
     machine.advance(100ms);
     EXPECT_EQ(nextMonitored(), 0.0F);
@@ -142,6 +144,33 @@ TEST_F(KeptMonitor, AnEmptyChoiceFollowsTheDefaultOutputLikeNone) {
     machine.advance(600ms);
 
     EXPECT_EQ(next(interface4, 1), 0.0625F);
+}
+
+TEST_F(KeptMonitor, ARestartThatNobodyAskedForLetsNothingFallBack) {
+    engine.setMonitoringSelection("interface#3");
+    startWith({player});
+    unplugInterface();
+
+    engine.insertSource(browser, 1);
+    engine.restart(); // say, an application that was launched has joined
+
+    EXPECT_EQ(nextMonitored(), 0.0F);
+    EXPECT_EQ(nextInMic(), 0.25F + 0.125F);
+}
+
+TEST_F(KeptMonitor, ARestartThatNobodyAskedForSwitchesNothingOff) {
+    startWith({player});
+    machine.sound.refuse(Operation::openTap);
+
+    engine.restart();
+    EXPECT_TRUE(engine.isRunning());
+    machine.sound.allow(Operation::openTap);
+    machine.advance(200ms);
+    EXPECT_EQ(nextInMic(), 0.25F);
+
+    engine.stop();
+    engine.restart();
+    EXPECT_FALSE(engine.isRunning());
 }
 
 TEST_F(KeptMonitor, AFallbackIsNotFollowedToAnotherDevice) {

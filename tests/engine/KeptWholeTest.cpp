@@ -2,6 +2,7 @@
 
 #include "engine/KeptWholeFixture.h"
 #include "engine/VelmoraError.h"
+#include "platform/PublicSinks.h"
 
 #include <gmock/gmock.h>
 
@@ -47,6 +48,27 @@ TEST_F(KeptWhole, AMixWhoseNodeSomebodyRemovesIsBuiltOnce) {
     EXPECT_EQ(nextInMic(), 0.25F + 0.0625F);
     EXPECT_EQ(nextMonitored(), 0.25F + 0.0625F);
     EXPECT_EQ(engine.lastError(), std::nullopt);
+}
+
+TEST_F(KeptWhole, AMixThatIsEndedAgainAndAgainIsBuiltEverMoreSeldom) {
+    startWith({player});
+    machine.advance(2s);
+    const auto builtWithin = [&](std::chrono::milliseconds time) {
+        const std::size_t before = tapsMade();
+        for (auto passed = 0ms; passed < time; passed += 10ms) {
+            if (machine.sound.census().runningUnits > 0) {
+                machine.sound.removeOurNode();
+            }
+            machine.advance(10ms);
+        }
+        return tapsMade() - before;
+    };
+
+    EXPECT_EQ(builtWithin(100ms), 1U) << "the first time at once";
+    EXPECT_LE(builtWithin(60s), 20U);
+
+    machine.advance(aWhile); // it is left in peace
+    EXPECT_EQ(nextInMic(), 0.25F);
 }
 
 TEST_F(KeptWhole, ARemovedNodeIsRepairedAlsoWhileASourceIsAwaited) {
@@ -360,6 +382,26 @@ TEST_F(KeptWhole, AMixWhoseMicrophoneWasReplacedPlaysIntoTheNewOne) {
     machine.advance(100ms);
 
     EXPECT_EQ(next(other, 1), 0.25F);
+}
+
+TEST_F(KeptWhole, AMixIsNeverPlayedIntoTheDeviceOfDawMode) {
+    startWith({player});
+    machine.advance(1s);
+    const auto daw = machine.sinks.create({.name = "Velmora DAW",
+                                           .uid = std::string(dawSinkUID),
+                                           .masterUID = "interface",
+                                           .followerUID = "velmora_mic"});
+    ASSERT_TRUE(daw);
+
+    machine.sound.removeDevice(mic); // it flickers
+    machine.advance(1s);
+    EXPECT_EQ(next(interface4, 1), 0.0F);
+    EXPECT_TRUE(engine.isRunning());
+    EXPECT_EQ(machine.addVirtualMic(), mic);
+    machine.advance(1s);
+
+    EXPECT_EQ(nextInMic(), 0.25F);
+    EXPECT_EQ(next(interface4, 1), 0.0F);
 }
 
 TEST_F(KeptWhole, AMixWhoseMicrophoneComesBackGoesOn) {

@@ -440,6 +440,20 @@ TEST_F(RunningRecallTest, AMixThatTheUserStopsDuringALaunchIsNotStartedByIt) {
     EXPECT_EQ(engine_.sources().size(), 2U);
 }
 
+TEST_F(RunningRecallTest, AnotherPresetWhileTheMixIsPausedGoesOnAsIfItHadRun) {
+    startPlayer(20, "org.example.player", 0.25F);
+    install("Game", "org.example.game", 21, 5s);
+    apply({app("Player", "org.example.player")}, chosen);
+    engine_.start();
+    apply({app("Game", "org.example.game")}, chosen);
+    ASSERT_FALSE(engine_.isRunning());
+
+    apply({app("Player", "org.example.player")}, chosen);
+
+    EXPECT_TRUE(engine_.isRunning());
+    EXPECT_FLOAT_EQ(heard(), 0.25F);
+}
+
 TEST_F(RunningRecallTest, APausedMixGoesOnWithTheFirstLaunchedApplicationThatCanBeHeard) {
     startPlayer(20, "org.example.player", 0.25F);
     install("Game", "org.example.game", 21);

@@ -128,15 +128,17 @@ TEST_F(MixParts, DoNotPlayToWhereAPartBeforeThemPlayed) {
         output->stop();
         EXPECT_TRUE(waitUntil([&] { return !isLinked(); }));
     };
+    // Far apart: a tone that begins or ends is heard a little at its neighbours' pitch, too.
+    constexpr double high = 15'000;
     for (int round = 0; round < 20; ++round) {
         playFor(speakers.name, 440);
-        playFor(interface4.name, 1000);
+        playFor(interface4.name, high);
     }
 
     EXPECT_TRUE(atSpeakers.waitForFreshSound());
     EXPECT_TRUE(atInterface.waitForFreshSound());
     EXPECT_LT(ownNode().outputPorts, 60) << "most have served both";
-    EXPECT_LT(toneDb(atSpeakers.all().channel(0), 1000), silentDb);
+    EXPECT_LT(toneDb(atSpeakers.all().channel(0), high), silentDb);
     EXPECT_LT(toneDb(atInterface.all().channel(0), 440), silentDb);
 }
 

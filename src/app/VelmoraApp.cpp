@@ -1,6 +1,5 @@
 #include "app/VelmoraApp.h"
 
-#include "platform/AudioDevices.h"
 #include "ui/Ui.h"
 #include "ui/kit/Kit.h"
 

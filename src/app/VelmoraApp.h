@@ -8,7 +8,6 @@
 #include "engine/AudioEngine.h"
 #include "platform/MainQueue.h"
 #include "platform/Platform.h"
-#include "platform/Signal.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
@@ -62,7 +61,6 @@ private:
     SceneWindow settingsWindow_;
     TrayItem tray_;
     std::unique_ptr<MainQueue::Timer> trayGrace_;
-    Signal::Connection devicesConnection_;
 };
 
 } // namespace velmora

@@ -33,9 +33,12 @@ DAWModeManager::DAWModeManager(const Platform& platform)
 }
 
 void DAWModeManager::onDeviceChange() {
+    if (!enabled_) {
+        return;
+    }
     if (!membersAreThere()) {
         isRefused_ = false;
-    } else if (enabled_ && !isRefused_ && !findDevice(platform_.devices, dawSinkUID)) {
+    } else if (!isRefused_ && !findDevice(platform_.devices, dawSinkUID)) {
         build();
         changed_.emit();
     }

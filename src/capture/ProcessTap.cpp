@@ -59,8 +59,7 @@ void ProcessTap::start(std::int32_t pid) {
     if (process == 0) {
         throw VelmoraError({.kind = Problem::Kind::noSoundYet});
     }
-    // Read before the tap exists: the tap's mixdown is made for the output as it is now. An exact
-    // half: five channels give 2.5.
+    // An exact half: five channels give 2.5.
     const std::uint32_t channels = defaultOutputChannelCount(platform_.devices);
     const float compensation = std::max(static_cast<float>(channels) / 2.0F, 1.0F);
     handOverRate();
@@ -68,6 +67,7 @@ void ProcessTap::start(std::int32_t pid) {
     auto tap = platform_.taps.open(
         process,
         muteDirect_ ? Mute::whileTapped : Mute::no,
+        compensation,
         [this, compensation](const TapBlock& block) { capture(block, compensation); });
     if (!tap) {
         throw VelmoraError({.kind = kindOf(tap.error().step), .status = tap.error().status});

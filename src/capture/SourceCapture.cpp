@@ -1,5 +1,6 @@
 #include "capture/SourceCapture.h"
 
+#include "capture/DeviceQueries.h"
 #include "capture/ProcessTap.h"
 #include "capture/UnitSetup.h"
 #include "effects/EffectsChain.h"
@@ -36,11 +37,20 @@ void SourceCapture::start() {
     stop();
     if (const AppSource* app = source_.app()) {
         startApp(app->pid);
-    } else if (const DeviceSource* device = source_.device()) {
-        startPhysicalInput(device->id, 1, 2);
-    } else if (const DeviceChannelsSource* channels = source_.deviceChannels()) {
-        startPhysicalInput(channels->id, channels->first, channels->count);
+    } else if (const auto range = inputRange()) {
+        startPhysicalInput(*range);
     }
+}
+
+std::optional<InputRange> SourceCapture::inputRange() const {
+    if (const DeviceSource* device = source_.device()) {
+        return InputRange{.device = device->id};
+    }
+    if (const DeviceChannelsSource* channels = source_.deviceChannels()) {
+        return InputRange{
+            .device = channels->id, .first = channels->first, .count = channels->count};
+    }
+    return std::nullopt;
 }
 
 void SourceCapture::startApp(std::int32_t pid) {
@@ -49,13 +59,11 @@ void SourceCapture::startApp(std::int32_t pid) {
     tap_ = std::move(tap);
 }
 
-void SourceCapture::startPhysicalInput(AudioObjectID device,
-                                       std::int64_t first,
-                                       std::int64_t count) {
+void SourceCapture::startPhysicalInput(const InputRange& range) {
     auto input = unitOrThrow(platform_.units.makeInput());
-    throwIfRefused(input->setDevice(device), {.kind = Problem::Kind::inputNotAssigned});
-    const ChannelPair pair = channelPair(first, count, input->channelCount());
-    platform_.devices.requestBufferFrames(device, requestedBlockFrames);
+    throwIfRefused(input->setDevice(range.device), {.kind = Problem::Kind::inputNotAssigned});
+    const ChannelPair pair = channelPair(range.first, range.count, input->channelCount());
+    platform_.devices.requestBufferFrames(range.device, requestedBlockFrames);
     if (const double rateHz = input->sampleRate(); rateHz > 0.0) {
         boxes_.fx->setSampleRate(rateHz);
     }
@@ -66,10 +74,24 @@ void SourceCapture::startPhysicalInput(AudioObjectID device,
         }),
         {.kind = Problem::Kind::inputNotStarted});
     input_ = std::move(input);
+    heard_ = pair;
 }
 
 bool SourceCapture::isAlive() const {
     return (tap_ && tap_->isAlive()) || (input_ && input_->isAlive());
+}
+
+bool SourceCapture::isUpToDate() const {
+    const auto range = inputRange();
+    if (!input_ || !range) {
+        return true;
+    }
+    const std::int64_t available = channelCount(platform_.devices, range->device, Scope::input);
+    if (available == 0) {
+        return true; // it is going, or coming
+    }
+    return range->first <= available &&
+           channelPair(range->first, range->count, available) == heard_;
 }
 
 void SourceCapture::stop() {

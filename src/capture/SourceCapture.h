@@ -10,10 +10,18 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace velmora {
 
 class ProcessTap;
+
+/// Which channels of an input device a source asks for.
+struct InputRange {
+    AudioObjectID device{};
+    std::int64_t first{1}; ///< 1-based
+    std::int64_t count{2};
+};
 
 /// Turns an application's or an input device's sound into stereo blocks with gain and effects, and
 /// writes them to both rings.
@@ -39,6 +47,10 @@ public:
     /// again then.
     [[nodiscard]] bool isAlive() const;
 
+    /// False when it hears other channels than a start would choose now: a device that has just
+    /// come can be opened before all of its channels are there.
+    [[nodiscard]] bool isUpToDate() const;
+
     [[nodiscard]] const AudioSource& source() const { return source_; }
     [[nodiscard]] const CaptureBoxes& boxes() const { return boxes_; }
 
@@ -47,7 +59,9 @@ public:
 
 private:
     void startApp(std::int32_t pid);
-    void startPhysicalInput(AudioObjectID device, std::int64_t first, std::int64_t count);
+    /// None for an application.
+    [[nodiscard]] std::optional<InputRange> inputRange() const;
+    void startPhysicalInput(const InputRange& range);
 
     Platform platform_;
     AudioSource source_;
@@ -55,6 +69,7 @@ private:
     bool muteDirect_;
     std::unique_ptr<ProcessTap> tap_;
     std::unique_ptr<InputUnit> input_;
+    ChannelPair heard_{}; ///< of the input
 };
 
 /// The two channels to read of a device with `available` channels: `first` (1-based) and its

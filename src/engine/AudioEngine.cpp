@@ -94,7 +94,7 @@ void AudioEngine::forgetJoined() {
 void AudioEngine::setFxBypassed(bool bypassed) {
     const bool differs = std::exchange(mixSettings_.fxBypassed, bypassed) != bypassed;
     if (RunningMix* const mix = keeper_.mix()) {
-        mix->setFxBypassed(bypassed);
+        mix->followBypass();
     }
     notifyIf(differs);
 }

@@ -212,7 +212,7 @@ void MixKeeper::build() {
     try {
         if (!mix_) {
             restart_.reset();
-            mix_ = std::make_unique<RunningMix>(platform_, settings_.kept, settings_.fxBypassed);
+            mix_ = std::make_unique<RunningMix>(platform_, settings_);
             ticks_ = 0;
             meterTimer_ = platform_.mainQueue.every(meterPeriod, [this] {
                 ticks_ = std::min(ticks_ + 1, ticksOfYouth);

@@ -17,14 +17,6 @@
 
 namespace velmora {
 
-class EngineSettings;
-
-/// How the sources of a mix are to sound. The keeper reads it at each step.
-struct MixSettings {
-    EngineSettings& kept;
-    bool fxBypassed{};
-};
-
 /// Compares what is wanted with what is there, in one place, and makes the difference smaller, one
 /// step at a time. Everything that can change either side asks for a step: an edit, a default
 /// output that changed (after some quiet), the service lost or back, a device, an application or

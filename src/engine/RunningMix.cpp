@@ -42,10 +42,10 @@ std::unique_ptr<SourceCapture> takeOut(Captures& captures, const AudioSource& so
 
 } // namespace
 
-RunningMix::RunningMix(const Platform& platform, const EngineSettings& settings, bool fxBypassed)
+RunningMix::RunningMix(const Platform& platform, const MixSettings& settings)
     : platform_(platform), settings_(settings),
-      defaultOutput_(platform.devices.defaultOutputDevice()), stream_(settings.streamVolume()),
-      monitor_(settings.headphoneVolume()), fxBypassed_(fxBypassed) {
+      defaultOutput_(platform.devices.defaultOutputDevice()), stream_(settings.kept.streamVolume()),
+      monitor_(settings.kept.headphoneVolume()) {
     const auto microphone = microphoneIn(platform.devices);
     if (!microphone) {
         throw VelmoraError::noVirtualMic();
@@ -104,7 +104,8 @@ std::vector<Problem> RunningMix::takeSources(const std::vector<AudioSource>& sou
     std::vector<Problem> problems;
     for (const AudioSource& source : sources) {
         auto capture = takeOut(known, source);
-        if (!capture) {
+        if (!capture || !capture->isUpToDate()) {
+            capture.reset(); // before the next one opens the same device
             capture = makeCapture(source);
             try {
                 capture->start();
@@ -154,24 +155,23 @@ SourceCapture* RunningMix::captureOf(const AudioSource& source) const {
     return found == captures_.end() ? nullptr : found->get();
 }
 
-void RunningMix::setFxBypassed(bool bypassed) {
-    fxBypassed_ = bypassed;
+void RunningMix::followBypass() {
     for (const auto& capture : captures_) {
-        capture->boxes().fx->setBypass(bypassed);
+        capture->boxes().fx->setBypass(settings_.fxBypassed);
     }
 }
 
 std::unique_ptr<SourceCapture> RunningMix::makeCapture(const AudioSource& source) const {
     const std::string id = source.id();
+    const EngineSettings& kept = settings_.kept;
     CaptureBoxes boxes{.streamRing = std::make_shared<RingBuffer>(ringFloats),
                        .monitorRing = std::make_shared<RingBuffer>(ringFloats),
-                       .gain = std::make_shared<ParamBox>(settings_.gain(id).value_or(1.0F)),
-                       .fx =
-                           std::make_shared<EffectsChain>(settings_.fxOf(id).value_or(FXParams{})),
+                       .gain = std::make_shared<ParamBox>(kept.gain(id).value_or(1.0F)),
+                       .fx = std::make_shared<EffectsChain>(kept.fxOf(id).value_or(FXParams{})),
                        .meter = std::make_shared<LevelMeter>()};
-    boxes.fx->setBypass(fxBypassed_);
+    boxes.fx->setBypass(settings_.fxBypassed);
     return std::make_unique<SourceCapture>(
-        platform_, source, std::move(boxes), settings_.muteDirect(id).value_or(false));
+        platform_, source, std::move(boxes), kept.muteDirect(id).value_or(false));
 }
 
 void RunningMix::publishRings() {

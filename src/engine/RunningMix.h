@@ -17,6 +17,12 @@ namespace velmora {
 class EngineSettings;
 class SourceCapture;
 
+/// How the sources of a mix are to sound: read whenever one joins.
+struct MixSettings {
+    EngineSettings& kept;
+    bool fxBypassed{};
+};
+
 /// The two outputs, and a capture for each source that works. Is built, changed piece by piece and
 /// thrown away; what is wanted of it is not known here.
 ///
@@ -24,9 +30,9 @@ class SourceCapture;
 class RunningMix {
 public:
     /// Opens the stream output on the virtual microphone, where it plays silence for now. The
-    /// default output is kept as the one that taps are opened for.
+    /// default output is kept as the one that taps are opened for. `settings` outlives this object.
     /// Errors: throws VelmoraError; nothing is left running.
-    RunningMix(const Platform& platform, const EngineSettings& settings, bool fxBypassed);
+    RunningMix(const Platform& platform, const MixSettings& settings);
     /// Captures stop first, and their rings are taken from the outputs before these stop.
     ~RunningMix();
     RunningMix(const RunningMix&) = delete;
@@ -51,8 +57,9 @@ public:
     /// Errors: what was refused; the monitoring output is closed then.
     std::optional<Problem> moveMonitor(const std::optional<OutputTarget>& target);
 
-    /// Starts a capture for each source of the list that has none, and ends those whose source is
-    /// not in it. A source may be in the list twice. Returns what is wrong with those that failed.
+    /// Starts a capture for each source of the list that has none, anew where the device has other
+    /// channels now, and ends those whose source is not in it. A source may be in the list twice.
+    /// Returns what is wrong with those that failed.
     std::vector<Problem> takeSources(const std::vector<AudioSource>& sources);
     /// Only the second half of it.
     void dropAllBut(const std::vector<AudioSource>& sources);
@@ -68,7 +75,8 @@ public:
 
     void setStreamVolume(float volume) { stream_.setVolume(volume); }
     void setHeadphoneVolume(float volume) { monitor_.setVolume(volume); }
-    void setFxBypassed(bool bypassed);
+    /// The bypass was set anew.
+    void followBypass();
 
     [[nodiscard]] std::vector<SourceStatistics> statistics() const;
     void restartBacklogRanges();
@@ -78,12 +86,11 @@ private:
     void publishRings();
 
     Platform platform_;
-    const EngineSettings& settings_;
+    const MixSettings& settings_;
     std::optional<AudioObjectID> defaultOutput_;
     MixOutput stream_;
     MixOutput monitor_;
     double rateHz_ = 0.0; ///< as blocks came when the stream was opened
-    bool fxBypassed_;
     std::vector<std::unique_ptr<SourceCapture>> captures_;
 };
 

@@ -67,11 +67,11 @@ public:
     /// Hz: what a tap that is opened now delivers.
     [[nodiscard]] virtual std::optional<double> tapRate() const = 0;
 
-    /// Opens a tap that delivers from now on. Its mixdown comes divided by max(c / 2, 1), c being
-    /// the channel count of the default output at this moment.
+    /// Opens a tap that delivers from now on, its mixdown divided by `divisor`.
+    /// @param divisor  at least 1
     /// Errors: the step that was refused; nothing is left open.
     [[nodiscard]] virtual std::expected<std::unique_ptr<ApplicationTap>, TapRefusal>
-    open(AudioObjectID process, Mute mute, TapCallback callback) = 0;
+    open(AudioObjectID process, Mute mute, float divisor, TapCallback callback) = 0;
 };
 
 } // namespace velmora

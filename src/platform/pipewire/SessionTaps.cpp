@@ -48,8 +48,8 @@ std::optional<double> SessionTaps::tapRate() const {
 }
 
 std::expected<std::unique_ptr<ApplicationTap>, TapRefusal>
-SessionTaps::open(AudioObjectID process, Mute mute, TapCallback callback) {
-    return Tap::open(session_, process, mute, std::move(callback));
+SessionTaps::open(AudioObjectID process, Mute mute, float divisor, TapCallback callback) {
+    return Tap::open(session_, process, mute, divisor, std::move(callback));
 }
 
 } // namespace velmora::pipewire

@@ -20,7 +20,7 @@ public:
 
     [[nodiscard]] std::optional<double> tapRate() const override;
     [[nodiscard]] std::expected<std::unique_ptr<ApplicationTap>, TapRefusal>
-    open(AudioObjectID process, Mute mute, TapCallback callback) override;
+    open(AudioObjectID process, Mute mute, float divisor, TapCallback callback) override;
 
 private:
     Session& session_;

@@ -1,22 +1,12 @@
 #include "platform/pipewire/Tap.h"
 
-#include "platform/pipewire/view/Devices.h"
 #include "platform/pipewire/view/Muting.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <utility>
 
 namespace velmora::pipewire {
 namespace {
-
-/// The daemon does not attenuate a mixdown; whoever reads a tap expects it attenuated by half the
-/// channel count of the default output, and multiplies by that again.
-float mixdownScale(const Graph& graph) {
-    const auto device = defaultOutput(graph);
-    const float channels = device ? static_cast<float>(device->outputs) : 2.0F;
-    return 1.0F / std::max(channels / 2.0F, 1.0F);
-}
 
 std::unexpected<TapRefusal> refusal(TapRefusal::Step step, Status status) {
     return std::unexpected(TapRefusal{.step = step, .status = status});
@@ -27,9 +17,13 @@ std::unexpected<TapRefusal> refusal(TapRefusal::Step step, Status status) {
 std::expected<std::unique_ptr<Tap>, TapRefusal> Tap::open(Session& session,
                                                           AudioObjectID process,
                                                           ApplicationTaps::Mute mute,
+                                                          float divisor,
                                                           TapCallback callback) {
     if (!session.isAvailable()) {
         return refusal(TapRefusal::Step::tap, -EHOSTDOWN);
+    }
+    if (!(divisor >= 1.0F)) {
+        return refusal(TapRefusal::Step::tap, -EINVAL);
     }
     const auto setup = session.change(
         [&](SessionState& state) { return setUp(state, process, mute, callback != nullptr); });
@@ -38,7 +32,7 @@ std::expected<std::unique_ptr<Tap>, TapRefusal> Tap::open(Session& session,
     }
     std::unique_ptr<Tap> tap(new Tap(session, setup->mute));
     const Status status = tap->part_.start(
-        setup->wish, TapRoute{.process = process}, setup->scale, std::move(callback));
+        setup->wish, TapRoute{.process = process}, 1.0F / divisor, std::move(callback));
     if (status != statusOk) {
         return refusal(TapRefusal::Step::start, status);
     }
@@ -59,9 +53,7 @@ std::expected<Tap::Setup, TapRefusal> Tap::setUp(SessionState& state,
     if (!hasCallback) {
         return refusal(TapRefusal::Step::callback, -EINVAL);
     }
-    const Setup setup{.mute = state.ids.next(),
-                      .scale = mixdownScale(state.graph),
-                      .wish = {.rateHz = state.rate.hz()}};
+    const Setup setup{.mute = state.ids.next(), .wish = {.rateHz = state.rate.hz()}};
     if (isMuting) {
         state.mutes[setup.mute] = process;
     }

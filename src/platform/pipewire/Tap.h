@@ -16,7 +16,11 @@ class Tap final : public ApplicationTap {
 public:
     /// Errors: as `ApplicationTaps::open`.
     [[nodiscard]] static std::expected<std::unique_ptr<Tap>, TapRefusal>
-    open(Session& session, AudioObjectID process, ApplicationTaps::Mute mute, TapCallback callback);
+    open(Session& session,
+         AudioObjectID process,
+         ApplicationTaps::Mute mute,
+         float divisor,
+         TapCallback callback);
     ~Tap() override;
     Tap(const Tap&) = delete;
     Tap& operator=(const Tap&) = delete;
@@ -26,7 +30,6 @@ public:
 private:
     struct Setup {
         AudioObjectID mute{};
-        float scale{1.0F}; ///< linear, of the mixdown
         Session::Wish wish;
     };
     Tap(Session& session, AudioObjectID mute) : session_(session), mute_(mute), part_(session) {}

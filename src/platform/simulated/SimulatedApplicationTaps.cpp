@@ -35,15 +35,16 @@ private:
 
 /// The first step that is refused, on purpose or for want of something.
 std::optional<TapRefusal>
-refusalOf(SoundGraph& graph, AudioObjectID process, const TapCallback& callback) {
+refusalOf(SoundGraph& graph, AudioObjectID process, float divisor, const TapCallback& callback) {
     struct Attempt {
         Step step{};
         Operation operation{};
         Status own{}; ///< with which it fails by itself
     };
     const bool isThere = graph.isAvailable && graph.process(process) != nullptr;
+    const Status divided = divisor >= 1.0F ? statusOk : statusInvalid;
     for (const Attempt& attempt :
-         {Attempt{Step::tap, Operation::openTap, isThere ? statusOk : statusNoSuchObject},
+         {Attempt{Step::tap, Operation::openTap, isThere ? divided : statusNoSuchObject},
           Attempt{Step::device, Operation::openTapDevice, statusOk},
           Attempt{Step::callback, Operation::openTapCallback, callback ? statusOk : statusInvalid},
           Attempt{Step::start, Operation::openTapStart, statusOk}}) {
@@ -88,18 +89,19 @@ std::optional<double> SimulatedApplicationTaps::tapRate() const {
     return read(*graph_, Operation::tapRate, 0, [&] { return std::optional(graph_->rateHz); });
 }
 
-std::expected<std::unique_ptr<ApplicationTap>, TapRefusal>
-SimulatedApplicationTaps::open(AudioObjectID process, Mute mute, TapCallback callback) {
+std::expected<std::unique_ptr<ApplicationTap>, TapRefusal> SimulatedApplicationTaps::open(
+    AudioObjectID process, Mute mute, float divisor, TapCallback callback) {
     const std::scoped_lock guard(graph_->mutex);
-    if (const auto refusal = refusalOf(*graph_, process, callback)) {
+    if (const auto refusal = refusalOf(*graph_, process, divisor, callback)) {
         return std::unexpected(*refusal);
     }
     graph_->openedTaps.push_back({.process = process, .mute = mute});
-    return std::make_unique<SimulatedTap>(graph_,
-                                          TapState{.about = graph_->openedTaps.back(),
-                                                   .callback = std::move(callback),
-                                                   .divisor = graph_->mixdownDivisor(),
-                                                   .startedAs = graph_->nextStart()});
+    return std::make_unique<SimulatedTap>(
+        graph_,
+        TapState{.about = graph_->openedTaps.back(),
+                 .callback = std::move(callback),
+                 .divisor = graph_->mixdownDivided ? divisor : 1.0F,
+                 .startedAs = graph_->nextStart()});
 }
 
 } // namespace velmora

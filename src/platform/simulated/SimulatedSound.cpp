@@ -38,6 +38,14 @@ void SimulatedSound::setInput(AudioObjectID device, Waveform signal) {
     }
 }
 
+void SimulatedSound::setInputChannels(AudioObjectID device, std::uint32_t channels) {
+    const Guard guard(graph_->mutex);
+    if (DeviceState* found = graph_->device(device)) {
+        found->about.inputs = {channels};
+    }
+    graph_->tellChanged();
+}
+
 void SimulatedSound::setDefaultOutput(AudioObjectID device) {
     const Guard guard(graph_->mutex);
     const bool differs = std::exchange(graph_->defaultOutput, device) != device;

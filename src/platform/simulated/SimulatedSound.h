@@ -60,6 +60,8 @@ public:
     void removeDevice(AudioObjectID device);
     /// What an input device records from now on; it is silent until this is called.
     void setInput(AudioObjectID device, Waveform signal);
+    /// Its input streams become one of so many channels, as while its channels come one by one.
+    void setInputChannels(AudioObjectID device, std::uint32_t channels);
     /// 0 = there is none.
     void setDefaultOutput(AudioObjectID device);
 
@@ -107,8 +109,8 @@ public:
     /// How many requests of this kind were refused so far.
     [[nodiscard]] std::size_t refusalsGiven(Operation operation) const;
     void setTapBlocks(TapBlocks blocks);
-    /// True (at the start): a tap's mixdown comes divided by max(channels of the default output
-    /// / 2, 1), so that a capture that multiplies by that factor is at unity. False: undivided.
+    /// True (at the start): a tap's mixdown comes divided as it was asked for, so that a capture
+    /// that multiplies again is at unity. False: undivided, and the factor is heard.
     void setMixdownDivided(bool divided);
     /// For the next `cycles` cycles captures run after the outputs: each output misses one block
     /// and has one block more in store afterwards.

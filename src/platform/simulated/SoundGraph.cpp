@@ -122,12 +122,4 @@ bool SoundGraph::removeSink(AudioObjectID id) {
     return true;
 }
 
-float SoundGraph::mixdownDivisor() {
-    const DeviceState* speakers = device(defaultOutput);
-    if (!mixdownDivided || speakers == nullptr) {
-        return 1.0F;
-    }
-    return std::max(static_cast<float>(speakers->channels(Scope::output)) / 2.0F, 1.0F);
-}
-
 } // namespace velmora

@@ -134,8 +134,6 @@ struct SoundGraph {
     /// It becomes a device for everybody, last in the list.
     AudioObjectID makeSink(const PublicSink& sink);
     bool removeSink(AudioObjectID id);
-    /// How much louder than a tap's mixdown an application is on the present default output.
-    [[nodiscard]] float mixdownDivisor();
 
     /// Ends every tap, every unit that has a device and every application's connection for good.
     void loseService();

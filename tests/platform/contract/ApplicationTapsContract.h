@@ -4,6 +4,8 @@
 #include "platform/contract/AudioContract.h"
 #include "platform/contract/BlockCollector.h"
 
+#include <limits>
+
 namespace velmora {
 
 template <typename Rig>
@@ -14,12 +16,13 @@ protected:
     /// A tap that keeps the beginning of what it hears.
     class Listener {
     public:
-        Listener(ApplicationTaps& taps, AudioObjectID process, Mute mute) {
-            auto opened = taps.open(process, mute, [kept = collected](const TapBlock& block) {
-                if (block.data != nullptr) {
-                    kept->add({block.data, static_cast<std::size_t>(block.samples)});
-                }
-            });
+        Listener(ApplicationTaps& taps, AudioObjectID process, Mute mute, float divisor) {
+            auto opened =
+                taps.open(process, mute, divisor, [kept = collected](const TapBlock& block) {
+                    if (block.data != nullptr) {
+                        kept->add({block.data, static_cast<std::size_t>(block.samples)});
+                    }
+                });
             EXPECT_TRUE(opened.has_value());
             if (opened) {
                 tap = *std::move(opened);
@@ -42,8 +45,8 @@ protected:
         std::unique_ptr<ApplicationTap> tap;
     };
 
-    Listener listenTo(AudioObjectID process, Mute mute = Mute::no) {
-        return {this->rig.taps(), process, mute};
+    Listener listenTo(AudioObjectID process, Mute mute = Mute::no, float divisor = 1.0F) {
+        return {this->rig.taps(), process, mute, divisor};
     }
     AudioObjectID player() { return this->processOf(this->rig.playTone("player", 440, -20)); }
 };
@@ -77,16 +80,12 @@ TYPED_TEST_P(ApplicationTapsContract, HearsOneApplicationAndNoOther) {
     EXPECT_EQ(this->rig.taps().tapRate(), this->rateHz);
 }
 
-TYPED_TEST_P(ApplicationTapsContract, DividesTheMixdownByHalfTheChannelsOfTheDefaultOutput) {
-    this->make(this->interface4);
-    this->rig.makeDefault(this->interface4.uid);
-    ASSERT_TRUE(this->rig.wait(
-        [&] { return this->devices().defaultOutputDevice() == this->find(this->interface4.uid); }));
+TYPED_TEST_P(ApplicationTapsContract, DividesTheMixdownAsItIsAskedTo) {
+    this->makeDefaultSpeakers();
 
-    const auto listener = this->listenTo(this->player());
+    const auto listener = this->listenTo(this->player(), ApplicationTaps::Mute::no, 4.0F);
 
-    const double half = support::toDb(0.5);
-    EXPECT_TRUE(this->rig.wait([&] { return listener.hearsBoth(440, -20 + half); }));
+    EXPECT_TRUE(this->rig.wait([&] { return listener.hearsBoth(440, -20 + support::toDb(0.25)); }));
 }
 
 TYPED_TEST_P(ApplicationTapsContract, SilencesAMutedApplicationWhileItIsTapped) {
@@ -144,14 +143,20 @@ TYPED_TEST_P(ApplicationTapsContract, TellsTheStepThatItRefuses) {
     constexpr auto no = ApplicationTaps::Mute::no;
 
     const auto nobody =
-        this->rig.taps().open(TestFixture::noSuchObject, no, [](const TapBlock&) {});
+        this->rig.taps().open(TestFixture::noSuchObject, no, 1.0F, [](const TapBlock&) {});
     ASSERT_FALSE(nobody.has_value());
     EXPECT_EQ(nobody.error().step, Step::tap);
     EXPECT_NE(nobody.error().status, statusOk);
 
-    const auto unheard = this->rig.taps().open(process, no, nullptr);
+    const auto unheard = this->rig.taps().open(process, no, 1.0F, nullptr);
     ASSERT_FALSE(unheard.has_value());
     EXPECT_EQ(unheard.error(), (TapRefusal{Step::callback, TestFixture::invalidArgument}));
+
+    for (const float divisor : {0.5F, 0.0F, std::numeric_limits<float>::quiet_NaN()}) {
+        const auto louder = this->rig.taps().open(process, no, divisor, [](const TapBlock&) {});
+        ASSERT_FALSE(louder.has_value());
+        EXPECT_EQ(louder.error(), (TapRefusal{Step::tap, TestFixture::invalidArgument}));
+    }
 }
 
 TYPED_TEST_P(ApplicationTapsContract, IsDeadForGoodOnceTheServiceWent) {
@@ -166,7 +171,7 @@ TYPED_TEST_P(ApplicationTapsContract, IsDeadForGoodOnceTheServiceWent) {
     EXPECT_EQ(this->rig.taps().processObjects(), std::nullopt);
     EXPECT_EQ(this->rig.taps().tapRate(), std::nullopt);
     const auto refused =
-        this->rig.taps().open(process, ApplicationTaps::Mute::no, [](const TapBlock&) {});
+        this->rig.taps().open(process, ApplicationTaps::Mute::no, 1.0F, [](const TapBlock&) {});
     ASSERT_FALSE(refused.has_value());
     EXPECT_EQ(refused.error().step, TapRefusal::Step::tap);
 
@@ -184,7 +189,7 @@ TYPED_TEST_P(ApplicationTapsContract, IsDeadForGoodOnceTheServiceWent) {
 REGISTER_TYPED_TEST_SUITE_P(ApplicationTapsContract,
                             HasAProcessObjectForAnApplicationThatPlays,
                             HearsOneApplicationAndNoOther,
-                            DividesTheMixdownByHalfTheChannelsOfTheDefaultOutput,
+                            DividesTheMixdownAsItIsAskedTo,
                             SilencesAMutedApplicationWhileItIsTapped,
                             CallsATapNoMoreOnceItIsDestroyed,
                             ListsNoDeviceOfATap,

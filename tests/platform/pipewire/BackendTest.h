@@ -50,9 +50,10 @@ public:
     HeardTap(ApplicationTaps& taps,
              AudioObjectID process,
              ApplicationTaps::Mute mute,
-             std::size_t frames = 2 * quarterSecond)
+             std::size_t frames = 2 * quarterSecond,
+             float divisor = 1.0F)
         : heard_(std::make_shared<BlockCollector>(2 * frames)) {
-        auto opened = taps.open(process, mute, [heard = heard_](const TapBlock& block) {
+        auto opened = taps.open(process, mute, divisor, [heard = heard_](const TapBlock& block) {
             heard->add({block.data, static_cast<std::size_t>(block.samples)});
         });
         EXPECT_TRUE(opened.has_value());

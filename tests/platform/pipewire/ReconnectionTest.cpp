@@ -48,7 +48,7 @@ TEST_F(Reconnection, ReadsNothingAndRefusesEverythingWithoutADaemon) {
     EXPECT_EQ(lonely.devices().defaultOutputDevice(), std::nullopt);
     EXPECT_NE(lonely.units().makeOutput()->setDevice(1), statusOk);
     EXPECT_NE(lonely.units().makeInput()->setDevice(1), statusOk);
-    const auto tap = lonely.taps().open(1, ApplicationTaps::Mute::no, [](const TapBlock&) {});
+    const auto tap = lonely.taps().open(1, ApplicationTaps::Mute::no, 1.0F, [](const TapBlock&) {});
     ASSERT_FALSE(tap.has_value());
     EXPECT_EQ(tap.error().step, TapRefusal::Step::tap);
     EXPECT_NE(lonely.ensureVirtualMicrophone(), statusOk);

@@ -41,8 +41,6 @@ public:
 
     /// What the application shows: forced by `appearance`, or the desktop's at this moment.
     [[nodiscard]] ColorScheme colorScheme() const;
-    /// The forced scheme, as last applied; none while the application follows the desktop.
-    [[nodiscard]] std::optional<ColorScheme> forcedScheme() const { return forcedScheme_; }
     void applyAppearance();
 
     /// `french` in the user's language; a text without a translation comes back unchanged.
@@ -58,7 +56,7 @@ private:
     Platform platform_;
     std::string appearance_;
     std::string language_;
-    std::optional<ColorScheme> forcedScheme_;
+    std::optional<ColorScheme> forcedScheme_; ///< as last applied; none = the desktop's
     Signal changed_;
     /// Held weakly by what outlives this object: queued work and the desktop's listener.
     std::shared_ptr<AppSettings*> self_ = std::make_shared<AppSettings*>(this);

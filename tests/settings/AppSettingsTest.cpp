@@ -117,12 +117,10 @@ TEST_F(AppSettingsTest, SwitchingTheAppearanceChangesTheApplicationAtOnce) {
 
     settings.setAppearance("dark");
     EXPECT_EQ(drawn, ColorScheme::dark);
-    EXPECT_EQ(settings.forcedScheme(), ColorScheme::dark);
     EXPECT_EQ(kept("appearance"), "dark");
 
     settings.setAppearance("auto");
     EXPECT_EQ(drawn, ColorScheme::light);
-    EXPECT_EQ(settings.forcedScheme(), std::nullopt);
     EXPECT_EQ(kept("appearance"), "auto");
 }
 
@@ -167,10 +165,10 @@ TEST_F(AppSettingsTest, AppliesTheKeptAppearanceOnceTheMainQueueRuns) {
     AppSettings settings(platform_.platform());
     int told = 0;
     const auto view = settings.changed().connect([&] { ++told; });
-    EXPECT_EQ(settings.forcedScheme(), std::nullopt);
+    EXPECT_EQ(settings.colorScheme(), ColorScheme::light);
 
     runMainQueue();
-    EXPECT_EQ(settings.forcedScheme(), ColorScheme::dark);
+    EXPECT_EQ(settings.colorScheme(), ColorScheme::dark);
     EXPECT_EQ(told, 1);
 
     runMainQueue();

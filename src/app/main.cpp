@@ -6,24 +6,26 @@
 #include "app/VelmoraApp.h"
 #include "settings/AppSettings.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <filesystem>
+#include <optional>
 #include <string>
-#include <system_error>
 
 #include <QApplication>
 #include <QIcon>
-#include <QLockFile>
 #include <QMessageBox>
 
 namespace {
 
-/// Two programs with one settings file would each keep writing their own idea of it.
-QString lockPath() {
-    const auto folder = velmora::SqliteDefaultsStore::defaultPath().parent_path();
-    std::error_code ignored; // without a folder there is no lock, and the store tells why
-    std::filesystem::create_directories(folder, ignored);
-    return QString::fromStdString(folder / "velmora.lock");
+/// The bus says who is open in this session. Without one, whoever writes to the settings is taken
+/// for that; with one, it is a mixer of another session, beside which this one may run.
+bool isOpenAlready(velmora::SingleInstance::Claim claim, const velmora::DefaultsStore& settings) {
+    using namespace velmora;
+    const bool isInUse = std::ranges::any_of(settings.problems(), [](const StoreProblem& problem) {
+        return problem.kind == StoreProblem::Kind::inUse;
+    });
+    return claim == SingleInstance::Claim::second ||
+           (claim == SingleInstance::Claim::unknown && isInUse);
 }
 
 velmora::ProgramVersion ownVersion() {
@@ -51,21 +53,18 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
 
     SingleInstance instance;
-    const bool isSecond = instance.claim() == SingleInstance::Claim::second;
-    if (isSecond && instance.raiseFirst()) {
+    const SingleInstance::Claim claim = instance.claim();
+    if (claim == SingleInstance::Claim::second && instance.raiseFirst()) {
         return 0;
     }
-    QLockFile onlyOne(lockPath());
-    onlyOne.setStaleLockTime(0); // as long as its process lives
-    const bool isLocked = !onlyOne.tryLock() && onlyOne.error() == QLockFile::LockFailedError;
-
-    RealPlatform machine;
-    if (isSecond || isLocked) {
-        const AppSettings settings(machine.platform());
-        return refuse(settings.t("Velmora est déjà ouvert."));
+    std::optional<RealPlatform> machine(std::in_place);
+    if (isOpenAlready(claim, machine->platform().defaults)) {
+        const std::string reason = AppSettings(machine->platform()).t("Velmora est déjà ouvert.");
+        machine.reset(); // the settings are free while the message stands
+        return refuse(reason);
     }
-    machine.audio().ensureVirtualMicrophone();
-    VelmoraApp app(machine.platform(), ownVersion());
+    machine->audio().ensureVirtualMicrophone();
+    VelmoraApp app(machine->platform(), ownVersion());
     QObject::connect(&instance, &SingleInstance::activated, &app, &VelmoraApp::open);
     const QuitSignals quitSignals([&] { app.quit(); });
     app.start();

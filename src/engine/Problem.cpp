@@ -88,6 +88,11 @@ Form formOf(Kind kind) {
                 "Plus de place pour les réglages dans {file} (err {status}). "
                 "Les changements seront enregistrés quand de la place sera libérée.",
                 ""};
+    case Kind::storeInUse:
+        return {"",
+                "Velmora est ouvert ailleurs avec les mêmes réglages ({file}). Ils sont lus ; rien "
+                "ne sera enregistré tant que l'autre est ouvert.",
+                ""};
     case Kind::noDriver:
         return {"", "Driver Velmora introuvable", ""};
     case Kind::publicSinkRefused:
@@ -106,6 +111,8 @@ Kind kindOf(StoreProblem::Kind kind) {
         return Kind::storeUnwritable;
     case StoreProblem::Kind::full:
         return Kind::storeFull;
+    case StoreProblem::Kind::inUse:
+        return Kind::storeInUse;
     }
     std::unreachable();
 }

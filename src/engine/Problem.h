@@ -43,6 +43,7 @@ struct Problem {
         storeNewer,
         storeUnwritable,
         storeFull,
+        storeInUse,
         // DAW mode
         noDriver,
         publicSinkRefused,

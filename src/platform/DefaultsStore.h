@@ -30,6 +30,7 @@ struct StoreProblem {
         // These end with the next write that succeeds; until then values live in memory alone.
         unwritable, ///< the folder or the file refuses writing
         full,       ///< no space left
+        inUse,      ///< another mixer writes to the file, in another session or on another machine
     };
     Kind kind{};
     std::string file{};     ///< path of the store
@@ -57,8 +58,8 @@ public:
     virtual Status remove(std::string_view key) = 0;
 
     /// What is wrong now, oldest first, that which opening the store met included. A write that
-    /// succeeds, and with it stores everything that an earlier one could not, ends `unwritable` and
-    /// `full`.
+    /// succeeds, and with it stores everything that an earlier one could not, ends `unwritable`,
+    /// `full` and `inUse`.
     [[nodiscard]] virtual const std::vector<StoreProblem>& problems() const = 0;
 
     /// Told after `problems` changed, when the write that changed it is over; never while the store

@@ -49,7 +49,8 @@ public:
 private:
     static bool endsWithAWrite(const StoreProblem& problem) {
         return problem.kind == StoreProblem::Kind::unwritable ||
-               problem.kind == StoreProblem::Kind::full;
+               problem.kind == StoreProblem::Kind::full ||
+               problem.kind == StoreProblem::Kind::inUse;
     }
 
     std::vector<StoreProblem> all_;

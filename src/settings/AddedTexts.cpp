@@ -25,6 +25,10 @@ constexpr auto texts = std::to_array<TextPair>({
      "Les changements seront enregistrés quand de la place sera libérée.",
      "No space left for the settings in {file} (err {status}). "
      "Changes will be saved once space is freed."},
+    {"Velmora est ouvert ailleurs avec les mêmes réglages ({file}). Ils sont lus ; rien "
+     "ne sera enregistré tant que l'autre est ouvert.",
+     "Velmora is open elsewhere with the same settings ({file}). They are read; nothing "
+     "will be saved while the other one is open."},
 
     // The audio service
     {"Service audio injoignable", "Audio service not reachable"},

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <vector>
 
 namespace velmora {
@@ -380,6 +381,51 @@ TEST_F(BareProgram, WithoutABusTheSecondLaunchSaysWhyItEnds) {
 
     EXPECT_THAT(second.wait(patience), Optional(1));
     EXPECT_TRUE(first.isRunning());
+}
+
+TEST_F(BareProgram, WithoutABusEachFurtherLaunchSaysSoWhileTheMessageStands) {
+    auto busless = environment();
+    busless["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nowhere/bus";
+    const auto windows = [&] {
+        std::istringstream all(xdotool({"search", "--onlyvisible", "--name", "^Velmora$"}));
+        return std::distance(std::istream_iterator<std::string>(all), {});
+    };
+    ChildProcess first = launch(busless);
+    ASSERT_TRUE(waitUntil([&] { return windows() == 1; }));
+
+    const ChildProcess second = launch(busless);
+    EXPECT_TRUE(waitUntil([&] { return windows() == 2; }));
+    const ChildProcess third = launch(busless);
+    EXPECT_TRUE(waitUntil([&] { return windows() == 3; }));
+
+    // A message is no mixer: once the first has gone, the next launch is one.
+    first.signal(SIGTERM);
+    EXPECT_THAT(first.wait(patience), Optional(0));
+    ChildProcess next = launch(busless);
+    EXPECT_TRUE(waitUntil([&] { return windows() == 3; }));
+    EXPECT_EQ(settings().problems().front().kind, StoreProblem::Kind::inUse);
+    next.signal(SIGTERM);
+    EXPECT_THAT(next.wait(patience), Optional(0));
+}
+
+TEST_F(BareProgram, StartsWhateverLocksLieInItsDataFolder) {
+    const auto data = home.path() / "data" / "velmora";
+    std::filesystem::create_directories(data);
+    std::ofstream(data / "velmora.lock");
+    std::ofstream(data / "settings.lock") << "4711\nvelmora\nanother-machine\n";
+    ChildProcess program = launch();
+
+    EXPECT_TRUE(showsSoon("Velmora"));
+    EXPECT_EQ(settings().problems().front().kind, StoreProblem::Kind::inUse);
+}
+
+TEST_F(BareProgram, StartsWhereAnotherSessionHoldsTheSettings) {
+    const auto other = settings();
+    ChildProcess program = launch();
+
+    EXPECT_TRUE(showsSoon("Velmora"));
+    press("Velmora", {"ctrl+q"});
+    EXPECT_THAT(program.wait(patience), Optional(0));
 }
 
 TEST_F(BareProgram, EndsInOrderWhenItIsToldToTerminate) {

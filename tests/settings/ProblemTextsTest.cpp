@@ -44,11 +44,12 @@ TEST_F(ProblemTexts, StayFrenchWhereThereIsNoOtherSentence) {
     EXPECT_EQ(text({.kind = Problem::Kind::notFound, .subject = "Micro"}), "Introuvable : Micro");
 }
 
-TEST_F(ProblemTexts, TellTheFourTroublesOfAStoreApartInBothLanguages) {
+TEST_F(ProblemTexts, TellTheTroublesOfAStoreApartInBothLanguages) {
     constexpr std::array kinds{StoreProblem::Kind::damaged,
                                StoreProblem::Kind::newer,
                                StoreProblem::Kind::unwritable,
-                               StoreProblem::Kind::full};
+                               StoreProblem::Kind::full,
+                               StoreProblem::Kind::inUse};
     std::set<std::string> sentences;
     for (const auto* const language : {"fr", "en"}) {
         settings.setLanguage(language);
@@ -57,7 +58,7 @@ TEST_F(ProblemTexts, TellTheFourTroublesOfAStoreApartInBothLanguages) {
         }
     }
 
-    EXPECT_EQ(sentences.size(), 8U);
+    EXPECT_EQ(sentences.size(), 2 * kinds.size());
     for (const auto& sentence : sentences) {
         EXPECT_NE(sentence.find("/f"), std::string::npos) << sentence;
         EXPECT_EQ(sentence.find('{'), std::string::npos) << sentence;

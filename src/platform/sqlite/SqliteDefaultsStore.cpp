@@ -14,6 +14,7 @@ SqliteDefaultsStore::SqliteDefaultsStore(const std::filesystem::path& file, Cloc
     if (open() != statusOk && refused_ == statusOk) {
         values_ = readSnapshot(file_).value_or(StoredValues{});
     }
+    problems_.tell(); // nobody listens yet: what opening met is told by the list alone
 }
 
 SqliteDefaultsStore::~SqliteDefaultsStore() {
@@ -67,6 +68,13 @@ Status SqliteDefaultsStore::remove(std::string_view key) {
 Status SqliteDefaultsStore::open() {
     if (storedVersion(file_).value_or(0) > newestStoreVersion()) {
         return refuseNewer();
+    }
+    if (const Status status = file_.makeFolder(); status != statusOk) {
+        return failed(status);
+    }
+    if (lock_.take() == StoreLock::Outcome::isElsewhere) {
+        problems_.add({StoreProblem::Kind::inUse, file_.path(), {}, SQLITE_BUSY});
+        return SQLITE_BUSY;
     }
     Status status = file_.isCutOff() ? SQLITE_CORRUPT : openFile();
     if (isDamage(status)) {

@@ -5,6 +5,7 @@
 #include "platform/StoreProblems.h"
 #include "platform/sqlite/StoreConnection.h"
 #include "platform/sqlite/StoreFile.h"
+#include "platform/sqlite/StoreLock.h"
 
 #include <chrono>
 #include <filesystem>
@@ -22,6 +23,10 @@ namespace velmora {
 /// A `set` of an unchanged value writes nothing; any other costs one small transaction. With
 /// synchronous=NORMAL a killed process loses nothing; a power cut may take the last writes but
 /// leaves the file whole.
+///
+/// One store at a time writes to a file, on however many machines that share it; another one reads
+/// what is there, and opens the file with a write after the first has gone. Where nothing can be
+/// locked, all of them write and the last value stays.
 ///
 /// Threads: main. Errors: never throws; see `StoreProblem`. The status is SQLite's extended code.
 class SqliteDefaultsStore final : public DefaultsStore {
@@ -59,6 +64,7 @@ private:
     Status failed(Status status);
 
     StoreFile file_;
+    StoreLock lock_{file_.lock()};
     Clock now_;
     std::optional<StoreConnection> connection_; // none while the file cannot be written
     Status refused_ = statusOk;                 // set for good when the file is a newer one

@@ -86,10 +86,18 @@ fs::path StoreFile::log() const {
     return withSuffix(path_, "-wal");
 }
 
-Status StoreFile::createIfMissing() const {
-    if (!makeFolders(path_.parent_path())) {
-        return isOutOfSpace(errno) ? SQLITE_FULL : SQLITE_CANTOPEN;
+fs::path StoreFile::lock() const {
+    return fs::path(path_).replace_extension(".lock");
+}
+
+Status StoreFile::makeFolder() const {
+    if (makeFolders(path_.parent_path())) {
+        return SQLITE_OK;
     }
+    return isOutOfSpace(errno) ? SQLITE_FULL : SQLITE_CANTOPEN;
+}
+
+Status StoreFile::createIfMissing() const {
     // SQLite gives the companions the mode of the main file.
     const int file = ::open(path_.c_str(), O_CREAT | O_EXCL | O_CLOEXEC | O_WRONLY, 0600);
     if (file >= 0) {

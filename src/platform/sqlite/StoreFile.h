@@ -16,9 +16,12 @@ public:
     explicit StoreFile(const std::filesystem::path& path);
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-    [[nodiscard]] std::filesystem::path log() const; ///< the write-ahead log
+    [[nodiscard]] std::filesystem::path log() const;  ///< the write-ahead log
+    [[nodiscard]] std::filesystem::path lock() const; ///< for `StoreLock`
 
-    /// Makes the missing folders (0700) and an empty file (0600), readable by their owner alone.
+    /// Makes the missing folders, each for its owner alone (0700).
+    [[nodiscard]] Status makeFolder() const;
+    /// Makes an empty file (0600) where there is none, in a folder that is there.
     [[nodiscard]] Status createIfMissing() const;
 
     /// Whether a log with content stands beside a file without any: SQLite would throw the log

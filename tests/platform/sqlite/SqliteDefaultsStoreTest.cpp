@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <set>
 
 namespace velmora {
 namespace {
@@ -27,12 +28,15 @@ TEST_F(SqliteDefaultsStoreTest, MakesAFolderAndFilesThatOnlyTheOwnerReads) {
     EXPECT_EQ(modeOf(disk.log()), fs::perms::owner_read | fs::perms::owner_write);
 }
 
-TEST_F(SqliteDefaultsStoreTest, LeavesOneFileBehindAfterQuitting) {
+TEST_F(SqliteDefaultsStoreTest, LeavesOneFileAndItsLockBehindAfterQuitting) {
     store().set("volume", 0.5);
     disk.quit();
 
-    const auto entries = fs::directory_iterator(disk.path().parent_path());
-    EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+    std::set<fs::path> names;
+    for (const auto& entry : fs::directory_iterator(disk.path().parent_path())) {
+        names.insert(entry.path().filename());
+    }
+    EXPECT_EQ(names, (std::set<fs::path>{"settings.sqlite", "settings.lock"}));
     EXPECT_TRUE(disk.problems.empty());
 }
 
@@ -75,7 +79,8 @@ TEST_F(SqliteDefaultsStoreTest, LeavesRowsItCannotReadInTheFile) {
                            "FROM defaults WHERE key='future' AND type=99"));
 }
 
-TEST_F(SqliteDefaultsStoreTest, SharesTheFileWithASecondInstance) {
+TEST_F(SqliteDefaultsStoreTest, SharesTheFileWithASecondInstanceWhereNothingCanBeLocked) {
+    fs::create_directories(disk.path().parent_path() / "settings.lock");
     SqliteDefaultsStore second(disk.path());
     for (int round = 0; round < 100; ++round) {
         EXPECT_EQ(store().set("first", static_cast<double>(round)), statusOk);

@@ -93,6 +93,12 @@ Form formOf(Kind kind) {
                 "Velmora est ouvert ailleurs avec les mêmes réglages ({file}). Ils sont lus ; rien "
                 "ne sera enregistré tant que l'autre est ouvert.",
                 ""};
+    case Kind::storeKeptApart:
+        return {"",
+                "Les réglages de {file} ne sont pas ceux que Velmora a lus au démarrage. Ils sont "
+                "restés intacts ; ce qui a été changé depuis est gardé à côté. Relance Velmora "
+                "pour les retrouver.",
+                ""};
     case Kind::noDriver:
         return {"", "Driver Velmora introuvable", ""};
     case Kind::publicSinkRefused:
@@ -107,6 +113,8 @@ Kind kindOf(StoreProblem::Kind kind) {
         return Kind::storeDamaged;
     case StoreProblem::Kind::newer:
         return Kind::storeNewer;
+    case StoreProblem::Kind::keptApart:
+        return Kind::storeKeptApart;
     case StoreProblem::Kind::unwritable:
         return Kind::storeUnwritable;
     case StoreProblem::Kind::full:

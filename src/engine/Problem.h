@@ -44,6 +44,7 @@ struct Problem {
         storeUnwritable,
         storeFull,
         storeInUse,
+        storeKeptApart,
         // DAW mode
         noDriver,
         publicSinkRefused,

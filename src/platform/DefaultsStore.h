@@ -25,8 +25,10 @@ using DefaultsValue = std::variant<bool, double, std::string, Bytes, NumberMap, 
 struct StoreProblem {
     enum class Kind {
         // Of these, the user is to know until the program ends.
-        damaged, ///< the file could not be read; it was set aside as `setAside`, a new one began
-        newer,   ///< written by a later version; left untouched, nothing is kept this time
+        damaged,   ///< the file could not be read; it was set aside as `setAside`, a new one began
+        newer,     ///< written by a later version; left untouched, nothing is kept this time
+        keptApart, ///< the file holds other values than were read at the start; they stay, and what
+                   ///< was set meanwhile is kept beside them
         // These end with the next write that succeeds; until then values live in memory alone.
         unwritable, ///< the folder or the file refuses writing
         full,       ///< no space left

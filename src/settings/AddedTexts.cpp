@@ -17,6 +17,11 @@ constexpr auto texts = std::to_array<TextPair>({
      "Il reste intact ; rien ne sera enregistré cette fois.",
      "The settings file {file} comes from a newer version of Velmora. "
      "It is left untouched; nothing will be saved this time."},
+    {"Les réglages de {file} ne sont pas ceux que Velmora a lus au démarrage. Ils sont "
+     "restés intacts ; ce qui a été changé depuis est gardé à côté. Relance Velmora "
+     "pour les retrouver.",
+     "The settings in {file} are not those that Velmora read when it started. They were left "
+     "untouched; what was changed since is kept beside them. Restart Velmora to get them back."},
     {"Impossible d'écrire les réglages dans {file} (err {status}). "
      "Les changements seront perdus à la fermeture de Velmora.",
      "Could not write the settings to {file} (err {status}). "

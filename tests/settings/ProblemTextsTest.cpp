@@ -47,6 +47,7 @@ TEST_F(ProblemTexts, StayFrenchWhereThereIsNoOtherSentence) {
 TEST_F(ProblemTexts, TellTheTroublesOfAStoreApartInBothLanguages) {
     constexpr std::array kinds{StoreProblem::Kind::damaged,
                                StoreProblem::Kind::newer,
+                               StoreProblem::Kind::keptApart,
                                StoreProblem::Kind::unwritable,
                                StoreProblem::Kind::full,
                                StoreProblem::Kind::inUse};

@@ -12,13 +12,14 @@ namespace velmora {
 SqliteDefaultsStore::SqliteDefaultsStore(const std::filesystem::path& file, Clock now)
     : file_(file), now_(std::move(now)) {
     if (open() != statusOk && refused_ == statusOk) {
-        values_ = readSnapshot(file_).value_or(StoredValues{});
+        values_.begin(readSnapshot(file_).value_or(StoredValues{}));
     }
+    hasBegun_ = true;
     problems_.tell(); // nobody listens yet: what opening met is told by the list alone
 }
 
 SqliteDefaultsStore::~SqliteDefaultsStore() {
-    if (!pending_.empty()) {
+    if (values_.isPending()) {
         static_cast<void>(writePending());
     }
 }
@@ -36,33 +37,12 @@ std::filesystem::path SqliteDefaultsStore::defaultPath() {
     return folder / "velmora" / "settings.sqlite";
 }
 
-std::optional<DefaultsValue> SqliteDefaultsStore::get(std::string_view key) const {
-    const auto found = values_.find(key);
-    return found == values_.end() ? std::nullopt : std::optional(found->second);
-}
-
 Status SqliteDefaultsStore::set(std::string_view key, DefaultsValue value) {
-    const auto known = values_.find(key);
-    if (known == values_.end()) {
-        values_.emplace(key, std::move(value));
-    } else if (known->second == value && !pending_.contains(key)) {
-        return statusOk;
-    } else {
-        known->second = std::move(value);
-    }
-    pending_.emplace(key);
-    return writeAndTell();
+    return values_.set(key, std::move(value)) ? writeAndTell() : statusOk;
 }
 
 Status SqliteDefaultsStore::remove(std::string_view key) {
-    const auto known = values_.find(key);
-    if (known != values_.end()) {
-        values_.erase(known);
-    } else if (!pending_.contains(key)) {
-        return statusOk;
-    }
-    pending_.emplace(key);
-    return writeAndTell();
+    return values_.remove(key) ? writeAndTell() : statusOk;
 }
 
 Status SqliteDefaultsStore::open() {
@@ -86,7 +66,7 @@ Status SqliteDefaultsStore::open() {
     return status == statusOk ? statusOk : failed(status);
 }
 
-/// Opens the file and takes its values over, those not yet written excepted.
+/// Opens the file and reads its values.
 Status SqliteDefaultsStore::openFile() {
     if (const Status status = file_.createIfMissing(); status != statusOk) {
         return status;
@@ -100,13 +80,11 @@ Status SqliteDefaultsStore::openFile() {
         connection->keepAsFound();
         return stored.error();
     }
-    for (const std::string& key : pending_) {
-        stored->erase(key);
-        if (auto value = values_.extract(key)) {
-            stored->insert(std::move(value));
-        }
+    if (!hasBegun_) {
+        values_.begin(std::move(*stored));
+    } else if (values_.meet(*stored)) {
+        problems_.add({StoreProblem::Kind::keptApart, file_.path(), {}, statusOk});
     }
-    values_ = std::move(*stored);
     connection_ = std::move(*connection);
     return statusOk;
 }
@@ -120,9 +98,6 @@ Status SqliteDefaultsStore::beginAnew(Status damage) {
     const auto place = file_.setAside(now_());
     if (!place) {
         return place.error();
-    }
-    for (const auto& [key, value] : values_) {
-        pending_.insert(key);
     }
     problems_.add({StoreProblem::Kind::damaged, file_.path(), place->string(), damage});
     return openFile();
@@ -157,17 +132,17 @@ Status SqliteDefaultsStore::writePending() {
     if (status != statusOk) {
         return failed(status);
     }
-    pending_.clear();
+    values_.written();
     problems_.endThoseOfWriting();
     return statusOk;
 }
 
 Status SqliteDefaultsStore::writeOnce() {
     Status status = connection_->begin();
-    for (auto key = pending_.begin(); key != pending_.end() && status == statusOk; ++key) {
-        const auto value = values_.find(*key);
-        status = value == values_.end() ? connection_->erase(*key)
-                                        : connection_->put(*key, value->second);
+    if (status == statusOk) {
+        status = values_.writeTo([this](std::string_view row, const DefaultsValue* value) {
+            return value == nullptr ? connection_->erase(row) : connection_->put(row, *value);
+        });
     }
     if (status == statusOk) {
         status = connection_->commit();

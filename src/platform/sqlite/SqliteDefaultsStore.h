@@ -6,13 +6,13 @@
 #include "platform/sqlite/StoreConnection.h"
 #include "platform/sqlite/StoreFile.h"
 #include "platform/sqlite/StoreLock.h"
+#include "platform/sqlite/StoreValues.h"
 
 #include <chrono>
 #include <filesystem>
 #include <functional>
 #include <optional>
-#include <set>
-#include <string>
+#include <string_view>
 #include <vector>
 
 namespace velmora {
@@ -45,7 +45,9 @@ public:
     /// $XDG_DATA_HOME/velmora/settings.sqlite, or the same under ~/.local/share.
     [[nodiscard]] static std::filesystem::path defaultPath();
 
-    [[nodiscard]] std::optional<DefaultsValue> get(std::string_view key) const override;
+    [[nodiscard]] std::optional<DefaultsValue> get(std::string_view key) const override {
+        return values_.get(key);
+    }
     Status set(std::string_view key, DefaultsValue value) override;
     Status remove(std::string_view key) override;
     [[nodiscard]] const std::vector<StoreProblem>& problems() const override {
@@ -68,8 +70,8 @@ private:
     Clock now_;
     std::optional<StoreConnection> connection_; // none while the file cannot be written
     Status refused_ = statusOk;                 // set for good when the file is a newer one
-    StoredValues values_;
-    std::set<std::string, std::less<>> pending_; // keys whose row is behind `values_`
+    StoreValues values_;
+    bool hasBegun_ = false; // somebody may have asked for a value
     StoreProblems problems_;
 };
 

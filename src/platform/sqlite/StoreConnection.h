@@ -5,15 +5,14 @@
 #include "platform/Status.h"
 #include "platform/sqlite/Database.h"
 
+#include "platform/sqlite/StoreValues.h"
+
 #include <filesystem>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace velmora {
-
-using StoredValues = std::map<std::string, DefaultsValue, std::less<>>;
 
 /// Threads: one owner. Errors: SQLite's extended codes, and `statusNewerStore`.
 class StoreConnection {

@@ -10,7 +10,16 @@ std::uint64_t processStart(std::int32_t pid) {
     return stat ? stat->startTicks : 0;
 }
 
+std::filesystem::path privateSettingsFile() {
+    const auto file = SqliteDefaultsStore::defaultPath();
+    makePrivateFolder(file.parent_path()); // where it fails, the store tells why
+    return file;
+}
+
 } // namespace
+
+RealPlatform::RealPlatform() : RealPlatform(privateSettingsFile()) {
+}
 
 RealPlatform::RealPlatform(const std::filesystem::path& settingsFile)
     : defaults_(settingsFile),

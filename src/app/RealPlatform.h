@@ -17,9 +17,10 @@ namespace velmora {
 /// loop. Threads: main; needs a QCoreApplication.
 class RealPlatform {
 public:
+    /// The settings are where the user's data is, in a folder that nobody else reads.
+    RealPlatform();
     /// @param settingsFile  where the settings are kept
-    explicit RealPlatform(
-        const std::filesystem::path& settingsFile = SqliteDefaultsStore::defaultPath());
+    explicit RealPlatform(const std::filesystem::path& settingsFile);
 
     [[nodiscard]] Platform platform();
     [[nodiscard]] PipeWireAudio& audio() { return audio_; }

@@ -419,6 +419,23 @@ TEST_F(BareProgram, StartsWhateverLocksLieInItsDataFolder) {
     EXPECT_EQ(settings().problems().front().kind, StoreProblem::Kind::inUse);
 }
 
+TEST_F(BareProgram, KeepsItsDataFolderToItsOwner) {
+    using std::filesystem::perms;
+    const auto data = home.path() / "data" / "velmora";
+    const auto rights = [&] { return std::filesystem::status(data).permissions(); };
+    {
+        const ChildProcess program = launch();
+        ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(data); }));
+        EXPECT_EQ(rights(), perms::owner_all) << "from the first moment";
+        ASSERT_TRUE(showsSoon("Velmora"));
+    }
+    std::filesystem::permissions(data, perms::owner_all | perms::group_read | perms::others_read);
+
+    const ChildProcess program = launch();
+    ASSERT_TRUE(showsSoon("Velmora"));
+    EXPECT_EQ(rights(), perms::owner_all);
+}
+
 TEST_F(BareProgram, StartsWhereAnotherSessionHoldsTheSettings) {
     const auto other = settings();
     ChildProcess program = launch();

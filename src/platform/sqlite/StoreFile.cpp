@@ -79,6 +79,17 @@ fs::path followed(const fs::path& path) {
 
 } // namespace
 
+Status makePrivateFolder(const fs::path& folder) {
+    if (!makeFolders(folder)) {
+        return isOutOfSpace(errno) ? SQLITE_FULL : SQLITE_CANTOPEN;
+    }
+    struct stat found {};
+    constexpr mode_t others = S_IRWXG | S_IRWXO;
+    const bool isOpen = ::stat(folder.c_str(), &found) == 0 && (found.st_mode & others) != 0;
+    return !isOpen || ::chmod(folder.c_str(), found.st_mode & S_IRWXU) == 0 ? SQLITE_OK
+                                                                            : SQLITE_CANTOPEN;
+}
+
 StoreFile::StoreFile(const fs::path& path) : path_(followed(path)) {
 }
 

@@ -8,6 +8,10 @@
 
 namespace velmora {
 
+/// Makes the missing folders of the path, each for its owner alone (0700), and takes everybody
+/// else's rights off the last where it is there already.
+Status makePrivateFolder(const std::filesystem::path& folder);
+
 /// One SQLite file: the main file and, beside it, "-wal", "-shm" and "-journal".
 /// Threads: one owner. Errors: SQLite's codes; never throws.
 class StoreFile {

@@ -93,6 +93,30 @@ TEST_F(SqliteDefaultsStoreTest, SharesTheFileWithASecondInstanceWhereNothingCanB
     EXPECT_EQ(store().read<double>("second"), 99.0);
 }
 
+TEST_F(SqliteDefaultsStoreTest, LeavesTheRightsOfAFolderThatWasThere) {
+    const fs::path folder = disk.path().parent_path();
+    fs::create_directories(folder);
+    fs::permissions(folder, fs::perms::owner_all | fs::perms::group_all);
+
+    store().set("volume", 0.5);
+
+    EXPECT_EQ(modeOf(folder), fs::perms::owner_all | fs::perms::group_all);
+}
+
+TEST_F(SqliteDefaultsStoreTest, IsGivenAFolderOfItsOwnersAlone) {
+    const fs::path folder = disk.folder() / "new" / "velmora";
+    EXPECT_EQ(makePrivateFolder(folder), statusOk);
+    EXPECT_EQ(modeOf(folder), fs::perms::owner_all);
+    EXPECT_EQ(modeOf(folder.parent_path()), fs::perms::owner_all);
+
+    fs::permissions(folder, fs::perms::owner_all | fs::perms::group_read | fs::perms::others_exec);
+    EXPECT_EQ(makePrivateFolder(folder), statusOk);
+    EXPECT_EQ(modeOf(folder), fs::perms::owner_all);
+
+    write(disk.folder() / "file", "in the way");
+    EXPECT_NE(makePrivateFolder(disk.folder() / "file" / "velmora"), statusOk);
+}
+
 TEST(SqliteDefaultsStorePath, LiesInTheUsersDataFolder) {
     setenv("HOME", "/home/ada", 1);
     setenv("XDG_DATA_HOME", "/data", 1);

@@ -71,7 +71,7 @@ Form formOf(Kind kind) {
     case Kind::storeDamaged:
         return {"",
                 "Le fichier des réglages {file} était endommagé. Il a été mis de côté sous {copy} "
-                "et un nouveau fichier a été commencé.",
+                "et ce qui pouvait encore en être lu est dans un nouveau fichier.",
                 ""};
     case Kind::storeNewer:
         return {"",

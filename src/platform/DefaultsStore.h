@@ -25,7 +25,7 @@ using DefaultsValue = std::variant<bool, double, std::string, Bytes, NumberMap, 
 struct StoreProblem {
     enum class Kind {
         // Of these, the user is to know until the program ends.
-        damaged,   ///< the file could not be read; it was set aside as `setAside`, a new one began
+        damaged,   ///< the file was set aside as `setAside`; a new one has what could be read of it
         newer,     ///< written by a later version; left untouched, nothing is kept this time
         keptApart, ///< the file holds other values than were read at the start; they stay, and what
                    ///< was set meanwhile is kept beside them

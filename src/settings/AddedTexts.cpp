@@ -10,9 +10,9 @@ namespace {
 constexpr auto texts = std::to_array<TextPair>({
     // The settings file
     {"Le fichier des réglages {file} était endommagé. Il a été mis de côté sous {copy} "
-     "et un nouveau fichier a été commencé.",
+     "et ce qui pouvait encore en être lu est dans un nouveau fichier.",
      "The settings file {file} was damaged. It was set aside as {copy} "
-     "and a new file was started."},
+     "and what could still be read of it is in a new file."},
     {"Le fichier des réglages {file} vient d'une version plus récente de Velmora. "
      "Il reste intact ; rien ne sera enregistré cette fois.",
      "The settings file {file} comes from a newer version of Velmora. "

@@ -119,7 +119,7 @@ protected:
     [[nodiscard]] std::string damagedAndKeptAs(const fs::path& place) const {
         return "Le fichier des réglages " + path() +
                " était endommagé. Il a été mis de côté sous " + place.string() +
-               " et un nouveau fichier a été commencé.";
+               " et ce qui pouvait encore en être lu est dans un nouveau fichier.";
     }
 
     static constexpr int changes = 100;
@@ -219,7 +219,7 @@ TEST_F(StoreTrouble, WithTheFileOfALaterVersionLeavesItUntouched) {
     earlierSession();
     runSql(disk.path(), "PRAGMA user_version=" + std::to_string(newestStoreVersion() + 1));
     const auto before = filesIn(folder());
-    untroubled = SimulatedDefaultsStore(); // none of that file's values may be used
+    // Its values are used as far as this version understands them: all of them here.
 
     expectTheSameAsWithoutTrouble();
     disk.quit();

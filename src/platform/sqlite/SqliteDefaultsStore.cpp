@@ -1,5 +1,7 @@
 #include "platform/sqlite/SqliteDefaultsStore.h"
 
+#include "platform/sqlite/DefaultsCoding.h"
+#include "platform/sqlite/StoreSalvage.h"
 #include "platform/sqlite/StoreSchema.h"
 #include "platform/sqlite/StoreSnapshot.h"
 
@@ -9,10 +11,21 @@
 
 namespace velmora {
 
+namespace {
+
+bool isUnderstood(const StoredRow& row) {
+    return decode(static_cast<CodedValue::Type>(row.type), row.value).has_value();
+}
+
+} // namespace
+
 SqliteDefaultsStore::SqliteDefaultsStore(const std::filesystem::path& file, Clock now)
     : file_(file), now_(std::move(now)) {
     if (open() != statusOk && refused_ == statusOk) {
-        values_.begin(readSnapshot(file_).value_or(StoredValues{}));
+        if (auto found = readSnapshot(file_)) {
+            values_.begin(std::move(*found));
+            isRead_ = true;
+        }
     }
     hasBegun_ = true;
     problems_.tell(); // nobody listens yet: what opening met is told by the list alone
@@ -85,17 +98,23 @@ Status SqliteDefaultsStore::openFile() {
     } else if (values_.meet(*stored)) {
         problems_.add({StoreProblem::Kind::keptApart, file_.path(), {}, statusOk});
     }
+    isRead_ = true;
     connection_ = std::move(*connection);
     return statusOk;
 }
 
-/// Sets the damaged file aside; the new one starts with everything that is known in memory.
+/// Lets a new file take the damaged one's place, with what can still be read of that one.
 Status SqliteDefaultsStore::beginAnew(Status damage) {
     if (connection_) {
         connection_->keepAsFound();
         connection_.reset();
     }
-    const auto place = file_.setAside(now_());
+    auto rows = salvageRows(file_);
+    if (isRead_) {
+        // What the program has read it holds, and whatever has become of it since.
+        std::erase_if(rows, [](const StoredRow& row) { return isUnderstood(row); });
+    }
+    const auto place = replaceDamaged(file_, rows, now_());
     if (!place) {
         return place.error();
     }
@@ -105,6 +124,9 @@ Status SqliteDefaultsStore::beginAnew(Status damage) {
 
 Status SqliteDefaultsStore::refuseNewer() {
     refused_ = statusNewerStore;
+    if (!hasBegun_) {
+        values_.begin(readNewer(file_));
+    }
     problems_.add({StoreProblem::Kind::newer, file_.path(), {}, refused_});
     return refused_;
 }

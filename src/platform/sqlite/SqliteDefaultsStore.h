@@ -71,7 +71,8 @@ private:
     std::optional<StoreConnection> connection_; // none while the file cannot be written
     Status refused_ = statusOk;                 // set for good when the file is a newer one
     StoreValues values_;
-    bool hasBegun_ = false; // somebody may have asked for a value
+    bool isRead_ = false;   // the file's values are among them
+    bool hasBegun_ = false; // somebody may have asked for one
     StoreProblems problems_;
 };
 

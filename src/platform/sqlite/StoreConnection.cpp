@@ -27,6 +27,32 @@ Status useLog(Database& database) {
 
 } // namespace
 
+ReadRows readRows(Database& database, std::string_view order) {
+    auto rows = database.prepare("SELECT key, type, value FROM defaults ORDER BY key " +
+                                 std::string(order));
+    if (!rows) {
+        return {.status = rows.error()};
+    }
+    ReadRows read;
+    auto row = rows->step();
+    for (; row && *row; row = rows->step()) {
+        read.rows.push_back(
+            {.key = rows->text(0), .type = rows->number(1), .value = rows->blob(2)});
+    }
+    read.status = row ? SQLITE_OK : row.error();
+    return read;
+}
+
+StoredValues valuesOf(const std::vector<StoredRow>& rows) {
+    StoredValues values;
+    for (const StoredRow& row : rows) {
+        if (auto value = decode(static_cast<CodedValue::Type>(row.type), row.value)) {
+            values.insert_or_assign(row.key, std::move(*value));
+        }
+    }
+    return values;
+}
+
 StoreConnection::StoreConnection(
     Database database, Statement begin, Statement put, Statement erase, Statement commit)
     : database_(std::move(database)), begin_(std::move(begin)), put_(std::move(put)),
@@ -68,21 +94,11 @@ StatusOr<StoreConnection> StoreConnection::open(const std::filesystem::path& fil
 }
 
 StatusOr<StoredValues> StoreConnection::readAll() {
-    auto rows = database_.prepare("SELECT key, type, value FROM defaults");
-    if (!rows) {
-        return std::unexpected(rows.error());
+    const ReadRows read = readRows(database_, "ASC");
+    if (read.status != SQLITE_OK) {
+        return std::unexpected(read.status);
     }
-    StoredValues values;
-    auto row = rows->step();
-    for (; row && *row; row = rows->step()) {
-        if (auto value = decode(static_cast<CodedValue::Type>(rows->number(1)), rows->blob(2))) {
-            values.insert_or_assign(rows->text(0), std::move(*value));
-        }
-    }
-    if (!row) {
-        return std::unexpected(row.error());
-    }
-    return values;
+    return valuesOf(read.rows);
 }
 
 Status StoreConnection::begin() {
@@ -91,9 +107,17 @@ Status StoreConnection::begin() {
 
 Status StoreConnection::put(std::string_view key, const DefaultsValue& value) {
     const CodedValue coded = encode(value);
+    return putCoded(key, static_cast<std::int64_t>(coded.type), coded.bytes);
+}
+
+Status StoreConnection::put(const StoredRow& row) {
+    return putCoded(row.key, row.type, row.value);
+}
+
+Status StoreConnection::putCoded(std::string_view key, std::int64_t type, const Bytes& value) {
     put_.bindText(1, key);
-    put_.bindNumber(2, static_cast<std::int64_t>(coded.type));
-    put_.bindBlob(3, coded.bytes);
+    put_.bindNumber(2, type);
+    put_.bindBlob(3, value);
     return put_.run();
 }
 

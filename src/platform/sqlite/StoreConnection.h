@@ -6,13 +6,26 @@
 #include "platform/sqlite/Database.h"
 
 #include "platform/sqlite/StoreValues.h"
+#include "platform/sqlite/StoredRow.h"
 
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmora {
+
+/// The rows up to the one that cannot be read.
+struct ReadRows {
+    std::vector<StoredRow> rows{};
+    Status status{}; ///< success when these are all
+};
+/// @param order  "ASC" or "DESC", by key
+[[nodiscard]] ReadRows readRows(Database& database, std::string_view order);
+
+/// The values of the rows that this program understands.
+[[nodiscard]] StoredValues valuesOf(const std::vector<StoredRow>& rows);
 
 /// Threads: one owner. Errors: SQLite's extended codes, and `statusNewerStore`.
 class StoreConnection {
@@ -27,16 +40,21 @@ public:
     // One transaction, of which nothing stays when a step of it fails.
     [[nodiscard]] Status begin();
     [[nodiscard]] Status put(std::string_view key, const DefaultsValue& value);
+    [[nodiscard]] Status put(const StoredRow& row);
     [[nodiscard]] Status erase(std::string_view key);
     [[nodiscard]] Status commit();
     void rollBack();
 
+    /// Carries the log over into the file and waits for the disk.
+    [[nodiscard]] Status foldLog() { return database_.run("PRAGMA wal_checkpoint(TRUNCATE)"); }
     /// Leaves every byte of a file that proved to be damaged as it is.
     void keepAsFound() { database_.foldLogOnClose(false); }
 
 private:
     StoreConnection(
         Database database, Statement begin, Statement put, Statement erase, Statement commit);
+
+    [[nodiscard]] Status putCoded(std::string_view key, std::int64_t type, const Bytes& value);
 
     Database database_; // closed after the statements are gone
     Statement begin_;

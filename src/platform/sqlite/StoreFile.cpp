@@ -97,6 +97,14 @@ fs::path StoreFile::log() const {
     return withSuffix(path_, "-wal");
 }
 
+fs::path StoreFile::journal() const {
+    return withSuffix(path_, "-journal");
+}
+
+fs::path StoreFile::successor() const {
+    return withSuffix(path_, "-new");
+}
+
 fs::path StoreFile::lock() const {
     return fs::path(path_).replace_extension(".lock");
 }
@@ -109,6 +117,11 @@ Status StoreFile::makeFolder() const {
 }
 
 Status StoreFile::createIfMissing() const {
+    std::error_code error;
+    // Only a whole successor is met without the file: it is closed before the file moves.
+    if (!fs::exists(path_, error) && fs::exists(successor(), error)) {
+        fs::rename(successor(), path_, error);
+    }
     // SQLite gives the companions the mode of the main file.
     const int file = ::open(path_.c_str(), O_CREAT | O_EXCL | O_CLOEXEC | O_WRONLY, 0600);
     if (file >= 0) {
@@ -125,13 +138,23 @@ bool StoreFile::isCutOff() const {
     return sizeOf(path_) == 0 && sizeOf(log()) > 0;
 }
 
-StatusOr<fs::path> StoreFile::setAside(std::chrono::system_clock::time_point now) const {
+void StoreFile::removeSuccessor() const {
+    for (const char* suffix : companions) {
+        std::error_code ignored;
+        fs::remove(withSuffix(successor(), suffix), ignored);
+    }
+}
+
+StatusOr<fs::path> StoreFile::giveWayToSuccessor(std::chrono::system_clock::time_point now) const {
     const fs::path name = unusedName(path_, now);
     for (const char* suffix : companions) {
         if (::rename(withSuffix(path_, suffix).c_str(), withSuffix(name, suffix).c_str()) != 0 &&
             errno != ENOENT) {
             return std::unexpected(SQLITE_CANTOPEN);
         }
+    }
+    if (::rename(successor().c_str(), path_.c_str()) != 0) {
+        return std::unexpected(SQLITE_CANTOPEN);
     }
     return name;
 }

@@ -20,21 +20,27 @@ public:
     explicit StoreFile(const std::filesystem::path& path);
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-    [[nodiscard]] std::filesystem::path log() const;  ///< the write-ahead log
-    [[nodiscard]] std::filesystem::path lock() const; ///< for `StoreLock`
+    [[nodiscard]] std::filesystem::path log() const;     ///< the write-ahead log
+    [[nodiscard]] std::filesystem::path journal() const; ///< where there is no such log
+    [[nodiscard]] std::filesystem::path lock() const;    ///< for `StoreLock`
+    /// A new file in the making, which is to replace this one.
+    [[nodiscard]] std::filesystem::path successor() const;
 
     /// Makes the missing folders, each for its owner alone (0700).
     [[nodiscard]] Status makeFolder() const;
-    /// Makes an empty file (0600) where there is none, in a folder that is there.
+    /// Makes an empty file (0600) where there is none, in a folder that is there; a successor that
+    /// a kill has left takes its place.
     [[nodiscard]] Status createIfMissing() const;
+    void removeSuccessor() const;
 
     /// Whether a log with content stands beside a file without any: SQLite would throw the log
     /// away, but it can only be left of a file that was cut off.
     [[nodiscard]] bool isCutOff() const;
 
-    /// Renames the file and its companions to a dated name that nothing has yet.
+    /// Renames the file and its companions to a dated name that nothing has yet, and the successor
+    /// to the file's.
     [[nodiscard]] StatusOr<std::filesystem::path>
-    setAside(std::chrono::system_clock::time_point now) const;
+    giveWayToSuccessor(std::chrono::system_clock::time_point now) const;
 
 private:
     std::filesystem::path path_;

@@ -1,7 +1,9 @@
 #include "platform/sqlite/StoreSnapshot.h"
 
+#include "platform/sqlite/PrivateCopy.h"
+#include "platform/sqlite/StoreSalvage.h"
+
 #include <array>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <string>
@@ -12,57 +14,6 @@ namespace velmora {
 namespace fs = std::filesystem;
 
 namespace {
-
-/// A copy of the file and its log in a folder of its own, removed with it.
-class PrivateCopy {
-public:
-    explicit PrivateCopy(const StoreFile& original) {
-        std::error_code error;
-        // The second is memory: there, a copy succeeds on a full disk too.
-        for (const fs::path& place : {fs::temp_directory_path(error), fs::path("/dev/shm")}) {
-            if (copyTo(place, original)) {
-                return;
-            }
-            remove();
-        }
-    }
-    ~PrivateCopy() { remove(); }
-    PrivateCopy(const PrivateCopy&) = delete;
-    PrivateCopy& operator=(const PrivateCopy&) = delete;
-
-    [[nodiscard]] bool exists() const { return !folder_.empty(); }
-    [[nodiscard]] fs::path path() const { return folder_ / "copy.sqlite"; }
-
-private:
-    bool copyTo(const fs::path& place, const StoreFile& original) {
-        std::string pattern = place / "velmora-XXXXXX";
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            return false;
-        }
-        folder_ = pattern;
-        std::error_code error;
-        fs::copy_file(original.path(), path(), error);
-        if (!error && fs::exists(original.log(), error)) {
-            fs::copy_file(original.log(), StoreFile(path()).log(), error);
-        }
-        // The copies carry the originals' modes, which may refuse writing.
-        for (const fs::path& copy : {path(), StoreFile(path()).log()}) {
-            std::error_code ignored;
-            fs::permissions(copy, fs::perms::owner_read | fs::perms::owner_write, ignored);
-        }
-        return !error;
-    }
-
-    void remove() {
-        std::error_code ignored;
-        if (exists()) {
-            fs::remove_all(folder_, ignored);
-        }
-        folder_.clear();
-    }
-
-    fs::path folder_;
-};
 
 bool hasLog(const StoreFile& file) {
     std::error_code error;
@@ -106,16 +57,23 @@ std::optional<std::int64_t> storedVersion(const StoreFile& file) {
 }
 
 std::optional<StoredValues> readSnapshot(const StoreFile& file) {
+    if (!std::ifstream(file.path(), std::ios::binary)) {
+        return std::nullopt;
+    }
+    if (const PrivateCopy copy(file); copy.exists()) {
+        if (auto connection = StoreConnection::open(copy.path())) {
+            if (auto values = connection->readAll()) {
+                return std::move(*values);
+            }
+        }
+    }
+    return valuesOf(salvageRows(file));
+}
+
+StoredValues readNewer(const StoreFile& file) {
     const PrivateCopy copy(file);
-    if (!copy.exists()) {
-        return std::nullopt;
-    }
-    auto connection = StoreConnection::open(copy.path());
-    if (!connection) {
-        return std::nullopt;
-    }
-    auto values = connection->readAll();
-    return values ? std::optional(std::move(*values)) : std::nullopt;
+    auto database = Database::open(copy.path());
+    return database ? valuesOf(readRows(*database, "ASC").rows) : StoredValues{};
 }
 
 } // namespace velmora

@@ -15,7 +15,11 @@ namespace velmora {
 /// private copy.
 [[nodiscard]] std::optional<std::int64_t> storedVersion(const StoreFile& file);
 
-/// The values of a file that cannot be opened for writing; none when there is nothing to read.
+/// The values of a file that a later version has written, as far as this one understands it.
+[[nodiscard]] StoredValues readNewer(const StoreFile& file);
+
+/// The values of a file that cannot be opened for writing, as far as they can be read; none when
+/// nothing can.
 [[nodiscard]] std::optional<StoredValues> readSnapshot(const StoreFile& file);
 
 } // namespace velmora

@@ -65,7 +65,7 @@ TEST(ProblemTest, LeavesNamesThatLookLikeItsOwnTextAsTheyAre) {
               "(err 2)");
     EXPECT_EQ(frenchSentence({.kind = Kind::storeDamaged, .subject = "{copy}", .detail = "{file}"}),
               "Le fichier des réglages {copy} était endommagé. Il a été mis de côté sous {file} et "
-              "un nouveau fichier a été commencé.");
+              "ce qui pouvait encore en être lu est dans un nouveau fichier.");
 }
 
 TEST(ProblemTest, ListsWhatIsMissingInOneLine) {

@@ -19,10 +19,20 @@ Status checkPages(Database& database) {
 }
 
 Status useLog(Database& database) {
-    // Where the file system cannot share a log, SQLite stays with its rollback journal: slower, and
-    // as safe.
-    const Status status = database.run("PRAGMA journal_mode=WAL");
-    return status == SQLITE_OK ? database.run("PRAGMA synchronous=NORMAL") : status;
+    Status status = database.run("PRAGMA journal_mode=WAL");
+    if (status == SQLITE_OK) {
+        status = database.run("PRAGMA synchronous=NORMAL");
+    }
+    // The change succeeds before anybody has looked at the log: the first to read meets what is
+    // wrong with it.
+    return status == SQLITE_OK ? database.run("SELECT 1 FROM defaults LIMIT 1") : status;
+}
+
+/// Whether the file system refuses the memory by which connections share a log, as some network
+/// and user-space ones do.
+bool lacksSharedMemory(Status status) {
+    return status == SQLITE_IOERR_SHMOPEN || status == SQLITE_IOERR_SHMSIZE ||
+           status == SQLITE_IOERR_SHMMAP || status == SQLITE_IOERR_SHMLOCK;
 }
 
 } // namespace
@@ -60,11 +70,25 @@ StoreConnection::StoreConnection(
 }
 
 StatusOr<StoreConnection> StoreConnection::open(const std::filesystem::path& file) {
+    auto connection = open(file, Access::shared);
+    if (!connection && lacksSharedMemory(connection.error())) {
+        return open(file, Access::exclusive);
+    }
+    return connection;
+}
+
+StatusOr<StoreConnection> StoreConnection::open(const std::filesystem::path& file, Access access) {
     auto database = Database::open(file);
     if (!database) {
         return std::unexpected(database.error());
     }
-    Status status = checkPages(*database);
+    Status status = SQLITE_OK;
+    if (access == Access::exclusive) {
+        status = database->run("PRAGMA locking_mode=EXCLUSIVE");
+    }
+    if (status == SQLITE_OK) {
+        status = checkPages(*database);
+    }
     if (status == SQLITE_OK) {
         status = migrateStore(*database);
     }

@@ -51,6 +51,12 @@ public:
     void keepAsFound() { database_.foldLogOnClose(false); }
 
 private:
+    enum class Access {
+        shared,
+        exclusive, ///< the log's index lies in memory of our own
+    };
+    [[nodiscard]] static StatusOr<StoreConnection> open(const std::filesystem::path& file,
+                                                        Access access);
     StoreConnection(
         Database database, Statement begin, Statement put, Statement erase, Statement commit);
 

@@ -24,9 +24,11 @@ RealPlatform::RealPlatform() : RealPlatform(privateSettingsFile()) {
 RealPlatform::RealPlatform(const std::filesystem::path& settingsFile)
     : defaults_(settingsFile),
       applications_(mainQueue_,
-                    {.nameOf = [this](std::int32_t pid) { return audio_.applicationName(pid); }}),
+                    {.nameOf = [this](std::int32_t pid) { return audio_.applicationName(pid); },
+                     .bundleIDOf = [this](std::int32_t pid) { return audio_.applicationID(pid); }}),
       audio_(mainQueue_,
-             {.applicationPid = [this](std::int32_t pid) { return applications_.leader(pid); },
+             {.identify = [this](const auto& claims) { return applications_.identify(claims); },
+              .applicationPid = [this](std::int32_t pid) { return applications_.leader(pid); },
               .processStart = processStart}) {
 }
 

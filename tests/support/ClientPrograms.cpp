@@ -37,6 +37,42 @@ std::string toneFile(const PrivateSession& session, const Tone& tone) {
     return soundFile(session, makeTone(tone, playerSeconds));
 }
 
+/// The machine's files, but nothing of its processes. A root of its own can hold a further file.
+std::vector<std::string> sandboxArguments(const PrivateSession& session,
+                                          const std::string& flatpakInfo) {
+    namespace fs = std::filesystem;
+    std::vector<std::string> list{"bwrap", "--die-with-parent", "--unshare-pid"};
+    const auto add = [&](std::initializer_list<std::string> words) {
+        list.insert(list.end(), words);
+    };
+    if (flatpakInfo.empty()) {
+        add({"--dev-bind", "/", "/"});
+    } else {
+        for (const auto& entry : fs::directory_iterator("/")) {
+            const std::string path = entry.path();
+            if (entry.is_symlink()) {
+                add({"--symlink", fs::read_symlink(path), path});
+            } else if (entry.is_directory() && path != "/proc") {
+                add({"--dev-bind", path, path});
+            }
+        }
+        const auto file = freshFile(session, ".info");
+        std::ofstream(file) << flatpakInfo;
+        add({"--ro-bind", file, "/.flatpak-info"});
+    }
+    add({"--proc", "/proc"});
+    return list;
+}
+
+std::vector<std::string>
+arguments(const PrivateSession& session, const Tone& tone, const SandboxedPlayer::Look& look) {
+    auto list = sandboxArguments(session, look.flatpakInfo);
+    list.push_back(look.program);
+    list.insert(list.end(), look.arguments.begin(), look.arguments.end());
+    list.push_back(toneFile(session, tone));
+    return list;
+}
+
 std::vector<std::string> arguments(const ToneApp::Look& look) {
     std::vector<std::string> list{look.program};
     if (look.playsFromChildProcess) {
@@ -101,6 +137,10 @@ TargetedPlayer::TargetedPlayer(const PrivateSession& session,
 
 PulsePlayer::PulsePlayer(const PrivateSession& session, const Tone& tone)
     : process_(session.start({"paplay", toneFile(session, tone)}, "paplay")) {
+}
+
+SandboxedPlayer::SandboxedPlayer(const PrivateSession& session, const Tone& tone, const Look& look)
+    : process_(session.start(arguments(session, tone, look), "sandboxed-player")) {
 }
 
 Feeder::Feeder(const PrivateSession& session,

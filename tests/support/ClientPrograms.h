@@ -67,6 +67,22 @@ private:
     ChildProcess process_;
 };
 
+/// A player in a sandbox with a process namespace of its own (bubblewrap), where every first
+/// program has the same number.
+class SandboxedPlayer {
+public:
+    struct Look {
+        std::string program = "paplay";
+        std::vector<std::string> arguments{}; ///< before the sound's file
+        std::string flatpakInfo{};            ///< what lies at its root; empty = nothing
+    };
+
+    SandboxedPlayer(const PrivateSession& session, const Tone& tone, const Look& look);
+
+private:
+    ChildProcess process_;
+};
+
 /// `pw-play` with a sound of the test's own, to a device of its choice.
 class TargetedPlayer {
 public:

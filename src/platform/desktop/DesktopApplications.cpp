@@ -1,6 +1,7 @@
 #include "platform/desktop/DesktopApplications.h"
 
 #include "platform/desktop/ApplicationIndex.h"
+#include "platform/desktop/ClaimedProcesses.h"
 #include "platform/desktop/DesktopEntries.h"
 #include "platform/desktop/Gio.h"
 #include "platform/desktop/LaunchWatch.h"
@@ -122,6 +123,7 @@ std::vector<fs::path> DesktopApplications::xdgDataFolders() {
 
 DesktopApplications::DesktopApplications(MainQueue& mainQueue, const Options& options)
     : mainQueue_(mainQueue), processes_(options.procRoot), nameOf_(options.nameOf),
+      bundleIDOf_(options.bundleIDOf),
       entries_(std::make_unique<DesktopEntries>(options.dataFolders)),
       index_(std::make_unique<ApplicationIndex>(processes_, *entries_)) {
 }
@@ -138,8 +140,59 @@ std::int32_t DesktopApplications::leader(std::int32_t pid) const {
 }
 
 std::optional<RunningApplication> DesktopApplications::byPid(std::int32_t pid) const {
+    if (pid >= firstStandIn) {
+        return standIn(pid);
+    }
     const auto leading = processes_.stat(leader(pid));
     return leading ? std::optional(describe(*leading)) : std::nullopt;
+}
+
+std::optional<RunningApplication> DesktopApplications::standIn(std::int32_t number) const {
+    entries_->refresh();
+    if (const auto* entry = entries_->find(bundleIDOf_ ? bundleIDOf_(number) : "")) {
+        return RunningApplication{
+            .pid = number, .name = entry->name, .bundleID = entry->id, .regular = entry->isVisible};
+    }
+    const std::string name = nameOf_ ? nameOf_(number) : "";
+    return name.empty() ? std::nullopt
+                        : std::optional(RunningApplication{
+                              .pid = number, .name = name, .bundleID = {}, .regular = false});
+}
+
+std::vector<ProgramIdentity>
+DesktopApplications::identify(const std::vector<ProgramClaim>& claims) const {
+    entries_->refresh();
+    std::optional<ClaimedProcesses> processes; // a walk through /proc, if need be
+    std::vector<ProgramIdentity> programs;
+    for (const ProgramClaim& claim : claims) {
+        if (claim.isVouchedFor) {
+            programs.push_back({.pid = claim.pid});
+            continue;
+        }
+        if (!processes) {
+            processes.emplace(processes_);
+        }
+        programs.push_back(identityAmong(processes->behind(claim), claim));
+    }
+    return programs;
+}
+
+ProgramIdentity DesktopApplications::identityAmong(const std::vector<std::int32_t>& processes,
+                                                   const ProgramClaim& claim) const {
+    const auto areOne = [&](const auto& property) {
+        return std::ranges::all_of(processes, [&](std::int32_t pid) {
+            return property(pid) == property(processes.front());
+        });
+    };
+    if (processes.empty()) {
+        return {.bundleID = claim.sandbox};
+    }
+    if (areOne([this](std::int32_t pid) { return index_->leader(pid); })) {
+        return {.pid = processes.front()};
+    }
+    const auto entryOf = [this](std::int32_t pid) { return index_->entryOf(pid); };
+    const auto* const entry = areOne(entryOf) ? entryOf(processes.front()) : nullptr;
+    return {.bundleID = entry == nullptr ? claim.sandbox : entry->id};
 }
 
 RunningApplication DesktopApplications::describe(const ProcessStat& leading) const {

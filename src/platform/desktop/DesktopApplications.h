@@ -3,6 +3,7 @@
 
 #include "platform/Applications.h"
 #include "platform/MainQueue.h"
+#include "platform/ProgramClaim.h"
 #include "platform/desktop/ProcFiles.h"
 
 #include <cstdint>
@@ -28,9 +29,11 @@ public:
         std::filesystem::path procRoot = "/proc";
         /// Each may hold a folder "applications"; the first that has an entry wins.
         std::vector<std::filesystem::path> dataFolders = xdgDataFolders();
-        /// What a leading process without a desktop entry calls itself; empty when nobody knows,
-        /// and the process's own name serves.
+        /// What a leading process without a desktop entry, or a stand-in, calls itself; empty when
+        /// nobody knows, and the process's own name serves.
         std::function<std::string(std::int32_t pid)> nameOf{};
+        /// The desktop entry that `identify` has told of a stand-in; empty when it told none.
+        std::function<std::string(std::int32_t pid)> bundleIDOf{};
     };
 
     explicit DesktopApplications(MainQueue& mainQueue)
@@ -48,6 +51,11 @@ public:
     /// never leads what was started in it. `pid` itself when it leads, or does not run.
     [[nodiscard]] std::int32_t leader(std::int32_t pid) const;
 
+    /// Which process each of these programs is. Certain, or not told: then it may still be known
+    /// which application it is.
+    [[nodiscard]] std::vector<ProgramIdentity>
+    identify(const std::vector<ProgramClaim>& claims) const;
+
     [[nodiscard]] std::int32_t ownPid() const override;
     [[nodiscard]] std::optional<RunningApplication> byPid(std::int32_t pid) const override;
     [[nodiscard]] std::vector<RunningApplication>
@@ -63,10 +71,14 @@ public:
 
 private:
     [[nodiscard]] RunningApplication describe(const ProcessStat& leading) const;
+    [[nodiscard]] std::optional<RunningApplication> standIn(std::int32_t number) const;
+    [[nodiscard]] ProgramIdentity identityAmong(const std::vector<std::int32_t>& processes,
+                                                const ProgramClaim& claim) const;
 
     MainQueue& mainQueue_;
     ProcFiles processes_;
     std::function<std::string(std::int32_t pid)> nameOf_;
+    std::function<std::string(std::int32_t pid)> bundleIDOf_;
     std::unique_ptr<DesktopEntries> entries_;
     std::unique_ptr<ApplicationIndex> index_;
     std::list<std::unique_ptr<LaunchWatch>> launches_;

@@ -41,6 +41,10 @@ std::vector<std::string> zeroTerminated(std::string_view text) {
     return pieces;
 }
 
+std::string_view firstLine(std::string_view text) {
+    return text.substr(0, text.find('\n'));
+}
+
 } // namespace
 
 std::string ProcFiles::read(std::int32_t pid, std::string_view file) const {
@@ -91,6 +95,29 @@ std::string ProcFiles::controlGroups(std::int32_t pid) const {
 
 std::string ProcFiles::flatpakInfo(std::int32_t pid) const {
     return read(pid, "root/.flatpak-info");
+}
+
+std::int32_t ProcFiles::innerPid(std::int32_t pid) const {
+    // "NSpid:\t4312\t2": from our namespace inwards.
+    constexpr std::string_view label = "\nNSpid:";
+    const std::string status = read(pid, "status");
+    const auto found = status.find(label);
+    if (found == std::string::npos) {
+        return pid;
+    }
+    const auto line = firstLine(std::string_view(status).substr(found + label.size()));
+    const auto last = line.substr(line.rfind('\t') + 1);
+    std::int32_t inner = pid;
+    std::from_chars(last.data(), last.data() + last.size(), inner);
+    return inner;
+}
+
+std::string ProcFiles::machineId(std::int32_t pid) const {
+    return std::string(firstLine(read(pid, "root/etc/machine-id")));
+}
+
+std::string ProcFiles::hostName() const {
+    return std::string(firstLine(contentOf(root_ / "sys/kernel/hostname")));
 }
 
 double ProcFiles::ageSeconds(const ProcessStat& stat) const {

@@ -30,6 +30,12 @@ public:
     [[nodiscard]] std::string controlGroups(std::int32_t pid) const;
     /// The description that the sandbox of a Flatpak application holds.
     [[nodiscard]] std::string flatpakInfo(std::int32_t pid) const;
+    /// The number that the process has in its own namespace of processes; `pid` when that is ours.
+    [[nodiscard]] std::int32_t innerPid(std::int32_t pid) const;
+    /// The machine-id that the process sees; empty when it sees none.
+    [[nodiscard]] std::string machineId(std::int32_t pid) const;
+    /// The name of this machine.
+    [[nodiscard]] std::string hostName() const;
     /// How long the process has been running; long when the kernel does not say.
     [[nodiscard]] double ageSeconds(const ProcessStat& stat) const;
 

@@ -42,9 +42,9 @@ public:
     Impl(MainQueue& mainQueue, Options options)
         : mainQueue_(mainQueue),
           session_({.unknownApplications =
-                        [this](std::set<std::int32_t> pids) {
-                            post([pids = std::move(pids)](Impl& self) {
-                                self.applications_.resolve(pids);
+                        [this](pipewire::ProcessDirectory::Claims claims) {
+                            post([claims = std::move(claims)](Impl& self) {
+                                self.applications_.resolve(claims);
                             });
                         },
                     .defaultOutputChanged =
@@ -52,8 +52,10 @@ public:
                             post([](Impl& self) { self.devices_.defaultOutputChanged().emit(); });
                         },
                     .changed = [this] { postChanged(); }}),
-          applications_(
-              session_, std::move(options.applicationPid), std::move(options.processStart)),
+          applications_(session_,
+                        {.identify = std::move(options.identify),
+                         .leaderOf = std::move(options.applicationPid),
+                         .startOf = std::move(options.processStart)}),
           devices_(session_), taps_(session_, applications_), sinks_(session_), units_(session_) {
         session_.waitForListing(options.firstListing);
     }
@@ -126,6 +128,11 @@ AudioUnits& PipeWireAudio::units() {
 std::string PipeWireAudio::applicationName(std::int32_t pid) const {
     return impl_->session().read(
         [pid](pipewire::SessionState& state, bool) { return state.processes.name(pid); });
+}
+
+std::string PipeWireAudio::applicationID(std::int32_t pid) const {
+    return impl_->session().read(
+        [pid](pipewire::SessionState& state, bool) { return state.processes.bundleID(pid); });
 }
 
 Status PipeWireAudio::ensureVirtualMicrophone() {

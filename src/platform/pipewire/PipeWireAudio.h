@@ -5,6 +5,7 @@
 #include "platform/AudioDevices.h"
 #include "platform/AudioUnits.h"
 #include "platform/MainQueue.h"
+#include "platform/ProgramClaim.h"
 #include "platform/PublicSinks.h"
 
 #include <chrono>
@@ -12,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace velmora {
 
@@ -26,8 +28,13 @@ namespace velmora {
 class PipeWireAudio {
 public:
     struct Options {
+        // These are called on the main thread.
+
+        /// Which process each program is; when empty, its own word counts.
+        std::function<std::vector<ProgramIdentity>(const std::vector<ProgramClaim>& claims)>
+            identify;
         /// The leading process of the application that a process belongs to; the process itself
-        /// when empty. Called on the main thread.
+        /// when empty.
         std::function<std::int32_t(std::int32_t pid)> applicationPid;
         /// When a process started, in any unit; 0 = unknown. It tells a process that connects again
         /// from another one that was given its number.
@@ -50,6 +57,8 @@ public:
     /// What the application that `pid` leads calls itself; empty when it does not say, or has
     /// never played.
     [[nodiscard]] std::string applicationName(std::int32_t pid) const;
+    /// The installed application that a stand-in is known to be; empty when nobody knows.
+    [[nodiscard]] std::string applicationID(std::int32_t pid) const;
 
     /// Makes sure that a device's name contains "velmora": creates the virtual microphone
     /// "Velmora Microphone" when there is none, waiting shortly until it can be used, and again

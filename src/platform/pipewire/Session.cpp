@@ -146,10 +146,12 @@ void Session::passRate() {
 
 void Session::passApplications() {
     state_.processes.update(state_.graph);
-    std::set<std::int32_t> unknown;
-    std::ranges::set_difference(
-        state_.processes.unresolvedPids(), asked_, std::inserter(unknown, unknown.end()));
-    asked_ = state_.processes.unresolvedPids();
+    ProcessDirectory::Claims unknown = state_.processes.unresolved();
+    std::erase_if(unknown, [this](const auto& one) {
+        const auto asked = asked_.find(one.first);
+        return asked != asked_.end() && asked->second == one.second;
+    });
+    asked_ = state_.processes.unresolved();
     if (!unknown.empty()) {
         events_.unknownApplications(std::move(unknown));
     }

@@ -21,7 +21,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 
@@ -35,7 +34,7 @@ namespace velmora::pipewire {
 class Session {
 public:
     struct Events {
-        std::function<void(std::set<std::int32_t> pids)> unknownApplications;
+        std::function<void(ProcessDirectory::Claims claims)> unknownApplications;
         // These are not told before `waitForListing` has returned, and in this order.
         std::function<void()> defaultOutputChanged;
         /// The service, a device or its channels, an application's process object or the rate is
@@ -143,7 +142,7 @@ private:
     MixNodes mixNodes_;
     NodeWatch nodeWatch_;
     RouteId lastRoute_ = 0;
-    std::set<std::int32_t> asked_; // processes whose application was asked for
+    ProcessDirectory::Claims asked_; // whose application was asked for
     News news_;
 };
 

@@ -26,6 +26,8 @@ struct FakeProcess {
     std::int32_t terminal = 0;
     std::uint64_t startTicks = 100;
     std::string flatpakInfo{};
+    std::int32_t innerPid = 0; ///< in a namespace of its own; 0 = in none
+    std::string machine{};
 };
 
 class FakeDesktop {
@@ -90,6 +92,15 @@ public:
         }
         write(folder / "environ", environment);
         fs::create_symlink(executable, folder / "exe");
+        std::string numbers = std::to_string(process.pid);
+        if (process.innerPid != 0) {
+            numbers += "\t" + std::to_string(process.innerPid);
+        }
+        write(folder / "status",
+              "Name:\t" + process.name + "\nNSpid:\t" + numbers + "\nThreads:\t1\n");
+        if (!process.machine.empty()) {
+            write(folder / "root" / "etc" / "machine-id", process.machine + "\n");
+        }
         if (!process.flatpakInfo.empty()) {
             write(folder / "root" / ".flatpak-info", process.flatpakInfo);
         }

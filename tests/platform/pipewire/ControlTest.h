@@ -74,21 +74,25 @@ protected:
     std::atomic<int> defaultOutputChanged = 0;
     std::atomic<const CalledPart*> watched = nullptr;
     std::atomic<int> changedSinceDeath = 0;
-    pipewire::Session backend{{.unknownApplications =
-                                   [this](const auto& pids) {
-                                       backend.change([&](pipewire::SessionState& state) {
-                                           for (const std::int32_t pid : pids) {
-                                               state.processes.resolve(pid, {.pid = pid});
-                                           }
-                                       });
-                                   },
-                               .defaultOutputChanged = [this] { ++defaultOutputChanged; },
-                               .changed =
-                                   [this] {
-                                       ++changed;
-                                       const CalledPart* const part = watched;
-                                       changedSinceDeath += part != nullptr && !part->isAlive();
-                                   }}};
+    pipewire::Session backend{
+        {.unknownApplications =
+             [this](const auto& claims) {
+                 backend.change([&](pipewire::SessionState& state) {
+                     for (const auto& [client, claim] : claims) {
+                         state.processes.resolve(
+                             client,
+                             claim,
+                             {.program = {.pid = claim.pid}, .leader = {.pid = claim.pid}});
+                     }
+                 });
+             },
+         .defaultOutputChanged = [this] { ++defaultOutputChanged; },
+         .changed =
+             [this] {
+                 ++changed;
+                 const CalledPart* const part = watched;
+                 changedSinceDeath += part != nullptr && !part->isAlive();
+             }}};
 };
 
 } // namespace velmora

@@ -20,14 +20,17 @@ GlobalId globalId(const Properties& properties, std::string_view key) {
 }
 
 /// The kernel vouches for `pipewire.sec.pid`, but behind the Pulse protocol that is the protocol
-/// server; only there the client's own word counts first.
-std::int32_t clientPid(const Properties& properties) {
+/// server; there the program's own word is all there is.
+ProgramClaim claimOf(const Properties& properties) {
     const auto claimed = number(properties, "application.process.id");
     const auto checked = number(properties, "pipewire.sec.pid");
-    if (text(properties, "client.api") == "pipewire-pulse") {
-        return static_cast<std::int32_t>(claimed.value_or(0));
-    }
-    return static_cast<std::int32_t>(checked.value_or(claimed.value_or(0)));
+    const bool isVouchedFor = checked && text(properties, "client.api") != "pipewire-pulse";
+    return {.pid = static_cast<std::int32_t>(isVouchedFor ? *checked : claimed.value_or(0)),
+            .isVouchedFor = isVouchedFor,
+            .program = text(properties, "application.process.binary"),
+            .machine = text(properties, "application.process.machine-id"),
+            .host = text(properties, "application.process.host"),
+            .sandbox = text(properties, "pipewire.access.portal.app_id")};
 }
 
 /// Programs that come through ALSA get a name around their own: "PipeWire ALSA [aplay]".
@@ -160,7 +163,8 @@ void Graph::describeNode(Serial serial, const Properties& properties) {
 
 void Graph::describeClient(Serial serial, const Properties& properties) {
     if (const auto found = clients_.find(serial); found != clients_.end()) {
-        found->second.pid = clientPid(properties);
+        found->second.isDescribed = true;
+        found->second.claim = claimOf(properties);
         found->second.applicationName = applicationName(properties);
     }
 }

@@ -1,6 +1,7 @@
 // Graph.h: what the daemon has told about nodes, ports, clients and links, as plain values.
 #pragma once
 
+#include "platform/ProgramClaim.h"
 #include "platform/pipewire/view/Properties.h"
 
 #include <cstdint>
@@ -45,7 +46,8 @@ struct Node {
 
 struct Client {
     Serial serial{};
-    std::int32_t pid{};            ///< 0 until known
+    bool isDescribed{};            ///< its properties have arrived
+    ProgramClaim claim{};          ///< may become another while the program introduces itself
     std::string applicationName{}; ///< as the program calls itself; may be empty
 };
 

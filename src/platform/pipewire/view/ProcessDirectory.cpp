@@ -9,6 +9,14 @@ namespace {
 /// Applications that have left; most never come back.
 constexpr std::ptrdiff_t mostRemembered = 256;
 
+/// A process has further names, should its connection give none; a stand-in has not.
+std::string nameOf(const Client& client, const Node& stream, bool isStandIn) {
+    if (!client.applicationName.empty() || !isStandIn) {
+        return client.applicationName;
+    }
+    return client.claim.program.empty() ? stream.description : client.claim.program;
+}
+
 } // namespace
 
 bool isOutputStream(const Node& node) {
@@ -22,22 +30,16 @@ bool isOutputStream(const Node& node) {
 }
 
 void ProcessDirectory::update(const Graph& graph) {
-    std::set<std::int32_t> livePids;
+    forgetOwners(graph);
     std::set<std::int32_t> liveLeaders;
     unresolved_.clear();
     for (const auto& [serial, client] : graph.clients()) {
-        if (client.pid == 0 || client.pid == ownPid_) {
-            continue;
-        }
-        livePids.insert(client.pid);
-        if (const Leader leader = leaderOf(client); leader.pid != 0) {
-            liveLeaders.insert(leader.pid);
+        if (const Owner* const owner = ownerOf(client)) {
+            liveLeaders.insert(owner->leader.pid);
         } else {
-            unresolved_.insert(client.pid);
+            ask(client);
         }
     }
-    // A number may be given to another process later: ask again when its last client has left.
-    std::erase_if(leaders_, [&](const auto& one) { return !livePids.contains(one.first); });
     for (auto& process : processes_ | std::views::values) {
         process.streams.clear();
         process.isHere = process.isHere && liveLeaders.contains(process.leader.pid);
@@ -47,16 +49,53 @@ void ProcessDirectory::update(const Graph& graph) {
         if (client == graph.clients().end() || !isOutputStream(node)) {
             continue;
         }
-        if (const Leader leader = leaderOf(client->second);
-            leader.pid != 0 && leader.pid != ownPid_) {
-            Process& process = processes_[objectFor(leader)];
+        const Owner* const owner = ownerOf(client->second);
+        if (owner != nullptr && owner->leader.pid != ownPid_) {
+            Process& process = processes_[objectFor(owner->leader)];
             process.isHere = true;
             process.streams.push_back(serial);
+            process.bundleID = owner->program.bundleID;
             if (process.name.empty()) {
-                process.name = client->second.applicationName;
+                process.name = nameOf(client->second, node, owner->program.pid == 0);
             }
         }
     }
+}
+
+/// What a client says of itself may change: then it is another question.
+void ProcessDirectory::forgetOwners(const Graph& graph) {
+    std::erase_if(owners_, [&](const auto& one) {
+        const auto client = graph.clients().find(one.first);
+        return client == graph.clients().end() || client->second.claim != one.second.claim;
+    });
+}
+
+void ProcessDirectory::ask(const Client& client) {
+    const bool isOurs = client.claim.isVouchedFor && client.claim.pid == ownPid_;
+    if (client.isDescribed && !isOurs) {
+        unresolved_[client.serial] = client.claim;
+    }
+}
+
+void ProcessDirectory::resolve(Serial client, const ProgramClaim& claim, const Owner& owner) {
+    const auto question = unresolved_.find(client);
+    if (question == unresolved_.end() || question->second != claim) {
+        return;
+    }
+    unresolved_.erase(question);
+    KnownOwner known{.claim = claim, .owner = owner};
+    if (owner.program.pid == 0) {
+        known.owner.leader = {.pid = nextStandIn_++};
+    } else {
+        // Connections of one process stay together, also when its parent has ended meanwhile.
+        const auto same = std::ranges::find_if(owners_, [&](const auto& one) {
+            return one.second.owner.program.pid == owner.program.pid;
+        });
+        if (same != owners_.end()) {
+            known.owner.leader = same->second.owner.leader;
+        }
+    }
+    owners_.insert_or_assign(client, std::move(known));
 }
 
 std::vector<AudioObjectID> ProcessDirectory::objects() const {
@@ -86,6 +125,11 @@ std::string ProcessDirectory::name(std::int32_t leader) const {
     return process == nullptr ? std::string{} : process->name;
 }
 
+std::string ProcessDirectory::bundleID(std::int32_t leader) const {
+    const Process* const process = here(objectOf(leader));
+    return process == nullptr ? std::string{} : process->bundleID;
+}
+
 const std::vector<Serial>& ProcessDirectory::streams(AudioObjectID object) const {
     static const std::vector<Serial> none;
     const Process* const process = here(object);
@@ -97,9 +141,9 @@ const ProcessDirectory::Process* ProcessDirectory::here(AudioObjectID object) co
     return found == processes_.end() || !found->second.isHere ? nullptr : &found->second;
 }
 
-ProcessDirectory::Leader ProcessDirectory::leaderOf(const Client& client) const {
-    const auto found = leaders_.find(client.pid);
-    return found == leaders_.end() ? Leader{} : found->second;
+const ProcessDirectory::Owner* ProcessDirectory::ownerOf(const Client& client) const {
+    const auto found = owners_.find(client.serial);
+    return found == owners_.end() ? nullptr : &found->second.owner;
 }
 
 AudioObjectID ProcessDirectory::objectFor(Leader leader) {

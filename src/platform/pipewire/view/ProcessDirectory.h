@@ -2,12 +2,14 @@
 #pragma once
 
 #include "platform/AudioDevices.h"
+#include "platform/ProgramClaim.h"
 #include "platform/pipewire/view/Graph.h"
 #include "platform/pipewire/view/ObjectIds.h"
 
 #include <cstdint>
 #include <map>
 #include <set>
+#include <string>
 #include <vector>
 
 namespace velmora::pipewire {
@@ -19,8 +21,10 @@ namespace velmora::pipewire {
 /// application's last client has left, also while no stream of it exists. When the same process
 /// connects and plays again, it is the same object: a tap of it hears it again.
 ///
-/// Which application a process belongs to is somebody else's knowledge and may arrive late:
-/// `unresolvedPids` asks, `resolve` answers; until then the process belongs to none.
+/// Which process a client is, and which application that belongs to, is somebody else's knowledge
+/// and may arrive late: `unresolved` asks, `resolve` answers; until then the client belongs to
+/// none. A client whose process cannot be told is an application of its own, under a stand-in's
+/// number.
 ///
 /// Threads: one at a time.
 class ProcessDirectory {
@@ -31,13 +35,21 @@ public:
         std::uint64_t start{}; ///< when it started, in any unit; 0 = unknown
     };
 
+    /// What a client turned out to be.
+    struct Owner {
+        ProgramIdentity program; ///< its process is 0 when nobody can tell
+        Leader leader{};         ///< of that process
+    };
+
     ProcessDirectory(ObjectIds& ids, std::int32_t ownPid) : ids_(ids), ownPid_(ownPid) {}
 
     /// Follows the graph. To be called after every change of it.
     void update(const Graph& graph);
 
-    [[nodiscard]] const std::set<std::int32_t>& unresolvedPids() const { return unresolved_; }
-    void resolve(std::int32_t pid, Leader leader) { leaders_[pid] = leader; }
+    using Claims = std::map<Serial, ProgramClaim>; // by client
+    [[nodiscard]] const Claims& unresolved() const { return unresolved_; }
+    /// The first answer counts; one to what is not, or no longer, `unresolved` is passed over.
+    void resolve(Serial client, const ProgramClaim& claim, const Owner& owner);
 
     /// In the order in which the applications first played.
     [[nodiscard]] std::vector<AudioObjectID> objects() const;
@@ -47,6 +59,8 @@ public:
     [[nodiscard]] AudioObjectID objectOf(std::int32_t leader) const;
     /// What the application calls itself; empty when it does not say, or never played.
     [[nodiscard]] std::string name(std::int32_t leader) const;
+    /// The installed application that a stand-in is known to be; empty when nobody knows.
+    [[nodiscard]] std::string bundleID(std::int32_t leader) const;
     /// The output streams that exist now, oldest first.
     [[nodiscard]] const std::vector<Serial>& streams(AudioObjectID object) const;
 
@@ -54,19 +68,27 @@ private:
     struct Process {
         Leader leader;
         std::string name;
+        std::string bundleID;
         std::vector<Serial> streams;
         bool isHere{}; ///< a client of it is connected
     };
     [[nodiscard]] const Process* here(AudioObjectID object) const;
-    [[nodiscard]] Leader leaderOf(const Client& client) const;
+    struct KnownOwner {
+        ProgramClaim claim; // the answer is about this one
+        Owner owner;
+    };
+    [[nodiscard]] const Owner* ownerOf(const Client& client) const;
+    void forgetOwners(const Graph& graph);
+    void ask(const Client& client);
     AudioObjectID objectFor(Leader leader);
     void forgetOldest();
 
     ObjectIds& ids_;
     std::int32_t ownPid_;
     std::map<AudioObjectID, Process> processes_; // ids are counted up: oldest first
-    std::map<std::int32_t, Leader> leaders_;     // by pid
-    std::set<std::int32_t> unresolved_;
+    std::map<Serial, KnownOwner> owners_;        // by client
+    Claims unresolved_;
+    std::int32_t nextStandIn_ = firstStandIn;
 };
 
 } // namespace velmora::pipewire

@@ -7,10 +7,10 @@
 namespace velmora::pipewire {
 namespace {
 
-std::int32_t pidOf(const Properties& properties) {
+ProgramClaim claimOf(const Properties& properties) {
     GraphBuilder builder;
     const Serial client = builder.addClient(properties);
-    return builder.graph.clients().at(client).pid;
+    return builder.graph.clients().at(client).claim;
 }
 
 TEST(Graph, KeepsTwoObjectsApartThatHadTheSameId) {
@@ -46,17 +46,29 @@ TEST(Graph, ForgetsAPortThatWasRemoved) {
 }
 
 TEST(Graph, BelievesTheKernelAboutAnOrdinaryClientsProcess) {
-    EXPECT_EQ(pidOf({{"application.process.id", "2"}, {"pipewire.sec.pid", "4312"}}), 4312);
-    EXPECT_EQ(pidOf({{"application.process.id", "4312"}}), 4312);
-    EXPECT_EQ(pidOf({}), 0);
+    EXPECT_EQ(claimOf({{"application.process.id", "2"}, {"pipewire.sec.pid", "4312"}}),
+              (ProgramClaim{.pid = 4312, .isVouchedFor = true}));
+    EXPECT_EQ(claimOf({{"application.process.id", "4312"}}),
+              (ProgramClaim{.pid = 4312, .isVouchedFor = false}));
+    EXPECT_EQ(claimOf({}), ProgramClaim{});
 }
 
-TEST(Graph, BelievesAPulseClientAboutItsProcess) {
-    EXPECT_EQ(pidOf({{"client.api", "pipewire-pulse"},
-                     {"application.process.id", "4312"},
-                     {"pipewire.sec.pid", "900"}}),
-              4312);
-    EXPECT_EQ(pidOf({{"client.api", "pipewire-pulse"}, {"pipewire.sec.pid", "900"}}), 0);
+TEST(Graph, TakesDownWhatAPulseClientSaysOfItself) {
+    EXPECT_EQ(claimOf({{"client.api", "pipewire-pulse"},
+                       {"application.process.id", "2"},
+                       {"application.process.binary", "player"},
+                       {"application.process.host", "desk"},
+                       {"application.process.machine-id", "0a1b"},
+                       {"pipewire.access.portal.app_id", "org.example.Player"},
+                       {"pipewire.sec.pid", "900"}}),
+              (ProgramClaim{.pid = 2,
+                            .isVouchedFor = false,
+                            .program = "player",
+                            .machine = "0a1b",
+                            .host = "desk",
+                            .sandbox = "org.example.Player"}));
+    EXPECT_EQ(claimOf({{"client.api", "pipewire-pulse"}, {"pipewire.sec.pid", "900"}}),
+              ProgramClaim{});
 }
 
 TEST(Graph, ReadsTheDefaultSinksName) {

@@ -9,6 +9,8 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
 
 constexpr std::int32_t ownPid = 1000;
 
@@ -18,11 +20,20 @@ protected:
         return builder.addClient({{"pipewire.sec.pid", std::to_string(pid)}});
     }
     void update() { directory.update(builder.graph); }
-    /// Every process leads itself unless resolved otherwise before.
+    Serial addPulseClient(const std::string& name) {
+        return builder.addClient({{"client.api", "pipewire-pulse"},
+                                  {"application.name", name},
+                                  {"application.process.id", "2"}});
+    }
+    void answer(Serial client, const ProcessDirectory::Owner& owner) {
+        directory.resolve(client, builder.graph.clients().at(client).claim, owner);
+    }
+    /// Every process is the one that it says, and leads itself, unless resolved otherwise before.
     void resolveAll() {
         update();
-        for (const std::int32_t pid : directory.unresolvedPids()) {
-            directory.resolve(pid, {.pid = pid, .start = started});
+        for (const auto& [client, claim] : ProcessDirectory::Claims(directory.unresolved())) {
+            answer(client,
+                   {.program = {.pid = claim.pid}, .leader = {.pid = claim.pid, .start = started}});
         }
         update();
     }
@@ -56,18 +67,86 @@ TEST_F(ProcessDirectoryTest, HasAnObjectOnceAnOutputStreamAppears) {
 }
 
 TEST_F(ProcessDirectoryTest, AsksWhichApplicationAProcessBelongsTo) {
-    builder.addStream(addClient(4312), {"FL", "FR"});
+    const Serial client = addClient(4312);
+    builder.addStream(client, {"FL", "FR"});
     update();
 
-    EXPECT_THAT(directory.unresolvedPids(), ElementsAre(4312));
+    EXPECT_THAT(directory.unresolved(),
+                ElementsAre(Pair(client, ProgramClaim{.pid = 4312, .isVouchedFor = true})));
     EXPECT_THAT(directory.objects(), IsEmpty());
 }
 
+TEST_F(ProcessDirectoryTest, AsksAgainWhenAClientSaysSomethingElseOfItself) {
+    const Serial client = builder.addClient({{"pipewire.sec.pid", "900"}});
+    builder.addStream(client, {"FL", "FR"});
+    resolveAll();
+    ASSERT_EQ(directory.objects().size(), 1U);
+
+    builder.graph.describeClient(
+        client, {{"client.api", "pipewire-pulse"}, {"application.process.id", "4312"}});
+    update();
+    directory.resolve(client,
+                      {.pid = 900, .isVouchedFor = true},
+                      {.program = {.pid = 900}, .leader = {.pid = 900}}); // comes too late
+    update();
+
+    EXPECT_THAT(directory.objects(), IsEmpty());
+    resolveAll();
+    EXPECT_THAT(directory.objects(), ElementsAre(directory.objectOf(4312)));
+}
+
+TEST_F(ProcessDirectoryTest, ListsClientsThatCannotBeToldEachByItself) {
+    const Serial one = addPulseClient("Radio");
+    const Serial two = addPulseClient("Radio");
+    const Serial ofOne = builder.addStream(one, {"FL", "FR"});
+    const Serial ofTwo = builder.addStream(two, {"FL", "FR"});
+    update();
+    answer(one, {.program = {.bundleID = "org.example.Radio"}});
+    answer(two, {});
+    update();
+
+    EXPECT_THAT(directory.objects(), SizeIs(2));
+    EXPECT_THAT(streamsOf(firstStandIn), ElementsAre(ofOne));
+    EXPECT_THAT(streamsOf(firstStandIn + 1), ElementsAre(ofTwo));
+    EXPECT_EQ(directory.name(firstStandIn), "Radio");
+    EXPECT_EQ(directory.bundleID(firstStandIn), "org.example.Radio");
+    EXPECT_EQ(directory.bundleID(firstStandIn + 1), "");
+}
+
+TEST_F(ProcessDirectoryTest, NamesAStandInAsItsProgramOrItsStreamWhenItSaysNothing) {
+    const Serial bare = builder.addClient({});
+    const Serial program = builder.addClient({{"application.process.binary", "player"}});
+    builder.addStream(bare, {"FL"});
+    builder.addStream(program, {"FL"});
+
+    resolveAll();
+
+    EXPECT_EQ(directory.name(firstStandIn), "stream");
+    EXPECT_EQ(directory.name(firstStandIn + 1), "player");
+}
+
+TEST_F(ProcessDirectoryTest, KeepsTheConnectionsOfOneProcessTogether) {
+    const Serial first = addClient(500);
+    const Serial early = builder.addStream(first, {"FL", "FR"});
+    update();
+    answer(first, {.program = {.pid = 500}, .leader = {.pid = 400}});
+    const Serial second = addClient(500);
+    const Serial late = builder.addStream(second, {"FL", "FR"});
+    update();
+    answer(second, {.program = {.pid = 500}, .leader = {.pid = 500}}); // 400 has ended meanwhile
+    update();
+
+    EXPECT_THAT(streamsOf(400), ElementsAre(early, late));
+}
+
 TEST_F(ProcessDirectoryTest, CountsHelperProcessesWithTheirApplication) {
-    const Serial one = builder.addStream(addClient(500), {"FL", "FR"});
-    const Serial two = builder.addStream(addClient(501), {"FL", "FR"});
-    directory.resolve(500, {.pid = 400});
-    directory.resolve(501, {.pid = 400});
+    const Serial first = addClient(500);
+    const Serial second = addClient(501);
+    const Serial one = builder.addStream(first, {"FL", "FR"});
+    const Serial two = builder.addStream(second, {"FL", "FR"});
+    update();
+    answer(first, {.program = {.pid = 500}, .leader = {.pid = 400}});
+    answer(second, {.program = {.pid = 501}, .leader = {.pid = 400}});
     update();
 
     EXPECT_EQ(directory.objects().size(), 1U);
@@ -106,7 +185,7 @@ protected:
     void comeBack() {
         builder.addStream(addClient(4312), {"FL", "FR"});
         update();
-        EXPECT_THAT(directory.unresolvedPids(), ElementsAre(4312));
+        EXPECT_THAT(directory.unresolved(), SizeIs(1));
         resolveAll();
     }
 
@@ -183,9 +262,23 @@ TEST_F(ProcessDirectoryTest, LeavesItselfOut) {
     EXPECT_THAT(directory.objects(), IsEmpty());
 }
 
+TEST_F(ProcessDirectoryTest, ListsASandboxedProgramThatCountsItselfUnderOurNumber) {
+    const Serial client = builder.addClient(
+        {{"client.api", "pipewire-pulse"}, {"application.process.id", std::to_string(ownPid)}});
+    const Serial stream = builder.addStream(client, {"FL", "FR"});
+    update();
+    answer(client, {.program = {.pid = 500}, .leader = {.pid = 500}});
+
+    update();
+
+    EXPECT_THAT(streamsOf(500), ElementsAre(stream));
+}
+
 TEST_F(ProcessDirectoryTest, LeavesHelpersOfItselfOut) {
-    builder.addStream(addClient(1001), {"FL", "FR"});
-    directory.resolve(1001, {.pid = ownPid});
+    const Serial helper = addClient(1001);
+    builder.addStream(helper, {"FL", "FR"});
+    update();
+    answer(helper, {.program = {.pid = 1001}, .leader = {.pid = ownPid}});
 
     update();
 

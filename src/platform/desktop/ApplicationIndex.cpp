@@ -70,8 +70,12 @@ std::string ApplicationIndex::identify(const ProcessStat& process, int depth, bo
     if (const auto* entry = byLauncher(process, mark)) {
         return entry->id;
     }
-    // What follows may still be overruled by a group that the desktop has yet to make.
+    // What follows may still be overruled: a process carries its mark once it runs its program, and
+    // the desktop may have yet to make its group.
     isFinal = false;
+    if (const auto* entry = byControlGroup(process, mark)) {
+        return entry->id;
+    }
     if (const auto* entry = byProgram(process)) {
         return entry->id;
     }
@@ -82,21 +86,42 @@ std::string ApplicationIndex::identify(const ProcessStat& process, int depth, bo
 }
 
 const DesktopEntry* ApplicationIndex::bySandbox(const ProcessStat& process) const {
-    if (const auto* entry =
-            entries_.find(flatpakApplication(processes_.flatpakInfo(process.pid)))) {
-        return entry;
-    }
+    return entries_.find(flatpakApplication(processes_.flatpakInfo(process.pid)));
+}
+
+/// A group is inherited as well: what was launched inside it belongs to the mark of that launch.
+const DesktopEntry* ApplicationIndex::byControlGroup(const ProcessStat& process,
+                                                     const LaunchMark& mark) const {
     // The group of a terminal holds all that is started in it.
     if (process.terminal != 0) {
         return nullptr;
     }
-    for (const auto& id : desktopIdsOfControlGroup(processes_.controlGroups(process.pid))) {
+    const std::string group = processes_.controlGroups(process.pid);
+    for (const auto& id : desktopIdsOfControlGroup(group)) {
         const auto* entry = entries_.find(id);
         if (entry != nullptr && !entry->isTerminal) {
-            return entry;
+            const auto* const marked = markedEntry(mark);
+            const bool isMarkNearer =
+                marked != nullptr && marked != entry && isMarkedInside(group, process, mark);
+            return isMarkNearer ? marked : entry;
         }
     }
     return nullptr;
+}
+
+/// Whether the launch that left the mark happened inside the group. A mark that came into it with
+/// its first process says nothing: sessions hand their own to whatever they start.
+bool ApplicationIndex::isMarkedInside(const std::string& group,
+                                      const ProcessStat& process,
+                                      const LaunchMark& mark) const {
+    if (isLauncherAlive(process, mark)) {
+        return processes_.controlGroups(mark.pid) == group;
+    }
+    return std::ranges::any_of(processes_.pids(), [&](std::int32_t pid) {
+        const auto other = processes_.stat(pid);
+        return other && other->startTicks < process.startTicks &&
+               processes_.controlGroups(pid) == group && launchMarkOf(pid) != mark;
+    });
 }
 
 ApplicationIndex::LaunchMark ApplicationIndex::launchMarkOf(std::int32_t pid) const {
@@ -139,14 +164,18 @@ const DesktopEntry* ApplicationIndex::byProgram(const ProcessStat& process) cons
 /// A wrapper that has ended leaves its variables with what it started.
 const DesktopEntry* ApplicationIndex::byVanishedLauncher(const ProcessStat& process,
                                                          const LaunchMark& mark) const {
-    if (mark.file.empty() || process.terminal != 0) {
-        return nullptr;
-    }
+    // The descendants of a launcher that lives are found through their parents.
+    return process.terminal != 0 || isLauncherAlive(process, mark) ? nullptr : markedEntry(mark);
+}
+
+bool ApplicationIndex::isLauncherAlive(const ProcessStat& process, const LaunchMark& mark) const {
     const auto launched = processes_.stat(mark.pid);
-    if (launched && launched->startTicks <= process.startTicks) {
-        return nullptr; // it lives; its descendants are found through their parents
-    }
-    const auto* entry = entries_.findFile(mark.file);
+    return launched && launched->startTicks <= process.startTicks;
+}
+
+/// Null for a terminal's: it launches nothing that is itself.
+const DesktopEntry* ApplicationIndex::markedEntry(const LaunchMark& mark) const {
+    const auto* entry = mark.file.empty() ? nullptr : entries_.findFile(mark.file);
     return entry != nullptr && !entry->isTerminal ? entry : nullptr;
 }
 

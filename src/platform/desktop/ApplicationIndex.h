@@ -41,6 +41,8 @@ private:
     struct LaunchMark {
         std::string file; // of the desktop entry; empty = none
         std::int32_t pid{};
+
+        bool operator==(const LaunchMark&) const = default;
     };
 
     /// What is remembered of one process.
@@ -58,11 +60,18 @@ private:
     [[nodiscard]] std::string identify(const ProcessStat& process, int depth, bool& isFinal);
     [[nodiscard]] LaunchMark launchMarkOf(std::int32_t pid) const;
     [[nodiscard]] const DesktopEntry* bySandbox(const ProcessStat& process) const;
+    [[nodiscard]] const DesktopEntry* byControlGroup(const ProcessStat& process,
+                                                     const LaunchMark& mark) const;
+    [[nodiscard]] bool isMarkedInside(const std::string& group,
+                                      const ProcessStat& process,
+                                      const LaunchMark& mark) const;
     [[nodiscard]] const DesktopEntry* byLauncher(const ProcessStat& process,
                                                  const LaunchMark& mark) const;
     [[nodiscard]] const DesktopEntry* byProgram(const ProcessStat& process) const;
     [[nodiscard]] const DesktopEntry* byVanishedLauncher(const ProcessStat& process,
                                                          const LaunchMark& mark) const;
+    [[nodiscard]] bool isLauncherAlive(const ProcessStat& process, const LaunchMark& mark) const;
+    [[nodiscard]] const DesktopEntry* markedEntry(const LaunchMark& mark) const;
     [[nodiscard]] const DesktopEntry* byParent(const ProcessStat& process, int depth);
     [[nodiscard]] bool isSameApplication(const ProcessStat& child, const ProcessStat& parent);
 

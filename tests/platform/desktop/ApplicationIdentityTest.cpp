@@ -81,6 +81,94 @@ TEST_F(ApplicationIdentity, ComesFromTheLaunchersMarkOnTheVeryProcess) {
     EXPECT_EQ(idOf(10), "org.example.Launched");
 }
 
+// A mixer in a group of its own launches another application, which inherits the group.
+class LaunchedInsideAGroup : public ApplicationIdentity {
+protected:
+    LaunchedInsideAGroup() {
+        desktop.addEntry("org.example.Mixer", "Exec=/bin/true\n");
+        desktop.addProcess({.pid = 9, .name = "mixer", .group = group, .startTicks = 50});
+    }
+    static std::map<std::string, std::string> mark(const fs::path& entry, const std::string& pid) {
+        return {{"GIO_LAUNCHED_DESKTOP_FILE", entry}, {"GIO_LAUNCHED_DESKTOP_FILE_PID", pid}};
+    }
+
+    const std::string group = "app-org.example.Mixer-9.scope";
+    const fs::path launched = desktop.addEntry("org.example.Launched", "Exec=/bin/true\n");
+};
+
+TEST_F(LaunchedInsideAGroup, IsTheApplicationOfItsMark) {
+    desktop.addProcess({.pid = 10,
+                        .parent = 9,
+                        .name = "something",
+                        .environment = mark(launched, "10"),
+                        .group = group});
+
+    EXPECT_EQ(idOf(10), "org.example.Launched");
+    EXPECT_EQ(applications().leader(10), 10);
+    EXPECT_EQ(applications().byBundleID("org.example.Launched").size(), 1U);
+    EXPECT_EQ(idOf(9), "org.example.Mixer");
+}
+
+TEST_F(LaunchedInsideAGroup, TakesItsHelpersWithIt) {
+    desktop.addProcess({.pid = 10,
+                        .parent = 9,
+                        .name = "something",
+                        .environment = mark(launched, "10"),
+                        .group = group});
+    desktop.addProcess({.pid = 11,
+                        .parent = 10,
+                        .name = "helper",
+                        .environment = mark(launched, "10"),
+                        .group = group});
+
+    EXPECT_EQ(idOf(11), "org.example.Launched");
+    EXPECT_EQ(applications().leader(11), 10);
+}
+
+TEST_F(LaunchedInsideAGroup, IsTheApplicationOfAWrapperThatHasEnded) {
+    desktop.addProcess(
+        {.pid = 11, .name = "something", .environment = mark(launched, "10"), .group = group});
+
+    EXPECT_EQ(idOf(11), "org.example.Launched");
+}
+
+TEST_F(LaunchedInsideAGroup, IsKnownAsSoonAsItsMarkCanBeRead) {
+    // The process starts 3 s before "now" and does not run its program at first.
+    const auto ticks = static_cast<std::uint64_t>(99'997 * sysconf(_SC_CLK_TCK));
+    desktop.addProcess(
+        {.pid = 10, .parent = 9, .name = "mixer", .group = group, .startTicks = ticks});
+    ASSERT_EQ(idOf(10), "org.example.Mixer");
+
+    desktop.addProcess({.pid = 10,
+                        .parent = 9,
+                        .name = "mixer",
+                        .environment = mark(launched, "10"),
+                        .group = group,
+                        .startTicks = ticks});
+
+    EXPECT_EQ(idOf(10), "org.example.Launched");
+}
+
+TEST_F(LaunchedInsideAGroup, IsNotWhatASessionsMarkSays) {
+    // Carried into the group by its first process, from a launcher that has ended…
+    desktop.addProcess({.pid = 9,
+                        .name = "mixer",
+                        .environment = mark(launched, "5"),
+                        .group = group,
+                        .startTicks = 50});
+    desktop.addProcess({.pid = 10,
+                        .parent = 9,
+                        .name = "helper",
+                        .environment = mark(launched, "5"),
+                        .group = group});
+    EXPECT_EQ(idOf(10), "org.example.Mixer");
+
+    // …or from one that lives elsewhere.
+    desktop.addProcess({.pid = 5, .name = "session", .startTicks = 20});
+    desktop.addEntry("org.example.New"); // all is asked anew
+    EXPECT_EQ(idOf(10), "org.example.Mixer");
+}
+
 TEST_F(ApplicationIdentity, IgnoresAnInheritedMarkOfALauncherThatLives) {
     const auto file = desktop.addEntry("panel", "NoDisplay=true\n");
     desktop.addProcess({.pid = 9, .name = "panel-daemon", .startTicks = 50});

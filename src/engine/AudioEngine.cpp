@@ -77,11 +77,13 @@ bool AudioEngine::canDismissProblems() const {
            (!isRunning() && !keeper_.problems().empty());
 }
 
-void AudioEngine::forgetJoined() {
+void AudioEngine::forgetJoined(const std::vector<AudioSource>& before) {
     std::vector<std::string> joined;
     if (!recallProblems_.empty() || !launchProblems_.empty()) {
         for (const AudioSource& source : sources()) {
-            joined.push_back(lastingKey(platform_.devices, source));
+            if (std::ranges::find(before, source) == before.end()) {
+                joined.push_back(lastingKey(platform_.devices, source));
+            }
         }
     }
     const auto hasJoined = [&](const Problem& problem) {
@@ -226,8 +228,8 @@ void AudioEngine::setPrimary(const AudioSource& source) {
 void AudioEngine::editList(std::vector<AudioSource> list) {
     const Status before = status();
     const bool differs = list != sources();
-    sources_ = std::move(list);
-    forgetJoined();
+    const auto earlier = std::exchange(sources_, std::move(list));
+    forgetJoined(earlier);
     if (isRunning() && sources().empty()) {
         keeper_.end();
     } else if (isRunning()) {
@@ -238,15 +240,16 @@ void AudioEngine::editList(std::vector<AudioSource> list) {
 
 void AudioEngine::replaceSources(std::vector<AudioSource> list) {
     const bool differs = list != sources();
-    sources_ = std::move(list);
-    forgetJoined();
+    const auto earlier = std::exchange(sources_, std::move(list));
+    forgetJoined(earlier);
     notifyIf(differs);
 }
 
 void AudioEngine::insertSource(const AudioSource& source, std::size_t index) {
     const auto place = std::min(index, sources().size());
+    const auto earlier = sources_;
     sources_.insert(sources_.begin() + static_cast<std::ptrdiff_t>(place), source);
-    forgetJoined();
+    forgetJoined(earlier);
     notifyIf(true);
 }
 

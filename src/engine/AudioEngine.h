@@ -148,7 +148,8 @@ private:
     };
     [[nodiscard]] Status status() const { return {isRunning(), problems()}; }
     void editList(std::vector<AudioSource> sources);
-    void forgetJoined();
+    /// Ends what was told of sources that were not in the list before.
+    void forgetJoined(const std::vector<AudioSource>& before);
     [[nodiscard]] std::vector<Problem>& told(ProblemOrigin origin);
     void notifyIf(bool somethingChanged) const;
     [[nodiscard]] SourceCapture* captureOf(const AudioSource& source) const;

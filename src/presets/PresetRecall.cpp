@@ -29,6 +29,22 @@ std::string keyOf(const PresetSource& source) {
                : std::string();
 }
 
+Problem notFound(const PresetSource& source) {
+    return {.kind = Problem::Kind::notFound, .subject = source.name, .key = keyOf(source)};
+}
+
+bool isRepeated(const Preset& preset, const PresetSource& source) {
+    return std::ranges::count_if(preset.sources, [&](const PresetSource& other) {
+               return other.kind == source.kind && other.bundleID == source.bundleID;
+           }) > 1;
+}
+
+bool isTaken(std::int32_t pid, const std::vector<AudioSource>& taken) {
+    return std::ranges::any_of(taken, [pid](const AudioSource& source) {
+        return source.app() != nullptr && source.app()->pid == pid;
+    });
+}
+
 } // namespace
 
 PresetRecall::PresetRecall(const Platform& platform, AudioEngine& engine)
@@ -60,8 +76,7 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
     if (!options.quiet) {
         std::vector<Problem> problems;
         for (const auto& [source, index] : missing) {
-            problems.push_back(
-                {.kind = Problem::Kind::notFound, .subject = source.name, .key = keyOf(source)});
+            problems.push_back(notFound(source));
         }
         engine_.dismissProblems();
         engine_.tell(ProblemOrigin::recall, std::move(problems));
@@ -83,13 +98,16 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
 
 PresetRecall::Resolution PresetRecall::resolve(const Preset& preset, bool launchClosedApps) const {
     Resolution resolution;
+    Taken taken;
     for (std::size_t index = 0; index < preset.sources.size(); ++index) {
         const auto& source = preset.sources[index];
-        if (const auto found = find(source)) {
+        if (const auto found = find(source, taken)) {
+            taken.push_back(*found);
             resolution.resolved.push_back({*found, source.gain, source.fx.value_or(FXParams{})});
             resolution.indices.push_back(index);
-        } else if (const auto application = launchClosedApps ? installed(source) : std::nullopt) {
-            resolution.toLaunch.push_back({source, index, *application});
+        } else if (const auto application = launchClosedApps ? closed(source) : std::nullopt) {
+            resolution.toLaunch.push_back(
+                {source, index, *application, isRepeated(preset, source)});
         } else {
             resolution.missing.push_back({source, index});
         }
@@ -97,20 +115,25 @@ PresetRecall::Resolution PresetRecall::resolve(const Preset& preset, bool launch
     return resolution;
 }
 
-std::optional<AudioSource> PresetRecall::find(const PresetSource& source) const {
-    return source.kind == PresetSource::Kind::app ? findApp(source) : findDevice(source);
+std::optional<AudioSource> PresetRecall::find(const PresetSource& source,
+                                              const Taken& taken) const {
+    return source.kind == PresetSource::Kind::app ? findApp(source, taken) : findDevice(source);
 }
 
-std::optional<AudioSource> PresetRecall::findApp(const PresetSource& source) const {
+std::optional<AudioSource> PresetRecall::findApp(const PresetSource& source,
+                                                 const Taken& taken) const {
     // An empty identifier names no application, least of all every one that has none.
     if (source.bundleID.value_or("").empty()) {
         return std::nullopt;
     }
     const auto instances = platform_.applications.byBundleID(*source.bundleID);
-    if (instances.empty()) {
+    const auto free = std::ranges::find_if(instances, [&](const RunningApplication& instance) {
+        return !isTaken(instance.pid, taken);
+    });
+    if (free == instances.end()) {
         return std::nullopt;
     }
-    return AppSource{instances.front().pid, source.name, *source.bundleID};
+    return AppSource{free->pid, source.name, *source.bundleID};
 }
 
 std::optional<AudioSource> PresetRecall::findDevice(const PresetSource& source) const {
@@ -128,8 +151,9 @@ std::optional<AudioSource> PresetRecall::findDevice(const PresetSource& source) 
     return DeviceSource{*device, source.name};
 }
 
-std::optional<InstalledApplication> PresetRecall::installed(const PresetSource& source) const {
-    if (source.kind != PresetSource::Kind::app || !source.bundleID) {
+std::optional<InstalledApplication> PresetRecall::closed(const PresetSource& source) const {
+    if (source.kind != PresetSource::Kind::app || !source.bundleID ||
+        !platform_.applications.byBundleID(*source.bundleID).empty()) {
         return std::nullopt;
     }
     return platform_.applications.installed(*source.bundleID);
@@ -156,9 +180,17 @@ void PresetRecall::addLaunched(const ToLaunch& entry,
                           .key = keyOf(entry.source)});
         return;
     }
-    const AudioSource source =
+    AudioSource source =
         AppSource{running->pid, entry.source.name, entry.source.bundleID.value_or("")};
-    if (std::ranges::find(engine_.sources(), source) != engine_.sources().end()) {
+    if (entry.isRepeated && isTaken(running->pid, engine_.sources())) {
+        // An application that runs once hands over to itself.
+        const auto other = findApp(entry.source, engine_.sources());
+        if (!other) {
+            engine_.tellMore(ProblemOrigin::recall, notFound(entry.source));
+            return;
+        }
+        source = *other;
+    } else if (std::ranges::find(engine_.sources(), source) != engine_.sources().end()) {
         return;
     }
     engine_.insertSource(source, entry.index);

@@ -41,11 +41,12 @@ public:
     PresetRecall(const PresetRecall&) = delete;
     PresetRecall& operator=(const PresetRecall&) = delete;
 
-    /// Replaces the engine's setup by what the preset holds and exists now. A running engine is
-    /// started again, or stopped while nothing of the preset exists; a stopped one stays stopped.
-    /// Launched applications join later, each on its own, at their place in the preset, unless
-    /// another preset is applied first; awaited devices as well, but only while nobody has edited
-    /// the list. A mix that the user switches meanwhile stays as he left it.
+    /// Replaces the engine's setup by what the preset holds and exists now. An application that it
+    /// holds twice is looked for in two instances; the second one missing is never the first again.
+    /// A running engine is started again, or stopped while nothing of the preset exists; a stopped
+    /// one stays stopped. Launched applications join later, each on its own, at their place in the
+    /// preset, unless another preset is applied first; awaited devices as well, but only while
+    /// nobody has edited the list. A mix that the user switches meanwhile stays as he left it.
     void apply(const Preset& preset, RecallOptions options);
 
 private:
@@ -58,6 +59,7 @@ private:
         PresetSource source;
         std::size_t index{}; ///< in the preset
         InstalledApplication application;
+        bool isRepeated{}; ///< the preset holds the application more than once
     };
     struct Missing {
         PresetSource source;
@@ -78,10 +80,15 @@ private:
     };
 
     [[nodiscard]] Resolution resolve(const Preset& preset, bool launchClosedApps) const;
-    [[nodiscard]] std::optional<AudioSource> find(const PresetSource& source) const;
-    [[nodiscard]] std::optional<AudioSource> findApp(const PresetSource& source) const;
+    using Taken = std::vector<AudioSource>;
+    [[nodiscard]] std::optional<AudioSource> find(const PresetSource& source,
+                                                  const Taken& taken) const;
+    /// The first running instance that is none of `taken`.
+    [[nodiscard]] std::optional<AudioSource> findApp(const PresetSource& source,
+                                                     const Taken& taken) const;
     [[nodiscard]] std::optional<AudioSource> findDevice(const PresetSource& source) const;
-    [[nodiscard]] std::optional<InstalledApplication> installed(const PresetSource& source) const;
+    /// What can be opened for a source of which nothing runs.
+    [[nodiscard]] std::optional<InstalledApplication> closed(const PresetSource& source) const;
     void install(const Resolved& entry);
     void launch(const ToLaunch& entry);
     void addLaunched(const ToLaunch& entry, const std::optional<RunningApplication>& running);

@@ -108,6 +108,29 @@ TEST_F(PresetRecallLaunchTest, OneAddedByHandUnderAnotherNameIsAnotherSource) {
     EXPECT_THAT(names(), ElementsAre("B", "B (beta)"));
 }
 
+TEST_F(PresetRecallLaunchTest, AnApplicationThatIsHeldTwiceIsAddedOnceWhenItRunsOnce) {
+    install("B", "b", 11);
+
+    apply({app("Left", "b"), app("Right", "b")}, chosen);
+    machine_.advance(3s);
+
+    EXPECT_THAT(names(), ElementsAre("Left"));
+    EXPECT_EQ(engine_.lastError(), "Introuvable : Right");
+}
+
+TEST_F(PresetRecallLaunchTest, AnApplicationThatIsHeldTwiceIsTwoInstancesOnceBothAreUp) {
+    install("B", "b", 11); // both launches report the instance that came up last
+    machine_.mainQueue.post([&] { machine_.startApplication(10, "B", "b"); });
+
+    apply({app("Left", "b"), app("Right", "b")}, chosen);
+    machine_.advance(3s);
+
+    EXPECT_THAT(names(), ElementsAre("Left", "Right"));
+    EXPECT_EQ(engine_.sources()[0].app()->pid, 11);
+    EXPECT_EQ(engine_.sources()[1].app()->pid, 10);
+    EXPECT_EQ(engine_.lastError(), std::nullopt);
+}
+
 TEST_F(PresetRecallLaunchTest, TwoLaunchesMayCompleteInReverseOrder) {
     machine_.startApplication(11, "B", "b");
     install("A", "a", 10, 3s);

@@ -36,6 +36,40 @@ TEST_F(PresetRecallTest, OfTwoRunningInstancesTheFirstIsTaken) {
                 ElementsAre(AudioSource(AppSource{40, "Player", "org.example.player"})));
 }
 
+TEST_F(PresetRecallTest, AnApplicationThatIsHeldTwiceIsTwoInstances) {
+    machine_.startApplication(40, "Player", "org.example.player");
+    machine_.startApplication(30, "Player", "org.example.player");
+
+    apply({app("Left", "org.example.player", 0.5F), app("Right", "org.example.player", 0.25F)},
+          chosen);
+
+    const AudioSource left = AppSource{40, "Left", "org.example.player"};
+    const AudioSource right = AppSource{30, "Right", "org.example.player"};
+    EXPECT_THAT(engine_.sources(), ElementsAre(left, right));
+    EXPECT_EQ(engine_.gain(left), 0.5F);
+    EXPECT_EQ(engine_.gain(right), 0.25F);
+    EXPECT_EQ(engine_.lastError(), std::nullopt);
+}
+
+TEST_F(PresetRecallTest, OfAnApplicationThatIsHeldTwiceAndRunsOnceTheSecondIsMissing) {
+    install("Player", "org.example.player", 50);
+    machine_.startApplication(40, "Player", "org.example.player");
+
+    apply({app("Left", "org.example.player"), app("Right", "org.example.player")}, chosen);
+    machine_.advance(3s);
+
+    EXPECT_THAT(engine_.sources(),
+                ElementsAre(AudioSource(AppSource{40, "Left", "org.example.player"})));
+    EXPECT_EQ(engine_.lastError(), "Introuvable : Right");
+    EXPECT_THAT(machine_.applications.launched(), IsEmpty());
+
+    // The first one being there, or another source joining, does not make up for it.
+    engine_.add(AppSource{60, "Radio", "org.example.radio"});
+    EXPECT_EQ(engine_.lastError(), "Introuvable : Right");
+    engine_.add(AppSource{41, "Player", "org.example.player"});
+    EXPECT_EQ(engine_.lastError(), std::nullopt);
+}
+
 TEST_F(PresetRecallTest, AnApplicationWithoutAnIdentifierIsMissing) {
     machine_.startApplication(20, "Player", "");
 

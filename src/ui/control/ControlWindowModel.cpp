@@ -1,5 +1,6 @@
 #include "ui/control/ControlWindowModel.h"
 
+#include "capture/RangeName.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
 #include "platform/DefaultsStore.h"
@@ -122,8 +123,12 @@ void ControlWindowModel::followPresets() {
 
 QString ControlWindowModel::primaryName() const {
     const auto& sources = parts_.engine.sources();
-    return QString::fromStdString(sources.empty() ? parts_.settings.t("Choisir une source")
-                                                  : sources.front().name());
+    if (sources.empty()) {
+        return QString::fromStdString(parts_.settings.t("Choisir une source"));
+    }
+    const std::string one = parts_.settings.t(frenchRangeWords.one);
+    const std::string several = parts_.settings.t(frenchRangeWords.several);
+    return QString::fromStdString(shownName(sources.front(), {.one = one, .several = several}));
 }
 
 std::vector<GumMenuItem> ControlWindowModel::sourceItems(bool asExtra) {

@@ -7,7 +7,7 @@ GumButton {
     id: root
     required property SourceStripModel strip
 
-    name: I18n.t("Couper le son") + " — " + strip.name
+    name: I18n.t("Couper le son") + " — " + strip.nameIn(I18n.t("Entrée"), I18n.t("Entrées"))
     Accessible.checkable: true
     Accessible.checked: strip.muted
     onClicked: strip.toggleMute()

@@ -1,5 +1,6 @@
 #include "ui/control/SourceMenu.h"
 
+#include "capture/RangeName.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioSource.h"
 #include "platform/Platform.h"
@@ -64,14 +65,13 @@ private:
 
     [[nodiscard]] GumMenuItem
     range(const InputDeviceInfo& info, std::int64_t first, std::int64_t count) const {
-        std::string label = settings_.t(count == 1 ? "Entrée" : "Entrées");
-        label += " " + std::to_string(first);
-        if (count > 1) {
-            label += "-" + std::to_string(first + count - 1);
-        }
+        const ChannelRange channels{.first = first, .count = count};
+        const std::string one = settings_.t(frenchRangeWords.one);
+        const std::string several = settings_.t(frenchRangeWords.several);
         // The strip shows the name alone, so the name says which device it is.
-        return choice(DeviceChannelsSource{info.deviceID, first, count, info.name + " — " + label},
-                      QString::fromStdString(label));
+        return choice(
+            DeviceChannelsSource{info.deviceID, first, count, rangeName(info.name, channels)},
+            QString::fromStdString(rangeLabel(channels, {.one = one, .several = several})));
     }
 
     const Platform& platform_;

@@ -6,6 +6,7 @@ import Velmora.Kit
 Card {
     id: root
     required property SourceStripModel strip
+    readonly property string sourceName: strip.nameIn(I18n.t("Entrée"), I18n.t("Entrées"))
 
     function takeFocus(): void {
         icon.forceActiveFocus(Qt.OtherFocusReason);
@@ -31,7 +32,7 @@ Card {
             anchors.rightMargin: 10
             anchors.verticalCenter: parent.verticalCenter
             objectName: "sourceName"
-            text: root.strip.name
+            text: root.sourceName
             font.weight: Font.DemiBold
         }
         MiniVU {
@@ -54,7 +55,7 @@ Card {
                 objectName: "effectsButton"
                 symbol: "slider.vertical.3"
                 color: !root.strip.fxActive ? Theme.ink60 : Theme.active
-                name: I18n.t("Effets") + " — " + root.strip.name
+                name: I18n.t("Effets") + " — " + root.sourceName
                 Accessible.description: root.strip.fxActive ? I18n.t("En marche") : I18n.t("Arrêté")
                 Accessible.checkable: true
                 Accessible.checked: root.strip.fxOpen
@@ -65,7 +66,7 @@ Card {
                 visible: root.strip.isApplication
                 symbol: root.strip.directMuted ? "speaker.slash.fill" : "speaker.wave.2"
                 color: root.strip.directMuted ? Theme.ocean : Theme.ink40
-                name: I18n.t("Couper la sortie directe") + " — " + root.strip.name
+                name: I18n.t("Couper la sortie directe") + " — " + root.sourceName
                 Accessible.checkable: true
                 Accessible.checked: root.strip.directMuted
                 onClicked: root.strip.directMuted = !root.strip.directMuted
@@ -74,7 +75,7 @@ Card {
                 objectName: "removeButton"
                 symbol: "xmark"
                 color: Theme.ink60
-                name: I18n.t("Retirer") + " — " + root.strip.name
+                name: I18n.t("Retirer") + " — " + root.sourceName
                 onClicked: root.strip.remove()
             }
         }
@@ -82,7 +83,7 @@ Card {
     BalanceFader {
         objectName: "gainFader"
         width: parent.width
-        name: I18n.t("Gain") + " — " + root.strip.name
+        name: I18n.t("Gain") + " — " + root.sourceName
         gain: root.strip.gain
         onGainEdited: gain => root.strip.gain = gain
     }

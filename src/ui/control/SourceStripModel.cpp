@@ -1,5 +1,6 @@
 #include "ui/control/SourceStripModel.h"
 
+#include "capture/RangeName.h"
 #include "engine/AudioEngine.h"
 #include "ui/control/MuteToggle.h"
 #include "ui/control/SourceIcons.h"
@@ -36,6 +37,12 @@ SourceStripModel::SourceStripModel(const Platform& platform,
       directMuted_(engine.isDirectMuted(source)),
       connection_(engine.changed().connect([this] { follow(); })) {
     connect(&effects_, &EffectsModel::neutralChanged, this, &SourceStripModel::fxActiveChanged);
+}
+
+QString SourceStripModel::nameIn(const QString& one, const QString& several) const {
+    const std::string first = one.toStdString();
+    const std::string second = several.toStdString();
+    return QString::fromStdString(shownName(source_, {.one = first, .several = second}));
 }
 
 void SourceStripModel::setGain(double gain) {

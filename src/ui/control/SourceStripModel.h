@@ -42,6 +42,8 @@ public:
     [[nodiscard]] const AudioSource& source() const { return source_; }
     [[nodiscard]] QString sourceId() const { return QString::fromStdString(source_.id()); }
     [[nodiscard]] QString name() const { return QString::fromStdString(source_.name()); }
+    /// The name with the user's words for one channel and for several.
+    Q_INVOKABLE [[nodiscard]] QString nameIn(const QString& one, const QString& several) const;
     [[nodiscard]] bool isApplication() const { return source_.app() != nullptr; }
     /// URL of an application's picture; empty when it has none.
     [[nodiscard]] const QString& icon() const { return icon_; }

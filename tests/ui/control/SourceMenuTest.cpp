@@ -168,6 +168,13 @@ TEST_F(SourceMenuTest, ChannelRangesAreNamedInTheUsersLanguage) {
     EXPECT_EQ(children[3].title, "Input 1");
 }
 
+TEST_F(SourceMenuTest, AChannelRangeIsTheSameSourceInEveryLanguage) {
+    const auto id = plugIn("Interface", 4);
+    settings.setLanguage("en");
+    item("Interface").children[2].action();
+    EXPECT_EQ(chosen, AudioSource(DeviceChannelsSource{id, 3, 2, "Interface — Entrées 3-4"}));
+}
+
 TEST_F(SourceMenuTest, TheVirtualMicrophoneIsNotOffered) {
     machine.sound.addDevice({.uid = "mic", .name = "Velmora Microphone", .inputs = {2}});
     EXPECT_EQ(item("Velmora Microphone").title, "");

@@ -198,6 +198,15 @@ TEST_F(Strip, TheEffectsButtonSaysWhetherAnyEffectIsOnAndThePanelOpen) {
     EXPECT_EQ(spokenDescription(button), "Running");
 }
 
+TEST_F(Strip, AChannelRangeIsNamedInTheUsersLanguage) {
+    scene.engine.add(scene.interfaceInputs);
+    open();
+    EXPECT_EQ(find("sourceName").property("text"), QString::fromUtf8("Interface — Entrées 3-4"));
+    settings.setLanguage("en");
+    EXPECT_EQ(find("sourceName").property("text"), QString::fromUtf8("Interface — Inputs 3-4"));
+    EXPECT_EQ(scene.engine.sources().front(), scene.interfaceInputs);
+}
+
 TEST_F(Strip, TheMonitoringButtonSaysWhetherItIsOn) {
     openWithBrowser();
     EXPECT_TRUE(spokenState(find("monitoringButton")).checkable);

@@ -1,14 +1,10 @@
 // What a mute of an application's own output leaves behind: nothing, soon.
 
 #include "MixerTest.h"
+#include "SessionMemory.h"
 
 #include <chrono>
 #include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <map>
-#include <nlohmann/json.hpp>
-#include <sstream>
 
 namespace velmora {
 namespace {
@@ -62,70 +58,21 @@ protected:
         return best;
     }
 
-    /// A line "key=value" of the session manager's files. Later versions keep JSON, with the
-    /// members in another order each time.
-    static std::string inOneOrder(const std::string& line) {
-        const std::size_t value = line.find('=') + 1;
-        const auto json = nlohmann::json::parse(line.substr(value), nullptr, /*throws=*/false);
-        return json.is_object() ? line.substr(0, value) + json.dump() : line;
-    }
-
-    /// Everything that the session manager keeps, by file, and the targets that it was given.
-    struct Memory {
-        std::map<std::string, std::string> files;
-        std::set<std::string> metadata;
-
-        bool operator==(const Memory&) const = default;
-    };
-    static Memory memory() {
-        // It writes its files a second after a change.
-        static_cast<void>(waitUntil([] { return false; }, 1500ms));
-        Memory found;
-        namespace fs = std::filesystem;
-        for (const auto& entry : fs::recursive_directory_iterator(session().folder() / "state")) {
-            if (entry.is_regular_file()) {
-                std::ifstream in(entry.path());
-                std::string& text = found.files[entry.path().string()];
-                for (std::string line; std::getline(in, line);) {
-                    text += inOneOrder(line) + "\n";
-                }
-            }
-        }
-        std::istringstream lines(runToEnd({"pw-metadata"}, session().environment()));
-        for (std::string line; std::getline(lines, line);) {
-            if (line.starts_with("update:")) {
-                found.metadata.insert(line);
-            }
-        }
-        return found;
-    }
-
-    /// As the user does it in a mixer of the desktop.
-    void sendToHeadset() const {
-        const AudioGraph graph = session().graph();
-        runToEnd({"pw-metadata",
-                  std::to_string(graph.node("music")->id),
-                  "target.object",
-                  std::to_string(graph.node(headset.name)->serial),
-                  "Spa:Id"},
-                 session().environment());
-    }
-
     const SessionDevice headset{
         .name = "test.headset", .description = "Headset", .mediaClass = "Audio/Sink"};
     ToneApp app{session()};
 };
 
 TEST_F(MuteTraces, TheSessionManagerRemembersNothingOfIt) {
-    const Memory before = memory();
+    const SessionMemory before = memoryOf(session());
     const AudioSource source = mutedSource();
     mix({source});
     ASSERT_TRUE(atSpeakers.isSilentAt(0, leftHz));
-    const Memory during = memory();
+    const SessionMemory during = memoryOf(session());
 
     engine.stop();
 
-    const Memory after = memory();
+    const SessionMemory after = memoryOf(session());
     EXPECT_EQ(during.files, before.files);
     EXPECT_NE(during.metadata, before.metadata) << "this is where it is muted";
     EXPECT_EQ(after.files, before.files);
@@ -135,16 +82,16 @@ TEST_F(MuteTraces, TheSessionManagerRemembersNothingOfIt) {
 TEST_F(MuteTraces, TheUsersOwnTargetIsThereAgainAfterwards) {
     session().add(headset);
     const Recorder atHeadset(session(), headset.name, {1});
-    sendToHeadset();
+    sendTo(session(), "music", headset.name);
     ASSERT_TRUE(atHeadset.hears(0, leftHz, playedDb));
-    const Memory before = memory();
+    const SessionMemory before = memoryOf(session());
     mix({mutedSource()});
     ASSERT_TRUE(atHeadset.isSilentAt(0, leftHz));
 
     engine.stop();
 
     EXPECT_TRUE(atHeadset.hears(0, leftHz, playedDb));
-    EXPECT_EQ(memory().metadata, before.metadata);
+    EXPECT_EQ(memoryOf(session()).metadata, before.metadata);
     session().remove(headset.name);
 }
 
@@ -178,7 +125,7 @@ TEST_F(MuteTraces, IsAudibleWithinHalfASecondAfterTheMixerEndedOrWasKilled) {
 }
 
 TEST_F(MuteTraces, AKilledMixerLeavesNothingEither) {
-    const Memory before = memory();
+    const SessionMemory before = memoryOf(session());
     const ChildProcess mixer = mutingMixer();
     ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
     ASSERT_TRUE(atSpeakers.isSilentAt(0, leftHz));
@@ -186,7 +133,7 @@ TEST_F(MuteTraces, AKilledMixerLeavesNothingEither) {
     ::kill(mixer.pid(), SIGKILL);
 
     EXPECT_TRUE(atSpeakers.hears(0, leftHz, playedDb));
-    const Memory after = memory();
+    const SessionMemory after = memoryOf(session());
     EXPECT_EQ(after.files, before.files);
     EXPECT_EQ(after.metadata, before.metadata);
 }
@@ -194,9 +141,9 @@ TEST_F(MuteTraces, AKilledMixerLeavesNothingEither) {
 TEST_F(MuteTraces, AKilledMixerGivesTheUsersOwnTargetBack) {
     session().add(headset);
     const Recorder atHeadset(session(), headset.name, {1});
-    sendToHeadset();
+    sendTo(session(), "music", headset.name);
     ASSERT_TRUE(atHeadset.hears(0, leftHz, playedDb));
-    const Memory before = memory();
+    const SessionMemory before = memoryOf(session());
     const ChildProcess mixer = mutingMixer();
     ASSERT_TRUE(mic.hears(0, leftHz, playedDb));
     ASSERT_TRUE(atHeadset.isSilentAt(0, leftHz));
@@ -204,7 +151,7 @@ TEST_F(MuteTraces, AKilledMixerGivesTheUsersOwnTargetBack) {
     ::kill(mixer.pid(), SIGKILL);
 
     EXPECT_TRUE(atHeadset.hears(0, leftHz, playedDb));
-    EXPECT_EQ(memory().metadata, before.metadata);
+    EXPECT_EQ(memoryOf(session()).metadata, before.metadata);
     session().remove(headset.name);
 }
 

@@ -1,5 +1,7 @@
 #include "platform/pipewire/Session.h"
 
+#include "platform/pipewire/view/Earliest.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
@@ -32,7 +34,7 @@ Session::Session(Events events)
       search_(loop_, [this] { connect(); }), probe_(loop_, [this] { onProbeTime(); }),
       refresh_(loop_, [this] { connection_.readSessionMetadataAgain(); }),
       links_(connection_, state_.graph, LinkSet::Lifetime::ours, [this] { pass_.request(); }),
-      relink_(loop_, [this] { pass_.request(); }),
+      again_(loop_, [this] { pass_.request(); }),
       endedRoutes_(connection_, state_.graph, [this] { pass_.request(); }),
       mutes_(connection_, state_.graph, [this] { return state_.newNodeName("mute"); }),
       aggregates_(connection_, state_.graph, [this] { pass_.request(); }),
@@ -94,16 +96,14 @@ void Session::forgetObjects() {
 }
 
 void Session::pass() {
+    due_.reset();
     passLosses();
     passNode();
     passRate();
     passApplications();
     if (connection_.isListed()) {
         search_.end();
-        mutes_.keepOnly(state_.mutes);
-        if (isAvailableLocked()) {
-            mutes_.follow(state_.mutes, streamsOf());
-        }
+        passMutes();
         passLinks();
         endedRoutes_.follow();
         microphone_.follow();
@@ -114,6 +114,7 @@ void Session::pass() {
 
 void Session::passLosses() {
     if (std::exchange(isLost_, false)) {
+        mutes_.lose();
         forgetObjects();
         nodeWatch_.lose();
         connection_.close();
@@ -157,14 +158,25 @@ void Session::passApplications() {
     }
 }
 
+void Session::passMutes() {
+    mutes_.keepOnly(state_.mutes);
+    if (isAvailableLocked()) {
+        comeAgain(mutes_.follow(state_.mutes, streamsOf(), Clock::now()));
+    }
+}
+
 void Session::passLinks() {
-    const auto now = LinkSet::Clock::now();
+    const auto now = Clock::now();
     const auto links = links_.apply(wantedLinks(state_.graph, state_.routes, streamsOf()), now);
-    const auto aggregates = aggregates_.follow(now);
-    if (links || aggregates) {
-        const auto due = std::min(links.value_or(LinkSet::Clock::time_point::max()),
-                                  aggregates.value_or(LinkSet::Clock::time_point::max()));
-        relink_.start(std::chrono::ceil<std::chrono::milliseconds>(due - now));
+    comeAgain(earliest(links, aggregates_.follow(now)));
+}
+
+/// What is due earlier is not put off by what is due later.
+void Session::comeAgain(std::optional<Clock::time_point> due) {
+    due_ = earliest(due_, due);
+    if (due_) {
+        again_.start(std::max(std::chrono::ceil<std::chrono::milliseconds>(*due_ - Clock::now()),
+                              std::chrono::milliseconds(1)));
     }
 }
 

@@ -10,7 +10,7 @@
 #include "platform/pipewire/keep/AggregateSink.h"
 #include "platform/pipewire/keep/EndedRoutes.h"
 #include "platform/pipewire/keep/LinkSet.h"
-#include "platform/pipewire/keep/MuteSink.h"
+#include "platform/pipewire/keep/MuteSinks.h"
 #include "platform/pipewire/keep/VirtualMicrophone.h"
 #include "platform/pipewire/node/MixNode.h"
 #include "platform/pipewire/node/NodeWatch.h"
@@ -102,6 +102,7 @@ public:
     Status destroyAggregate(const std::string& uid);
 
 private:
+    using Clock = LinkSet::Clock;
     [[nodiscard]] StatusOr<std::shared_ptr<MixNode>> takeMixNode(const Wish& wish);
     void connect();
     void onLost();
@@ -115,8 +116,10 @@ private:
     void passNode();
     void passRate();
     void passApplications();
+    void passMutes();
     void passLinks();
     void passNews();
+    void comeAgain(std::optional<Clock::time_point> due);
 
     [[nodiscard]] bool isAvailableLocked() const;
     [[nodiscard]] StreamsOf streamsOf() const;
@@ -134,7 +137,8 @@ private:
     bool isManagerLost_ = false;
 
     LinkSet links_;
-    LoopTimer relink_;
+    LoopTimer again_;
+    std::optional<Clock::time_point> due_; // of the pass under way
     EndedRoutes endedRoutes_;
     MuteSinks mutes_;
     AggregateSinks aggregates_;

@@ -9,7 +9,7 @@
 
 int main() {
     const auto list = velmora::pipewire::readLastWill(std::cin);
-    if (list.empty()) {
+    if (list.streams.empty() && list.routes.empty()) {
         return 0;
     }
     pw_init(nullptr, nullptr);

@@ -2,10 +2,12 @@
 
 #include "platform/pipewire/daemon/Connection.h"
 #include "platform/pipewire/daemon/Loop.h"
+#include "platform/pipewire/keep/RouteMemory.h"
 
 #include <array>
 #include <chrono>
 #include <filesystem>
+#include <iomanip>
 #include <istream>
 #include <sstream>
 #include <utility>
@@ -26,6 +28,8 @@ constexpr int levelsAbove = 3; // an installed program has it one above its own 
 
 constexpr const char* addWord = "add";
 constexpr const char* removeWord = "remove";
+constexpr const char* addRouteWord = "route";
+constexpr const char* removeRouteWord = "done";
 
 /// How long the sound server may take to list what there is, and to take what we tell it.
 constexpr auto answerExpectedWithin = 2s;
@@ -47,21 +51,37 @@ fs::path findProgram() {
 LastWill::~LastWill() {
     if (process_ != 0) {
         ::close(channel_);
-        ::waitpid(process_, nullptr, 0);
+        const bool isNothingLeft = streams_.empty() && routes_.empty();
+        ::waitpid(process_, nullptr, isNothingLeft ? 0 : WNOHANG);
     }
 }
 
 void LastWill::add(const MutedStream& muted) {
-    if (!std::exchange(isTried_, true)) {
-        start();
-    }
     std::ostringstream line;
     line << addWord << ' ' << muted << '\n';
     tell(line.str());
+    streams_.insert(muted.stream);
 }
 
 void LastWill::remove(Serial stream) {
-    tell(std::string(removeWord) + ' ' + std::to_string(stream) + '\n');
+    if (streams_.erase(stream) > 0) {
+        tell(std::string(removeWord) + ' ' + std::to_string(stream) + '\n');
+    }
+}
+
+void LastWill::add(const RouteKey& key, const std::string& device) {
+    std::ostringstream line;
+    line << addRouteWord << ' ' << key << ' ' << std::quoted(device) << '\n';
+    tell(line.str());
+    routes_.insert(key);
+}
+
+void LastWill::remove(const RouteKey& key) {
+    if (routes_.erase(key) > 0) {
+        std::ostringstream line;
+        line << removeRouteWord << ' ' << key << '\n';
+        tell(line.str());
+    }
 }
 
 void LastWill::start() {
@@ -93,26 +113,36 @@ void LastWill::start() {
     channel_ = ends[0];
 }
 
-void LastWill::tell(const std::string& line) const {
+void LastWill::tell(const std::string& line) {
+    if (!std::exchange(isTried_, true)) {
+        start();
+    }
     if (process_ != 0) {
         // It may have been ended by somebody; then there is nobody to tell.
         static_cast<void>(::send(channel_, line.data(), line.size(), MSG_NOSIGNAL));
     }
 }
 
-std::map<Serial, MutedStream> readLastWill(std::istream& input) {
-    std::map<Serial, MutedStream> list;
+Bequest readLastWill(std::istream& input) {
+    Bequest list;
     for (std::string word; input >> word;) {
+        Serial stream{};
+        RouteKey key;
+        std::string device;
         if (MutedStream muted; word == addWord && input >> muted) {
-            list[muted.stream] = muted;
-        } else if (Serial stream{}; word == removeWord && input >> stream) {
-            list.erase(stream);
+            list.streams[muted.stream] = muted;
+        } else if (word == removeWord && input >> stream) {
+            list.streams.erase(stream);
+        } else if (word == addRouteWord && input >> key >> std::quoted(device)) {
+            list.routes[key] = device;
+        } else if (word == removeRouteWord && input >> key) {
+            list.routes.erase(key);
         }
     }
     return list;
 }
 
-bool executeLastWill(const std::map<Serial, MutedStream>& list) {
+bool executeLastWill(const Bequest& list) {
     Loop loop("velmora-give-back");
     Graph graph;
     const auto look = [&loop] { loop.notify(); };
@@ -120,15 +150,40 @@ bool executeLastWill(const std::map<Serial, MutedStream>& list) {
         loop.get(),
         graph,
         {.changed = look, .clientCame = [] {}, .managerLost = look, .lost = look});
+    const RouteMemory memory(graph);
+    int names = 0;
+    RouteWriter writer(
+        connection,
+        graph,
+        memory,
+        [&names] {
+            return "velmora.route." + std::to_string(::getpid()) + "." + std::to_string(++names);
+        },
+        [](const RouteKey&) {});
     bool isDone = false;
     if (connection.open() == statusOk && loop.start()) {
         Loop::Lock lock(loop);
         isDone = lock.wait(answerExpectedWithin, [&] { return connection.isListed(); });
-        for (const auto& [stream, muted] : list) {
-            giveBack(connection, graph, muted);
+        StoredRoutes routes = list.routes;
+        for (const auto& [stream, muted] : list.streams) {
+            const Node* const node = graph.node(stream);
+            const std::string stored =
+                node == nullptr ? "" : memory.device(*node, RouteMemory::Clock::now());
+            if (giveBack(connection, graph, muted, stored)) {
+                routes.insert({node->routeKey, stored}); // an entry of the list is newer
+            }
+        }
+        for (const auto& [key, device] : routes) {
+            writer.write(key, device);
         }
         connection.startRoundTrip();
         isDone = isDone && lock.wait(answerExpectedWithin, [&] { return connection.isListed(); });
+        for (auto now = RouteWriter::Clock::now(); const auto due = writer.follow(now);
+             now = RouteWriter::Clock::now()) {
+            const auto pause = std::chrono::ceil<std::chrono::milliseconds>(*due - now);
+            static_cast<void>(lock.wait(pause, [] { return false; }));
+        }
+        writer.clear();
     }
     loop.stop();
     connection.close();

@@ -1,122 +1,189 @@
 #include "platform/pipewire/keep/MuteSink.h"
 
+#include "platform/pipewire/view/Earliest.h"
 #include "platform/pipewire/view/Muting.h"
+#include "platform/pipewire/view/StreamTarget.h"
 
 #include <algorithm>
 
 namespace velmora::pipewire {
-MuteSink::MuteSink(Connection& connection,
-                   const Graph& graph,
-                   LastWill& will,
-                   std::function<std::string()> newName)
-    : connection_(connection), graph_(graph), will_(will), newName_(std::move(newName)) {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A target that is not ours has to stay that long: what we have asked for ourselves, and a list of
+/// targets that was read again, may arrive in another order.
+constexpr auto staysAway = 30ms;
+
+/// Whoever sends a stream elsewhere more often than this, within this time, means it.
+constexpr std::size_t mostFetches = 3;
+constexpr auto fetchesCount = 1min;
+
+/// The session manager moves a stream within 6 ms; what is heard that long was not moved.
+constexpr auto movesWithin = 500ms;
+
+} // namespace
+
+void MuteTools::remember(const RouteKey& key, const std::string& device) const {
+    will.add(key, device);
+    writer.write(key, device);
 }
 
 MuteSink::~MuteSink() {
-    for (const MutedStream& muted : muted_) {
-        giveBack(connection_, graph_, muted);
+    const auto now = Clock::now();
+    for (const Sent& sent : sent_) {
+        const Node* const stream = tools_.graph.node(sent.muted.stream);
+        const std::string stored = stream == nullptr ? "" : tools_.memory.device(*stream, now);
+        if (giveBack(tools_.connection, tools_.graph, sent.muted, stored)) {
+            tools_.remember(stream->routeKey, stored);
+        }
     }
     forgetTargets();
 }
 
 void MuteSink::forgetTargets() {
-    forget([](const MutedStream&) { return true; });
+    forget([](const Sent&) { return true; });
 }
 
 template <typename Predicate>
 void MuteSink::forget(Predicate isPast) {
-    std::erase_if(muted_, [&](const MutedStream& muted) {
-        const bool goes = isPast(muted);
+    std::erase_if(sent_, [&](const Sent& sent) {
+        const bool goes = isPast(sent);
         if (goes) {
-            will_.remove(muted.stream);
+            tools_.will.remove(sent.muted.stream);
         }
         return goes;
     });
 }
 
-void MuteSink::follow(const std::vector<Serial>& streams) {
-    forget([this](const MutedStream& muted) { return graph_.node(muted.stream) == nullptr; });
-    const Node* const sink = sink_ ? graph_.nodeNamed(name_) : nullptr;
+std::optional<MuteSink::Clock::time_point> MuteSink::follow(const std::vector<Serial>& streams,
+                                                            Clock::time_point now) {
+    forget([this](const Sent& sent) { return tools_.graph.node(sent.muted.stream) == nullptr; });
+    isSilencing_ = canBeMuted(tools_.graph, streams);
+    const Node* const sink = sink_ ? tools_.graph.nodeNamed(name_) : nullptr;
     if (!sink_ || (isSinkSeen_ && sink == nullptr)) {
         makeSink(streams);
-        return;
+        return std::nullopt;
     }
     isSinkSeen_ = sink != nullptr;
     if (sink == nullptr || sink->ports.empty()) {
-        return; // comes with a later change of the graph
+        return std::nullopt; // comes with a later change of the graph
     }
+    std::optional<Clock::time_point> comeAgain;
     for (const Serial serial : streams) {
-        if (const Node* const stream = graph_.node(serial); stream != nullptr) {
-            send(*stream, sink->serial);
-            removeLeftLinks(serial, sink->serial);
+        const Node* const stream = tools_.graph.node(serial);
+        if (stream != nullptr && isMovableStream(*stream)) {
+            comeAgain = earliest(comeAgain, follow(*stream, *sink, now));
         }
     }
+    return comeAgain;
+}
+
+std::optional<MuteSink::Clock::time_point>
+MuteSink::follow(const Node& stream, const Node& sink, Clock::time_point now) {
+    Sent& sent = send(stream, sink.serial, now);
+    const auto fetchAt = fetchBack(stream, sent, now);
+    removeLeftLinks(stream.serial, sink.serial);
+    const auto listenAt = listen(stream, sent, now);
+    return earliest(fetchAt, listenAt);
 }
 
 void MuteSink::removeLeftLinks(Serial stream, Serial sink) {
-    for (const Serial link : leftLinks(graph_, stream, sink)) {
+    for (const Serial link : leftLinks(tools_.graph, stream, sink)) {
         // Once only: by a second time the id may be another object's.
         if (removedLinks_.insert(link).second) {
-            connection_.destroyGlobal(graph_.links().at(link).id);
+            tools_.connection.destroyGlobal(tools_.graph.links().at(link).id);
         }
     }
 }
 
 void MuteSink::makeSink(const std::vector<Serial>& streams) {
-    name_ = newName_();
+    name_ = tools_.newName();
     isSinkSeen_ = false;
-    sink_ = connection_.create("adapter",
-                               PW_TYPE_INTERFACE_Node,
-                               PW_VERSION_NODE,
-                               {{"factory.name", "support.null-audio-sink"},
-                                {"media.class", "Audio/Sink/Internal"},
-                                {"node.name", name_},
-                                {"node.description", "Velmora Mute"},
-                                {"audio.position", targetLayout(graph_, streams)},
-                                {"node.virtual", "true"},
-                                {"priority.session", "0"},
-                                {"priority.driver", "0"},
-                                // WirePlumber 0.4.13 crashes (suspend-node.lua) when a sink
-                                // goes while it is waiting to be suspended.
-                                {"session.suspend-timeout-seconds", "0"},
-                                // Keeps its volume out of the session manager's files.
-                                {"device.routes", "1"}});
+    sink_ = tools_.connection.create("adapter",
+                                     PW_TYPE_INTERFACE_Node,
+                                     PW_VERSION_NODE,
+                                     {{"factory.name", "support.null-audio-sink"},
+                                      {"media.class", "Audio/Sink/Internal"},
+                                      {"node.name", name_},
+                                      {"node.description", "Velmora Mute"},
+                                      {"audio.position", targetLayout(tools_.graph, streams)},
+                                      {"node.virtual", "true"},
+                                      {"priority.session", "0"},
+                                      {"priority.driver", "0"},
+                                      // WirePlumber 0.4.13 crashes (suspend-node.lua) when a sink
+                                      // goes while it is waiting to be suspended.
+                                      {"session.suspend-timeout-seconds", "0"},
+                                      // Keeps its volume out of the session manager's files.
+                                      {"device.routes", "1"}});
 }
 
-void MuteSink::send(const Node& stream, Serial sink) {
-    if (stream.mediaClass != "Stream/Output/Audio") {
-        return; // the session manager does not move it
+MuteSink::Sent& MuteSink::send(const Node& stream, Serial sink, Clock::time_point now) {
+    const auto isStream = [&](const Sent& sent) { return sent.muted.stream == stream.serial; };
+    const auto known = std::ranges::find_if(sent_, isStream);
+    if (known != sent_.end() && known->muted.sink == sink) {
+        return *known;
     }
-    auto known = std::ranges::find(muted_, stream.serial, &MutedStream::stream);
-    if (known == muted_.end()) {
-        known = muted_.insert(known, muteOf(graph_, stream, sink));
-    } else if (known->sink != sink) {
-        known->sink = sink; // what it names now is our own sink before this one
-    } else {
-        return;
+    const bool isNew = known == sent_.end();
+    Sent& sent = isNew ? sent_.emplace_back() : *known;
+    if (isNew) {
+        sent.muted = muteOf(tools_.graph, stream, sink);
     }
-    will_.add(*known);
-    sendToSink(connection_, *known);
+    sent.muted.sink = sink; // what a known one names now is our own sink before this one
+    tell(stream, sent.muted, tools_.memory.device(stream, now));
+    return sent;
 }
 
-void MuteSinks::keepOnly(const Mutes& wanted) {
-    std::erase_if(sinks_, [&](const auto& one) { return !wanted.contains(one.first); });
-}
-
-void MuteSinks::follow(const Mutes& wanted, const StreamsOf& streamsOf) {
-    for (const auto& [tap, process] : wanted) {
-        auto& sink = sinks_[tap];
-        if (!sink) {
-            sink = std::make_unique<MuteSink>(connection_, graph_, will_, newName_);
-        }
-        sink->follow(streamsOf(process));
+void MuteSink::tell(const Node& stream, const MutedStream& muted, const std::string& stored) {
+    tools_.will.add(muted);
+    sendToSink(tools_.connection, tools_.graph, muted, stored);
+    const bool isToldSo = stored.empty() || tools_.graph.nodeNamed(stored) != nullptr;
+    if (!isToldSo) {
+        tools_.remember(stream.routeKey, stored);
     }
 }
 
-void MuteSinks::forgetTargets() {
-    for (const auto& [tap, sink] : sinks_) {
-        sink->forgetTargets();
+/// From where somebody else has sent it.
+std::optional<MuteSink::Clock::time_point>
+MuteSink::fetchBack(const Node& stream, Sent& sent, Clock::time_point now) {
+    const auto target = tools_.graph.metadata(sessionMetadata, stream.id, targetObjectKey);
+    if (target && target->value == std::to_string(sent.muted.sink)) {
+        sent.awaySince.reset();
+        return std::nullopt;
     }
+    isSilencing_ = isSilencing_ && !sent.isGivenUp;
+    if (sent.isGivenUp) {
+        return std::nullopt;
+    }
+    sent.awaySince = sent.awaySince.value_or(now);
+    if (now < *sent.awaySince + staysAway) {
+        return *sent.awaySince + staysAway;
+    }
+    sent.awaySince.reset();
+    std::erase_if(sent.fetched, [now](auto time) { return now - time > fetchesCount; });
+    if (sent.fetched.size() >= mostFetches) {
+        sent.isGivenUp = true;
+        isSilencing_ = false;
+        tools_.will.remove(stream.serial);
+        return std::nullopt;
+    }
+    sent.fetched.push_back(now);
+    const bool hasDevice = target && targetOf(tools_.graph, targetObjectKey, *target) != nullptr;
+    takeOverTargets(tools_.graph, sent.muted);
+    tell(stream, sent.muted, hasDevice ? tools_.memory.device(stream, now) : "");
+    return std::nullopt;
+}
+
+std::optional<MuteSink::Clock::time_point>
+MuteSink::listen(const Node& stream, Sent& sent, Clock::time_point now) {
+    if (!isHeard(tools_.graph, stream.serial)) {
+        sent.heardSince.reset();
+        return std::nullopt;
+    }
+    sent.heardSince = sent.heardSince.value_or(now);
+    const auto limit = *sent.heardSince + movesWithin;
+    isSilencing_ = isSilencing_ && now < limit;
+    return now < limit ? std::optional(limit) : std::nullopt;
 }
 
 } // namespace velmora::pipewire

@@ -1,6 +1,7 @@
 #include "platform/pipewire/keep/MutedStream.h"
 
 #include "platform/pipewire/daemon/Connection.h"
+#include "platform/pipewire/view/StreamTarget.h"
 
 #include <iomanip>
 #include <istream>
@@ -10,8 +11,10 @@
 namespace velmora::pipewire {
 namespace {
 
-constexpr const char* targetObjectKey = "target.object";
-constexpr const char* targetNodeKey = "target.node";
+/// The type that users' own targets have. Ours has another one: nobody heeds it, a value that is
+/// set once more is told again, and ours can be told from theirs.
+constexpr const char* usualType = "Spa:Id";
+constexpr const char* ownType = "Spa:Int";
 
 void write(std::ostream& out, const std::optional<MetadataValue>& value) {
     out << ' ' << value.has_value();
@@ -29,42 +32,86 @@ void read(std::istream& in, std::optional<MetadataValue>& value) {
     }
 }
 
+using Target = std::optional<MetadataValue>;
+
+Target targetObjectOf(const Graph& graph, const MutedStream& muted) {
+    return graph.metadata(sessionMetadata, muted.id, targetObjectKey);
+}
+
+/// None when it is what `sendToSink` has written.
+Target targetNodeOf(const Graph& graph, const MutedStream& muted) {
+    const Target value = graph.metadata(sessionMetadata, muted.id, targetNodeKey);
+    return value && value->type == ownType ? std::nullopt : value;
+}
+
+std::string deviceOf(const Graph& graph, const char* key, const Target& value) {
+    const Node* const device = value ? targetOf(graph, key, *value) : nullptr;
+    return device == nullptr ? std::string{} : device->name;
+}
+
 } // namespace
 
 MutedStream muteOf(const Graph& graph, const Node& stream, Serial sink) {
     return {.stream = stream.serial,
             .id = stream.id,
             .sink = sink,
-            .targetObject = graph.metadata("default", stream.id, targetObjectKey),
-            .targetNode = graph.metadata("default", stream.id, targetNodeKey)};
+            .targetObject = graph.metadata(sessionMetadata, stream.id, targetObjectKey),
+            .targetNode = graph.metadata(sessionMetadata, stream.id, targetNodeKey)};
 }
 
-void sendToSink(Connection& connection, const MutedStream& muted) {
-    constexpr const char* type = "Spa:Id";
-    connection.setSessionMetadata(muted.id,
-                                  targetObjectKey,
-                                  MetadataValue{.type = type, .value = std::to_string(muted.sink)});
+void sendToSink(Connection& connection,
+                const Graph& graph,
+                const MutedStream& muted,
+                const std::string& stored) {
+    const Node* const device = graph.nodeNamed(stored);
     connection.setSessionMetadata(
-        muted.id, targetNodeKey, MetadataValue{.type = type, .value = "-1"});
+        muted.id,
+        targetObjectKey,
+        MetadataValue{.type = usualType, .value = std::to_string(muted.sink)});
+    // What is there from before would not be noticed, hence something that is no node first.
+    for (const std::string& value :
+         {std::string("0"), device == nullptr ? "-1" : std::to_string(device->id)}) {
+        connection.setSessionMetadata(
+            muted.id, targetNodeKey, MetadataValue{.type = ownType, .value = value});
+    }
 }
 
-void giveBack(Connection& connection, const Graph& graph, const MutedStream& muted) {
-    const auto target = graph.metadata("default", muted.id, targetObjectKey);
-    const bool isStillHere = graph.node(muted.stream) != nullptr && target &&
-                             target->value == std::to_string(muted.sink);
-    if (!isStillHere) {
-        return;
+void takeOverTargets(const Graph& graph, MutedStream& muted) {
+    const Target object = targetObjectOf(graph, muted);
+    if (!object || object->value != std::to_string(muted.sink)) {
+        muted.targetObject = object;
     }
-    // Each write changes what the session manager remembers, so the user's values come last, and
-    // writing a value that is already there would not be noticed.
-    connection.setSessionMetadata(muted.id, targetObjectKey, std::nullopt);
-    connection.setSessionMetadata(muted.id, targetNodeKey, std::nullopt);
-    if (muted.targetNode) {
+    if (const Target node = targetNodeOf(graph, muted)) {
+        muted.targetNode = node;
+    }
+}
+
+bool giveBack(Connection& connection,
+              const Graph& graph,
+              MutedStream muted,
+              const std::string& stored) {
+    const Node* const stream = graph.node(muted.stream);
+    const Target object = targetObjectOf(graph, muted);
+    if (stream == nullptr || !object || object->value != std::to_string(muted.sink)) {
+        return false;
+    }
+    takeOverTargets(graph, muted);
+    // The one that is in force goes last: until then the stream stays where it is.
+    connection.setSessionMetadata(muted.id, targetNodeKey, muted.targetNode);
+    connection.setSessionMetadata(muted.id, targetObjectKey, muted.targetObject);
+    // Of all this, the session manager remembers the last.
+    if (deviceOf(graph, targetObjectKey, muted.targetObject) == stored) {
+        return false;
+    }
+    if (muted.targetNode && deviceOf(graph, targetNodeKey, muted.targetNode) == stored) {
+        connection.setSessionMetadata(
+            muted.id,
+            targetNodeKey,
+            MetadataValue{.type = ownType, .value = muted.targetNode->value});
         connection.setSessionMetadata(muted.id, targetNodeKey, muted.targetNode);
+        return false;
     }
-    if (muted.targetObject) {
-        connection.setSessionMetadata(muted.id, targetObjectKey, muted.targetObject);
-    }
+    return !stream->routeKey.isEmpty();
 }
 
 std::ostream& operator<<(std::ostream& out, const MutedStream& muted) {

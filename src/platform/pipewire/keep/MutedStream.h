@@ -5,6 +5,7 @@
 
 #include <iosfwd>
 #include <optional>
+#include <string>
 
 namespace velmora::pipewire {
 
@@ -14,25 +15,36 @@ struct MutedStream {
     Serial stream{};
     GlobalId id{};
     Serial sink{};
-    std::optional<MetadataValue> targetObject; ///< as the user had set it
-    std::optional<MetadataValue> targetNode;
+    std::optional<MetadataValue> targetObject{}; ///< as the user had set it
+    std::optional<MetadataValue> targetNode{};
 
     bool operator==(const MutedStream&) const = default;
 };
 
 // Threads: any, with the control loop's lock.
 
-/// Sends the stream to our sink. The session manager also remembers, by the kind of application,
-/// where streams were sent to, and would send other programs there; it is told at once that there
-/// is nothing to remember (target.node = -1, WirePlumber 0.4.13), while the target that it was
-/// given for this very stream stays in force.
-void sendToSink(Connection& connection, const MutedStream& muted);
-/// Gives the stream back the target that it had, unless it has gone or the user has sent it
-/// elsewhere since.
-void giveBack(Connection& connection, const Graph& graph, const MutedStream& muted);
-
 /// What the user has set for the stream, which is to go to `sink`.
 [[nodiscard]] MutedStream muteOf(const Graph& graph, const Node& stream, Serial sink);
+
+/// Sends the stream to our sink.
+///
+/// The session manager also remembers, by the kind of application, where streams were sent to, and
+/// would send others of the kind there; the next thing that it is told is `stored`, the device that
+/// it had remembered, as a second target that is not in force while there is the first.
+/// @param stored  `node.name`; empty = none. One that is not there cannot be told in this way.
+void sendToSink(Connection& connection,
+                const Graph& graph,
+                const MutedStream& muted,
+                const std::string& stored);
+
+/// Takes over what somebody else has set for the stream since we sent it away.
+void takeOverTargets(const Graph& graph, MutedStream& muted);
+
+/// Gives the stream back the target that it had, unless it has gone or somebody has sent it
+/// elsewhere since.
+/// @param stored  as above. Returns whether the session manager does not remember that after this.
+[[nodiscard]] bool
+giveBack(Connection& connection, const Graph& graph, MutedStream muted, const std::string& stored);
 
 /// One entry of words, for another process of ours to read; the state of `in` tells whether all of
 /// it came.

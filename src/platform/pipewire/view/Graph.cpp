@@ -158,6 +158,11 @@ void Graph::describeNode(Serial serial, const Properties& properties) {
     node.linkGroup = text(properties, "node.link-group");
     node.isHardware = properties.contains("device.id") && !flag(properties, "node.virtual") &&
                       text(properties, "factory.name") != "support.null-audio-sink";
+    // 0.3.65 names it by the first, later versions by the second as well.
+    node.isMovable = flag(properties, "node.autoconnect") &&
+                     !flag(properties, "node.dont-reconnect") &&
+                     !flag(properties, "node.dont-move");
+    node.routeKey = routeKey(properties);
     node.isDescribed = true;
 }
 
@@ -206,6 +211,10 @@ void Graph::replaceMetadata(const std::string& object, MetadataEntries entries) 
 const Node* Graph::node(Serial serial) const {
     const auto found = nodes_.find(serial);
     return found == nodes_.end() ? nullptr : &found->second;
+}
+
+const Node* Graph::nodeWithId(GlobalId id) const {
+    return node(serialOf(id));
 }
 
 const Node* Graph::nodeOfPort(Serial port) const {

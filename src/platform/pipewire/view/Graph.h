@@ -3,6 +3,7 @@
 
 #include "platform/ProgramClaim.h"
 #include "platform/pipewire/view/Properties.h"
+#include "platform/pipewire/view/StoredRoute.h"
 
 #include <cstdint>
 #include <map>
@@ -40,6 +41,8 @@ struct Node {
     bool isHardware{};  ///< belongs to a device object and is no software node
     bool isDescribed{}; ///< all properties have arrived, not only the registry's few
     bool isRunning{};
+    bool isMovable{};                 ///< the session manager links it, and may link it elsewhere
+    RouteKey routeKey;                ///< what the session manager remembers the node by
     std::vector<std::string> content; ///< positions of the material itself, before any remix
     std::vector<Port> ports;          ///< ascending by index within each direction
 };
@@ -109,6 +112,7 @@ public:
     [[nodiscard]] const std::map<Serial, Link>& links() const { return links_; }
 
     [[nodiscard]] const Node* node(Serial serial) const;
+    [[nodiscard]] const Node* nodeWithId(GlobalId id) const;
     [[nodiscard]] const Node* nodeOfPort(Serial port) const;
     [[nodiscard]] const Node* nodeNamed(std::string_view name) const;
     /// Null when these two ports are not linked.

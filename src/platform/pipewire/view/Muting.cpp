@@ -1,18 +1,23 @@
 #include "platform/pipewire/view/Muting.h"
 
 #include "platform/pipewire/view/Devices.h"
+#include "platform/pipewire/view/StreamTarget.h"
 
 #include <algorithm>
 
 namespace velmora::pipewire {
 namespace {
 
+bool isOutputDevice(const Node* node) {
+    return node != nullptr &&
+           (node->mediaClass == "Audio/Sink" || node->mediaClass == "Audio/Duplex");
+}
+
+/// Null when the stream plays to none.
 const Node* sinkOf(const Graph& graph, Serial stream) {
     for (const auto& [serial, link] : graph.links()) {
         const Node* const sink = graph.node(link.inputNode);
-        const bool isSink = sink != nullptr && (sink->mediaClass == "Audio/Sink" ||
-                                                sink->mediaClass == "Audio/Duplex");
-        if (link.outputNode == stream && isSink) {
+        if (link.outputNode == stream && isOutputDevice(sink)) {
             return sink;
         }
     }
@@ -21,11 +26,19 @@ const Node* sinkOf(const Graph& graph, Serial stream) {
 
 } // namespace
 
+bool isMovableStream(const Node& stream) {
+    return isPlaybackStream(stream) && stream.isMovable;
+}
+
 bool canBeMuted(const Graph& graph, const std::vector<Serial>& streams) {
-    return std::ranges::all_of(streams, [&](Serial stream) {
-        const Node* const node = graph.node(stream);
-        return node == nullptr || node->clientApi != "jack";
+    return std::ranges::all_of(streams, [&](Serial serial) {
+        const Node* const stream = graph.node(serial);
+        return stream == nullptr || !stream->isDescribed || isMovableStream(*stream);
     });
+}
+
+bool isHeard(const Graph& graph, Serial stream) {
+    return sinkOf(graph, stream) != nullptr;
 }
 
 std::string targetLayout(const Graph& graph, const std::vector<Serial>& streams) {
@@ -50,7 +63,8 @@ std::vector<Serial> leftLinks(const Graph& graph, Serial stream, Serial sink) {
     });
     std::vector<Serial> left;
     for (auto link = links.begin(); first != links.end() && link != first; ++link) {
-        if (link->second.outputNode == stream && link->second.client == first->second.client) {
+        if (link->second.outputNode == stream && link->second.client == first->second.client &&
+            isOutputDevice(graph.node(link->second.inputNode))) {
             left.push_back(link->first);
         }
     }

@@ -13,7 +13,7 @@ const MutedStream sent{.stream = 71,
                        .targetObject = MetadataValue{.type = "Spa:Id", .value = "44"},
                        .targetNode = MetadataValue{.type = "", .value = "a \"sink\" of\nmine"}};
 
-std::map<Serial, MutedStream> read(const std::string& lines) {
+Bequest read(const std::string& lines) {
     std::istringstream in(lines);
     return readLastWill(in);
 }
@@ -26,30 +26,42 @@ std::string added(const MutedStream& muted) {
 
 TEST(LastWill, KeepsWhatTheUserHadSet) {
     EXPECT_EQ(read(added(plain) + added(sent)),
-              (std::map<Serial, MutedStream>{{70, plain}, {71, sent}}));
+              (Bequest{.streams = {{70, plain}, {71, sent}}, .routes = {}}));
 }
 
 TEST(LastWill, ForgetsWhatWasTakenBack) {
     EXPECT_EQ(read(added(plain) + added(sent) + "remove 70\n" + "remove 5\n"),
-              (std::map<Serial, MutedStream>{{71, sent}}));
+              (Bequest{.streams = {{71, sent}}, .routes = {}}));
 }
 
 TEST(LastWill, TakesALaterEntryForTheSameStream) {
     MutedStream again = plain;
     again.sink = 95;
 
-    EXPECT_EQ(read(added(plain) + added(again)), (std::map<Serial, MutedStream>{{70, again}}));
+    EXPECT_EQ(read(added(plain) + added(again)), (Bequest{.streams = {{70, again}}, .routes = {}}));
 }
 
 TEST(LastWill, LeavesOutAnEntryOfWhichOnlyThePartBeforeTheEndCame) {
     const std::string line = added(sent);
 
     EXPECT_EQ(read(added(plain) + line.substr(0, line.size() / 2)),
-              (std::map<Serial, MutedStream>{{70, plain}}));
+              (Bequest{.streams = {{70, plain}}, .routes = {}}));
+}
+
+TEST(LastWill, KeepsTheDevicesThatAreToBeRemembered) {
+    const RouteKey role{.property = "media.role", .value = "Music"};
+    const RouteKey name{.property = "application.name", .value = "A \"player\" of mine"};
+
+    EXPECT_EQ(read("route \"media.role\" \"Music\" \"headset\"\n"
+                   "route \"application.name\" \"A \\\"player\\\" of mine\" \"\"\n"),
+              (Bequest{.streams = {}, .routes = {{role, "headset"}, {name, ""}}}));
+    EXPECT_EQ(read("route \"media.role\" \"Music\" \"headset\"\n"
+                   "done \"media.role\" \"Music\"\n"),
+              Bequest{});
 }
 
 TEST(LastWill, IsEmptyWithoutWords) {
-    EXPECT_TRUE(read("").empty());
+    EXPECT_EQ(read(""), Bequest{});
 }
 
 } // namespace

@@ -79,13 +79,57 @@ TEST_F(LeftLinks, AreNoneThatTheManagerMakesAfterwards) {
     EXPECT_THAT(leftLinks(builder.graph, stream, sink), IsEmpty());
 }
 
-TEST(Muting, IsNothingForProgramsThatTheSessionManagerDoesNotMove) {
-    GraphBuilder builder;
-    const Serial stream = builder.addStream(0, {"FL", "FR"});
-    const Serial jack = builder.addNode("synth", "", {{"client.api", "jack"}});
+TEST_F(LeftLinks, AreNoneToAProgramThatRecordsTheStream) {
+    const Serial recorder = builder.addNode("recorder", "Stream/Input/Audio");
+    builder.addLink(stream, recorder, manager);
+    const Serial left = builder.addLink(stream, speakers, manager);
+    builder.addLink(stream, sink, manager);
 
-    EXPECT_TRUE(canBeMuted(builder.graph, {stream}));
-    EXPECT_FALSE(canBeMuted(builder.graph, {stream, jack}));
+    EXPECT_THAT(leftLinks(builder.graph, stream, sink), ElementsAre(left));
+}
+
+class Muting : public ::testing::Test {
+protected:
+    Serial stream(Properties properties) {
+        return builder.addNode("stream", "Stream/Output/Audio", std::move(properties));
+    }
+    [[nodiscard]] bool canBe(Serial one) const { return canBeMuted(builder.graph, {one}); }
+
+    GraphBuilder builder;
+};
+
+TEST_F(Muting, IsForStreamsThatTheSessionManagerMoves) {
+    EXPECT_TRUE(canBe(stream({{"node.autoconnect", "true"}})));
+    EXPECT_FALSE(canBe(stream({})));
+    EXPECT_FALSE(canBe(stream({{"node.autoconnect", "true"}, {"node.dont-reconnect", "true"}})));
+    EXPECT_FALSE(canBe(stream({{"node.autoconnect", "true"}, {"node.dont-move", "true"}})));
+    EXPECT_FALSE(canBe(builder.addNode("synth", "", {{"client.api", "jack"}})));
+}
+
+TEST_F(Muting, IsNotDeniedBeforeAStreamIsKnown) {
+    builder.graph.addNode(
+        7, {{"object.serial", "7"}, {"media.class", "Stream/Output/Audio"}, {"node.name", "new"}});
+
+    EXPECT_TRUE(canBe(7));
+}
+
+TEST_F(Muting, IsForAllOfAnApplicationsStreams) {
+    const Serial movable = stream({{"node.autoconnect", "true"}});
+
+    EXPECT_FALSE(canBeMuted(builder.graph, {movable, stream({})}));
+}
+
+TEST_F(Muting, IsHeardWhereItPlaysToAnOutput) {
+    const Serial speakers = builder.addSink("speakers", {"FL", "FR"});
+    const Serial silent = builder.addNode("velmora.mute.1", "Audio/Sink/Internal");
+    const Serial recorder = builder.addNode("recorder", "Stream/Input/Audio");
+    const Serial one = stream({});
+    builder.addLink(one, silent);
+    builder.addLink(one, recorder);
+    EXPECT_FALSE(isHeard(builder.graph, one));
+
+    builder.addLink(one, speakers);
+    EXPECT_TRUE(isHeard(builder.graph, one));
 }
 
 } // namespace

@@ -1,0 +1,74 @@
+#include "platform/pipewire/keep/MuteSinks.h"
+
+#include "platform/pipewire/view/Earliest.h"
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+
+namespace velmora::pipewire {
+
+MuteSinks::MuteSinks(Connection& connection,
+                     const Graph& graph,
+                     std::function<std::string()> newName)
+    : memory_(graph),
+      writer_(
+          connection, graph, memory_, newName, [this](const RouteKey& key) { will_.remove(key); }),
+      tools_{.connection = connection,
+             .graph = graph,
+             .will = will_,
+             .memory = memory_,
+             .writer = writer_,
+             .newName = std::move(newName)} {
+}
+
+std::optional<MuteSinks::Clock::time_point>
+MuteSinks::follow(const Mutes& wanted, const StreamsOf& streamsOf, Clock::time_point now) {
+    memory_.follow(now);
+    std::optional<Clock::time_point> comeAgain;
+    for (const AudioObjectID process : wanted | std::views::values) {
+        auto& sink = sinks_[process];
+        if (!sink) {
+            sink = std::make_unique<MuteSink>(tools_);
+        }
+        comeAgain = earliest(comeAgain, sink->follow(streamsOf(process), now));
+    }
+    return earliest(comeAgain, writer_.follow(now));
+}
+
+void MuteSinks::keepOnly(const Mutes& wanted) {
+    std::erase_if(sinks_, [&](const auto& one) {
+        return std::ranges::find(wanted | std::views::values, one.first) ==
+               std::ranges::end(wanted | std::views::values);
+    });
+}
+
+std::set<AudioObjectID> MuteSinks::unsilenced() const {
+    std::set<AudioObjectID> processes;
+    for (const auto& [process, sink] : sinks_) {
+        if (!sink->isSilencing()) {
+            processes.insert(process);
+        }
+    }
+    return processes;
+}
+
+void MuteSinks::forgetTargets() {
+    for (const auto& sink : sinks_ | std::views::values) {
+        sink->forgetTargets();
+    }
+}
+
+void MuteSinks::lose() {
+    forgetTargets();
+    sinks_.clear();
+    writer_.giveUp();
+    memory_.clear();
+}
+
+void MuteSinks::clear() {
+    sinks_.clear();
+    writer_.clear();
+}
+
+} // namespace velmora::pipewire

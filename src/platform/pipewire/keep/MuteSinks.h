@@ -1,0 +1,47 @@
+// MuteSinks.h: the mutes of all applications.
+#pragma once
+
+#include "platform/AudioDevices.h"
+#include "platform/pipewire/keep/MuteSink.h"
+#include "platform/pipewire/view/Routes.h"
+
+#include <map>
+#include <memory>
+#include <set>
+
+namespace velmora::pipewire {
+
+/// One sink for each application that anybody wants to be silent.
+/// Threads: any, with the control loop's lock.
+class MuteSinks {
+public:
+    using Clock = MuteSink::Clock;
+    using Mutes = std::map<AudioObjectID, AudioObjectID>; ///< whose mute, and which process
+
+    /// @param newName  as `MuteTools`
+    MuteSinks(Connection& connection, const Graph& graph, std::function<std::string()> newName);
+
+    /// To be called after every change of the graph, while the session manager is there. Returns
+    /// when to come again, if anything is to be looked at later.
+    std::optional<Clock::time_point>
+    follow(const Mutes& wanted, const StreamsOf& streamsOf, Clock::time_point now);
+    /// Ends those that are not wanted any more.
+    void keepOnly(const Mutes& wanted);
+    /// The processes that are wanted silent and are heard all the same.
+    [[nodiscard]] std::set<AudioObjectID> unsilenced() const;
+    /// As for one.
+    void forgetTargets();
+    /// The daemon has gone, and every object with it.
+    void lose();
+    /// To be called before the connection closes: gives everything back.
+    void clear();
+
+private:
+    RouteMemory memory_;
+    LastWill will_;
+    RouteWriter writer_;
+    MuteTools tools_;
+    std::map<AudioObjectID, std::unique_ptr<MuteSink>> sinks_; // by process
+};
+
+} // namespace velmora::pipewire

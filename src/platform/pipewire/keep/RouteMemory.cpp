@@ -1,0 +1,108 @@
+#include "platform/pipewire/keep/RouteMemory.h"
+
+#include "platform/pipewire/view/StreamTarget.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+#include <system_error>
+
+namespace velmora::pipewire {
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+/// The file is a second behind, or a little more on a busy machine.
+constexpr auto writtenWithin = 3s;
+
+/// Of the two kinds, the one that is in use; after an update both are there.
+std::optional<fs::path> newestFile(const fs::path& folder) {
+    std::optional<fs::path> newest;
+    fs::file_time_type time;
+    for (const char* const name : {"stream-properties", "restore-stream"}) {
+        std::error_code missing;
+        const auto written = fs::last_write_time(folder / name, missing);
+        if (!missing && (!newest || written > time)) {
+            newest = folder / name;
+            time = written;
+        }
+    }
+    return newest;
+}
+
+} // namespace
+
+fs::path RouteMemory::managerFolder() {
+    // NOLINTBEGIN(concurrency-mt-unsafe): nobody changes the environment.
+    const char* const state = std::getenv("XDG_STATE_HOME");
+    const char* const home = std::getenv("HOME");
+    // NOLINTEND(concurrency-mt-unsafe)
+    const fs::path folder = state != nullptr && *state != '\0'
+                                ? fs::path(state)
+                                : fs::path(home == nullptr ? "" : home) / ".local/state";
+    return folder / "wireplumber";
+}
+
+void RouteMemory::follow(Clock::time_point now) {
+    std::map<Place, std::string> targets;
+    for (const auto& [serial, node] : graph_.nodes()) {
+        if (!isPlaybackStream(node) || node.routeKey.isEmpty()) {
+            continue;
+        }
+        for (const char* const key : {targetNodeKey, targetObjectKey}) {
+            const auto value = graph_.metadata(sessionMetadata, node.id, key);
+            if (!value) {
+                continue;
+            }
+            const auto known = targets_.find({serial, key});
+            const bool isNew = known == targets_.end() || known->second != value->value;
+            const Node* const device = targetOf(graph_, key, *value);
+            if (isNew && !isFirst_ && device != nullptr && !isMuteSink(*device)) {
+                choices_[node.routeKey] = {.device = device->name, .time = now};
+            }
+            targets[{serial, key}] = value->value;
+        }
+    }
+    targets_ = std::move(targets);
+    std::erase_if(choices_,
+                  [now](const auto& one) { return now - one.second.time > writtenWithin; });
+    isFirst_ = false;
+}
+
+void RouteMemory::clear() {
+    isFirst_ = true;
+    targets_.clear();
+    choices_.clear();
+}
+
+std::optional<std::string> RouteMemory::lastChoice(const RouteKey& key,
+                                                   Clock::time_point now) const {
+    const auto chosen = choices_.find(key);
+    const bool isFresh = chosen != choices_.end() && now - chosen->second.time <= writtenWithin;
+    return isFresh ? std::optional(chosen->second.device) : std::nullopt;
+}
+
+std::string RouteMemory::device(const Node& stream, Clock::time_point now) const {
+    if (stream.routeKey.isEmpty()) {
+        return {};
+    }
+    if (const auto chosen = lastChoice(stream.routeKey, now)) {
+        return *chosen;
+    }
+    if (const auto path = newestFile(folder_)) {
+        if (std::ifstream file(*path); file) {
+            return storedDevice(file, stream.routeKey).value_or("");
+        }
+    }
+    for (const char* const key : {targetObjectKey, targetNodeKey}) {
+        const auto value = graph_.metadata(sessionMetadata, stream.id, key);
+        const Node* const device = value ? targetOf(graph_, key, *value) : nullptr;
+        if (device != nullptr && !isMuteSink(*device)) {
+            return device->name;
+        }
+    }
+    return {};
+}
+
+} // namespace velmora::pipewire

@@ -1,0 +1,28 @@
+// StreamTarget.h: where the session manager was told to send a stream.
+#pragma once
+
+#include "platform/pipewire/view/Graph.h"
+
+namespace velmora::pipewire {
+
+/// The metadata object that the session manager obeys, and the two keys about a stream that name
+/// its target: by serial, which wins, and by global id.
+inline constexpr const char* sessionMetadata = "default";
+inline constexpr const char* targetObjectKey = "target.object";
+inline constexpr const char* targetNodeKey = "target.node";
+
+/// A stream that the session manager knows as one that plays.
+[[nodiscard]] inline bool isPlaybackStream(const Node& node) {
+    return node.mediaClass == "Stream/Output/Audio";
+}
+
+/// A sink that is not offered to anybody, as ours for silenced applications.
+[[nodiscard]] inline bool isMuteSink(const Node& node) {
+    return node.mediaClass == "Audio/Sink/Internal";
+}
+
+/// Null when the value names nothing that is there.
+[[nodiscard]] const Node*
+targetOf(const Graph& graph, std::string_view key, const MetadataValue& value);
+
+} // namespace velmora::pipewire

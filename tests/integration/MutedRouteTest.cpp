@@ -1,0 +1,151 @@
+// Where applications play once they are no longer silenced: where they would have played anyway.
+
+#include "MixerTest.h"
+#include "SessionMemory.h"
+
+#include <csignal>
+
+namespace velmora {
+namespace {
+
+using namespace support;
+
+/// An application that the user has sent to a headset. The second copy of the mix goes to the
+/// interface, so that speakers and headset hold direct sound only.
+class MutedRoute : public ListeningMixerTest {
+protected:
+    MutedRoute() {
+        engine.setMonitoringSelection(interface4.name + "#3");
+        session().add(headset);
+        app.play("one", leftHz, rightHz, playedDb);
+        // On the headset already where a test before has chosen it.
+        EXPECT_TRUE(waitUntil([this] {
+            const AudioGraph graph = session().graph();
+            return graph.linked("one", speakers.name) || graph.linked("one", headset.name);
+        }));
+        sendTo(session(), "one", headset.name);
+        EXPECT_TRUE(atHeadset().hears(0, leftHz, playedDb));
+    }
+    ~MutedRoute() override {
+        engine.stop();
+        if (session().graph().node(headset.name) != nullptr) {
+            session().remove(headset.name);
+        }
+    }
+
+    [[nodiscard]] Recorder atHeadset() const { return {session(), headset.name, {1}}; }
+
+    AudioSource muted(const ToneApp& application) {
+        AudioSource source = playing(application.pid());
+        engine.setDirectMuted(true, source);
+        return source;
+    }
+
+    ChildProcess mutingMixer(const ToneApp& application) {
+        return session().start({VELMORA_MUTING_MIXER, std::to_string(application.pid())},
+                               "muting-mixer");
+    }
+
+    /// The stored choice is the headset, which is not there; the application plays on the speakers.
+    void takeHeadsetAway() {
+        app.stop("one");
+        session().remove(headset.name);
+        app.play("two", otherLeftHz, otherRightHz, playedDb);
+        EXPECT_TRUE(atSpeakers.hears(0, otherLeftHz, playedDb));
+    }
+
+    const SessionDevice headset{
+        .name = "test.headset", .description = "Headset", .mediaClass = "Audio/Sink"};
+    ToneApp app{session()};
+};
+
+TEST_F(MutedRoute, IsKeptForATrackThatBeginsWhileMuted) {
+    mix({muted(app)});
+    ASSERT_TRUE(atHeadset().isSilentAt(0, leftHz));
+
+    app.stop("one");
+    app.play("two", otherLeftHz, otherRightHz, playedDb);
+    ASSERT_TRUE(mic.hears(0, otherLeftHz, playedDb));
+    EXPECT_TRUE(atHeadset().isSilentAt(0, otherLeftHz));
+    EXPECT_TRUE(atSpeakers.isSilentAt(0, otherLeftHz));
+
+    engine.stop();
+    EXPECT_TRUE(atHeadset().hears(0, otherLeftHz, playedDb));
+    EXPECT_TRUE(atSpeakers.isSilentAt(0, otherLeftHz));
+}
+
+TEST_F(MutedRoute, IsKeptForATrackThatBeginsAfterwards) {
+    mix({muted(app)});
+    ASSERT_TRUE(atHeadset().isSilentAt(0, leftHz));
+    app.stop("one");
+    engine.stop();
+
+    app.play("two", otherLeftHz, otherRightHz, playedDb);
+
+    EXPECT_TRUE(atHeadset().hears(0, otherLeftHz, playedDb));
+    EXPECT_TRUE(atSpeakers.isSilentAt(0, otherLeftHz));
+}
+
+TEST_F(MutedRoute, IsKeptForAnotherApplicationOfTheSameKind) {
+    const SessionMemory before = memoryOf(session());
+    mix({muted(app)});
+    ASSERT_TRUE(atHeadset().isSilentAt(0, leftHz));
+
+    const ToneApp other(session());
+    other.play("two", otherLeftHz, otherRightHz, playedDb);
+
+    EXPECT_TRUE(atHeadset().hears(0, otherLeftHz, playedDb));
+    EXPECT_EQ(memoryOf(session()).files, before.files);
+}
+
+TEST_F(MutedRoute, IsKeptWhenItWasChosenAMomentBefore) {
+    sendTo(session(), "one", speakers.name);
+    ASSERT_TRUE(atSpeakers.hears(0, leftHz, playedDb));
+    const AudioSource source = muted(app);
+    sendTo(session(), "one", headset.name);
+    mix({source});
+    ASSERT_TRUE(atSpeakers.isSilentAt(0, leftHz));
+    engine.stop();
+    app.stop("one");
+
+    app.play("two", otherLeftHz, otherRightHz, playedDb);
+
+    EXPECT_TRUE(atHeadset().hears(0, otherLeftHz, playedDb));
+}
+
+TEST_F(MutedRoute, IsKeptWhileItsDeviceIsAway) {
+    takeHeadsetAway();
+    const SessionMemory before = memoryOf(session());
+    const AudioSource source = muted(app);
+    mix({source});
+    ASSERT_TRUE(atSpeakers.isSilentAt(0, otherLeftHz));
+    EXPECT_EQ(memoryOf(session()).files, before.files);
+
+    engine.setDirectMuted(false, source);
+
+    EXPECT_TRUE(atSpeakers.hears(0, otherLeftHz, playedDb));
+    const SessionMemory after = memoryOf(session());
+    EXPECT_EQ(after.files, before.files);
+    EXPECT_EQ(after.metadata, before.metadata);
+}
+
+TEST_F(MutedRoute, IsKeptWhenTheMixerEndsOrIsKilled) {
+    takeHeadsetAway();
+    const SessionMemory before = memoryOf(session());
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        const ChildProcess mixer = mutingMixer(app);
+        ASSERT_TRUE(mic.hears(0, otherLeftHz, playedDb));
+        ASSERT_TRUE(atSpeakers.isSilentAt(0, otherLeftHz));
+
+        ::kill(mixer.pid(), signal);
+
+        EXPECT_TRUE(atSpeakers.hears(0, otherLeftHz, playedDb));
+        static_cast<void>(memoryOf(session())); // the choice is written back a little later
+        const SessionMemory after = memoryOf(session());
+        EXPECT_EQ(after.files, before.files) << signal;
+        EXPECT_EQ(after.metadata, before.metadata) << signal;
+    }
+}
+
+} // namespace
+} // namespace velmora

@@ -1,9 +1,11 @@
 #include "presets/PresetStore.h"
 
 #include "presets/PresetJson.h"
+#include "presets/PresetNames.h"
 #include "presets/PresetRecall.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -63,7 +65,8 @@ const Preset* PresetStore::active() const {
     return activeID_ ? presetWithID(presets_, *activeID_) : nullptr;
 }
 
-void PresetStore::save(Preset preset) {
+DisplacedPresets PresetStore::save(Preset preset) {
+    DisplacedPresets displaced{.activeBefore = activeID_};
     const auto namesake = std::ranges::find(presets_, preset.name, &Preset::name);
     if (namesake == presets_.end()) {
         activeID_ = preset.id;
@@ -71,15 +74,50 @@ void PresetStore::save(Preset preset) {
     } else {
         preset.id = namesake->id;
         activeID_ = preset.id;
-        *namesake = std::move(preset);
+        displaced.wereReplaced = true;
+        displaced.entries.push_back(
+            {std::exchange(*namesake, std::move(preset)),
+             static_cast<std::size_t>(std::distance(presets_.begin(), namesake))});
     }
+    displaced.activeAfter = activeID_;
     persist();
+    return displaced;
 }
 
-void PresetStore::remove(const Uuid& id) {
+DisplacedPresets PresetStore::remove(const Uuid& id) {
+    DisplacedPresets displaced{.activeBefore = activeID_};
+    for (std::size_t index = 0; index < presets_.size(); ++index) {
+        if (presets_[index].id == id) {
+            displaced.entries.push_back({presets_[index], index});
+        }
+    }
     std::erase_if(presets_, [id](const Preset& preset) { return preset.id == id; });
     if (activeID_ == id) {
         activeID_.reset();
+    }
+    displaced.activeAfter = activeID_;
+    persist();
+    return displaced;
+}
+
+void PresetStore::bringBack(const DisplacedPresets& displaced) {
+    for (auto [preset, index] : displaced.entries) {
+        const auto successor = displaced.wereReplaced
+                                   ? std::ranges::find(presets_, preset.id, &Preset::id)
+                                   : presets_.end();
+        if (successor != presets_.end()) {
+            *successor = std::move(preset);
+            continue;
+        }
+        preset.name = freePresetName(presets_, preset.name);
+        const auto place = static_cast<std::ptrdiff_t>(std::min(index, presets_.size()));
+        presets_.insert(presets_.begin() + place, std::move(preset));
+    }
+    if (activeID_ == displaced.activeAfter) {
+        activeID_ = displaced.activeBefore;
+        if (active() == nullptr) {
+            activeID_.reset();
+        }
     }
     persist();
 }

@@ -5,12 +5,26 @@
 #include "platform/Signal.h"
 #include "presets/Preset.h"
 
+#include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace velmora {
 
 class PresetRecall;
+
+/// What one edit took out of the list, for `PresetStore::bringBack`.
+struct DisplacedPresets {
+    struct Entry {
+        Preset preset;
+        std::size_t index{}; ///< in the list before the edit
+    };
+    std::vector<Entry> entries{}; ///< in the order of the list; empty = the edit took nothing away
+    bool wereReplaced{};          ///< by others under their ids, which take their places
+    std::optional<Uuid> activeBefore{};
+    std::optional<Uuid> activeAfter{};
+};
 
 /// Keeps the list under "presets" (bytes of JSON) and the active id under "activePresetID".
 ///
@@ -34,8 +48,12 @@ public:
     /// its id; otherwise the preset comes last.
     /// A preset with a number that is not finite stays in the list, but nothing of the list is
     /// written while it is there: what was kept before stays kept.
-    void save(Preset preset);
-    void remove(const Uuid& id);
+    DisplacedPresets save(Preset preset);
+    DisplacedPresets remove(const Uuid& id);
+    /// Undoes an edit, whatever has been edited since. A preset that was replaced returns to its
+    /// place; a deleted one too, under a name of its own if another has taken its name meanwhile.
+    /// It is active again unless another preset has become so.
+    void bringBack(const DisplacedPresets& displaced);
     /// To be told by whoever applied a preset.
     void setActive(const Uuid& id);
 

@@ -6,7 +6,8 @@ namespace velmora {
 
 namespace {
 
-// {file}, {copy} and {status} stand for what `sentence` puts in.
+// {file}, {copy} and {status} stand for what `sentence` puts in, {name} for what the bar of undoing
+// does.
 constexpr auto texts = std::to_array<TextPair>({
     // The settings file
     {"Le fichier des réglages {file} était endommagé. Il a été mis de côté sous {copy} "
@@ -49,6 +50,12 @@ constexpr auto texts = std::to_array<TextPair>({
     {"Appareil entier", "Whole device"},
     {"Rechercher", "Search"},
     {"Aucune application trouvée", "No application found"},
+
+    // What can be undone
+    {"« {name} » retiré", "“{name}” removed"},
+    {"Preset « {name} » supprimé", "Preset “{name}” deleted"},
+    {"Preset « {name} » remplacé", "Preset “{name}” replaced"},
+    {"Défaire", "Undo"},
 
     // The control window, as a screen reader calls its parts
     {"Couper le son", "Mute"},

@@ -44,6 +44,11 @@ Window {
         value: root.visible && root.visibility !== Window.Minimized
     }
     Shortcut {
+        sequences: ["Ctrl+Z", "Meta+Z"]
+        enabled: root.model.undo.offered && !view.asking
+        onActivated: root.model.undo.undo()
+    }
+    Shortcut {
         sequences: ["Ctrl+,", "Meta+,"]
         context: Qt.ApplicationShortcut
         onActivated: root.model.openSettings()

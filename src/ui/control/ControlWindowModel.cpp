@@ -10,6 +10,7 @@
 #include "settings/AppSettings.h"
 #include "ui/control/PresetMenu.h"
 #include "ui/control/ProblemText.h"
+#include "ui/control/RemovedSource.h"
 #include "ui/control/SourceMenu.h"
 #include "ui/control/TakeOver.h"
 
@@ -45,10 +46,14 @@ ControlWindowModel::ControlWindowModel(const Parts& parts, QObject* parent)
               parts.platform.defaults,
               this),
       chooser_(parts.platform.applications, this),
+      undo_(parts.platform.mainQueue, parts.settings, this),
       engineConnection_(parts.engine.changed().connect([this] { follow(); })),
       presetsConnection_(parts.presets.changed().connect([this] { followPresets(); })),
       settingsConnection_(parts.settings.changed().connect([this] { follow(); })),
       storeConnection_(parts.platform.defaults.problemsChanged().connect([this] { follow(); })) {
+    connect(&strips_, &SourceStripsModel::sourceRemoved, this, [this](const RemovedSource& source) {
+        offerUndo(source);
+    });
     follow();
     followPresets();
 }
@@ -83,7 +88,9 @@ GumMenuModel* ControlWindowModel::openPresetsMenu() {
 void ControlWindowModel::savePreset(const QString& name) {
     const auto trimmed = withoutBlanksAround(name.toStdString());
     if (!trimmed.empty()) {
-        parts_.presets.save(snapshotPreset(parts_.engine, parts_.platform.devices, trimmed));
+        offerUndo(
+            "Preset « {name} » remplacé",
+            parts_.presets.save(snapshotPreset(parts_.engine, parts_.platform.devices, trimmed)));
     }
 }
 
@@ -95,6 +102,7 @@ void ControlWindowModel::setVisible(bool visible) {
 }
 
 void ControlWindowModel::follow() {
+    undo_.withdrawMoot();
     if (takeOver(running_, parts_.engine.isRunning())) {
         Q_EMIT runningChanged();
     }
@@ -146,7 +154,7 @@ std::vector<GumMenuItem> ControlWindowModel::presetItems() {
                            parts_.settings,
                            {.save = [this] { Q_EMIT savePromptRequested(); },
                             .apply = [this](const Preset& preset) { apply(preset); },
-                            .remove = [this](const Uuid& id) { parts_.presets.remove(id); }});
+                            .remove = [this](const Uuid& id) { remove(id); }});
 }
 
 void ControlWindowModel::take(const AudioSource& source, bool asExtra) {
@@ -166,8 +174,32 @@ void ControlWindowModel::browseForApp(bool asExtra) {
 }
 
 void ControlWindowModel::apply(const Preset& preset) {
+    // A source that was removed before does not belong into this setup.
+    undo_.withdraw(UndoOffer::Kind::source);
     parts_.recall.apply(preset, {.launchClosedApps = true, .quiet = false});
     parts_.presets.setActive(preset.id);
+}
+
+void ControlWindowModel::remove(const Uuid& preset) {
+    offerUndo("Preset « {name} » supprimé", parts_.presets.remove(preset));
+}
+
+void ControlWindowModel::offerUndo(const RemovedSource& removed) {
+    undo_.offer(
+        {.kind = UndoOffer::Kind::source,
+         .french = "« {name} » retiré",
+         .name = removed.source.name(),
+         .undo = [this, removed] { putBack(parts_.engine, removed); },
+         .isMoot = [this, source = removed.source] { return isInMix(parts_.engine, source); }});
+}
+
+void ControlWindowModel::offerUndo(std::string_view french, const DisplacedPresets& displaced) {
+    if (!displaced.entries.empty()) {
+        undo_.offer({.kind = UndoOffer::Kind::presets,
+                     .french = french,
+                     .name = displaced.entries.front().preset.name,
+                     .undo = [this, displaced] { parts_.presets.bringBack(displaced); }});
+    }
 }
 
 } // namespace velmora

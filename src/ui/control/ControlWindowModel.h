@@ -6,12 +6,14 @@
 #include "ui/control/ApplicationChooserModel.h"
 #include "ui/control/ApplicationOpener.h"
 #include "ui/control/SourceStripsModel.h"
+#include "ui/control/UndoModel.h"
 #include "ui/control/VolumeModel.h"
 #include "ui/kit/menu/GumMenuModel.h"
 
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
+#include <string_view>
 #include <vector>
 
 namespace velmora {
@@ -21,7 +23,9 @@ class AudioEngine;
 class PresetRecall;
 class PresetStore;
 class SourceManager;
+struct DisplacedPresets;
 struct Preset;
+struct Uuid;
 
 /// Holds no audio state of its own: everything is read from the engine and the presets, and every
 /// edit goes there.
@@ -43,6 +47,7 @@ class ControlWindowModel : public QObject {
     Q_PROPERTY(velmora::GumMenuModel* extraMenu READ extraMenu CONSTANT)
     Q_PROPERTY(velmora::GumMenuModel* presetsMenu READ presetsMenu CONSTANT)
     Q_PROPERTY(velmora::ApplicationChooserModel* chooser READ chooser CONSTANT)
+    Q_PROPERTY(velmora::UndoModel* undo READ undo CONSTANT)
     Q_PROPERTY(bool visible READ visible WRITE setVisible NOTIFY visibleChanged)
 
 public:
@@ -80,6 +85,7 @@ public:
     [[nodiscard]] GumMenuModel* extraMenu() { return &extraMenu_; }
     [[nodiscard]] GumMenuModel* presetsMenu() { return &presetsMenu_; }
     [[nodiscard]] ApplicationChooserModel* chooser() { return &chooser_; }
+    [[nodiscard]] UndoModel* undo() { return &undo_; }
 
     // Each fills its menu with what there is now.
     Q_INVOKABLE velmora::GumMenuModel* openPrimaryMenu();
@@ -121,6 +127,9 @@ private:
     void take(const AudioSource& source, bool asExtra);
     void browseForApp(bool asExtra);
     void apply(const Preset& preset);
+    void remove(const Uuid& preset);
+    void offerUndo(const RemovedSource& removed);
+    void offerUndo(std::string_view french, const DisplacedPresets& displaced);
 
     Parts parts_;
     ApplicationOpener opener_;
@@ -132,6 +141,7 @@ private:
     GumMenuModel extraMenu_{this};
     GumMenuModel presetsMenu_{this};
     ApplicationChooserModel chooser_;
+    UndoModel undo_;
     // As last shown.
     bool running_ = false;
     QString problemText_;

@@ -15,12 +15,13 @@ Item {
     // With the gap before them.
     readonly property real stripsHeight: stripColumn.implicitHeight > 0 ? stripColumn.implicitHeight + spacing : 0
     readonly property bool asking: savePrompt.opened || chooser.opened
+    readonly property bool choosing: primaryMenu.opened || extraMenu.opened || presetsMenu.opened
 
     // What a menu asked for waits until the menu has closed and given the focus back.
     property bool promptWanted
     property bool chooserWanted
     function answerWishes(): void {
-        if (primaryMenu.opened || extraMenu.opened || presetsMenu.opened)
+        if (choosing)
             return;
         if (promptWanted)
             savePrompt.ask(model.beginSavePreset());
@@ -82,6 +83,7 @@ Item {
                 text: root.model.problemText
                 dismissable: root.model.canDismissProblems
                 onDismissed: root.model.dismissProblems()
+                onUndoPressed: root.model.undo.undo()
             }
             PickerButton {
                 id: sourcePicker
@@ -186,6 +188,16 @@ Item {
         }
     }
 
+    UndoBar {
+        objectName: "undoBar"
+        x: root.margin
+        y: root.height - root.margin - height
+        width: root.width - 2 * root.margin
+        enabled: !root.asking
+        undo: root.model.undo
+        waiting: root.choosing || root.asking
+        onDeparted: addSource.forceActiveFocus(Qt.OtherFocusReason)
+    }
     GumMenuPopup {
         id: primaryMenu
         anchor: sourcePicker

@@ -7,6 +7,8 @@ Rectangle {
     required property string text
     required property bool dismissable
     signal dismissed
+    // A text takes this key for itself, even one that nobody can edit.
+    signal undoPressed
 
     readonly property int maximumTextHeight: 132
 
@@ -47,6 +49,11 @@ Rectangle {
             wrapMode: Text.Wrap
             textFormat: Text.PlainText
             readOnly: true
+            Keys.onPressed: event => {
+                event.accepted = event.matches(StandardKey.Undo);
+                if (event.accepted)
+                    root.undoPressed();
+            }
             selectByMouse: true
             activeFocusOnPress: true
             Accessible.role: Accessible.AlertMessage

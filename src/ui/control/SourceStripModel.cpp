@@ -79,7 +79,7 @@ void SourceStripModel::setFollowsLevel(bool follows) {
 }
 
 void SourceStripModel::remove() {
-    engine_.remove(source_);
+    Q_EMIT removed(removeSource(engine_, source_));
 }
 
 void SourceStripModel::follow() {

@@ -5,6 +5,7 @@
 #include "platform/Platform.h"
 #include "platform/Signal.h"
 #include "ui/control/EffectsModel.h"
+#include "ui/control/RemovedSource.h"
 
 #include <QObject>
 #include <QString>
@@ -71,7 +72,7 @@ public:
     /// While off, no level is told: a window that nobody sees draws nothing.
     void setFollowsLevel(bool follows);
 
-    /// The source leaves the mix.
+    /// The source leaves the mix, and this object goes with the turn of the event loop.
     Q_INVOKABLE void remove();
 
 Q_SIGNALS:
@@ -80,6 +81,7 @@ Q_SIGNALS:
     void fxActiveChanged();
     void fxOpenChanged();
     void levelChanged();
+    void removed(const velmora::RemovedSource& source);
 
 private:
     void follow();

@@ -93,6 +93,7 @@ void SourceStripsModel::place(std::size_t row, std::size_t last, const AudioSour
 void SourceStripsModel::insert(std::size_t row, const AudioSource& source) {
     auto* const strip = new SourceStripModel(platform_, engine_, source, this);
     strip->setFollowsLevel(followsLevels_);
+    connect(strip, &SourceStripModel::removed, this, &SourceStripsModel::sourceRemoved);
     const auto index = static_cast<int>(row);
     beginInsertRows({}, index, index);
     strips_.insert(strips_.begin() + index, strip);

@@ -3,6 +3,7 @@
 
 #include "platform/Platform.h"
 #include "platform/Signal.h"
+#include "ui/control/RemovedSource.h"
 
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
@@ -43,6 +44,8 @@ public:
 
 Q_SIGNALS:
     void countChanged();
+    /// By its strip's own button.
+    void sourceRemoved(const velmora::RemovedSource& source);
 
 private:
     void follow();

@@ -183,6 +183,19 @@ const State states[] = {
          mixAndStart(stage);
          stage.scene.model.openExtraMenu()->activate(0);
      }},
+    {"undo",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         stage.scene.model.savePreset("Podcast");
+         stage.run(0ms);
+     }},
+    {"undo-focus",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         stage.press("removeButton");
+         stage.key(Qt::Key_Backtab);
+         stage.key(Qt::Key_Backtab);
+     }},
     {"problem",
      [](Stage& stage) {
          stage.scene.mixPodcast();

@@ -89,11 +89,12 @@ public:
     }
     std::optional<double> tapRate() const override { return real_.tapRate(); }
     std::expected<std::unique_ptr<ApplicationTap>, TapRefusal>
-    open(AudioObjectID process, Mute mute, TapCallback callback) override {
-        return real_.open(process, mute, [callback = std::move(callback)](const TapBlock& block) {
-            const RealTimeGuard guard;
-            callback(block);
-        });
+    open(AudioObjectID process, Mute mute, float divisor, TapCallback callback) override {
+        return real_.open(
+            process, mute, divisor, [callback = std::move(callback)](const TapBlock& block) {
+                const RealTimeGuard guard;
+                callback(block);
+            });
     }
 
 private:

@@ -1,8 +1,8 @@
 #include "ui/control/SourceMenu.h"
 
-#include "capture/RangeName.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioSource.h"
+#include "operations/ChannelChoices.h"
 #include "platform/Platform.h"
 #include "settings/AppSettings.h"
 #include "ui/control/SourceIcons.h"
@@ -54,24 +54,10 @@ private:
     [[nodiscard]] std::vector<GumMenuItem> ranges(const InputDeviceInfo& info,
                                                   const DeviceSource& whole) const {
         std::vector<GumMenuItem> items{choice(whole, text("Appareil entier"))};
-        for (std::int64_t first = 1; info.channels > 2 && first < info.channels; first += 2) {
-            items.push_back(range(info, first, 2));
-        }
-        for (std::int64_t channel = 1; channel <= info.channels; ++channel) {
-            items.push_back(range(info, channel, 1));
+        for (const ChannelChoice& range : channelChoices(info, settings_)) {
+            items.push_back(choice(range.source, QString::fromStdString(range.label)));
         }
         return items;
-    }
-
-    [[nodiscard]] GumMenuItem
-    range(const InputDeviceInfo& info, std::int64_t first, std::int64_t count) const {
-        const ChannelRange channels{.first = first, .count = count};
-        const std::string one = settings_.t(frenchRangeWords.one);
-        const std::string several = settings_.t(frenchRangeWords.several);
-        // The strip shows the name alone, so the name says which device it is.
-        return choice(
-            DeviceChannelsSource{info.deviceID, first, count, rangeName(info.name, channels)},
-            QString::fromStdString(rangeLabel(channels, {.one = one, .several = several})));
     }
 
     const Platform& platform_;

@@ -2,7 +2,7 @@
 
 #include "capture/RangeName.h"
 #include "engine/AudioEngine.h"
-#include "ui/control/MuteToggle.h"
+#include "operations/MuteToggle.h"
 #include "ui/control/SourceIcons.h"
 #include "ui/control/TakeOver.h"
 

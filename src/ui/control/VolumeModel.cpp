@@ -1,9 +1,9 @@
 #include "ui/control/VolumeModel.h"
 
 #include "engine/AudioEngine.h"
+#include "operations/MuteToggle.h"
 #include "platform/DefaultsStore.h"
 #include "settings/AppSettings.h"
-#include "ui/control/MuteToggle.h"
 #include "ui/control/TakeOver.h"
 
 #include <utility>

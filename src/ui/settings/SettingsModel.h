@@ -1,10 +1,10 @@
 // SettingsModel.h: what the settings window shows and does.
 #pragma once
 
+#include "operations/DeviceOptions.h"
 #include "platform/Platform.h"
 #include "platform/Signal.h"
 #include "settings/AppSettings.h"
-#include "ui/settings/DeviceOptions.h"
 
 #include <QObject>
 #include <QString>

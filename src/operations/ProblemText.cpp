@@ -1,4 +1,4 @@
-#include "ui/control/ProblemText.h"
+#include "operations/ProblemText.h"
 
 #include "engine/AudioEngine.h"
 #include "platform/DefaultsStore.h"

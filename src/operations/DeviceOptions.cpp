@@ -1,4 +1,4 @@
-#include "ui/settings/DeviceOptions.h"
+#include "operations/DeviceOptions.h"
 
 #include "capture/DeviceQueries.h"
 #include "capture/SourceManager.h"

@@ -1,4 +1,4 @@
-#include "ui/control/MuteToggle.h"
+#include "operations/MuteToggle.h"
 
 #include "platform/DefaultsStore.h"
 

@@ -1,5 +1,6 @@
 #include "operations/MuteToggle.h"
 
+#include "engine/AudioSource.h"
 #include "platform/DefaultsStore.h"
 
 #include <cmath>
@@ -22,6 +23,10 @@ float toggledGain(DefaultsStore& defaults, const std::string& key, float gain) {
     }
     const auto kept = static_cast<float>(defaults.read<double>(key).value_or(0.0));
     return isGain(kept) && !isMutedGain(kept) ? kept : 1.0F;
+}
+
+std::string premuteKey(const AudioSource& source) {
+    return "sourceGain.premute." + source.id();
 }
 
 } // namespace velmora

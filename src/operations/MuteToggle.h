@@ -5,6 +5,7 @@
 
 namespace velmora {
 
+class AudioSource;
 class DefaultsStore;
 
 /// Whether a control may set this linear gain: a number, and not negative.
@@ -17,5 +18,10 @@ class DefaultsStore;
 /// after a restart; unmuting gives what is kept there, or unity when that would be silence.
 /// Threads: main.
 [[nodiscard]] float toggledGain(DefaultsStore& defaults, const std::string& key, float gain);
+
+// Where the gain from before muting is kept.
+[[nodiscard]] std::string premuteKey(const AudioSource& source);
+inline constexpr const char* streamPremuteKey = "streamVolume.premute";
+inline constexpr const char* headphonePremuteKey = "headphoneVolume.premute";
 
 } // namespace velmora

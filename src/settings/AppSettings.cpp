@@ -24,11 +24,6 @@ std::optional<ColorScheme> schemeForcedBy(std::string_view appearance) {
     return std::nullopt;
 }
 
-std::string_view inEnglish(std::string_view french) {
-    static const TextTable table{fixedTexts(), addedTexts()};
-    return table.english(french).value_or(french);
-}
-
 } // namespace
 
 AppSettings::AppSettings(const Platform& platform)

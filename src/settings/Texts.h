@@ -4,6 +4,7 @@
 #include "settings/TextTable.h"
 
 #include <span>
+#include <string_view>
 
 namespace velmora {
 
@@ -14,5 +15,11 @@ namespace velmora {
 /// Everything else that is said to the user: accessible names, tooltips, sentences about trouble.
 /// No French text is in both lists.
 [[nodiscard]] std::span<const TextPair> addedTexts();
+
+/// What commands print, refuse and explain. No French text of the other lists is here.
+[[nodiscard]] std::span<const TextPair> commandTexts();
+
+/// The English of a text of any list; a text that is in none comes back unchanged.
+[[nodiscard]] std::string_view inEnglish(std::string_view french);
 
 } // namespace velmora

@@ -42,7 +42,7 @@ const std::vector<Part> house{
     {"capture", {"engine/VelmoraError", "engine/realtime", "effects", "settings"}},
     {"engine", {"capture", "effects/FXParamsJson"}, {json}},
     {"presets", {"engine"}, {json}},
-    {"operations", {"presets"}},
+    {"operations", {"presets"}, {json}},
     {"ui/kit", {"settings"}, {qt}},
     {"ui", {"ui/kit", "operations"}, {qt}},
     {"app",

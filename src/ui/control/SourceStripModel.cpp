@@ -57,8 +57,8 @@ bool SourceStripModel::muted() const {
 }
 
 void SourceStripModel::toggleMute() {
-    const std::string key = "sourceGain.premute." + source_.id();
-    engine_.setGain(toggledGain(platform_.defaults, key, engine_.gain(source_)), source_);
+    engine_.setGain(toggledGain(platform_.defaults, premuteKey(source_), engine_.gain(source_)),
+                    source_);
 }
 
 void SourceStripModel::setDirectMuted(bool muted) {

@@ -13,7 +13,7 @@ namespace velmora {
 VolumeModel::Output VolumeModel::headphones(AudioEngine& engine) {
     return {.symbol = "headphones",
             .frenchName = "Casque",
-            .storageKey = "headphoneVolume",
+            .premuteKey = headphonePremuteKey,
             .volume = {.get = [&engine] { return engine.headphoneVolume(); },
                        .set = [&engine](float volume) { engine.setHeadphoneVolume(volume); }}};
 }
@@ -21,7 +21,7 @@ VolumeModel::Output VolumeModel::headphones(AudioEngine& engine) {
 VolumeModel::Output VolumeModel::stream(AudioEngine& engine) {
     return {.symbol = "dot.radiowaves.left.and.right",
             .frenchName = "Micro virtuel",
-            .storageKey = "streamVolume",
+            .premuteKey = streamPremuteKey,
             .volume = {.get = [&engine] { return engine.streamVolume(); },
                        .set = [&engine](float volume) { engine.setStreamVolume(volume); }}};
 }
@@ -49,8 +49,7 @@ bool VolumeModel::muted() const {
 }
 
 void VolumeModel::toggleMute() {
-    output_.volume.set(
-        toggledGain(defaults_, output_.storageKey + ".premute", output_.volume.get()));
+    output_.volume.set(toggledGain(defaults_, output_.premuteKey, output_.volume.get()));
 }
 
 void VolumeModel::followEngine() {

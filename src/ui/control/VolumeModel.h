@@ -30,7 +30,7 @@ public:
     struct Output {
         const char* symbol;
         const char* frenchName;
-        std::string storageKey; ///< of the volume; the gain before muting is kept beside it
+        const char* premuteKey; ///< of the gain before muting
         Binding<float> volume;
     };
     [[nodiscard]] static Output headphones(AudioEngine& engine);

@@ -1,0 +1,93 @@
+#include "operations/CommandTable.h"
+
+#include <array>
+#include <limits>
+
+namespace velmora {
+
+namespace {
+
+constexpr std::size_t any = std::numeric_limits<std::size_t>::max();
+constexpr std::string_view switchWords = "SOURCE [on|off|toggle]";
+
+constexpr auto commands = std::to_array<CommandInfo>({
+    {"status",
+     "",
+     0,
+     0,
+     "montrer ce qui est réglé maintenant",
+     "{running, bypassed, microphone: {db, muted}, headphones: {db, muted}, monitor, preset, "
+     "sources, problems}"},
+    {"on", "", 0, 0, "mettre le mixage en marche"},
+    {"off", "", 0, 0, "arrêter le mixage"},
+    {"toggle", "", 0, 0, "mettre le mixage en marche ou l'arrêter"},
+    {"sources",
+     "",
+     0,
+     0,
+     "montrer les sources du mixage",
+     "[{number, id, name, kind, db, muted, silenced, effects}]"},
+    {"available",
+     "",
+     0,
+     0,
+     "montrer les sources qui peuvent être ajoutées",
+     "[{number, id, name, kind, playing}]"},
+    {"add", "SOURCE", 1, 1, "ajouter une source que montre « available »"},
+    {"remove", "SOURCE", 1, 1, "retirer une source"},
+    {"gain", "SOURCE DB", 2, 2, "régler le niveau d'une source, de -60 à 6 dB"},
+    {"mute", switchWords, 1, 2, "couper une source dans le mixage"},
+    {"silence", switchWords, 1, 2, "taire une application sur les enceintes"},
+    {"effects",
+     "SOURCE [reset|NAME=VALUE ...]",
+     1,
+     any,
+     "montrer ou régler les effets d'une source",
+     "{name: value}"},
+    {"bypass", "[on|off|toggle]", 0, 1, "contourner tous les effets"},
+    {"volume",
+     "microphone|headphones DB|mute|unmute|toggle",
+     2,
+     2,
+     "régler le micro virtuel ou le casque, de -60 à 6 dB"},
+    {"monitor",
+     "[DEVICE]",
+     0,
+     1,
+     "montrer ou choisir la sortie d'écoute",
+     "[{number, id, name, chosen}]"},
+    {"preset list", "", 0, 0, "montrer les presets", "[{number, name, active}]"},
+    {"preset apply", "NAME", 1, 1, "rappeler un preset"},
+    {"preset next", "", 0, 0, "rappeler le preset suivant"},
+    {"preset save", "NAME", 1, 1, "garder le setup actuel"},
+    {"preset remove", "NAME", 1, 1, "supprimer un preset"},
+    {"levels", "", 0, 0, "montrer les niveaux de cet instant", "{level, sources: {id: level}}"},
+    {"watch",
+     "",
+     0,
+     0,
+     "écrire une ligne par changement, jusqu'à l'interruption",
+     "what status prints, on a line per change"},
+    {"quit", "", 0, 0, "fermer Velmora"},
+});
+
+constexpr auto options = std::to_array<OptionInfo>({
+    {"--json", "avec une commande qui montre quelque chose : du JSON"},
+    {"--start", "avec une commande : ouvrir d'abord Velmora, caché"},
+    {"--hidden", "ouvrir Velmora sans sa fenêtre"},
+    {"--headless", "mixer sans écran, aux ordres des commandes"},
+    {"--help", "montrer cette aide"},
+    {"--version", "montrer la version"},
+});
+
+} // namespace
+
+std::span<const CommandInfo> commandTable() {
+    return commands;
+}
+
+std::span<const OptionInfo> optionTable() {
+    return options;
+}
+
+} // namespace velmora

@@ -1,0 +1,29 @@
+// CommandTable.h: every command of the program, its words and what it does.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+namespace velmora {
+
+/// Help, manual, completions and the check of a command's words are all made of this.
+struct CommandInfo {
+    std::string_view name;      ///< one word or two: "gain", "preset apply"
+    std::string_view arguments; ///< "SOURCE [on|off|toggle]"; brackets = may be left out
+    std::size_t least{};        ///< how many words follow the name
+    std::size_t most{};
+    std::string_view summary; ///< French; looked up
+    std::string_view json{};  ///< the shape of what --json prints, in English; empty = nothing
+};
+
+[[nodiscard]] std::span<const CommandInfo> commandTable();
+
+struct OptionInfo {
+    std::string_view name; ///< "--json"
+    std::string_view summary;
+};
+
+[[nodiscard]] std::span<const OptionInfo> optionTable();
+
+} // namespace velmora

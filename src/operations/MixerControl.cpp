@@ -1,0 +1,326 @@
+#include "operations/MixerControl.h"
+
+#include "capture/SourceManager.h"
+#include "engine/AudioEngine.h"
+#include "operations/ChannelChoices.h"
+#include "operations/DeviceOptions.h"
+#include "operations/EffectWords.h"
+#include "operations/MuteToggle.h"
+#include "operations/Numbers.h"
+#include "operations/ProblemText.h"
+#include "operations/Sentence.h"
+#include "platform/DefaultsStore.h"
+#include "presets/PresetRecall.h"
+#include "presets/PresetSnapshot.h"
+#include "presets/PresetStore.h"
+#include "settings/AppSettings.h"
+
+namespace velmora {
+
+namespace {
+
+bool isOnAfter(Switch wanted, bool isOn) {
+    return wanted == Switch::toggle ? !isOn : wanted == Switch::on;
+}
+
+NamedChoice named(const AudioSource& source) {
+    const auto* const app = source.app();
+    return {.id = source.id(),
+            .name = source.name(),
+            .alias = app == nullptr ? std::string{} : app->bundleID};
+}
+
+std::string_view withoutBlanksAround(std::string_view text) {
+    constexpr std::string_view blanks = " \t";
+    const auto first = text.find_first_not_of(blanks);
+    return first == text.npos ? std::string_view{}
+                              : text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+} // namespace
+
+Refusal MixerControl::refusal(std::string_view text,
+                              std::string_view name,
+                              std::string_view command) const {
+    return {Refusal::Kind::refused,
+            filled(parts_.settings.t(text), {{"{name}", name}, {"{command}", command}})};
+}
+
+Answer<std::size_t> MixerControl::find(std::span<const NamedChoice> choices,
+                                       std::string_view word,
+                                       std::string_view command) const {
+    const auto found = chosen(choices, word);
+    if (found) {
+        return *found;
+    }
+    return std::unexpected(
+        found.error() == NameMiss::none
+            ? refusal("« {name} » est introuvable. « velmora {command} » montre ce qu'il y a.",
+                      word,
+                      command)
+            : refusal("« {name} » peut en désigner plusieurs. « velmora {command} » donne leurs "
+                      "numéros.",
+                      word,
+                      command));
+}
+
+Answer<> MixerControl::switchMix(Switch wanted) {
+    AudioEngine& engine = parts_.engine;
+    const bool isOn = engine.isRunning();
+    if (isOnAfter(wanted, isOn) == isOn) {
+        return {};
+    }
+    if (isOn) {
+        engine.stop();
+        return {};
+    }
+    engine.start();
+    if (!engine.isRunning()) {
+        return std::unexpected(
+            Refusal{Refusal::Kind::refused,
+                    problemText(engine, parts_.platform.defaults.problems(), parts_.settings)});
+    }
+    return {};
+}
+
+void MixerControl::bypass(Switch wanted) {
+    parts_.engine.setFxBypassed(isOnAfter(wanted, parts_.engine.fxBypassed()));
+}
+
+std::vector<OfferedSource> MixerControl::available() {
+    SourceManager& sources = parts_.sources;
+    sources.refresh();
+    std::vector<OfferedSource> offered;
+    for (const AudioSource& app : sources.runningApps()) {
+        offered.push_back({app, sources.playingPIDs().contains(app.app()->pid)});
+    }
+    for (const InputDeviceInfo& device : sources.inputDeviceInfos()) {
+        offered.push_back({DeviceSource{device.deviceID, device.name}, false});
+        for (ChannelChoice& range : channelChoices(device, parts_.settings)) {
+            offered.push_back({std::move(range.source), false});
+        }
+    }
+    return offered;
+}
+
+Answer<> MixerControl::add(std::string_view word) {
+    const auto offered = available();
+    std::vector<NamedChoice> choices;
+    for (const OfferedSource& one : offered) {
+        choices.push_back(named(one.source));
+    }
+    const auto found = find(choices, word, "available");
+    if (!found) {
+        return std::unexpected(found.error());
+    }
+    parts_.engine.add(offered[*found].source);
+    return {};
+}
+
+Answer<AudioSource> MixerControl::source(std::string_view word) const {
+    std::vector<NamedChoice> choices;
+    for (const AudioSource& one : parts_.engine.sources()) {
+        choices.push_back(named(one));
+    }
+    return then(find(choices, word, "sources"), [this](std::size_t index) -> Answer<AudioSource> {
+        return parts_.engine.sources()[index];
+    });
+}
+
+Answer<> MixerControl::remove(std::string_view word) {
+    return then(source(word), [this](const AudioSource& found) {
+        parts_.engine.remove(found);
+        return Answer<>();
+    });
+}
+
+Answer<float> MixerControl::gain(double db) const {
+    if (const auto linear = gainFromDb(db)) {
+        return *linear;
+    }
+    return std::unexpected(Refusal{
+        Refusal::Kind::refused,
+        filled(parts_.settings.t("Un niveau va de {lowest} à {highest} dB ; -inf est le silence."),
+               {{"{lowest}", numberText(lowestDb, 0)}, {"{highest}", numberText(highestDb, 0)}})});
+}
+
+Answer<> MixerControl::setGain(std::string_view word, double db) {
+    const auto found = source(word);
+    const auto linear = gain(db);
+    if (!found || !linear) {
+        return std::unexpected(found ? linear.error() : found.error());
+    }
+    parts_.engine.setGain(*linear, *found);
+    return {};
+}
+
+Answer<> MixerControl::setGain(Fader fader, double db) {
+    const auto linear = gain(db);
+    if (!linear) {
+        return std::unexpected(linear.error());
+    }
+    if (fader == Fader::microphone) {
+        parts_.engine.setStreamVolume(*linear);
+    } else {
+        parts_.engine.setHeadphoneVolume(*linear);
+    }
+    return {};
+}
+
+Answer<> MixerControl::mute(std::string_view word, Switch wanted) {
+    const auto found = source(word);
+    if (!found) {
+        return std::unexpected(found.error());
+    }
+    const float before = parts_.engine.gain(*found);
+    if (isOnAfter(wanted, isMutedGain(before)) != isMutedGain(before)) {
+        parts_.engine.setGain(toggledGain(parts_.platform.defaults, premuteKey(*found), before),
+                              *found);
+    }
+    return {};
+}
+
+void MixerControl::mute(Fader fader, Switch wanted) {
+    AudioEngine& engine = parts_.engine;
+    const bool isMicrophone = fader == Fader::microphone;
+    const float before = isMicrophone ? engine.streamVolume() : engine.headphoneVolume();
+    if (isOnAfter(wanted, isMutedGain(before)) == isMutedGain(before)) {
+        return;
+    }
+    const float after = toggledGain(
+        parts_.platform.defaults, isMicrophone ? streamPremuteKey : headphonePremuteKey, before);
+    if (isMicrophone) {
+        engine.setStreamVolume(after);
+    } else {
+        engine.setHeadphoneVolume(after);
+    }
+}
+
+Answer<> MixerControl::silence(std::string_view word, Switch wanted) {
+    const auto found = source(word);
+    if (!found) {
+        return std::unexpected(found.error());
+    }
+    if (found->app() == nullptr) {
+        return std::unexpected(
+            refusal("« {name} » n'est pas une application : seule une application joue sur les "
+                    "enceintes.",
+                    found->name()));
+    }
+    const bool isOn = parts_.engine.isDirectMuted(*found);
+    if (isOnAfter(wanted, isOn) != isOn) {
+        parts_.engine.setDirectMuted(!isOn, *found);
+    }
+    return {};
+}
+
+Answer<> MixerControl::setEffects(std::string_view word,
+                                  std::span<const std::pair<std::string, std::string>> changes) {
+    const auto found = source(word);
+    if (!found) {
+        return std::unexpected(found.error());
+    }
+    Answer<FXParams> params = parts_.engine.fx(*found);
+    for (const auto& [name, value] : changes) {
+        params = withEffect(*params, name, value, parts_.settings);
+        if (!params) {
+            return std::unexpected(params.error());
+        }
+    }
+    parts_.engine.setFX(*params, *found);
+    return {};
+}
+
+Answer<> MixerControl::resetEffects(std::string_view word) {
+    return then(source(word), [this](const AudioSource& found) {
+        parts_.engine.setFX({}, found);
+        return Answer<>();
+    });
+}
+
+std::vector<MonitorOffer> MixerControl::monitors() {
+    parts_.sources.refresh();
+    const auto options =
+        monitoringOptions(parts_.platform.devices, parts_.sources, parts_.settings);
+    const std::string selection = parts_.engine.monitoringSelection().value_or("");
+    std::vector<MonitorOffer> offers;
+    for (const Choice& option : options) {
+        offers.push_back(
+            {.tag = option.value,
+             .name = option.label,
+             .isChosen = option.value == selection || option.value == selection + "#1"});
+    }
+    return offers;
+}
+
+Answer<> MixerControl::setMonitor(std::string_view word) {
+    const auto offers = monitors();
+    std::vector<NamedChoice> choices;
+    for (const MonitorOffer& one : offers) {
+        choices.push_back({.id = one.tag, .name = one.name});
+    }
+    const auto found = find(choices, word, "monitor");
+    if (!found) {
+        return std::unexpected(found.error());
+    }
+    const std::string& tag = offers[*found].tag;
+    parts_.engine.setMonitoringSelection(tag.empty() ? std::nullopt : std::optional(tag));
+    return {};
+}
+
+Answer<std::size_t> MixerControl::preset(std::string_view word) const {
+    std::vector<NamedChoice> choices;
+    for (const Preset& one : parts_.presets.presets()) {
+        choices.push_back({.id = one.id.string(), .name = one.name});
+    }
+    return find(choices, word, "preset list");
+}
+
+void MixerControl::apply(std::size_t preset) {
+    const Preset chosen = parts_.presets.presets()[preset];
+    parts_.recall.apply(chosen, {.launchClosedApps = true, .quiet = false});
+    parts_.presets.setActive(chosen.id);
+}
+
+Answer<> MixerControl::applyPreset(std::string_view word) {
+    return then(preset(word), [this](std::size_t index) {
+        apply(index);
+        return Answer<>();
+    });
+}
+
+Answer<> MixerControl::applyNextPreset() {
+    const auto& presets = parts_.presets.presets();
+    if (presets.empty()) {
+        return std::unexpected(refusal(
+            "Il n'y a pas encore de preset. « velmora preset save NOM » garde le setup actuel."));
+    }
+    const auto* const active = parts_.presets.active();
+    const auto after = active == nullptr
+                           ? 0
+                           : static_cast<std::size_t>(active - presets.data() + 1) % presets.size();
+    apply(after);
+    return {};
+}
+
+Answer<> MixerControl::savePreset(std::string_view name) {
+    const auto trimmed = withoutBlanksAround(name);
+    if (trimmed.empty()) {
+        return std::unexpected(refusal("Un preset a besoin d'un nom."));
+    }
+    parts_.presets.save(
+        snapshotPreset(parts_.engine, parts_.platform.devices, std::string(trimmed)));
+    return {};
+}
+
+Answer<> MixerControl::removePreset(std::string_view word) {
+    const auto found = preset(word);
+    if (!found) {
+        return std::unexpected(found.error());
+    }
+    const Uuid id = parts_.presets.presets()[*found].id;
+    parts_.presets.remove(id);
+    return {};
+}
+
+} // namespace velmora

@@ -3,6 +3,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QMetaMethod>
 
 namespace velmora {
 namespace {
@@ -57,17 +58,21 @@ bool SingleInstance::raiseFirst() {
 }
 
 void SingleInstance::Activate(const QVariantMap& platformData) {
-    Q_EMIT activated(platformData.value(activationToken).toString());
+    if (isSignalConnected(QMetaMethod::fromSignal(&SingleInstance::activated))) {
+        Q_EMIT activated(platformData.value(activationToken).toString());
+    } else if (calledFromDBus()) {
+        sendErrorReply(QDBusError::NotSupported, QStringLiteral("there are no windows"));
+    }
 }
 
 void SingleInstance::Open(const QStringList& /*uris*/, const QVariantMap& platformData) {
     Activate(platformData);
 }
 
-void SingleInstance::ActivateAction(const QString& /*action*/,
+void SingleInstance::ActivateAction(const QString& action,
                                     const QVariantList& /*parameters*/,
-                                    const QVariantMap& platformData) {
-    Activate(platformData);
+                                    const QVariantMap& /*platformData*/) {
+    Q_EMIT actionRequested(action);
 }
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusContext>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -11,11 +12,11 @@
 namespace velmora {
 
 /// The program's name on the session's D-Bus, with the interface by which desktops activate
-/// programs.
+/// programs. Whoever wants to see windows of a mixer without any is told so.
 ///
 /// Source: freedesktop.org, Desktop Entry 1.5, "D-Bus Activation".
 /// Threads: main.
-class SingleInstance : public QObject {
+class SingleInstance : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
@@ -49,6 +50,8 @@ Q_SIGNALS:
     /// Somebody launched the program again. @param token  allows a window to come to the front
     /// (Wayland); may be empty
     void activated(const QString& token);
+    /// One of the desktop entry's actions was chosen.
+    void actionRequested(const QString& action);
 
 private:
     QDBusConnection bus_;

@@ -62,6 +62,15 @@ void VelmoraApp::start() {
     });
 }
 
+MixerParts VelmoraApp::parts() {
+    return {.platform = platform_,
+            .engine = engine_,
+            .sources = sources_,
+            .presets = presetStore_,
+            .recall = recall_,
+            .settings = settings_};
+}
+
 void VelmoraApp::open(const QString& token) {
     controlWindow_.open(token);
 }

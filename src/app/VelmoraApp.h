@@ -6,6 +6,7 @@
 #include "capture/DAWModeManager.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
+#include "operations/MixerParts.h"
 #include "platform/MainQueue.h"
 #include "platform/Platform.h"
 #include "presets/PresetRecall.h"
@@ -34,6 +35,9 @@ public:
 
     /// Brings back the last setup and waits for a tray. To be called once.
     void start();
+
+    /// For those who work it without its windows.
+    [[nodiscard]] MixerParts parts();
 
     /// Shows the control window. @param token  see SceneWindow::open
     void open(const QString& token = {});

@@ -1,17 +1,31 @@
 // The mixer: one program per session, which lives until the user quits.
 
+#include "app/CommandClient.h"
+#include "app/Display.h"
+#include "app/HeadlessApp.h"
 #include "app/QuitSignals.h"
 #include "app/RealPlatform.h"
+#include "app/RemoteMixer.h"
 #include "app/SingleInstance.h"
 #include "app/VelmoraApp.h"
+#include "operations/CommandHelp.h"
+#include "operations/LaunchRequest.h"
+#include "operations/Sentence.h"
+#include "platform/sqlite/KeptText.h"
 #include "settings/AppSettings.h"
+#include "settings/Texts.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QIcon>
 #include <QMessageBox>
 
@@ -37,8 +51,81 @@ velmora::ProgramVersion ownVersion() {
 /// Ends this launch, for a user with a terminal and one without.
 int refuse(const std::string& reason) {
     std::fputs(("velmora: " + reason + "\n").c_str(), stderr);
-    QMessageBox::information(nullptr, "Velmora", QString::fromStdString(reason));
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr) {
+        QMessageBox::information(nullptr, "Velmora", QString::fromStdString(reason));
+    }
     return 1;
+}
+
+/// For what is said without the settings' owner.
+std::string inUsersLanguage(std::string_view french) {
+    using namespace velmora;
+    static const auto language = keptText(SqliteDefaultsStore::defaultPath(), "language");
+    return std::string(language == "en" ? inEnglish(french) : french);
+}
+
+/// What is no launch of a mixer: none of it makes windows, or touches the settings.
+std::optional<int> answered(const velmora::LaunchRequest& request, int& argc, char** argv) {
+    using namespace velmora;
+    using Kind = LaunchRequest::Kind;
+    switch (request.kind) {
+    case Kind::help:
+        std::fputs(helpText(inUsersLanguage).c_str(), stdout);
+        return 0;
+    case Kind::version:
+        std::fputs(("Velmora " + versionText(ownVersion()).toStdString() + "\n").c_str(), stdout);
+        return 0;
+    case Kind::unknownOption:
+        std::fputs(("velmora: " +
+                    filled(inUsersLanguage("L'option « {name} » est inconnue. « velmora --help » "
+                                           "les montre."),
+                           {{"{name}", request.words.front()}}) +
+                    "\n")
+                       .c_str(),
+                   stderr);
+        return 2;
+    case Kind::command: {
+        const QCoreApplication application(argc, argv);
+        return CommandClient(inUsersLanguage).run(request);
+    }
+    case Kind::windows:
+    case Kind::hidden:
+        if (!hasDisplay()) {
+            return refuse(inUsersLanguage(
+                "Aucun écran n'est joignable. « velmora --headless » mixe sans fenêtres."));
+        }
+        return std::nullopt;
+    case Kind::headless:
+        return std::nullopt;
+    }
+    std::unreachable();
+}
+
+std::unique_ptr<QCoreApplication>
+applicationFor(velmora::LaunchRequest::Kind kind, int& argc, char** argv) {
+    if (kind == velmora::LaunchRequest::Kind::headless) {
+        return std::make_unique<QCoreApplication>(argc, argv);
+    }
+    auto application = std::make_unique<QApplication>(argc, argv);
+    QApplication::setDesktopFileName("app.velmora.Velmora");
+    QApplication::setWindowIcon(QIcon(":/qt/qml/Velmora/Kit/logo.svg"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    return application;
+}
+
+/// Runs the program on its parts until it is quit.
+template <typename App>
+int runUntilQuit(App& app, velmora::RemoteMixer& remote, velmora::SingleInstance& instance) {
+    using namespace velmora;
+    // Not QCoreApplication::quit(): it asks every window whether it may be closed.
+    const auto quit = [] { QCoreApplication::exit(0); };
+    const QuitSignals quitSignals(quit);
+    remote.attach(app.parts(), quit);
+    QObject::connect(&instance, &SingleInstance::actionRequested, &remote, &RemoteMixer::act);
+    app.start();
+    const int status = QCoreApplication::exec();
+    remote.detach();
+    return status;
 }
 
 } // namespace
@@ -46,16 +133,23 @@ int refuse(const std::string& reason) {
 int main(int argc, char** argv) {
     using namespace velmora;
 
-    QApplication application(argc, argv);
-    QApplication::setApplicationName("velmora");
-    QApplication::setDesktopFileName("app.velmora.Velmora");
-    QApplication::setWindowIcon(QIcon(":/qt/qml/Velmora/Kit/logo.svg"));
-    QApplication::setQuitOnLastWindowClosed(false);
+    const LaunchRequest request =
+        launchRequest(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
+    if (const auto status = answered(request, argc, argv)) {
+        return *status;
+    }
+    const auto application = applicationFor(request.kind, argc, argv);
+    QCoreApplication::setApplicationName("velmora");
 
+    RemoteMixer remote; // before the name: whoever sees that may call at once
     SingleInstance instance;
     const SingleInstance::Claim claim = instance.claim();
-    if (claim == SingleInstance::Claim::second && instance.raiseFirst()) {
+    const bool isSecond = claim == SingleInstance::Claim::second;
+    if (isSecond && request.kind == LaunchRequest::Kind::windows && instance.raiseFirst()) {
         return 0;
+    }
+    if (isSecond && request.kind == LaunchRequest::Kind::hidden) {
+        return 0; // it is open, and nobody wants to see it
     }
     std::optional<RealPlatform> machine(std::in_place);
     if (isOpenAlready(claim, machine->platform().defaults)) {
@@ -64,9 +158,11 @@ int main(int argc, char** argv) {
         return refuse(reason);
     }
     machine->audio().ensureVirtualMicrophone();
+    if (request.kind == LaunchRequest::Kind::headless) {
+        HeadlessApp app(machine->platform());
+        return runUntilQuit(app, remote, instance);
+    }
     VelmoraApp app(machine->platform(), ownVersion());
     QObject::connect(&instance, &SingleInstance::activated, &app, &VelmoraApp::open);
-    const QuitSignals quitSignals([&] { app.quit(); });
-    app.start();
-    return QApplication::exec();
+    return runUntilQuit(app, remote, instance);
 }

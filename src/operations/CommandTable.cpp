@@ -86,6 +86,11 @@ std::span<const CommandInfo> commandTable() {
     return commands;
 }
 
+std::string usageOf(const CommandInfo& command) {
+    return std::string(command.name) + (command.arguments.empty() ? "" : " ") +
+           std::string(command.arguments);
+}
+
 std::span<const OptionInfo> optionTable() {
     return options;
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace velmora {
@@ -18,6 +19,9 @@ struct CommandInfo {
 };
 
 [[nodiscard]] std::span<const CommandInfo> commandTable();
+
+/// "gain SOURCE DB"
+[[nodiscard]] std::string usageOf(const CommandInfo& command);
 
 struct OptionInfo {
     std::string_view name; ///< "--json"

@@ -28,11 +28,6 @@ const CommandInfo* commandOf(std::span<const std::string> words) {
     return found != nullptr || words.empty() ? found : named(words[0]);
 }
 
-std::string usageOf(const CommandInfo& command) {
-    return std::string(command.name) + (command.arguments.empty() ? "" : " ") +
-           std::string(command.arguments);
-}
-
 std::string asLine(std::string json) {
     return json + '\n';
 }
@@ -199,19 +194,18 @@ Commands::Printed Commands::effects(Words words, bool asJson) {
 }
 
 Answer<> Commands::volume(Words words) {
-    if (words[0] != "microphone" && words[0] != "headphones") {
-        return std::unexpected(
-            misused("« {name} » n'est ni « microphone » ni « headphones ».", words[0]));
+    const auto fader = control_.fader(words[0]);
+    if (!fader) {
+        return std::unexpected(fader.error());
     }
-    const Fader fader = words[0] == "microphone" ? Fader::microphone : Fader::headphones;
     if (words[1] == "mute" || words[1] == "unmute" || words[1] == "toggle") {
-        control_.mute(fader,
+        control_.mute(*fader,
                       words[1] == "toggle" ? Switch::toggle
                       : words[1] == "mute" ? Switch::on
                                            : Switch::off);
         return {};
     }
-    return then(db(words[1]), [&](double level) { return control_.setGain(fader, level); });
+    return then(db(words[1]), [&](double level) { return control_.setGain(*fader, level); });
 }
 
 Answer<Switch> Commands::switchWord(Words words, std::size_t index) const {

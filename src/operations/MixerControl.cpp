@@ -134,6 +134,14 @@ Answer<> MixerControl::remove(std::string_view word) {
     });
 }
 
+Answer<Fader> MixerControl::fader(std::string_view word) const {
+    if (word != "microphone" && word != "headphones") {
+        return std::unexpected(
+            refusal("« {name} » n'est ni « microphone » ni « headphones ».", word));
+    }
+    return word == "microphone" ? Fader::microphone : Fader::headphones;
+}
+
 Answer<float> MixerControl::gain(double db) const {
     if (const auto linear = gainFromDb(db)) {
         return *linear;

@@ -72,6 +72,8 @@ public:
     // -- what the words may name, read anew --
 
     [[nodiscard]] Answer<AudioSource> source(std::string_view word) const;
+    /// "microphone" or "headphones".
+    [[nodiscard]] Answer<Fader> fader(std::string_view word) const;
     [[nodiscard]] std::vector<OfferedSource> available();
     /// Empty without a device of that kind but for the default output.
     [[nodiscard]] std::vector<MonitorOffer> monitors();

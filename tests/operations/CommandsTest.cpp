@@ -3,8 +3,8 @@
 #include "operations/MixerState.h"
 #include "operations/OperationsFixture.h"
 
-#include <gmock/gmock.h>
 #include <algorithm>
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 namespace velmora {
@@ -189,7 +189,7 @@ TEST_F(CommandsTest, SetsAndMutesBothVolumes) {
     EXPECT_EQ(engine.headphoneVolume(), 0.0F);
     EXPECT_EQ(command("volume microphone unmute"), done);
     EXPECT_EQ(json("status")["microphone"]["db"], -6.0);
-    EXPECT_THAT(misused("volume speakers -3"), HasSubstr("“speakers”"));
+    EXPECT_THAT(refused("volume speakers -3"), HasSubstr("“speakers”"));
 }
 
 TEST_F(CommandsTest, SilencesApplicationsOnly) {

@@ -6,7 +6,8 @@
 namespace velmora {
 
 namespace {
-// Another instance holds the file for microseconds; longer than this must not stop the interface.
+// A program that only reads holds the file for microseconds; longer than this must not stop the
+// interface.
 constexpr int busyMilliseconds = 250;
 
 constexpr int primaryCode(Status status) {
@@ -172,6 +173,10 @@ bool isDamage(Status status) {
     default:
         return status == SQLITE_IOERR_CORRUPTFS;
     }
+}
+
+bool isBusy(Status status) {
+    return primaryCode(status) == SQLITE_BUSY || primaryCode(status) == SQLITE_LOCKED;
 }
 
 bool isOutOfSpace(int systemError) {

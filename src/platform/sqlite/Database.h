@@ -79,6 +79,9 @@ private:
 /// Whether the status says that the file's content cannot be trusted.
 [[nodiscard]] bool isDamage(Status status);
 
+/// Whether another program holds the file.
+[[nodiscard]] bool isBusy(Status status);
+
 /// Whether the system's error says that a disk, a quota or a size limit is exhausted.
 [[nodiscard]] bool isOutOfSpace(int systemError);
 

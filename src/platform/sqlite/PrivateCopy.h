@@ -7,7 +7,8 @@ namespace velmora {
 
 class StoreFile;
 
-/// A copy of the file, its log and its journal in a folder of its own, removed with it.
+/// A copy of the file, its log and its journal in a folder of its own, removed with it; of one
+/// moment, unless somebody writes to them without pause.
 /// Threads: one owner.
 class PrivateCopy {
 public:
@@ -20,7 +21,7 @@ public:
     [[nodiscard]] std::filesystem::path path() const { return folder_ / "copy.sqlite"; }
 
 private:
-    bool copyTo(const std::filesystem::path& place, const StoreFile& original);
+    bool makeAt(const std::filesystem::path& place, const StoreFile& original);
     void remove();
 
     std::filesystem::path folder_;

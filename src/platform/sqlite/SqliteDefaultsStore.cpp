@@ -19,8 +19,8 @@ bool isUnderstood(const StoredRow& row) {
 
 } // namespace
 
-SqliteDefaultsStore::SqliteDefaultsStore(const std::filesystem::path& file, Clock now)
-    : file_(file), now_(std::move(now)) {
+SqliteDefaultsStore::SqliteDefaultsStore(const std::filesystem::path& file, Options options)
+    : file_(file), options_(std::move(options)) {
     if (open() != statusOk && refused_ == statusOk) {
         if (auto found = readSnapshot(file_)) {
             values_.begin(std::move(*found));
@@ -32,6 +32,7 @@ SqliteDefaultsStore::SqliteDefaultsStore(const std::filesystem::path& file, Cloc
 }
 
 SqliteDefaultsStore::~SqliteDefaultsStore() {
+    retry_.end();
     if (values_.isPending()) {
         static_cast<void>(writePending());
     }
@@ -59,14 +60,18 @@ Status SqliteDefaultsStore::remove(std::string_view key) {
 }
 
 Status SqliteDefaultsStore::open() {
+    // The lock comes first where it is known that the file is not a newer one: looking into the
+    // file costs a copy of it.
+    if (isRead_ && isLockedElsewhere()) {
+        return SQLITE_BUSY;
+    }
     if (storedVersion(file_).value_or(0) > newestStoreVersion()) {
         return refuseNewer();
     }
     if (const Status status = file_.makeFolder(); status != statusOk) {
         return failed(status);
     }
-    if (lock_.take() == StoreLock::Outcome::isElsewhere) {
-        problems_.add({StoreProblem::Kind::inUse, file_.path(), {}, SQLITE_BUSY});
+    if (isLockedElsewhere()) {
         return SQLITE_BUSY;
     }
     Status status = file_.isCutOff() ? SQLITE_CORRUPT : openFile();
@@ -77,6 +82,15 @@ Status SqliteDefaultsStore::open() {
         return refuseNewer();
     }
     return status == statusOk ? statusOk : failed(status);
+}
+
+bool SqliteDefaultsStore::isLockedElsewhere() {
+    if (lock_.take() != StoreLock::Outcome::isElsewhere) {
+        return false;
+    }
+    problems_.add({StoreProblem::Kind::inUse, file_.path(), {}, SQLITE_BUSY});
+    retry_.begin([this] { tryAgain(); });
+    return true;
 }
 
 /// Opens the file and reads its values.
@@ -114,7 +128,7 @@ Status SqliteDefaultsStore::beginAnew(Status damage) {
         // What the program has read it holds, and whatever has become of it since.
         std::erase_if(rows, [](const StoredRow& row) { return isUnderstood(row); });
     }
-    const auto place = replaceDamaged(file_, rows, now_());
+    const auto place = replaceDamaged(file_, rows, options_.now());
     if (!place) {
         return place.error();
     }
@@ -141,6 +155,9 @@ Status SqliteDefaultsStore::writePending() {
     if (refused_ != statusOk) {
         return refused_;
     }
+    if (isHeld_ && retry_.isUnderWay()) {
+        return SQLITE_BUSY; // every attempt would make the user wait
+    }
     if (!connection_) {
         if (const Status status = open(); status != statusOk) {
             return status;
@@ -155,6 +172,8 @@ Status SqliteDefaultsStore::writePending() {
         return failed(status);
     }
     values_.written();
+    isHeld_ = false;
+    retry_.end();
     problems_.endThoseOfWriting();
     return statusOk;
 }
@@ -176,10 +195,18 @@ Status SqliteDefaultsStore::writeOnce() {
 }
 
 Status SqliteDefaultsStore::failed(Status status) {
-    const auto kind =
-        status == SQLITE_FULL ? StoreProblem::Kind::full : StoreProblem::Kind::unwritable;
-    problems_.add({kind, file_.path(), {}, status});
+    isHeld_ = isBusy(status);
+    if (!isHeld_ || retry_.isLasting()) {
+        const auto kind =
+            status == SQLITE_FULL ? StoreProblem::Kind::full : StoreProblem::Kind::unwritable;
+        problems_.add({kind, file_.path(), {}, status});
+    }
+    retry_.begin([this] { tryAgain(); });
     return status;
+}
+
+void SqliteDefaultsStore::tryAgain() {
+    static_cast<void>(writeAndTell());
 }
 
 } // namespace velmora

@@ -3,6 +3,7 @@
 
 #include "platform/DefaultsStore.h"
 #include "platform/StoreProblems.h"
+#include "platform/sqlite/RetryPause.h"
 #include "platform/sqlite/StoreConnection.h"
 #include "platform/sqlite/StoreFile.h"
 #include "platform/sqlite/StoreLock.h"
@@ -25,17 +26,27 @@ namespace velmora {
 /// leaves the file whole.
 ///
 /// One store at a time writes to a file, on however many machines that share it; another one reads
-/// what is there, and opens the file with a write after the first has gone. Where nothing can be
-/// locked, all of them write and the last value stays.
+/// what is there until the first has gone. Where nothing can be locked, all of them write and the
+/// last value stays.
+///
+/// What was refused is tried again by itself, after ever longer pauses, and with every write. While
+/// another program holds the file, writes wait for that instead of stopping the main thread, and it
+/// is told only when it lasts.
 ///
 /// Threads: main. Errors: never throws; see `StoreProblem`. The status is SQLite's extended code.
 class SqliteDefaultsStore final : public DefaultsStore {
 public:
-    using Clock = std::function<std::chrono::system_clock::time_point()>;
+    struct Options {
+        /// Dates a damaged file's new name.
+        std::function<std::chrono::system_clock::time_point()> now = std::chrono::system_clock::now;
+        /// Outlives the store. Without one, only further writes try again what was refused.
+        MainQueue* mainQueue = nullptr;
+    };
 
-    /// Opens or creates `file` and its folder. `now` dates a damaged file's new name.
-    explicit SqliteDefaultsStore(const std::filesystem::path& file,
-                                 Clock now = std::chrono::system_clock::now);
+    /// Opens or creates `file` and its folder.
+    explicit SqliteDefaultsStore(const std::filesystem::path& file, Options options);
+    explicit SqliteDefaultsStore(const std::filesystem::path& file)
+        : SqliteDefaultsStore(file, Options{}) {}
     /// Tries once more to write what could not be written, and tells nobody how that went.
     ~SqliteDefaultsStore() override;
 
@@ -57,6 +68,7 @@ public:
 
 private:
     Status open();
+    [[nodiscard]] bool isLockedElsewhere();
     Status openFile();
     Status beginAnew(Status damage);
     Status refuseNewer();
@@ -64,10 +76,13 @@ private:
     Status writePending();
     Status writeOnce();
     Status failed(Status status);
+    void tryAgain();
 
     StoreFile file_;
     StoreLock lock_{file_.lock()};
-    Clock now_;
+    Options options_;
+    RetryPause retry_{options_.mainQueue};
+    bool isHeld_ = false;                       // by another program, when last tried
     std::optional<StoreConnection> connection_; // none while the file cannot be written
     Status refused_ = statusOk;                 // set for good when the file is a newer one
     StoreValues values_;

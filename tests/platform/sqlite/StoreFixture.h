@@ -50,7 +50,7 @@ public:
 
     SqliteDefaultsStore& store() {
         if (!store_) {
-            store_.emplace(path(), [this] { return now; });
+            store_.emplace(path(), options());
             held_.clear();
             noteProblems();
             connection_ = store_->problemsChanged().connect([this] { noteProblems(); });
@@ -68,8 +68,12 @@ public:
 
     std::vector<StoreProblem> problems; ///< that arose in the launches so far
     std::chrono::system_clock::time_point now{};
+    MainQueue* mainQueue = nullptr; ///< of the launches to come
 
 private:
+    SqliteDefaultsStore::Options options() {
+        return {.now = [this] { return now; }, .mainQueue = mainQueue};
+    }
     void noteProblems() {
         for (const StoreProblem& problem : store_->problems()) {
             if (std::ranges::find(held_, problem) == held_.end()) {

@@ -22,7 +22,8 @@ RealPlatform::RealPlatform() : RealPlatform(privateSettingsFile()) {
 }
 
 RealPlatform::RealPlatform(const std::filesystem::path& settingsFile)
-    : defaults_(settingsFile, {.mainQueue = &mainQueue_}),
+    : defaults_(settingsFile,
+                {.mainQueue = &mainQueue_, .syncedKeys = {"presets", "activePresetID"}}),
       applications_(mainQueue_,
                     {.nameOf = [this](std::int32_t pid) { return audio_.applicationName(pid); },
                      .bundleIDOf = [this](std::int32_t pid) { return audio_.applicationID(pid); }}),

@@ -156,6 +156,16 @@ StatusOr<std::int64_t> Database::queryNumber(std::string_view sql) {
     return *row ? statement->number(0) : 0;
 }
 
+Status Database::syncLog() {
+    sqlite3_file* log = nullptr;
+    const Status code = sqlite3_file_control(
+        connection_.get(), "main", SQLITE_FCNTL_JOURNAL_POINTER, static_cast<void*>(&log));
+    if (code != SQLITE_OK || log == nullptr || log->pMethods == nullptr) {
+        return code;
+    }
+    return withSpace([log] { return log->pMethods->xSync(log, SQLITE_SYNC_NORMAL); });
+}
+
 bool Database::inTransaction() const {
     return sqlite3_get_autocommit(connection_.get()) == 0;
 }

@@ -63,6 +63,9 @@ public:
     [[nodiscard]] StatusOr<std::string> queryText(std::string_view sql);
     [[nodiscard]] StatusOr<std::int64_t> queryNumber(std::string_view sql);
 
+    /// Waits for the disk to have the write-ahead log; a file without one has no need of it.
+    [[nodiscard]] Status syncLog();
+
     [[nodiscard]] bool inTransaction() const;
     /// Because the file system says so or, once a page was read, the file's header.
     [[nodiscard]] bool isReadOnly() const;

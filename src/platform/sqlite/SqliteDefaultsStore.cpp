@@ -5,6 +5,7 @@
 #include "platform/sqlite/StoreSchema.h"
 #include "platform/sqlite/StoreSnapshot.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <sqlite3.h>
 #include <utility>
@@ -12,6 +13,8 @@
 namespace velmora {
 
 namespace {
+
+constexpr std::chrono::milliseconds syncedWithin{1000};
 
 bool isUnderstood(const StoredRow& row) {
     return decode(static_cast<CodedValue::Type>(row.type), row.value).has_value();
@@ -33,6 +36,7 @@ SqliteDefaultsStore::SqliteDefaultsStore(const std::filesystem::path& file, Opti
 
 SqliteDefaultsStore::~SqliteDefaultsStore() {
     retry_.end();
+    sync_.reset();
     if (values_.isPending()) {
         static_cast<void>(writePending());
     }
@@ -179,7 +183,12 @@ Status SqliteDefaultsStore::writePending() {
 }
 
 Status SqliteDefaultsStore::writeOnce() {
-    Status status = connection_->begin();
+    const bool isSynced = std::ranges::any_of(
+        values_.pendingKeys(), [this](const std::string& key) { return isSyncedKey(key); });
+    Status status = connection_->syncCommits(isSynced);
+    if (status == statusOk) {
+        status = connection_->begin();
+    }
     if (status == statusOk) {
         status = values_.writeTo([this](std::string_view row, const DefaultsValue* value) {
             return value == nullptr ? connection_->erase(row) : connection_->put(row, *value);
@@ -190,8 +199,35 @@ Status SqliteDefaultsStore::writeOnce() {
     }
     if (status != statusOk) {
         connection_->rollBack();
+        return status;
     }
-    return status;
+    if (isSynced) {
+        sync_.reset(); // the log's earlier writes went with this one
+    } else {
+        syncSoon();
+    }
+    return statusOk;
+}
+
+void SqliteDefaultsStore::syncSoon() {
+    if (options_.mainQueue == nullptr || sync_) {
+        return;
+    }
+    sync_ = options_.mainQueue->after(syncedWithin, [this] {
+        const auto ended = std::move(sync_); // keeps what runs here alive
+        const Status status = connection_ ? connection_->sync() : statusOk;
+        if (status != statusOk) {
+            static_cast<void>(failed(status));
+            problems_.tell();
+        }
+    });
+}
+
+bool SqliteDefaultsStore::isSyncedKey(std::string_view key) const {
+    return std::ranges::any_of(options_.syncedKeys, [key](const std::string& synced) {
+        return key.starts_with(synced) &&
+               (key.size() == synced.size() || key[synced.size()] == '.');
+    });
 }
 
 Status SqliteDefaultsStore::failed(Status status) {

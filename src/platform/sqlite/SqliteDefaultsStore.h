@@ -12,7 +12,9 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -21,9 +23,10 @@ namespace velmora {
 /// One row per key in a write-ahead-logged file, and a copy of every value in memory, from which
 /// all reads are answered.
 ///
-/// A `set` of an unchanged value writes nothing; any other costs one small transaction. With
-/// synchronous=NORMAL a killed process loses nothing; a power cut may take the last writes but
-/// leaves the file whole.
+/// A `set` of an unchanged value writes nothing; any other costs one small transaction. A killed
+/// process loses nothing. A cut of the power leaves the file whole and takes nothing of the synced
+/// keys; of the others it takes at most the writes of the last second, if there is a main queue to
+/// count it.
 ///
 /// One store at a time writes to a file, on however many machines that share it; another one reads
 /// what is there until the first has gone. Where nothing can be locked, all of them write and the
@@ -41,6 +44,9 @@ public:
         std::function<std::chrono::system_clock::time_point()> now = std::chrono::system_clock::now;
         /// Outlives the store. Without one, only further writes try again what was refused.
         MainQueue* mainQueue = nullptr;
+        /// Keys of which `set` and `remove` return when the disk has the change. Those that begin
+        /// with one and a dot belong to them.
+        std::vector<std::string> syncedKeys{};
     };
 
     /// Opens or creates `file` and its folder.
@@ -77,6 +83,8 @@ private:
     Status writeOnce();
     Status failed(Status status);
     void tryAgain();
+    void syncSoon();
+    [[nodiscard]] bool isSyncedKey(std::string_view key) const;
 
     StoreFile file_;
     StoreLock lock_{file_.lock()};
@@ -85,6 +93,7 @@ private:
     bool isHeld_ = false;                       // by another program, when last tried
     std::optional<StoreConnection> connection_; // none while the file cannot be written
     Status refused_ = statusOk;                 // set for good when the file is a newer one
+    std::unique_ptr<MainQueue::Timer> sync_;    // while there is something to sync
     StoreValues values_;
     bool isRead_ = false;   // the file's values are among them
     bool hasBegun_ = false; // somebody may have asked for one

@@ -125,6 +125,16 @@ StatusOr<StoredValues> StoreConnection::readAll() {
     return valuesOf(read.rows);
 }
 
+Status StoreConnection::syncCommits(bool sync) {
+    if (sync == syncsCommits_) {
+        return SQLITE_OK;
+    }
+    const Status status =
+        database_.run(sync ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=NORMAL");
+    syncsCommits_ = status == SQLITE_OK ? sync : syncsCommits_;
+    return status;
+}
+
 Status StoreConnection::begin() {
     return begin_.run();
 }

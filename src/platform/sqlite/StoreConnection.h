@@ -37,6 +37,11 @@ public:
     /// Rows that this program cannot read are left out, and left in the file.
     [[nodiscard]] StatusOr<StoredValues> readAll();
 
+    /// Whether a commit from now on waits for the disk.
+    [[nodiscard]] Status syncCommits(bool sync);
+    /// Waits for the disk to have every commit.
+    [[nodiscard]] Status sync() { return database_.syncLog(); }
+
     // One transaction, of which nothing stays when a step of it fails.
     [[nodiscard]] Status begin();
     [[nodiscard]] Status put(std::string_view key, const DefaultsValue& value);
@@ -67,6 +72,7 @@ private:
     Statement put_;
     Statement erase_;
     Statement commit_;
+    bool syncsCommits_ = false;
 };
 
 } // namespace velmora

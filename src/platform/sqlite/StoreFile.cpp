@@ -33,13 +33,29 @@ std::uintmax_t sizeOf(const fs::path& path) {
     return error ? 0 : size;
 }
 
+/// Waits for the disk to have the folder's names. Where that is refused, nothing is lost but in a
+/// cut of the power.
+void syncFolder(const fs::path& folder) {
+    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        ::fsync(descriptor);
+        ::close(descriptor);
+    }
+}
+
 bool makeFolders(const fs::path& folder) {
     std::error_code error;
     if (folder.empty() || fs::is_directory(folder, error)) {
         return true;
     }
-    return makeFolders(folder.parent_path()) &&
-           (::mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST);
+    if (!makeFolders(folder.parent_path())) {
+        return false;
+    }
+    if (::mkdir(folder.c_str(), S_IRWXU) != 0) {
+        return errno == EEXIST;
+    }
+    syncFolder(folder.parent_path());
+    return true;
 }
 
 bool anyExists(const fs::path& main) {
@@ -126,6 +142,7 @@ Status StoreFile::createIfMissing() const {
     const int file = ::open(path_.c_str(), O_CREAT | O_EXCL | O_CLOEXEC | O_WRONLY, 0600);
     if (file >= 0) {
         ::close(file);
+        syncFolder(path_.parent_path());
         return SQLITE_OK;
     }
     if (errno == EEXIST) {
@@ -156,6 +173,7 @@ StatusOr<fs::path> StoreFile::giveWayToSuccessor(std::chrono::system_clock::time
     if (::rename(successor().c_str(), path_.c_str()) != 0) {
         return std::unexpected(SQLITE_CANTOPEN);
     }
+    syncFolder(path_.parent_path());
     return name;
 }
 

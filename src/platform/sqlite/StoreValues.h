@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <ranges>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -37,6 +38,7 @@ public:
     [[nodiscard]] bool meet(const StoredValues& stored);
 
     [[nodiscard]] bool isPending() const { return !pending_.empty(); }
+    [[nodiscard]] auto pendingKeys() const { return std::views::keys(pending_); }
     /// Calls `write` with each row that is behind and its value, none for one to be erased, until
     /// that fails.
     using Write = std::function<Status(std::string_view row, const DefaultsValue* value)>;

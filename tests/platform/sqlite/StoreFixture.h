@@ -68,11 +68,13 @@ public:
 
     std::vector<StoreProblem> problems; ///< that arose in the launches so far
     std::chrono::system_clock::time_point now{};
-    MainQueue* mainQueue = nullptr; ///< of the launches to come
+    // Of the launches to come.
+    MainQueue* mainQueue = nullptr;
+    std::vector<std::string> syncedKeys;
 
 private:
     SqliteDefaultsStore::Options options() {
-        return {.now = [this] { return now; }, .mainQueue = mainQueue};
+        return {.now = [this] { return now; }, .mainQueue = mainQueue, .syncedKeys = syncedKeys};
     }
     void noteProblems() {
         for (const StoreProblem& problem : store_->problems()) {

@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::string_view presetsKey = "presets";
 constexpr std::string_view activeKey = "activePresetID";
-constexpr std::string_view unreadableKey = "presets.unreadable";
 
 std::optional<std::vector<Preset>> decodedValue(const DefaultsValue& value) {
     const auto* const bytes = std::get_if<Bytes>(&value);
@@ -32,7 +31,7 @@ const Preset* presetWithID(const std::vector<Preset>& presets, const Uuid& id) {
 
 } // namespace
 
-PresetStore::PresetStore(DefaultsStore& defaults) : defaults_(defaults) {
+PresetStore::PresetStore(DefaultsStore& defaults) : defaults_(defaults), setAside_(defaults) {
     load();
 }
 
@@ -41,24 +40,13 @@ void PresetStore::load() {
         if (auto presets = decodedValue(*kept)) {
             presets_ = std::move(*presets);
         } else {
-            setAside(*kept);
+            setAside_.add(*kept);
         }
     }
     const auto id = Uuid::parse(defaults_.read<std::string>(activeKey).value_or(""));
     if (id && presetWithID(presets_, *id) != nullptr) {
         activeID_ = id;
     }
-}
-
-void PresetStore::setAside(const DefaultsValue& unreadable) {
-    std::string key(unreadableKey);
-    for (int copy = 2; const auto earlier = defaults_.get(key); ++copy) {
-        if (*earlier == unreadable) {
-            return;
-        }
-        key = std::string(unreadableKey) + "." + std::to_string(copy);
-    }
-    defaults_.set(key, unreadable);
 }
 
 const Preset* PresetStore::active() const {
@@ -100,6 +88,51 @@ DisplacedPresets PresetStore::remove(const Uuid& id) {
     return displaced;
 }
 
+void PresetStore::removeAll(std::span<const Uuid> ids) {
+    std::erase_if(presets_, [ids](const Preset& preset) {
+        return std::ranges::find(ids, preset.id) != ids.end();
+    });
+    if (active() == nullptr) {
+        activeID_.reset();
+    }
+    persist();
+}
+
+std::vector<Uuid> PresetStore::add(std::vector<Preset> presets) {
+    std::vector<Uuid> ids;
+    for (Preset& preset : presets) {
+        preset.id = Uuid::random();
+        preset.name = freePresetName(presets_, preset.name);
+        ids.push_back(preset.id);
+        presets_.push_back(std::move(preset));
+    }
+    persist();
+    return ids;
+}
+
+void PresetStore::bringBackSetAside() {
+    for (Preset preset : setAside_.readable()) {
+        const auto* const known = presetWithID(presets_, preset.id);
+        if (known != nullptr && *known == preset) {
+            continue; // brought back before, by a launch that did not come to its end
+        }
+        if (known != nullptr) {
+            preset.id = Uuid::random();
+        }
+        preset.name = freePresetName(presets_, preset.name);
+        presets_.push_back(std::move(preset));
+    }
+    if (persist()) {
+        setAside_.forgetReadable();
+        changed_.emit();
+    }
+}
+
+void PresetStore::markSetAsideTold() {
+    setAside_.markTold();
+    changed_.emit();
+}
+
 void PresetStore::bringBack(const DisplacedPresets& displaced) {
     for (auto [preset, index] : displaced.entries) {
         const auto successor = displaced.wereReplaced
@@ -136,8 +169,9 @@ void PresetStore::restoreActive(PresetRecall& recall) {
     }
 }
 
-void PresetStore::persist() {
-    if (const auto json = encodePresets(presets_)) {
+bool PresetStore::persist() {
+    const auto json = encodePresets(presets_);
+    if (json) {
         defaults_.set(presetsKey, Bytes(json->begin(), json->end()));
     }
     if (activeID_) {
@@ -146,6 +180,7 @@ void PresetStore::persist() {
         defaults_.remove(activeKey);
     }
     changed_.emit();
+    return json.has_value();
 }
 
 } // namespace velmora

@@ -4,10 +4,11 @@
 #include "platform/DefaultsStore.h"
 #include "platform/Signal.h"
 #include "presets/Preset.h"
+#include "presets/SetAsidePresets.h"
 
 #include <cstddef>
 #include <optional>
-#include <string>
+#include <span>
 #include <vector>
 
 namespace velmora {
@@ -29,8 +30,7 @@ struct DisplacedPresets {
 /// Keeps the list under "presets" (bytes of JSON) and the active id under "activePresetID".
 ///
 /// A list that cannot be read counts as empty and is overwritten by the next save. So that nothing
-/// of the user's is lost by that, its value is first copied to "presets.unreadable" (or to the
-/// first free "presets.unreadable.2", ".3" and so on, when an earlier one is there).
+/// of the user's is lost by that, it is set aside first; see `SetAsidePresets`.
 ///
 /// Threads: main. Errors: silent here; the defaults store tells what it could not write.
 class PresetStore {
@@ -54,6 +54,19 @@ public:
     /// place; a deleted one too, under a name of its own if another has taken its name meanwhile.
     /// It is active again unless another preset has become so.
     void bringBack(const DisplacedPresets& displaced);
+    void removeAll(std::span<const Uuid> ids);
+    /// Presets from elsewhere come last, each under an id of its own and a name that is still free;
+    /// which one is active stays. Gives their ids.
+    std::vector<Uuid> add(std::vector<Preset> presets);
+
+    /// What could not be read.
+    [[nodiscard]] const SetAsidePresets& setAside() const { return setAside_; }
+    /// Presets among it that can be read come last, under their ids; a name that is taken is kept
+    /// apart.
+    void bringBackSetAside();
+    /// The user knows of it.
+    void markSetAsideTold();
+
     /// To be told by whoever applied a preset.
     void setActive(const Uuid& id);
 
@@ -66,10 +79,11 @@ public:
 
 private:
     void load();
-    void setAside(const DefaultsValue& unreadable);
-    void persist();
+    /// False when there is a number that cannot be written.
+    bool persist();
 
     DefaultsStore& defaults_;
+    SetAsidePresets setAside_;
     std::vector<Preset> presets_;
     std::optional<Uuid> activeID_;
     bool didRestore_ = false;

@@ -1,5 +1,6 @@
 #include "ui/kit/Kit.h"
 
+#include "ui/kit/controls/WheelGesture.h"
 #include "ui/kit/theme/AppTexts.h"
 #include "ui/kit/theme/Fonts.h"
 #include "ui/kit/theme/GlyphProvider.h"
@@ -24,6 +25,7 @@ void give(QQmlEngine& engine, AppSettings& settings) {
 void installKit(QQmlEngine& engine, AppSettings& settings) {
     engine.addImportPath(QStringLiteral(":/qt/qml"));
     engine.addImageProvider(QStringLiteral("glyph"), new GlyphProvider);
+    new WheelGesture(&engine);
     loadFonts();
     give<AppTexts>(engine, settings);
     give<ThemeColors>(engine, settings);

@@ -53,7 +53,8 @@ void DragArea::wheelEvent(QWheelEvent* event) {
     // Alt, and on some desktops Shift, turns the wheel's movement sideways.
     const QPoint turned = event->angleDelta();
     const int eighths = turned.y() != 0 ? turned.y() : turned.x();
-    if (eighths == 0) {
+    const bool isMeant = hasFocus_ || event->modifiers() != Qt::NoModifier;
+    if (eighths == 0 || (!isMeant && isInListThatScrolls())) {
         event->ignore();
         return;
     }
@@ -76,6 +77,16 @@ bool DragArea::isSecondClick(const QMouseEvent& event) const {
            event.timestamp() - lastPress_ <= quint64(hints.mouseDoubleClickInterval()) &&
            (event.scenePosition() - lastPlace_).manhattanLength() <=
                hints.mouseDoubleClickDistance();
+}
+
+bool DragArea::isInListThatScrolls() const {
+    for (const QQuickItem* list = parentItem(); list != nullptr; list = list->parentItem()) {
+        if (list->inherits("QQuickFlickable") && list->property("interactive").toBool() &&
+            list->property("contentHeight").toDouble() > list->height()) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void DragArea::drag(const QMouseEvent& event) {

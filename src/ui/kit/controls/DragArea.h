@@ -13,11 +13,15 @@ namespace velmora {
 /// Control held (window managers take Alt for themselves), resets instead of moving: once, and
 /// whatever else the same gesture does is ignored, so that a reset never also nudges the value.
 ///
+/// The wheel is left to a list around it that can scroll, unless the slider has the focus or a
+/// modifier key is held: scrolling never changes what it passes.
+///
 /// Threads: main.
 class DragArea : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(double thumbSize MEMBER thumbSize_ NOTIFY thumbSizeChanged)
+    Q_PROPERTY(bool hasFocus MEMBER hasFocus_ NOTIFY hasFocusChanged)
     Q_PROPERTY(bool pressed READ isPressed NOTIFY pressedChanged)
     Q_PROPERTY(bool hovered READ isHovered NOTIFY hoveredChanged)
 
@@ -29,6 +33,7 @@ public:
 
 Q_SIGNALS:
     void thumbSizeChanged();
+    void hasFocusChanged();
     void pressedChanged();
     void hoveredChanged();
     /// The thumb is to stand here, 0 … 1.
@@ -51,11 +56,13 @@ protected:
 
 private:
     [[nodiscard]] bool isSecondClick(const QMouseEvent& event) const;
+    [[nodiscard]] bool isInListThatScrolls() const;
     void drag(const QMouseEvent& event);
     void end();
     void setHovered(bool hovered);
 
     double thumbSize_ = 16.0; // points
+    bool hasFocus_ = false;   // the slider's, which is around this area
     bool pressed_ = false;
     bool hovered_ = false;
     bool doubleClick_ = false; // this gesture

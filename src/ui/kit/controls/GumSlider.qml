@@ -123,6 +123,7 @@ Item {
         id: area
         anchors.fill: parent
         thumbSize: root.thumbSize
+        hasFocus: root.activeFocus
         onPressedChanged: {
             if (pressed)
                 root.forceActiveFocus(Qt.MouseFocusReason);

@@ -32,7 +32,6 @@ Item {
         sourceSize.height: 20
         visible: root.icon !== ""
         source: root.icon
-        asynchronous: true
     }
     Symbol {
         anchors.fill: picture

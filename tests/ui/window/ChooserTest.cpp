@@ -1,6 +1,10 @@
 #include "ui/window/WindowTest.h"
 
 #include <QInputMethodEvent>
+#include <QQuickImageProvider>
+#include <QThread>
+#include <atomic>
+#include <memory>
 
 namespace velmora {
 
@@ -153,6 +157,41 @@ TEST_F(Chooser, TheHintGoesAsSoonAsALetterIsComposed) {
     QCoreApplication::sendEvent(&field(), &composing);
     EXPECT_EQ(field().property("text"), "");
     EXPECT_FALSE(isShown("placeholder"));
+}
+
+/// Counts the icons drawn by this thread and by others.
+class CountingIcons : public QQuickImageProvider {
+public:
+    struct Counts {
+        std::atomic<int> here{};
+        std::atomic<int> elsewhere{};
+    };
+
+    explicit CountingIcons(std::shared_ptr<Counts> counts)
+        : QQuickImageProvider(Pixmap), counts_(std::move(counts)) {}
+
+    QPixmap requestPixmap(const QString&, QSize* size, const QSize&) override {
+        ++(QThread::currentThread() == thread_ ? counts_->here : counts_->elsewhere);
+        *size = {16, 16};
+        QPixmap pixmap(*size);
+        pixmap.fill(Qt::red);
+        return pixmap;
+    }
+
+private:
+    std::shared_ptr<Counts> counts_;
+    QThread* thread_ = QThread::currentThread();
+};
+
+TEST_F(Chooser, DrawsItsIconsOnTheMainThreadOnly) {
+    const auto counts = std::make_shared<CountingIcons::Counts>();
+    engine->addImageProvider("application", new CountingIcons(counts));
+    for (const char* name : {"Bach", "Bass", "Bell"}) {
+        machine.applications.setIcon(name, std::string(name) + " icon");
+    }
+    openChooser();
+    EXPECT_EQ(counts->here, 3);
+    EXPECT_EQ(counts->elsewhere, 0);
 }
 
 } // namespace

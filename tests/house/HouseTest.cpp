@@ -44,7 +44,7 @@ const std::vector<Part> house{
     {"engine", {"capture", "effects/FXParamsJson"}, {json}},
     {"presets", {"engine"}, {json}},
     {"operations", {"presets"}, {json}},
-    {"ui/kit", {"settings"}, {qt}},
+    {"ui/kit", {"settings"}, {qt, xcb}},
     {"ui", {"ui/kit", "operations"}, {qt}},
     {"app",
      {"ui", "platform/desktop", "platform/pipewire", "platform/qt", "platform/sqlite"},

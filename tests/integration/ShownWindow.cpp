@@ -69,7 +69,7 @@ void ShownWindow::click(const QString& name, QQuickItem* within) {
 void ShownWindow::choose(const QString& entry) {
     std::vector<QQuickItem*> menus;
     EXPECT_TRUE(support::waitUntil([&] {
-        menus = visibleItems(content(), [](QQuickItem& item) {
+        menus = visibleItems(*window_, [](QQuickItem& item) {
             const auto* spoken = QAccessible::queryAccessibleInterface(&item);
             return spoken != nullptr && spoken->role() == QAccessible::PopupMenu;
         });

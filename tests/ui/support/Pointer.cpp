@@ -4,9 +4,9 @@
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QQuickItem>
+#include <QQuickWindow>
 #include <QStyleHints>
 #include <QWheelEvent>
-#include <QWindow>
 
 namespace velmora {
 
@@ -33,7 +33,7 @@ void Pointer::press(const QQuickItem& item, QPointF at, Qt::KeyboardModifiers mo
 }
 
 void Pointer::moveTo(const QQuickItem& item, QPointF at, Qt::KeyboardModifiers modifiers) {
-    at_ = item.mapToScene(at);
+    enter(item, at);
     send(QEvent::MouseMove, Qt::NoButton, modifiers);
 }
 
@@ -76,19 +76,29 @@ void Pointer::pause() {
     timeStamp_ += 2 * quint64(QGuiApplication::styleHints()->mouseDoubleClickInterval());
 }
 
+void Pointer::enter(const QQuickItem& item, QPointF at) {
+    if (item.window() != nullptr) {
+        window_ = item.window();
+    }
+    at_ = item.mapToScene(at);
+}
+
 void Pointer::send(QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {
-    QMouseEvent event(type, at_, window_.mapToGlobal(at_), button, held_, modifiers);
+    if (window_ == nullptr) {
+        return; // it has closed under the pointer
+    }
+    QMouseEvent event(type, at_, window_->mapToGlobal(at_), button, held_, modifiers);
     event.setTimestamp(timeStamp_ += betweenEvents);
-    QCoreApplication::sendEvent(&window_, &event);
+    QCoreApplication::sendEvent(window_, &event);
 }
 
 void Pointer::turn(const QQuickItem& item,
                    QPoint eighths,
                    Qt::KeyboardModifiers modifiers,
                    bool inverted) {
-    at_ = item.mapToScene(middleOf(item));
+    enter(item, middleOf(item));
     QWheelEvent event(at_,
-                      window_.mapToGlobal(at_),
+                      window_->mapToGlobal(at_),
                       QPoint(),
                       eighths,
                       held_,
@@ -96,7 +106,7 @@ void Pointer::turn(const QQuickItem& item,
                       Qt::NoScrollPhase,
                       inverted);
     event.setTimestamp(timeStamp_ += betweenEvents);
-    QCoreApplication::sendEvent(&window_, &event);
+    QCoreApplication::sendEvent(window_, &event);
 }
 
 } // namespace velmora

@@ -3,21 +3,22 @@
 
 #include <QEvent>
 #include <QPointF>
+#include <QPointer>
+#include <QWindow>
 #include <Qt>
 #include <QtGlobal>
 
 class QQuickItem;
-class QWindow;
 
 namespace velmora {
 
 /// Sends mouse events with its own time stamps, so that a test decides what is a double click.
-/// Positions are in the item's own coordinates.
+/// Positions are in the item's own coordinates; the item may lie in a pop-up of the window.
 ///
 /// Threads: main. A button still held is released when the pointer ends.
 class Pointer {
 public:
-    explicit Pointer(QWindow& window) : window_(window) {}
+    explicit Pointer(QWindow& window) : window_(&window) {}
     Pointer(const Pointer&) = delete;
     Pointer& operator=(const Pointer&) = delete;
     ~Pointer();
@@ -44,8 +45,10 @@ private:
     void
     turn(const QQuickItem& item, QPoint eighths, Qt::KeyboardModifiers modifiers, bool inverted);
 
-    QWindow& window_;
-    QPointF at_; // in the window
+    void enter(const QQuickItem& item, QPointF at);
+
+    QPointer<QWindow> window_; // where it is now
+    QPointF at_;               // in that window
     Qt::MouseButtons held_;
     quint64 timeStamp_ = 1000; // ms
 };

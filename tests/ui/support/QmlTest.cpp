@@ -71,7 +71,7 @@ QQuickWindow& QmlTest::showWindow(const QUrl& file, const QVariantMap& initial) 
 
 QQuickItem& QmlTest::find(const QString& name) {
     settle();
-    QQuickItem* item = findItem(*window_->contentItem(), name);
+    QQuickItem* item = findItem(*window_, name);
     if (item == nullptr) {
         ADD_FAILURE() << "nothing visible is called \"" << name.toStdString() << '"';
         return missing_;
@@ -81,7 +81,7 @@ QQuickItem& QmlTest::find(const QString& name) {
 
 bool QmlTest::isShown(const QString& name) {
     settle();
-    return findItem(*window_->contentItem(), name) != nullptr;
+    return findItem(*window_, name) != nullptr;
 }
 
 void QmlTest::key(Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text) {
@@ -101,7 +101,9 @@ void QmlTest::type(const QString& text) {
 void QmlTest::settle() {
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    polish(*window_->contentItem());
+    for (QQuickItem* const content : contentsOf(*window_)) {
+        polish(*content);
+    }
     QCoreApplication::processEvents();
 }
 
@@ -119,7 +121,9 @@ QImage QmlTest::grab() {
 }
 
 QColor QmlTest::colorAt(const QQuickItem& item, QPointF at) {
-    const QImage picture = grab();
+    settle();
+    QImage picture = item.window()->grabWindow();
+    picture.setDevicePixelRatio(item.window()->effectiveDevicePixelRatio());
     const QPointF pixel = item.mapToScene(at) * picture.devicePixelRatio();
     return picture.pixelColor(int(pixel.x()), int(pixel.y()));
 }

@@ -88,18 +88,38 @@ TEST_F(Menus, ADevicesChannelsUnfoldInPlace) {
     EXPECT_EQ(scene.engine.sources().front(), scene.interfaceInputs);
 }
 
-TEST_F(Menus, StayInsideTheWindow) {
-    open(560);
-    for (const char* opener : {"sourcePicker", "addSource", "presetPicker"}) {
-        click(opener);
-        const auto menus = visibleItems(*window().contentItem(), [](QQuickItem& item) {
-            return spokenRole(item) == QAccessible::PopupMenu;
-        });
-        ASSERT_EQ(menus.size(), 1U) << opener;
-        const QRectF place = menus.front()->mapRectToScene(menus.front()->boundingRect());
-        EXPECT_TRUE(QRectF(QPointF(), QSizeF(window().size())).contains(place)) << opener;
-        key(Qt::Key_Escape);
+TEST_F(Menus, AreAsHighAsTheirEntriesNeedWhateverTheWindowsHeight) {
+    for (int i = 1; i <= 12; ++i) {
+        const std::string number = std::to_string(i);
+        machine.startApplication(5000 + i, "Instrument " + number, "org.instrument" + number);
+        machine.sound.play(5000 + i, silence());
     }
+    open();
+    window().setPosition(100, 100);
+    window().resize(400, 300);
+    settle();
+    click("addSource");
+    const auto menus = visibleItems(
+        window(), [](QQuickItem& item) { return spokenRole(item) == QAccessible::PopupMenu; });
+    ASSERT_EQ(menus.size(), 1U);
+    EXPECT_EQ(menus.front()->height(), 380);
+    EXPECT_NE(menus.front()->window(), &window());
+}
+
+TEST_F(Menus, StayOpenAndUsableWhenAMessageChangesTheWindowsHeight) {
+    openWithBrowser();
+    click("addSource");
+    const int before = window().height();
+    const QPointF entry = find("Music Player").mapToGlobal(QPointF());
+
+    scene.engine.tell(ProblemOrigin::recall, {inWords("Something went wrong")});
+    settle();
+    advance(100ms); // a frame, after which the menu has followed its row
+
+    EXPECT_GT(window().height(), before);
+    EXPECT_NE(find("Music Player").mapToGlobal(QPointF()), entry);
+    click("Music Player");
+    EXPECT_EQ(mixed(), (std::vector<std::string>{"Web Browser", "Music Player"}));
 }
 
 TEST_F(Menus, AreWorkedByKeyboardAlone) {

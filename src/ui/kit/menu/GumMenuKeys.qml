@@ -17,7 +17,8 @@ QtObject {
     }
 
     function press(event: var): bool {
-        if (event.modifiers & ~(Qt.ShiftModifier | Qt.KeypadModifier))
+        // A menu that is just closing has let go of its model.
+        if (model === null || event.modifiers & ~(Qt.ShiftModifier | Qt.KeypadModifier))
             return false;
         switch (event.key) {
         case Qt.Key_Down:

@@ -1,69 +1,62 @@
 import QtQuick
 import Velmora.Kit
 
-// Opens a menu beside an item, over everything else in the window. A press outside, Escape or a
-// choice closes it, and the focus returns to where it was.
+// Opens a menu beside an item, in a window of its own, which may leave the item's. A press outside,
+// Escape or a choice closes it, and the focus is where it was.
 Item {
     id: root
     required property Item anchor
     property string name
     property GumMenuModel menu: null
-    property Item focusBefore: null
     readonly property bool opened: menu !== null
 
     signal closed
 
     function open(model: GumMenuModel) {
-        focusBefore = Window.activeFocusItem;
+        if (opened)
+            close();
         outside.parent = Window.contentItem;
         menu = model;
+        popup.open();
         view.forceActiveFocus(Qt.PopupFocusReason);
     }
     function close() {
-        if (!opened)
-            return;
-        menu = null;
-        if (focusBefore !== null)
-            focusBefore.forceActiveFocus(Qt.PopupFocusReason);
-        closed();
+        popup.dismiss();
     }
 
     visible: false
 
-    Connections {
-        target: root.Window.window
-        function onActiveChanged() {
-            if (!root.Window.active)
-                root.close();
+    PopupWindow {
+        id: popup
+        title: root.name
+        anchor: root.anchor
+        wanted: Qt.size(view.implicitWidth, view.implicitHeight)
+        onDismissed: root.menu = null
+        onLeft: root.closed()
+
+        // The rim looks like what lies below.
+        MouseArea {
+            anchors.fill: parent
+            onPressed: popup.dismiss()
         }
-        function onWidthChanged() {
-            root.close();
-        }
-        function onHeightChanged() {
-            root.close();
+        GumMenuView {
+            id: view
+            anchors.fill: parent
+            anchors.margins: popup.rim
+            cornerRadius: popup.rim > 0 ? 10 : 0
+            model: root.menu
+            name: root.name
+            onDismiss: popup.dismiss()
         }
     }
+    // Where the desktop leaves presses beside the menu to the window that was pressed.
     MouseArea {
         id: outside
         anchors.fill: parent
         z: 1000
         visible: root.opened
         hoverEnabled: true
-        onPressed: root.close()
+        onPressed: popup.dismiss()
         onWheel: {}
-
-        GumMenuView {
-            id: view
-            readonly property rect place: PopupPlace.beside(anchorRect, Qt.size(implicitWidth, implicitHeight), Qt.size(outside.width, outside.height))
-            readonly property rect anchorRect: root.opened ? root.anchor.mapToItem(null, 0, 0, root.anchor.width, root.anchor.height) : Qt.rect(0, 0, 0, 0)
-
-            x: place.x
-            y: place.y
-            width: place.width
-            height: place.height
-            model: root.menu
-            name: root.name
-            onDismiss: root.close()
-        }
     }
 }

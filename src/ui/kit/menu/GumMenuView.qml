@@ -7,6 +7,7 @@ FocusScope {
     id: root
     required property GumMenuModel model
     readonly property real padding: 6
+    property real cornerRadius: 10
     property string name
 
     signal dismiss
@@ -31,11 +32,11 @@ FocusScope {
     }
 
     SoftShadow {
-        cornerRadius: 10
+        cornerRadius: root.cornerRadius
     }
     Rectangle {
         anchors.fill: parent
-        radius: 10
+        radius: root.cornerRadius
         color: Theme.paper
         border.width: 1
         border.color: Theme.ink15

@@ -5,14 +5,15 @@
 
 namespace velmora {
 
-QRectF PopupPlace::beside(const QRectF& anchor, const QSizeF& wanted, const QSizeF& window) {
+QRectF PopupPlace::beside(const QRectF& anchor, const QSizeF& wanted, const QRectF& room) {
     const double width =
-        std::min(std::max(wanted.width(), anchor.width()), window.width() - 2 * margin);
-    const double rightmost = std::max(margin, window.width() - margin - width);
-    const double left = std::clamp(anchor.left(), margin, rightmost);
+        std::min(std::max(wanted.width(), anchor.width()), room.width() - 2 * margin);
+    const double leftmost = room.left() + margin;
+    const double rightmost = std::max(leftmost, room.right() - margin - width);
+    const double left = std::clamp(anchor.left(), leftmost, rightmost);
 
-    const double below = window.height() - margin - anchor.bottom() - gap;
-    const double above = anchor.top() - gap - margin;
+    const double below = room.bottom() - margin - anchor.bottom() - gap;
+    const double above = anchor.top() - gap - margin - room.top();
     const bool goesBelow = below >= wanted.height() || below >= above;
     const double height = std::max(0.0, std::min(wanted.height(), goesBelow ? below : above));
     const double top = goesBelow ? anchor.bottom() + gap : anchor.top() - gap - height;

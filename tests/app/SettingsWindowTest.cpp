@@ -9,6 +9,7 @@
 #include "ui/support/Spoken.h"
 
 #include <QUrl>
+#include <algorithm>
 #include <string>
 
 namespace velmora {
@@ -154,6 +155,55 @@ TEST_F(SettingsWindowTest, KeepsItsHeightFromTabToTabAndGrowsForAMessage) {
     click("loginSwitch");
 
     EXPECT_GT(window().height(), height);
+}
+
+TEST_F(SettingsWindowTest, ScrollsWhatDoesNotFitAndHasALeastSize) {
+    const int whole = window().height();
+    EXPECT_LT(window().minimumHeight(), whole);
+    EXPECT_GT(window().minimumHeight(), 100);
+    window().resize(420, window().minimumHeight());
+    settle();
+    EXPECT_TRUE(isShown("scrollMark"));
+
+    key(Qt::Key_Tab);
+    find("loginSwitch").forceActiveFocus();
+    settle();
+    const QRectF place = find("loginSwitch").mapRectToScene(find("loginSwitch").boundingRect());
+    EXPECT_TRUE(QRectF(0, 0, 420, window().height()).contains(place));
+
+    machine.loginItem.refuse("Read-only file system");
+    key(Qt::Key_Space);
+    EXPECT_EQ(window().height(), window().minimumHeight());
+}
+
+TEST_F(SettingsWindowTest, ListsADeviceThatIsPluggedInWhileItIsOpenAlsoInAnOpenMenu) {
+    showAudio();
+    click("monitoringMenu");
+
+    const AudioObjectID late =
+        machine.sound.addDevice({.uid = "late", .name = "Late", .outputs = {2}});
+    advance(std::chrono::milliseconds(100));
+    EXPECT_TRUE(isShown("Late"));
+    machine.sound.removeDevice(late);
+    advance(std::chrono::milliseconds(100));
+    EXPECT_FALSE(isShown("Late"));
+    EXPECT_TRUE(isShown("Interface — Sorties 3-4"));
+}
+
+TEST_F(SettingsWindowTest, LooksForDevicesOnlyWhileItIsSeen) {
+    window().hide();
+    settle();
+    machine.sound.addDevice({.uid = "late", .name = "Late", .outputs = {2}});
+    advance(std::chrono::milliseconds(100));
+    const auto offered = [&] {
+        return std::ranges::any_of(model.monitoringOptions(), [](const QVariant& option) {
+            return option.toMap().value("label") == "Late";
+        });
+    };
+    EXPECT_FALSE(offered());
+    window().show();
+    settle();
+    EXPECT_TRUE(offered());
 }
 
 TEST_F(SettingsWindowTest, WorksWithTheKeyboardAlone) {

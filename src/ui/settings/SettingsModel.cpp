@@ -47,8 +47,23 @@ SettingsModel::SettingsModel(const Parts& parts, QObject* parent)
       settingsConnection_(parts.settings.changed().connect([this] { followSettings(); })),
       engineConnection_(parts.engine.changed().connect([this] { followMonitoring(); })),
       sourcesConnection_(parts.sources.changed().connect([this] { readDevices(); })),
+      pluggingConnection_(parts.platform.devices.changed().connect([this] { followPlugging(); })),
       dawConnection_(parts.dawMode.changed().connect([this] { Q_EMIT dawChanged(); })) {
     readDevices();
+}
+
+void SettingsModel::setVisible(bool visible) {
+    if (std::exchange(isVisible_, visible) == visible) {
+        return;
+    }
+    Q_EMIT visibleChanged();
+    followPlugging();
+}
+
+void SettingsModel::followPlugging() {
+    if (isVisible_) {
+        parts_.sources.refresh();
+    }
 }
 
 void SettingsModel::refresh() {

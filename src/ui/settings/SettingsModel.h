@@ -35,6 +35,7 @@ class SettingsModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
+    Q_PROPERTY(bool visible READ isVisible WRITE setVisible NOTIFY visibleChanged)
     Q_PROPERTY(QVariantList appearanceOptions READ appearanceOptions NOTIFY settingsChanged)
     Q_PROPERTY(QString appearance READ appearance WRITE setAppearance NOTIFY settingsChanged)
     Q_PROPERTY(QVariantList languageOptions READ languageOptions CONSTANT)
@@ -61,6 +62,10 @@ public:
     };
 
     explicit SettingsModel(const Parts& parts, QObject* parent = nullptr);
+
+    /// The window is seen: the device lists follow what is plugged in.
+    [[nodiscard]] bool isVisible() const { return isVisible_; }
+    void setVisible(bool visible);
 
     /// Reads anew what others may have changed: the devices, and the login item on disk. To be
     /// called whenever the window comes into view.
@@ -98,6 +103,7 @@ public:
     [[nodiscard]] QString dawError() const;
 
 Q_SIGNALS:
+    void visibleChanged();
     void settingsChanged();
     void loginChanged();
     void devicesChanged();
@@ -107,10 +113,12 @@ Q_SIGNALS:
 private:
     void followSettings();
     void followMonitoring();
+    void followPlugging();
     void readDevices();
 
     Parts parts_;
     QString version_;
+    bool isVisible_ = false;
     bool launchAtLogin_ = false;
     QString loginError_;
     DeviceOptions monitoringOptions_;
@@ -119,6 +127,7 @@ private:
     Signal::Connection settingsConnection_;
     Signal::Connection engineConnection_;
     Signal::Connection sourcesConnection_;
+    Signal::Connection pluggingConnection_;
     Signal::Connection dawConnection_;
 };
 

@@ -2,7 +2,7 @@ import QtQuick
 import Velmora
 import Velmora.Kit
 
-// Both tabs of the settings.
+// Both tabs of the settings, under a bar that stays while they scroll.
 Item {
     id: root
     required property SettingsModel model
@@ -11,56 +11,56 @@ Item {
     readonly property int margin: 16
 
     implicitWidth: 420
-    implicitHeight: tabs.y + tabs.implicitHeight + 2 * margin
+    implicitHeight: page.y + page.contentHeight
+    // One row of the tab can be seen.
+    readonly property real minimumHeight: page.y + 72
 
-    Column {
-        id: content
-        x: root.margin
+    Row {
+        id: tabBar
+        anchors.horizontalCenter: parent.horizontalCenter
         y: root.margin
-        width: root.width - 2 * root.margin
-        spacing: 10
+        spacing: 8
+        Accessible.role: Accessible.PageTabList
+        Accessible.name: I18n.t("Réglages Velmora")
 
-        Row {
-            id: tabBar
-            anchors.horizontalCenter: parent.horizontalCenter
-            spacing: 8
-            Accessible.role: Accessible.PageTabList
-            Accessible.name: I18n.t("Réglages Velmora")
-
-            SettingsTabButton {
-                objectName: "generalTabButton"
-                symbol: "gearshape"
-                label: I18n.t("Général")
-                chosen: root.tab === 0
-                onClicked: root.show(0)
-            }
-            SettingsTabButton {
-                objectName: "audioTabButton"
-                symbol: "slider.vertical.3"
-                label: "Audio"
-                chosen: root.tab === 1
-                onClicked: root.show(1)
-            }
+        SettingsTabButton {
+            objectName: "generalTabButton"
+            symbol: "gearshape"
+            label: I18n.t("Général")
+            chosen: root.tab === 0
+            onClicked: root.show(0)
         }
-        Item {
-            id: tabs
-            width: parent.width
-            implicitHeight: Math.max(general.implicitHeight, audio.implicitHeight)
+        SettingsTabButton {
+            objectName: "audioTabButton"
+            symbol: "slider.vertical.3"
+            label: "Audio"
+            chosen: root.tab === 1
+            onClicked: root.show(1)
+        }
+    }
+    ScrollArea {
+        id: page
+        objectName: "settingsPage"
+        y: tabBar.y + tabBar.height + 10
+        width: root.width
+        height: root.height - y
+        contentHeight: Math.max(general.implicitHeight, audio.implicitHeight) + root.margin
 
-            SettingsGeneralTab {
-                id: general
-                objectName: "generalTab"
-                width: parent.width
-                visible: root.tab === 0
-                model: root.model
-            }
-            SettingsAudioTab {
-                id: audio
-                objectName: "audioTab"
-                width: parent.width
-                visible: root.tab === 1
-                model: root.model
-            }
+        SettingsGeneralTab {
+            id: general
+            objectName: "generalTab"
+            x: root.margin
+            width: root.width - 2 * root.margin
+            visible: root.tab === 0
+            model: root.model
+        }
+        SettingsAudioTab {
+            id: audio
+            objectName: "audioTab"
+            x: root.margin
+            width: root.width - 2 * root.margin
+            visible: root.tab === 1
+            model: root.model
         }
     }
 

@@ -2,18 +2,15 @@ import QtQuick
 import Velmora
 import Velmora.Kit
 
-// The settings window: as high as the higher one of its tabs, so that it does not jump. The height
-// has no bounds: window managers would apply the old ones to a new height.
-Window {
+// The settings window: as high as the higher one of its tabs, so that it does not jump.
+FittedWindow {
     id: root
     required property SettingsModel model
 
     title: I18n.t("Réglages Velmora")
-    color: Theme.sand
-    width: view.implicitWidth
-    height: view.implicitHeight
-    minimumWidth: width
-    maximumWidth: width
+    contentWidth: view.implicitWidth
+    contentHeight: view.implicitHeight
+    leastHeight: view.minimumHeight
     onActiveChanged: {
         if (active)
             model.refresh();
@@ -23,5 +20,10 @@ Window {
         id: view
         anchors.fill: parent
         model: root.model
+    }
+    Binding {
+        target: root.model
+        property: "visible"
+        value: root.visible && root.visibility !== Window.Minimized
     }
 }

@@ -35,6 +35,41 @@ TEST_F(WindowSize, NeverGrowsBeyondTheScreen) {
     EXPECT_TRUE(isInside(find("runningSwitch")));
 }
 
+TEST_F(WindowSize, AHeightThatTheUserChoseIsKeptUntilItIsPulledToTheWhole) {
+    scene.mixMany(3);
+    open();
+    const int whole = window().height();
+    window().resize(400, whole - 30);
+    settle();
+
+    scene.engine.add(scene.player);
+    settle();
+    EXPECT_EQ(window().height(), whole - 30);
+    EXPECT_TRUE(isInside(find("quitRow")));
+
+    window().resize(400, window().maximumHeight());
+    settle();
+    scene.engine.add(scene.interfaceInputs);
+    settle();
+    EXPECT_EQ(window().height(), window().maximumHeight());
+    EXPECT_GT(window().height(), whole + 100);
+}
+
+TEST_F(WindowSize, AChosenHeightGivesWayToLessContentAndComesBack) {
+    scene.mixMany(4);
+    open();
+    const int chosen = window().height() - 20;
+    window().resize(400, chosen);
+    settle();
+    const auto sources = scene.engine.sources();
+    scene.engine.remove(sources.front());
+    settle();
+    EXPECT_LT(window().height(), chosen);
+    scene.engine.add(sources.front());
+    settle();
+    EXPECT_EQ(window().height(), chosen);
+}
+
 TEST_F(WindowSize, ManyStripsScrollByWheelBetweenTopAndBottom) {
     scene.mixMany(12);
     open(700);

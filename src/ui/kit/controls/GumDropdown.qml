@@ -19,6 +19,10 @@ Pressable {
     Accessible.description: label
     Keys.onDownPressed: toggle()
     onClicked: toggle()
+    onOptionsChanged: {
+        if (open)
+            menu.setOptions(options, current);
+    }
 
     function toggle() {
         if (open) {

@@ -18,14 +18,14 @@ const QString path = QStringLiteral("/StatusNotifierWatcher");
 constexpr std::chrono::milliseconds embedderPeriod{1000};
 /// After the desktop has started; each look wakes the machine up.
 constexpr std::chrono::milliseconds quietPeriod{5000};
-/// From our start until an embedding tray is taken.
+/// From our start until an embedding tray is taken, while the desktop starts.
 constexpr std::chrono::milliseconds patienceAlone{1000};
 constexpr std::chrono::milliseconds patienceWithWatcher{10000};
 
 } // namespace
 
-TrayHost::TrayHost(QObject* parent)
-    : QObject(parent), bus_(QDBusConnection::sessionBus()),
+TrayHost::TrayHost(Desktop desktop, QObject* parent)
+    : QObject(parent), desktop_(desktop), bus_(QDBusConnection::sessionBus()),
       watcher_(service, bus_, QDBusServiceWatcher::WatchForOwnerChange) {
     sinceStart_.start();
     connect(&watcher_,
@@ -58,6 +58,10 @@ void TrayHost::askStatusNotifier() {
         // Whoever answers at all is a watcher.
         hasWatcher_ = hasWatcher_ || reply.isValid();
         setStatusNotifier(reply.isValid() && reply.value().variant().toBool());
+        isAnswered_ = true;
+        if (!hasStatusNotifier_) {
+            lookForEmbedder();
+        }
     });
 }
 
@@ -78,11 +82,18 @@ void TrayHost::lookForEmbedder() {
     if (sinceStart_.hasExpired(patienceWithWatcher.count())) {
         embedderTimer_.setInterval(quietPeriod);
     }
-    const auto patience = hasWatcher_ ? patienceWithWatcher : patienceAlone;
-    const bool isTaken = sinceStart_.hasExpired(patience.count()) && isEmbeddingTrayThere();
+    const bool isTaken = isTimeForEmbedder() && isEmbeddingTrayThere();
     if (std::exchange(hasEmbedder_, isTaken) != isTaken) {
         Q_EMIT changed();
     }
+}
+
+bool TrayHost::isTimeForEmbedder() const {
+    if (desktop_ == Desktop::stands) {
+        return isAnswered_;
+    }
+    const auto patience = hasWatcher_ ? patienceWithWatcher : patienceAlone;
+    return sinceStart_.hasExpired(patience.count());
 }
 
 } // namespace velmora

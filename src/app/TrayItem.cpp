@@ -21,8 +21,9 @@ QColor panelInk(const Appearance& appearance) {
 TrayItem::TrayItem(const Platform& platform,
                    AudioEngine& engine,
                    AppSettings& settings,
+                   TrayHost::Desktop desktop,
                    QObject* parent)
-    : QObject(parent), platform_(platform), engine_(engine), settings_(settings),
+    : QObject(parent), platform_(platform), engine_(engine), settings_(settings), host_(desktop),
       open_(addCommand({}, &TrayItem::openRequested)),
       openSettings_(addCommand(Qt::CTRL | Qt::Key_Comma, &TrayItem::settingsRequested)),
       quit_(addCommand(Qt::CTRL | Qt::Key_Q, &TrayItem::quitRequested)),

@@ -31,6 +31,7 @@ public:
     TrayItem(const Platform& platform,
              AudioEngine& engine,
              AppSettings& settings,
+             TrayHost::Desktop desktop,
              QObject* parent = nullptr);
     ~TrayItem() override;
 

@@ -10,20 +10,20 @@
 namespace velmora {
 namespace {
 
-/// A panel that starts together with us, at login, should be there by then.
-constexpr std::chrono::milliseconds trayExpectedWithin{1500};
+/// A panel that stands has answered by then, and whoever waits for a window has not yet wondered.
+constexpr std::chrono::milliseconds trayExpectedWithin{200};
 
 } // namespace
 
-VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version)
-    : platform_(platform), engine_(platform), sources_(platform), presetStore_(platform.defaults),
-      settings_(platform), dawMode_(platform), recall_(platform, engine_),
-      controlModel_({.platform = platform,
-                     .engine = engine_,
-                     .sources = sources_,
-                     .presets = presetStore_,
-                     .recall = recall_,
-                     .settings = settings_}),
+VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version, Start start)
+    : platform_(platform), start_(start), engine_(platform), sources_(platform),
+      presetStore_(platform.defaults), settings_(platform), dawMode_(platform),
+      recall_(platform, engine_), controlModel_({.platform = platform,
+                                                 .engine = engine_,
+                                                 .sources = sources_,
+                                                 .presets = presetStore_,
+                                                 .recall = recall_,
+                                                 .settings = settings_}),
       settingsModel_({.platform = platform,
                       .engine = engine_,
                       .sources = sources_,
@@ -38,7 +38,10 @@ VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version)
                       QUrl("qrc:/qt/qml/Velmora/SettingsWindow.qml"),
                       settingsModel_,
                       [this] { return mayClose(settingsWindow_); }),
-      tray_(platform, engine_, settings_) {
+      tray_(platform,
+            engine_,
+            settings_,
+            start == Start::hidden ? TrayHost::Desktop::isStarting : TrayHost::Desktop::stands) {
     installKit(qml_, settings_);
     installUi(qml_);
     listen();
@@ -55,6 +58,9 @@ void VelmoraApp::listen() {
 
 void VelmoraApp::start() {
     presetStore_.restoreActive(recall_);
+    if (start_ == Start::hidden) {
+        return;
+    }
     trayGrace_ = platform_.mainQueue.after(trayExpectedWithin, [this] {
         if (!tray_.isReachable() && !settingsWindow_.isVisible()) {
             open();

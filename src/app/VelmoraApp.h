@@ -22,18 +22,21 @@
 
 namespace velmora {
 
-/// Everything starts from the tray item. On a desktop without a tray the control window opens by
-/// itself, and closing it never leaves the program running unseen: it ends a mixer at rest and
-/// minimises a running one.
+/// Everything starts from the tray item. Started by hand on a desktop without a tray, the control
+/// window opens by itself, and closing it never leaves the program running unseen: it ends a mixer
+/// at rest and minimises a running one. Started with the session, no window opens by itself,
+/// however late the panel is: a second launch shows it.
 ///
 /// Threads: main; needs a QApplication.
 class VelmoraApp : public QObject {
     Q_OBJECT
 
 public:
-    VelmoraApp(const Platform& platform, const ProgramVersion& version);
+    enum class Start { byHand, hidden };
 
-    /// Brings back the last setup and waits for a tray. To be called once.
+    VelmoraApp(const Platform& platform, const ProgramVersion& version, Start start);
+
+    /// Brings back the last setup and, started by hand, looks for a tray. To be called once.
     void start();
 
     /// For those who work it without its windows.
@@ -50,6 +53,7 @@ private:
     [[nodiscard]] bool mayClose(const SceneWindow& closing);
 
     Platform platform_;
+    Start start_;
 
     AudioEngine engine_;
     SourceManager sources_;

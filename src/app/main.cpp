@@ -162,7 +162,10 @@ int main(int argc, char** argv) {
         HeadlessApp app(machine->platform());
         return runUntilQuit(app, remote, instance);
     }
-    VelmoraApp app(machine->platform(), ownVersion());
+    const bool isHidden = request.kind == LaunchRequest::Kind::hidden;
+    VelmoraApp app(machine->platform(),
+                   ownVersion(),
+                   isHidden ? VelmoraApp::Start::hidden : VelmoraApp::Start::byHand);
     QObject::connect(&instance, &SingleInstance::activated, &app, &VelmoraApp::open);
     return runUntilQuit(app, remote, instance);
 }

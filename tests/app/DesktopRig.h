@@ -53,6 +53,12 @@ protected:
                                       .output = home.path() / "output"});
     }
     [[nodiscard]] support::ChildProcess launch() const { return launch(environment()); }
+    /// As the session does it at login.
+    [[nodiscard]] support::ChildProcess launchHidden() const {
+        return support::ChildProcess({.arguments = {VELMORA_PROGRAM, "--hidden"},
+                                      .environment = environment(),
+                                      .output = home.path() / "output"});
+    }
 
     /// What an earlier launch kept.
     [[nodiscard]] SqliteDefaultsStore settings() const {

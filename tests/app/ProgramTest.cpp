@@ -195,6 +195,19 @@ TEST_F(TrayProgram, GivesItsItemToAPanelThatAppearsLater) {
     EXPECT_THAT(program.wait(patience), Optional(0));
 }
 
+TEST_F(TrayProgram, StartedWithTheSessionOpensNoWindowHoweverLateThePanelIs) {
+    panel.reset();
+    ChildProcess program = launchHidden();
+    EXPECT_FALSE(waitUntil([&] { return !window("Velmora").empty(); }, std::chrono::seconds(3)));
+
+    panel.emplace(busAddress());
+    ASSERT_TRUE(hasItemSoon());
+    EXPECT_TRUE(window("Velmora").empty());
+
+    panel->click();
+    EXPECT_TRUE(showsSoon("Velmora"));
+}
+
 TEST_F(TrayProgram, ReturnsToAPanelThatWasRestarted) {
     ChildProcess program = launch();
     ASSERT_TRUE(hasItemSoon());
@@ -227,6 +240,7 @@ TEST_F(EmbeddedProgram, IsAnIconWhoseClickOpensTheWindow) {
     ChildProcess panel = startPanel();
     ChildProcess program = launch();
     ASSERT_TRUE(waitUntil([&] { return docked() == 1; }));
+    EXPECT_FALSE(waitUntil([&] { return !window("Velmora").empty(); }, std::chrono::seconds(1)));
 
     xdotool({"mousemove", "12", "12", "click", "1"});
     ASSERT_TRUE(showsSoon("Velmora"));
@@ -328,6 +342,16 @@ TEST_F(BareProgram, ItsWindowGrowsWithItsContentAndStaysOnTheScreen) {
 
     toggleEffects();
     EXPECT_TRUE(waitUntil([&] { return frame("Velmora").height == before.height; }));
+}
+
+TEST_F(BareProgram, StartedWithTheSessionShowsItsWindowWhenItIsLaunchedAgain) {
+    ChildProcess program = launchHidden();
+    EXPECT_FALSE(waitUntil([&] { return !window("Velmora").empty(); }, std::chrono::seconds(3)));
+
+    EXPECT_THAT(launch().wait(patience), Optional(0));
+
+    EXPECT_TRUE(showsSoon("Velmora"));
+    EXPECT_TRUE(program.isRunning());
 }
 
 TEST_F(BareProgram, ASecondLaunchRaisesTheFirstAndEnds) {

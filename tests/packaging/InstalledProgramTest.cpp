@@ -90,7 +90,7 @@ protected:
                 commandLine = splitExec(line.substr(key.size()));
             }
         }
-        EXPECT_THAT(commandLine, ElementsAre(program().string()));
+        EXPECT_THAT(commandLine, ElementsAre(program().string(), "--hidden"));
         return start(commandLine);
     }
     /// Processes that run something of the package's.

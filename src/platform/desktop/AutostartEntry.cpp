@@ -25,7 +25,7 @@ std::string contentFor(const std::string& program) {
     set(G_KEY_FILE_DESKTOP_KEY_TYPE, G_KEY_FILE_DESKTOP_TYPE_APPLICATION);
     set(G_KEY_FILE_DESKTOP_KEY_VERSION, "1.4");
     set(G_KEY_FILE_DESKTOP_KEY_NAME, "Velmora");
-    set(G_KEY_FILE_DESKTOP_KEY_EXEC, execLine(program));
+    set(G_KEY_FILE_DESKTOP_KEY_EXEC, execLine(program) + " --hidden");
     // Keeps an entry that outlives its program from being run, or complained about.
     set(G_KEY_FILE_DESKTOP_KEY_TRY_EXEC, program);
     set(G_KEY_FILE_DESKTOP_KEY_ICON, "app.velmora.Velmora");

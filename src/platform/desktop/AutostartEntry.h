@@ -8,7 +8,8 @@
 
 namespace velmora {
 
-/// One file in the user's autostart folder: written to register, removed to unregister.
+/// One file in the user's autostart folder: written to register, removed to unregister. It starts
+/// the program without a window.
 ///
 /// It counts as enabled when a desktop would run it: it is there and can be read, names a program
 /// that exists, and neither `Hidden` nor `X-GNOME-Autostart-enabled` switches it off.

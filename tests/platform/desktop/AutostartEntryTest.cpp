@@ -75,7 +75,7 @@ TEST_F(AutostartEntryTest, WritesOneWholeEntry) {
               "Type=Application\n"
               "Version=1.4\n"
               "Name=Velmora\n"
-              "Exec=/bin/true\n"
+              "Exec=/bin/true --hidden\n"
               "TryExec=/bin/true\n"
               "Icon=app.velmora.Velmora\n"
               "Terminal=false\n"

@@ -9,6 +9,7 @@ Column {
     required property string rowId
     required property string title
     required property string summary
+    property string tip
     // Strength drawn as dots instead of the summary; none = -1 or 0.
     property int dots: 0
     default property alias controls: body.data
@@ -25,6 +26,7 @@ Column {
         ringGap: 0
         name: root.title
         description: root.summary
+        tip: root.tip
         onClicked: root.effects.toggle(root.rowId)
         Accessible.checkable: true
         Accessible.checked: root.open

@@ -6,6 +6,7 @@ Item {
     id: root
     required property string title
     required property bool checked
+    property string tip
     signal toggled
 
     implicitHeight: 30
@@ -22,6 +23,7 @@ Item {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         name: root.title
+        tip: root.tip
         checked: root.checked
         onToggled: root.toggled()
     }

@@ -24,6 +24,7 @@ Column {
         effects: root.effects
         rowId: "lowcut"
         title: I18n.t("Coupe-bas")
+        tip: I18n.t("Enlève les grondements")
         summary: root.effects.lowcutSummary
 
         GumSegments {
@@ -39,6 +40,7 @@ Column {
         effects: root.effects
         rowId: "tilt"
         title: I18n.t("Tonalité")
+        tip: I18n.t("Plus sombre ou plus brillant")
         summary: root.effects.tiltSummary
 
         ToneSlider {
@@ -54,6 +56,7 @@ Column {
         effects: root.effects
         rowId: "comp"
         title: I18n.t("Compression")
+        tip: I18n.t("Rapproche les sons forts des sons faibles")
         summary: root.effects.compSummary
         dots: root.effects.compDots
 
@@ -71,6 +74,7 @@ Column {
         effects: root.effects
         rowId: "reverb"
         title: I18n.t("Réverbération")
+        tip: I18n.t("Ajoute une pièce autour du son")
         summary: root.effects.reverbSummary
 
         ReverbControls {
@@ -82,6 +86,7 @@ Column {
         width: parent.width
         objectName: "plosiveRow"
         title: I18n.t("Anti-plosives")
+        tip: I18n.t("Adoucit les « p » et les « b » près du micro")
         checked: root.effects.plosive
         onToggled: root.effects.plosive = !root.effects.plosive
     }
@@ -89,6 +94,7 @@ Column {
         width: parent.width
         objectName: "denoiseRow"
         title: I18n.t("Réduction de bruit")
+        tip: I18n.t("Baisse le souffle et les bruits constants")
         checked: root.effects.denoise
         onToggled: root.effects.denoise = !root.effects.denoise
     }
@@ -97,6 +103,7 @@ Column {
         effects: root.effects
         rowId: "gain"
         title: I18n.t("Gain")
+        tip: I18n.t("Niveau après les effets")
         summary: root.effects.gainSummary
 
         GainControls {

@@ -48,4 +48,6 @@ Window {
             chosenHeight = height < Math.floor(fitting) ? height : 0;
     }
     Component.onCompleted: fit()
+
+    TipBubble {}
 }

@@ -11,6 +11,7 @@ Column {
         objectName: "autoGain"
         width: parent.width
         title: "Auto"
+        tip: I18n.t("Le gain suit la voix")
         checked: root.effects.autoGain
         onToggled: root.effects.autoGain = !root.effects.autoGain
     }
@@ -27,6 +28,7 @@ Column {
             anchors.verticalCenter: parent.verticalCenter
             name: I18n.t("Gain")
             valueText: root.effects.manualText
+            tip: I18n.t("Gain fixe ; double-clic : 0 dB")
             value: root.effects.manualDB
             range: root.effects.manualRange
             onMoved: value => root.effects.manualDB = value

@@ -45,6 +45,7 @@ Item {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         name: I18n.t("En marche")
+        tip: root.running ? I18n.t("Arrêter le mix") : I18n.t("Mettre le mix en marche")
         checked: root.running
         onToggled: root.toggled()
     }

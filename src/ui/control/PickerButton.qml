@@ -8,6 +8,7 @@ Item {
     required property string caption
     // A small word before the caption; may be empty.
     property string prefix
+    property string tip
     property bool opened
     signal clicked
 
@@ -21,6 +22,7 @@ Item {
         radius: 12
         name: root.name
         description: root.caption
+        tip: caption.truncated ? root.caption : root.tip
         Accessible.role: Accessible.ButtonMenu
         onClicked: root.clicked()
 

@@ -91,6 +91,7 @@ Item {
                 width: parent.width
                 name: I18n.t("Choisir une source")
                 caption: root.model.primaryCaption
+                tip: I18n.t("Source principale : en choisir une autre la remplace")
                 opened: primaryMenu.opened
                 onClicked: primaryMenu.open(root.model.openPrimaryMenu())
             }
@@ -143,11 +144,13 @@ Item {
                     objectName: "headphones"
                     width: parent.width
                     volume: root.model.headphones
+                    tip: I18n.t("Ce que tu entends ; double-clic : 0 dB")
                 }
                 VolumeRow {
                     objectName: "stream"
                     width: parent.width
                     volume: root.model.stream
+                    tip: I18n.t("Ce que les autres entendent ; double-clic : 0 dB")
                 }
             }
             PickerButton {
@@ -157,6 +160,7 @@ Item {
                 name: "Preset"
                 prefix: "Preset"
                 caption: root.model.activePresetName
+                tip: I18n.t("Rappeler ou enregistrer un setup")
                 opened: presetsMenu.opened
                 onClicked: presetsMenu.open(root.model.openPresetsMenu())
             }

@@ -28,6 +28,7 @@ Column {
             anchors.verticalCenter: parent.verticalCenter
             name: I18n.t("Réverbération")
             valueText: root.effects.reverbText
+            tip: I18n.t("Quantité de réverbération ; double-clic : aucune")
             position: root.effects.reverbMix
             onMoved: position => root.effects.reverbMix = position
             onReset: root.effects.reverbMix = 0

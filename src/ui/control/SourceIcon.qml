@@ -8,6 +8,7 @@ GumButton {
     required property SourceStripModel strip
 
     name: I18n.t("Couper le son") + " — " + strip.nameIn(I18n.t("Entrée"), I18n.t("Entrées"))
+    tip: strip.muted ? I18n.t("Remettre dans le mix") : I18n.t("Couper dans le mix")
     Accessible.checkable: true
     Accessible.checked: strip.muted
     onClicked: strip.toggleMute()

@@ -56,6 +56,7 @@ Card {
                 symbol: "slider.vertical.3"
                 color: !root.strip.fxActive ? Theme.ink60 : Theme.active
                 name: I18n.t("Effets") + " — " + root.sourceName
+                tip: I18n.t("Effets")
                 Accessible.description: root.strip.fxActive ? I18n.t("En marche") : I18n.t("Arrêté")
                 Accessible.checkable: true
                 Accessible.checked: root.strip.fxOpen
@@ -67,6 +68,7 @@ Card {
                 symbol: root.strip.directMuted ? "speaker.slash.fill" : "speaker.wave.2"
                 color: root.strip.directMuted ? Theme.ocean : Theme.ink40
                 name: I18n.t("Couper la sortie directe") + " — " + root.sourceName
+                tip: root.strip.directMuted ? I18n.t("Réentendre l'application chez toi (le mix l'entend toujours)") : I18n.t("Couper l'application chez toi seulement (le mix l'entend toujours)")
                 Accessible.checkable: true
                 Accessible.checked: root.strip.directMuted
                 onClicked: root.strip.directMuted = !root.strip.directMuted
@@ -76,6 +78,7 @@ Card {
                 symbol: "xmark"
                 color: Theme.ink60
                 name: I18n.t("Retirer") + " — " + root.sourceName
+                tip: I18n.t("Retirer du mix")
                 onClicked: root.strip.remove()
             }
         }
@@ -84,6 +87,7 @@ Card {
         objectName: "gainFader"
         width: parent.width
         name: I18n.t("Gain") + " — " + root.sourceName
+        tip: I18n.t("Niveau dans le mix ; double-clic : 0 dB")
         gain: root.strip.gain
         onGainEdited: gain => root.strip.gain = gain
     }

@@ -26,6 +26,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         name: I18n.t("Tonalité")
         valueText: root.summary
+        tip: I18n.t("De sombre à brillant ; double-clic : neutre")
         value: root.tilt
         range: root.range
         onMoved: amount => root.moved(amount)

@@ -6,6 +6,7 @@ import Velmora.Kit
 Item {
     id: root
     required property VolumeModel volume
+    property string tip
 
     implicitHeight: 28
 
@@ -29,6 +30,7 @@ Item {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         name: root.volume.name
+        tip: root.tip
         gain: root.volume.value
         onGainEdited: gain => root.volume.value = gain
     }

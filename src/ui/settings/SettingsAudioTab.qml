@@ -46,6 +46,7 @@ Column {
                     objectName: "dawSwitch"
                     anchors.verticalCenter: parent.verticalCenter
                     name: "Mode DAW"
+                    tip: I18n.t("Un appareil pour ton logiciel audio : l'interface choisie et le micro virtuel ensemble")
                     checked: root.model.dawEnabled
                     onToggled: root.model.dawEnabled = !root.model.dawEnabled
                 }

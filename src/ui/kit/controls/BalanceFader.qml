@@ -6,6 +6,7 @@ Item {
     id: root
     required property real gain
     property string name
+    property alias tip: fader.tip
     property real minDB: -60
     property real maxDB: 6
     readonly property string valueText: Scales.gainText(gain)

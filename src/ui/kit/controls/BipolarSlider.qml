@@ -10,6 +10,7 @@ Item {
     property real step: range / 100
     property string name
     property string valueText
+    property alias tip: slider.tip
 
     signal moved(real value)
 

@@ -12,6 +12,7 @@ Pressable {
     property bool semibold: filled
 
     name: text
+    tip: text === "" ? name : ""
     implicitWidth: Math.max(implicitHeight, content.implicitWidth + (text === "" ? 8 : 24))
     implicitHeight: text === "" ? 24 : 28
     opacity: enabled ? 1 : 0.4

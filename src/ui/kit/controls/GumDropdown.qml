@@ -18,6 +18,7 @@ Pressable {
     Accessible.role: Accessible.ComboBox
     Accessible.description: label
     Keys.onDownPressed: toggle()
+    tip: shownLabel.truncated ? label : ""
     onClicked: toggle()
     onOptionsChanged: {
         if (open)

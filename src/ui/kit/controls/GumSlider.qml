@@ -8,6 +8,9 @@ Item {
     required property real position
     property string name
     property string valueText
+    // What its gestures do, for whoever hesitates; may be empty.
+    property string tip
+    readonly property bool tipWanted: tip !== "" && !area.pressed && (area.hovered || (activeFocus && InputMode.keyboard))
     // Where the filled part begins, 0 … 1.
     property real origin: 0
     property real thumbSize: 16
@@ -30,6 +33,14 @@ Item {
     implicitHeight: 24
     opacity: enabled ? 1 : 0.4
     activeFocusOnTab: true
+    onTipWantedChanged: {
+        if (tipWanted)
+            Tips.offer(root, tip);
+        else
+            Tips.withdraw(root);
+    }
+    onPositionChanged: Tips.withdraw(root)
+    Component.onDestruction: Tips.withdraw(root)
     onValueChanged: {
         if (Math.abs(value - spokenValue) > 1e-6)
             valueAsked(value);

@@ -1,14 +1,26 @@
 import QtQuick
+import Velmora.Kit
 
 // What buttons, switches and choosers share: pointer, keys, focus, and a voice.
 Item {
     id: root
     property string name
+    // What it does, for whoever hesitates; may be empty.
+    property string tip
+    readonly property bool tipWanted: tip !== "" && (hovered || (activeFocus && InputMode.keyboard))
     readonly property bool hovered: area.containsMouse
     readonly property bool down: area.pressed && area.containsMouse
 
     signal clicked
 
+    onTipWantedChanged: {
+        if (tipWanted)
+            Tips.offer(root, tip);
+        else
+            Tips.withdraw(root);
+    }
+    onClicked: Tips.withdraw(root)
+    Component.onDestruction: Tips.withdraw(root)
     activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: name
@@ -25,7 +37,10 @@ Item {
         id: area
         anchors.fill: parent
         hoverEnabled: true
-        onPressed: root.forceActiveFocus(Qt.MouseFocusReason)
+        onPressed: {
+            Tips.withdraw(root);
+            root.forceActiveFocus(Qt.MouseFocusReason);
+        }
         onClicked: root.clicked()
     }
 }

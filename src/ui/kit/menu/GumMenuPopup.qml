@@ -48,6 +48,7 @@ Item {
             name: root.name
             onDismiss: popup.dismiss()
         }
+        TipBubble {}
     }
     // Where the desktop leaves presses beside the menu to the window that was pressed.
     MouseArea {

@@ -6,6 +6,20 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace {
+
+QtMessageHandler printMessage = nullptr;
+
+/// What Qt says about a file of QML is a fault of ours, whoever finds it.
+void hear(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    printMessage(type, context, message);
+    if (type != QtDebugMsg && type != QtInfoMsg && message.contains(".qml")) {
+        ADD_FAILURE() << message.toStdString();
+    }
+}
+
+} // namespace
+
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     const QTemporaryDir runtimeFolder; // made for this user only, as the platform demands
@@ -18,5 +32,6 @@ int main(int argc, char** argv) {
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     const QApplication application(argc, argv);
     QAccessible::setActive(true);
+    printMessage = qInstallMessageHandler(hear);
     return RUN_ALL_TESTS();
 }

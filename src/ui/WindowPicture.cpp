@@ -3,7 +3,9 @@
 #include "settings/AppSettings.h"
 
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QImage>
+#include <QPainter>
 #include <QQuickWindow>
 #include <QTimer>
 #include <chrono>
@@ -23,6 +25,33 @@ void apply(AppSettings& settings, const WindowLook& look) {
     events.exec();
 }
 
+/// The window, and what stands over it where it stands.
+QImage grab(QQuickWindow& window) {
+    QImage whole = window.grabWindow();
+    const double scale = window.effectiveDevicePixelRatio();
+    for (QWindow* const other : QGuiApplication::topLevelWindows()) {
+        auto* const popup = qobject_cast<QQuickWindow*>(other);
+        if (popup == nullptr || !popup->isVisible() || popup->transientParent() != &window) {
+            continue;
+        }
+        // Its rim is transparent on a screen only.
+        const auto rim = static_cast<int>(popup->property("rim").toDouble() * scale);
+        const QImage all = popup->grabWindow();
+        const QImage over = all.copy(all.rect().adjusted(rim, rim, -rim, -rim));
+        const QPointF beside = popup->position() - window.position();
+        const QPoint place = (beside * scale).toPoint() + QPoint(rim, rim);
+        const QRect room = whole.rect().united(QRect(place, over.size()));
+        QImage both(room.size(), QImage::Format_ARGB32_Premultiplied);
+        both.fill(Qt::transparent);
+        QPainter painter(&both);
+        painter.drawImage(-room.topLeft(), whole);
+        painter.drawImage(place - room.topLeft(), over);
+        painter.end();
+        whole = both;
+    }
+    return whole;
+}
+
 } // namespace
 
 bool saveWindowPicture(QQuickWindow& window,
@@ -31,7 +60,7 @@ bool saveWindowPicture(QQuickWindow& window,
                        const QString& file) {
     const WindowLook before{settings.appearance(), settings.language()};
     apply(settings, look);
-    const QImage picture = window.grabWindow();
+    const QImage picture = grab(window);
     settings.setAppearance(before.appearance);
     settings.setLanguage(before.language);
     return picture.save(file, "PNG");

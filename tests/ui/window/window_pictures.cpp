@@ -13,11 +13,14 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QUrl>
 #include <iostream>
 #include <memory>
@@ -58,13 +61,24 @@ public:
 
     /// Presses what carries this objectName.
     void press(const QString& name) {
-        QQuickItem* const item = findItem(*window_->contentItem(), name);
+        QQuickItem* const item = findItem(*window_, name);
         if (item == nullptr) {
             std::cerr << "There is no " << name.toStdString() << ".\n";
             std::exit(1);
         }
         QMetaObject::invokeMethod(item, "clicked");
         settle();
+    }
+
+    /// Waits with the pointer over what carries this objectName.
+    void hover(const QString& name) {
+        QQuickItem& item = *findItem(*window_, name);
+        const QPointF at = item.mapToScene({item.width() / 2, item.height() / 2});
+        QMouseEvent event(QEvent::MouseMove, at, at, Qt::NoButton, {}, {});
+        QCoreApplication::sendEvent(window_.get(), &event);
+        QEventLoop waiting;
+        QTimer::singleShot(1s, &waiting, &QEventLoop::quit);
+        waiting.exec();
     }
 
     void key(Qt::Key key) {
@@ -195,6 +209,11 @@ const State states[] = {
          stage.press("removeButton");
          stage.key(Qt::Key_Backtab);
          stage.key(Qt::Key_Backtab);
+      }},
+    {"tip",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         stage.hover("monitoringButton");
      }},
     {"problem",
      [](Stage& stage) {

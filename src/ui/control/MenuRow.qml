@@ -7,8 +7,6 @@ RowButton {
     required property string title
     required property string shortcut
 
-    readonly property string commandSign: "\u2318"
-
     implicitHeight: 36
     name: title
     description: shortcut
@@ -22,24 +20,12 @@ RowButton {
         anchors.verticalCenter: parent.verticalCenter
         text: root.title
     }
-    // The program's fonts lack the command sign, so it is a drawing.
-    Row {
+    Label {
         id: keys
         anchors.right: parent.right
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 1
-
-        Symbol {
-            anchors.verticalCenter: parent.verticalCenter
-            visible: root.shortcut.startsWith(root.commandSign)
-            name: "command"
-            size: 13
-            color: Theme.ink60
-        }
-        Label {
-            text: root.shortcut.replace(root.commandSign, "")
-            color: Theme.ink60
-        }
+        text: root.shortcut
+        color: Theme.ink60
     }
 }

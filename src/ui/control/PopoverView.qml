@@ -173,7 +173,7 @@ Item {
                     objectName: "settingsRow"
                     width: parent.width
                     title: I18n.t("Réglages…")
-                    shortcut: "⌘,"
+                    shortcut: "Ctrl+,"
                     onClicked: root.model.openSettings()
                 }
                 Rectangle {
@@ -185,7 +185,7 @@ Item {
                     objectName: "quitRow"
                     width: parent.width
                     title: I18n.t("Quitter Velmora")
-                    shortcut: "⌘Q"
+                    shortcut: "Ctrl+Q"
                     onClicked: root.model.quit()
                 }
             }

@@ -73,6 +73,11 @@ Sheet {
                 onChosen: root.choose(index)
             }
 
+            GumScrollBar {
+                parent: list
+                flickable: list
+                inset: -4
+            }
             Label {
                 anchors.centerIn: parent
                 objectName: "nothingFound"

@@ -12,12 +12,17 @@ Item {
     property bool opened
     signal clicked
 
+    function takeFocus(): void {
+        button.forceActiveFocus(Qt.TabFocusReason);
+    }
+
     implicitHeight: 42
 
     Card {
         anchors.fill: parent
     }
     RowButton {
+        id: button
         anchors.fill: parent
         radius: 12
         name: root.name
@@ -45,6 +50,7 @@ Item {
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
             text: root.caption
+            elide: Text.ElideMiddle
             font.weight: Font.Bold
         }
         Symbol {

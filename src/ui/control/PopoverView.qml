@@ -33,16 +33,67 @@ Item {
 
     // Whoever removes a strip by keyboard goes on at the next one.
     function passFocusOn(index: int, removed: Item): void {
-        let focused = Window.activeFocusItem;
-        while (focused && focused !== removed)
-            focused = focused.parent;
-        if (!focused)
+        if (!hasFocus(removed))
             return;
         const next = stripList.itemAt(Math.min(index, stripList.count - 1)) as SourceStrip;
         if (next)
-            next.takeFocus();
+            next.takeFocus(0);
         else
             addSource.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    // Itself or something in it.
+    function hasFocus(part: Item): bool {
+        let focused = Window.activeFocusItem;
+        while (focused && focused !== part)
+            focused = focused.parent;
+        return focused !== null;
+    }
+    function stripWithFocus(): int {
+        for (let index = 0; index < stripList.count; index++) {
+            if (hasFocus(stripList.itemAt(index)))
+                return index;
+        }
+        return -1;
+    }
+
+    // Control with an arrow goes from strip to strip at the same control, and out of them at both
+    // ends; with Home and End, to the first and the last.
+    function goTo(index: int): void {
+        const from = stripList.itemAt(stripWithFocus()) as SourceStrip;
+        const to = stripList.itemAt(index) as SourceStrip;
+        if (to)
+            to.takeFocus(from ? from.focusedStop() : -1);
+        else if (index < 0)
+            sourcePicker.takeFocus();
+        else
+            addSource.forceActiveFocus(Qt.TabFocusReason);
+    }
+    Keys.onPressed: event => {
+        if ((event.modifiers & ~Qt.KeypadModifier) !== Qt.ControlModifier || asking)
+            return;
+        const last = stripList.count - 1;
+        const here = stripWithFocus();
+        event.accepted = true;
+        switch (event.key) {
+        case Qt.Key_Home:
+            return goTo(0);
+        case Qt.Key_End:
+            return goTo(last);
+        case Qt.Key_Down:
+            return goTo(here + 1);
+        case Qt.Key_Up:
+            return goTo(here < 0 ? last : here - 1);
+        }
+        event.accepted = false;
+    }
+
+    // A strip that was added comes into view; many at once are a recall, which begins at its first.
+    property int added: 0
+    function revealAdded(): void {
+        if (added === 1)
+            strips.revealSoon(stripList.itemAt(stripList.count - 1));
+        added = 0;
     }
 
     // Enough for everything; with less the strips scroll, and below that the whole page.
@@ -114,10 +165,15 @@ Item {
                     id: stripList
                     model: root.model.strips
                     onItemRemoved: (index, item) => root.passFocusOn(index, item)
+                    onItemAdded: {
+                        root.added++;
+                        Qt.callLater(root.revealAdded);
+                    }
 
                     SourceStrip {
                         required property int index
                         objectName: "strip" + index
+                        onGrown: strips.revealSoon(this)
                         width: root.width - 2 * root.margin
                     }
                 }

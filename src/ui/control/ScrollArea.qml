@@ -17,10 +17,17 @@ Flickable {
             return;
         const top = item.mapToItem(contentItem, 0, 0).y - 8;
         const bottom = top + item.height + 16;
-        if (top < contentY)
-            contentY = Math.max(0, top);
+        if (top < contentY || bottom - top > height)
+            contentY = Math.max(0, Math.min(contentHeight - height, top));
         else if (bottom > contentY + height)
             contentY = Math.min(contentHeight - height, bottom - height);
+    }
+
+    // What has just come or grown, until there is room for it.
+    property Item awaited: null
+    function revealSoon(item: Item): void {
+        awaited = item;
+        reveal(item);
     }
 
     contentWidth: width
@@ -29,17 +36,17 @@ Flickable {
     flickableDirection: Flickable.VerticalFlick
     interactive: scrolls
     onFocusedChanged: reveal(focused)
+    onContentHeightChanged: {
+        if (awaited)
+            reveal(awaited);
+        awaited = null;
+    }
 
-    Rectangle {
+    GumScrollBar {
         objectName: "scrollMark"
         parent: root
-        visible: root.scrolls
-        x: root.width - width - 4
-        y: root.height * root.visibleArea.yPosition
-        width: 4
-        height: Math.max(24, root.height * root.visibleArea.heightRatio)
-        radius: 2
-        color: Theme.ink40
-        z: 1
+        flickable: root
+        inset: 6
+        thickness: 4
     }
 }

@@ -8,8 +8,28 @@ Card {
     required property SourceStripModel strip
     readonly property string sourceName: strip.nameIn(I18n.t("Entrée"), I18n.t("Entrées"))
 
-    function takeFocus(): void {
-        icon.forceActiveFocus(Qt.OtherFocusReason);
+    // What the keyboard can act on, in the order of Tab.
+    readonly property list<Item> stops: [icon, effectsButton, monitoringButton, removeButton, fader]
+    // The one it acts on now; none = -1.
+    function focusedStop(): int {
+        for (let stop = 0; stop < stops.length; stop++) {
+            if (stops[stop].activeFocus)
+                return stop;
+        }
+        return -1;
+    }
+    function takeFocus(stop: int): void {
+        const wanted = stop >= 0 && stops[stop].visible ? stops[stop] : icon;
+        wanted.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    // It, or its effects, became higher.
+    signal grown
+    property real heightBefore: 0
+    onImplicitHeightChanged: {
+        if (strip.fxOpen && implicitHeight > heightBefore)
+            grown();
+        heightBefore = implicitHeight;
     }
 
     spacing: 4
@@ -33,6 +53,8 @@ Card {
             anchors.verticalCenter: parent.verticalCenter
             objectName: "sourceName"
             text: root.sourceName
+            // "… Entrée 1" and "… Entrée 2" differ at their end.
+            elide: Text.ElideMiddle
             font.weight: Font.DemiBold
         }
         MiniVU {
@@ -52,6 +74,7 @@ Card {
             spacing: 4
 
             GumButton {
+                id: effectsButton
                 objectName: "effectsButton"
                 symbol: "slider.vertical.3"
                 color: !root.strip.fxActive ? Theme.ink60 : Theme.active
@@ -63,6 +86,7 @@ Card {
                 onClicked: root.strip.fxOpen = !root.strip.fxOpen
             }
             GumButton {
+                id: monitoringButton
                 objectName: "monitoringButton"
                 visible: root.strip.isApplication
                 symbol: root.strip.directMuted ? "speaker.slash.fill" : "speaker.wave.2"
@@ -74,6 +98,7 @@ Card {
                 onClicked: root.strip.directMuted = !root.strip.directMuted
             }
             GumButton {
+                id: removeButton
                 objectName: "removeButton"
                 symbol: "xmark"
                 color: Theme.ink60
@@ -84,6 +109,7 @@ Card {
         }
     }
     BalanceFader {
+        id: fader
         objectName: "gainFader"
         width: parent.width
         name: I18n.t("Gain") + " — " + root.sourceName

@@ -103,6 +103,84 @@ TEST_F(WindowSize, TheKeyboardBringsHiddenStripsIntoView) {
     EXPECT_TRUE(placeOf(strips).contains(placeOf(*window().activeFocusItem())));
 }
 
+TEST_F(WindowSize, TheMarkCanBeDragged) {
+    scene.mixMany(12);
+    open(700);
+    auto& strips = find("strips");
+    auto& mark = within(strips, "scrollMark");
+    pointer().press(mark, {mark.width() / 2, 10});
+    pointer().moveTo(mark, {mark.width() / 2, 40});
+    settle();
+    const double moved = strips.property("contentY").toDouble();
+    const double hidden = strips.property("contentHeight").toDouble() - strips.height();
+    EXPECT_NEAR(moved, 30 / (strips.height() - mark.height()) * hidden, 1);
+    pointer().moveTo(strips, {strips.width() - 8, 3000});
+    pointer().release();
+    settle();
+    EXPECT_NEAR(strips.property("contentY").toDouble(), hidden, 1);
+}
+
+TEST_F(WindowSize, AnAddedStripComesIntoViewWhole) {
+    scene.mixMany(12);
+    open(700);
+    scene.engine.add(scene.browser);
+    advance(100ms);
+    EXPECT_TRUE(placeOf(find("strips")).contains(placeOf(find("strip12"))));
+}
+
+TEST_F(WindowSize, ManyStripsAddedAtOnceBeginAtTheFirst) {
+    open(700);
+    scene.mixMany(12);
+    advance(100ms);
+    EXPECT_EQ(find("strips").property("contentY"), 0.0);
+}
+
+TEST_F(WindowSize, AnOpenedEffectsPanelComesIntoViewWhole) {
+    scene.mixMany(12);
+    open(1000);
+    auto& strips = find("strips");
+    QQuickItem* last = nullptr;
+    for (int i = 0; i < 12; ++i) {
+        QQuickItem& strip = find(QString("strip%1").arg(i));
+        last = placeOf(strips).contains(placeOf(strip)) ? &strip : last;
+    }
+    ASSERT_NE(last, nullptr);
+    const double before = placeOf(*last).top();
+    pointer().click(within(*last, "effectsButton"));
+    advance(100ms);
+    EXPECT_TRUE(placeOf(strips).contains(placeOf(*last)));
+    EXPECT_LT(placeOf(*last).top(), before);
+}
+
+TEST_F(WindowSize, ControlAndArrowsGoFromStripToStripAtTheSameControl) {
+    scene.mixMany(12);
+    open(700);
+    tabTo(QString::fromUtf8("Effets — Instrument 1"));
+    key(Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(focused(), QString::fromUtf8("Effets — Instrument 2"));
+    key(Qt::Key_End, Qt::ControlModifier);
+    EXPECT_EQ(focused(), QString::fromUtf8("Effets — Instrument 12"));
+    EXPECT_TRUE(placeOf(find("strips")).contains(placeOf(*window().activeFocusItem())));
+    key(Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(focused(), "Ajouter une source");
+    key(Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_EQ(focused(), QString::fromUtf8("Couper le son — Instrument 12"));
+    key(Qt::Key_Home, Qt::ControlModifier);
+    key(Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_EQ(focused(), "Choisir une source");
+}
+
+TEST_F(WindowSize, ControlAndArrowsLeaveAFaderAsItIs) {
+    scene.mixMany(2);
+    open();
+    tabTo(QString::fromUtf8("Gain — Instrument 1"));
+    key(Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(focused(), QString::fromUtf8("Gain — Instrument 2"));
+    for (const AudioSource& source : scene.engine.sources()) {
+        EXPECT_EQ(scene.engine.gain(source), 1.0F);
+    }
+}
+
 TEST_F(WindowSize, OnAVerySmallScreenTheWholePageScrolls) {
     scene.mixMany(3);
     open(320);

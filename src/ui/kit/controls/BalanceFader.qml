@@ -2,7 +2,7 @@ import QtQuick
 import Velmora.Kit
 
 // A fader for a linear gain, with its decibels beside it. Its bounds are those of every gain.
-Item {
+FocusScope {
     id: root
     required property real gain
     property string name
@@ -18,6 +18,7 @@ Item {
 
     FaderSlider {
         id: fader
+        focus: true
         anchors.left: parent.left
         anchors.right: readOut.left
         anchors.rightMargin: 10

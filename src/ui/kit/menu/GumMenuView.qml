@@ -83,7 +83,9 @@ FocusScope {
         }
     }
     GumScrollBar {
+        objectName: "scrollBar"
         flickable: list
+        inset: -2.5
     }
     // The pointer chooses by moving, not by what a scrolling list brings under it.
     HoverHandler {

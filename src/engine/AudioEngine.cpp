@@ -158,10 +158,7 @@ bool AudioEngine::isDirectMuted(const AudioSource& source) const {
 void AudioEngine::setDirectMuted(bool muted, const AudioSource& source) {
     const bool differs = settings_.muteDirect(source.id()) != muted;
     settings_.setMuteDirect(source.id(), muted);
-    if (SourceCapture* capture = captureOf(source)) {
-        capture->setMuteDirect(muted);
-        keeper_.restartCapture(source);
-    }
+    keeper_.setMuteDirect(source, muted);
     notifyIf(differs);
 }
 

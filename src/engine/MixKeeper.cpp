@@ -148,14 +148,11 @@ void MixKeeper::moveMonitor() {
     }
 }
 
-void MixKeeper::restartCapture(const AudioSource& source) {
-    if (SourceCapture* const capture = mix_ ? mix_->captureOf(source) : nullptr) {
-        mix_->restartCapture(*capture);
-        if (mix_->captureOf(source) == nullptr) {
-            followLevels();
-            pause_ = shortestPause;
-            retryLater();
-        }
+void MixKeeper::setMuteDirect(const AudioSource& source, bool muted) {
+    if (mix_ && !mix_->setMuteDirect(source, muted)) {
+        followLevels();
+        pause_ = shortestPause;
+        retryLater();
     }
 }
 

@@ -66,7 +66,7 @@ public:
     /// The choice of the monitoring output was made anew.
     void moveMonitor();
     /// The source's mute was set anew. A refusal is not told now: the next step tries again.
-    void restartCapture(const AudioSource& source);
+    void setMuteDirect(const AudioSource& source, bool muted);
 
 private:
     /// What observers are told about.

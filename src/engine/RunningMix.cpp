@@ -139,13 +139,25 @@ void RunningMix::dropAllBut(const std::vector<AudioSource>& sources) {
     publishRings();
 }
 
-void RunningMix::restartCapture(SourceCapture& capture) {
-    try {
-        capture.start();
-    } catch (const std::exception&) {
-        std::erase_if(captures_, [&](const auto& one) { return one.get() == &capture; });
+bool RunningMix::setMuteDirect(const AudioSource& source, bool muted) {
+    const std::string id = source.id();
+    const auto isRefused = [&](const std::unique_ptr<SourceCapture>& capture) {
+        if (capture->source().id() != id) {
+            return false;
+        }
+        capture->setMuteDirect(muted);
+        try {
+            capture->start();
+            return false;
+        } catch (const std::exception&) {
+            return true;
+        }
+    };
+    const bool isWhole = std::erase_if(captures_, isRefused) == 0;
+    if (!isWhole) {
         publishRings();
     }
+    return isWhole;
 }
 
 SourceCapture* RunningMix::captureOf(const AudioSource& source) const {

@@ -63,8 +63,9 @@ public:
     std::vector<Problem> takeSources(const std::vector<AudioSource>& sources);
     /// Only the second half of it.
     void dropAllBut(const std::vector<AudioSource>& sources);
-    /// Anew, with the mute as it is set now. One that fails is no capture any more.
-    void restartCapture(SourceCapture& capture);
+    /// Starts the source's captures anew, those of all its entries: one alone would go on silencing
+    /// the application. Returns false when one failed; that is no capture any more.
+    bool setMuteDirect(const AudioSource& source, bool muted);
 
     /// In the order of the list.
     [[nodiscard]] const std::vector<std::unique_ptr<SourceCapture>>& captures() const {

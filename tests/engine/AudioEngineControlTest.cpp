@@ -113,6 +113,17 @@ TEST_F(AudioEngineControl, SilencesARunningApplicationOnItsOwnOutput) {
     EXPECT_EQ(next(speakers, 1), 0.375F);
 }
 
+TEST_F(AudioEngineControl, GivesAnApplicationBackThatIsInTheListTwice) {
+    startWith({player, player});
+    engine.setHeadphoneVolume(0.0F);
+
+    engine.setDirectMuted(true, player);
+    EXPECT_EQ(next(speakers, 1), 0.125F);
+
+    engine.setDirectMuted(false, player);
+    EXPECT_EQ(next(speakers, 1), 0.375F);
+}
+
 TEST_F(AudioEngineControl, StartsAMutedSourceMuted) {
     engine.setDirectMuted(true, player);
     EXPECT_EQ(next(speakers, 1), 0.375F);

@@ -34,13 +34,13 @@ void read(std::istream& in, std::optional<MetadataValue>& value) {
 
 using Target = std::optional<MetadataValue>;
 
-Target targetObjectOf(const Graph& graph, const MutedStream& muted) {
-    return graph.metadata(sessionMetadata, muted.id, targetObjectKey);
+Target targetObjectOf(const Graph& graph, GlobalId stream) {
+    return graph.metadata(sessionMetadata, stream, targetObjectKey);
 }
 
-/// None when it is what `sendToSink` has written.
-Target targetNodeOf(const Graph& graph, const MutedStream& muted) {
-    const Target value = graph.metadata(sessionMetadata, muted.id, targetNodeKey);
+/// None when it is what `sendToSink` has written, now or for another mute before.
+Target targetNodeOf(const Graph& graph, GlobalId stream) {
+    const Target value = graph.metadata(sessionMetadata, stream, targetNodeKey);
     return value && value->type == ownType ? std::nullopt : value;
 }
 
@@ -55,8 +55,8 @@ MutedStream muteOf(const Graph& graph, const Node& stream, Serial sink) {
     return {.stream = stream.serial,
             .id = stream.id,
             .sink = sink,
-            .targetObject = graph.metadata(sessionMetadata, stream.id, targetObjectKey),
-            .targetNode = graph.metadata(sessionMetadata, stream.id, targetNodeKey)};
+            .targetObject = targetObjectOf(graph, stream.id),
+            .targetNode = targetNodeOf(graph, stream.id)};
 }
 
 void sendToSink(Connection& connection,
@@ -77,11 +77,11 @@ void sendToSink(Connection& connection,
 }
 
 void takeOverTargets(const Graph& graph, MutedStream& muted) {
-    const Target object = targetObjectOf(graph, muted);
+    const Target object = targetObjectOf(graph, muted.id);
     if (!object || object->value != std::to_string(muted.sink)) {
         muted.targetObject = object;
     }
-    if (const Target node = targetNodeOf(graph, muted)) {
+    if (const Target node = targetNodeOf(graph, muted.id)) {
         muted.targetNode = node;
     }
 }
@@ -91,7 +91,7 @@ bool giveBack(Connection& connection,
               MutedStream muted,
               const std::string& stored) {
     const Node* const stream = graph.node(muted.stream);
-    const Target object = targetObjectOf(graph, muted);
+    const Target object = targetObjectOf(graph, muted.id);
     if (stream == nullptr || !object || object->value != std::to_string(muted.sink)) {
         return false;
     }

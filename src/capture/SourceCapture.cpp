@@ -63,11 +63,16 @@ void SourceCapture::startPhysicalInput(const InputRange& range) {
     auto input = unitOrThrow(platform_.units.makeInput());
     throwIfRefused(input->setDevice(range.device), {.kind = Problem::Kind::inputNotAssigned});
     const ChannelPair pair = channelPair(range.first, range.count, input->channelCount());
+    const std::size_t used = pair.right - pair.left + 1;
+    throwIfRefused(
+        input->setChannels(static_cast<std::uint32_t>(pair.left), static_cast<std::uint32_t>(used)),
+        {.kind = Problem::Kind::inputNotAssigned});
     platform_.devices.requestBufferFrames(range.device, requestedBlockFrames);
     if (const double rateHz = input->sampleRate(); rateHz > 0.0) {
         boxes_.fx->setSampleRate(rateHz);
     }
-    auto receiver = std::make_shared<InputReceiver>(boxes_, pair);
+    auto receiver = std::make_shared<InputReceiver>(
+        boxes_, ChannelPair{.left = 0, .right = pair.right - pair.left});
     throwIfRefused(
         input->start([receiver](std::int64_t frames, std::span<const float* const> channels) {
             receiver->receive(frames, channels);

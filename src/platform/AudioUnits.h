@@ -46,14 +46,17 @@ public:
     [[nodiscard]] virtual bool isAlive() const = 0;
 };
 
-/// Records every channel of one device. Threads: main. Real-time: no.
+/// Records channels of one device. Threads: main. Real-time: no.
 class InputUnit {
 public:
     virtual ~InputUnit() = default; ///< stops
 
     virtual Status setDevice(AudioObjectID device) = 0;
     [[nodiscard]] virtual std::uint32_t channelCount() const = 0; ///< 0 before `setDevice`
-    [[nodiscard]] virtual double sampleRate() const = 0;          ///< Hz; 0 when unknown
+    /// The only channels that are handed over, from the 0-based `first` on; without it, or after
+    /// another `setDevice`, every channel is.
+    virtual Status setChannels(std::uint32_t first, std::uint32_t count) = 0;
+    [[nodiscard]] virtual double sampleRate() const = 0; ///< Hz; 0 when unknown
     virtual Status start(ReceiveCallback receive) = 0;
     /// When this returns, the callback is not running and will not run again.
     virtual void stop() noexcept = 0;

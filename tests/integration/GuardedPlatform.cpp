@@ -39,6 +39,9 @@ public:
 
     Status setDevice(AudioObjectID device) override { return real_->setDevice(device); }
     std::uint32_t channelCount() const override { return real_->channelCount(); }
+    Status setChannels(std::uint32_t first, std::uint32_t count) override {
+        return real_->setChannels(first, count);
+    }
     double sampleRate() const override { return real_->sampleRate(); }
     Status start(ReceiveCallback receive) override {
         return real_->start([receive = std::move(receive)](std::int64_t frames,

@@ -136,6 +136,7 @@ public:
     [[nodiscard]] std::uint32_t channelCount() const override {
         return target_ ? target_->channels : 0;
     }
+    Status setChannels(std::uint32_t first, std::uint32_t count) override;
     [[nodiscard]] double sampleRate() const override { return blockRate(session_, target_); }
     Status start(ReceiveCallback receive) override;
     void stop() noexcept override { part_.stop(); }
@@ -144,6 +145,8 @@ public:
 private:
     Session& session_;
     std::optional<UnitTarget> target_;
+    std::uint32_t first_ = 0;
+    std::uint32_t count_ = 0;
     RunningPart<RecordingPart> part_;
 };
 
@@ -156,6 +159,20 @@ Status RecordingUnit::setDevice(AudioObjectID device) {
         return target.error();
     }
     target_ = *std::move(target);
+    first_ = 0;
+    count_ = target_->channels;
+    return statusOk;
+}
+
+Status RecordingUnit::setChannels(std::uint32_t first, std::uint32_t count) {
+    if (part_.isRunning()) {
+        return -EBUSY;
+    }
+    if (count == 0 || first >= channelCount() || count > channelCount() - first) {
+        return -EINVAL;
+    }
+    first_ = first;
+    count_ = count;
     return statusOk;
 }
 
@@ -170,8 +187,8 @@ Status RecordingUnit::start(ReceiveCallback receive) {
         return status;
     }
     return part_.start(target_->wish,
-                       RecordingRoute{.deviceUID = target_->uid},
-                       target_->channels,
+                       RecordingRoute{.deviceUID = target_->uid, .first = first_},
+                       count_,
                        std::move(receive));
 }
 

@@ -146,8 +146,23 @@ public:
             pointAt(*graph_, state_, device, Operation::setInputDevice, Scope::input);
         if (status == statusOk) {
             state_.channels = graph_->device(device)->channels(Scope::input);
+            state_.first = 0;
+            state_.count = state_.channels;
         }
         return status;
+    }
+
+    Status setChannels(std::uint32_t first, std::uint32_t count) override {
+        const std::scoped_lock guard(graph_->mutex);
+        if (state_.startedAs != 0) {
+            return statusBusy;
+        }
+        if (count == 0 || first >= state_.channels || count > state_.channels - first) {
+            return statusInvalid;
+        }
+        state_.first = first;
+        state_.count = count;
+        return statusOk;
     }
 
     [[nodiscard]] std::uint32_t channelCount() const override {

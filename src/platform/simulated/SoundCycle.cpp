@@ -120,9 +120,9 @@ void SoundGraph::runInput(const InputUnitState& unit) {
     }
     for (std::int64_t block = 0; block < source->clock.blocks(); ++block) {
         ChannelBlock sound;
-        for (std::size_t channel = 0; channel < unit.channels; ++channel) {
-            sound.push_back(
-                channelOf(source->input, channel, frame + source->clock.ahead(block), blockFrames));
+        for (std::size_t at = 0; at < unit.count; ++at) {
+            sound.push_back(channelOf(
+                source->input, unit.first + at, frame + source->clock.ahead(block), blockFrames));
         }
         const std::vector<float*> channels = pointersTo(sound);
         const std::vector<const float*> readable(channels.begin(), channels.end());

@@ -80,6 +80,8 @@ struct OutputUnitState : UnitState {
 
 struct InputUnitState : UnitState {
     std::uint32_t channels{}; ///< of the device when the unit was pointed at it
+    std::uint32_t first{};    ///< 0-based, of those that are handed over
+    std::uint32_t count{};
     ReceiveCallback receive;
 };
 

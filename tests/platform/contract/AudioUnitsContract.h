@@ -110,6 +110,31 @@ TYPED_TEST_P(AudioUnitsContract, RecordsEveryChannelOfADevice) {
     EXPECT_EQ(fed->blocks(), atStop);
 }
 
+TYPED_TEST_P(AudioUnitsContract, RecordsOnlyTheChannelsThatAreUsed) {
+    const AudioObjectID device = this->make(this->interface4);
+    this->rig.feed(this->interface4.uid, 3, 700, -12);
+    auto unit = this->rig.units().makeInput();
+    EXPECT_NE(unit->setChannels(0, 1), statusOk) << "of no device";
+    ASSERT_EQ(unit->setDevice(device), statusOk);
+    EXPECT_NE(unit->setChannels(3, 2), statusOk);
+    EXPECT_NE(unit->setChannels(4, 1), statusOk);
+    EXPECT_NE(unit->setChannels(0, 0), statusOk);
+    ASSERT_EQ(unit->setChannels(2, 2), statusOk);
+    EXPECT_EQ(unit->channelCount(), 4U);
+    const auto fed = std::make_shared<BlockCollector>(this->settledFrames);
+
+    ASSERT_EQ(unit->start([=](std::int64_t frames, std::span<const float* const> channels) {
+        if (channels.size() == 2) {
+            fed->add({channels[0], static_cast<std::size_t>(frames)});
+        }
+    }),
+              statusOk);
+
+    ASSERT_TRUE(this->rig.wait([&] { return fed->isFull(); }));
+    EXPECT_NEAR(support::toneDb(fed->latest(this->listenedFrames), 700), -12, this->tolerance);
+    EXPECT_NE(unit->setChannels(0, 1), statusOk) << "while it runs";
+}
+
 TYPED_TEST_P(AudioUnitsContract, RefusesAnOutputWhoseDeviceIsGone) {
     const AudioObjectID device = this->make(this->speakers);
     auto unit = this->rig.units().makeOutput();
@@ -235,6 +260,7 @@ REGISTER_TYPED_TEST_SUITE_P(AudioUnitsContract,
                             PlaysIntoTheChannelsOfItsMap,
                             CallsAnOutputNoMoreOnceItStopped,
                             RecordsEveryChannelOfADevice,
+                            RecordsOnlyTheChannelsThatAreUsed,
                             RefusesAnOutputWhoseDeviceIsGone,
                             RefusesADeviceThatItDoesNotKnow,
                             RefusesAnOutputsStepsBeforeItHasADevice,

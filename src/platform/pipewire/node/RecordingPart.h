@@ -1,4 +1,4 @@
-// RecordingPart.h: hands on every channel of one device.
+// RecordingPart.h: hands on channels of one device.
 #pragma once
 
 #include "platform/AudioUnits.h"

@@ -68,8 +68,9 @@ public:
     void add(const Ports& ports, const RecordingRoute& route) {
         if (const Node* const device = deviceNamed(graph_, route.deviceUID)) {
             const auto channels = recordingPorts(*device);
-            for (std::size_t at = 0; at < std::min(ports.size(), channels.size()); ++at) {
-                connect(&channels[at], ports[at]);
+            for (std::size_t at = 0; at < ports.size() && route.first + at < channels.size();
+                 ++at) {
+                connect(&channels[route.first + at], ports[at]);
             }
         }
     }

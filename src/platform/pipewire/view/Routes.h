@@ -35,9 +35,11 @@ struct PlaybackRoute {
     std::vector<std::int32_t> map;
 };
 
-/// Records the device's channels, one by each port, whenever it exists.
+/// Records the device's channels, from the 0-based `first` on, one by each port, whenever it
+/// exists.
 struct RecordingRoute {
     std::string deviceUID;
+    std::size_t first{};
 };
 
 using Route = std::variant<TapRoute, PlaybackRoute, RecordingRoute>;

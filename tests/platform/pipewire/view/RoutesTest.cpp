@@ -22,8 +22,8 @@ protected:
 
     void addTap() { add("in", tapInputCount, TapRoute{.process = process}); }
     void addOutput(PlaybackRoute route) { add("out", playbackPortCount, std::move(route)); }
-    void addInput(std::size_t channels) {
-        add("in", channels, RecordingRoute{.deviceUID = "interface"});
+    void addInput(std::size_t channels, std::size_t first = 0) {
+        add("in", channels, RecordingRoute{.deviceUID = "interface", .first = first});
     }
     /// A part of the mix; our node comes with the first.
     void add(const std::string& direction, std::size_t ports, Route route) {
@@ -134,6 +134,16 @@ TEST_F(RoutesTest, ConnectsAnInputToItsDevicesChannelsInOrder) {
     EXPECT_THAT(
         links(),
         UnorderedElementsAre(Ends("interface:AUX0", "mix:in1"), Ends("interface:AUX1", "mix:in2")));
+}
+
+TEST_F(RoutesTest, ConnectsAnInputToTheChannelsThatItUses) {
+    const Serial device = builder.addNode("interface", "Audio/Source");
+    builder.addPorts(device, "out", {"AUX0", "AUX1", "AUX2", "AUX3"});
+    addInput(2, 2);
+
+    EXPECT_THAT(
+        links(),
+        UnorderedElementsAre(Ends("interface:AUX2", "mix:in1"), Ends("interface:AUX3", "mix:in2")));
 }
 
 TEST_F(RoutesTest, ConnectsAnInputToWhatItsDeviceStillHas) {

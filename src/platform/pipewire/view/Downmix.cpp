@@ -1,8 +1,13 @@
 #include "platform/pipewire/view/Downmix.h"
 
+#include "platform/pipewire/view/Devices.h"
+#include "platform/pipewire/view/StreamTarget.h"
+
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <set>
+#include <utility>
 
 namespace velmora::pipewire {
 namespace {
@@ -77,9 +82,68 @@ void addFeeds(std::vector<TapFeed>& feeds,
     }
 }
 
+/// Whether the material itself has no places, and more channels than a pair. Programs without a
+/// class never tell what their material is.
+bool isUnplaced(const Node& stream) {
+    if (!isPlaybackStream(stream)) {
+        return true;
+    }
+    return stream.content.size() > 2 &&
+           std::ranges::all_of(stream.content, [](const std::string& channel) {
+               return channel.empty() || channel == "UNK" || channel.starts_with("AUX");
+           });
+}
+
+TapInput turn(std::size_t index) {
+    return index % 2 == 0 ? TapInput::left : TapInput::right;
+}
+
+/// On which sides an output plays one of its channels.
+std::vector<TapInput> sidesOf(const Node& output, Serial port) {
+    const auto channels = playbackPorts(output);
+    const auto channel = std::ranges::find(channels, port, &Port::serial);
+    if (channel == channels.end()) {
+        return {};
+    }
+    const auto place = inputOf(channel->channel);
+    if (channels.size() == 1 || place == TapInput::centre) {
+        return {TapInput::left, TapInput::right};
+    }
+    if (place == TapInput::left || place == TapInput::surroundLeft) {
+        return {TapInput::left};
+    }
+    if (place == TapInput::right || place == TapInput::surroundRight) {
+        return {TapInput::right};
+    }
+    return {turn(static_cast<std::size_t>(channel - channels.begin()))};
+}
+
+std::vector<TapFeed>
+playedFeeds(const Graph& graph, const Node& stream, const std::vector<Port>& ports) {
+    std::set<std::pair<Serial, TapInput>> played;
+    for (const auto& [serial, link] : graph.links()) {
+        const Node* const output = graph.node(link.inputNode);
+        const bool isPlayed = link.outputNode == stream.serial && output != nullptr &&
+                              (isOutputDevice(*output) || isMuteSink(*output));
+        for (const TapInput side :
+             isPlayed ? sidesOf(*output, link.inputPort) : std::vector<TapInput>{}) {
+            played.insert({link.outputPort, side});
+        }
+    }
+    std::vector<TapFeed> feeds;
+    for (std::size_t at = 0; at < ports.size(); ++at) {
+        for (const TapInput side : {TapInput::left, TapInput::right}) {
+            if (played.empty() ? side == turn(at) : played.contains({ports[at].serial, side})) {
+                feeds.push_back(feed(ports[at], side));
+            }
+        }
+    }
+    return feeds;
+}
+
 } // namespace
 
-std::vector<TapFeed> stereoMixdown(const Node& stream) {
+std::vector<TapFeed> stereoMixdown(const Graph& graph, const Node& stream) {
     std::vector<Port> ports;
     std::ranges::copy_if(stream.ports, std::back_inserter(ports), [](const Port& port) {
         return port.isOutput && port.isAudio;
@@ -93,8 +157,11 @@ std::vector<TapFeed> stereoMixdown(const Node& stream) {
     if (ports.size() == 1 || (stream.content.size() == 1 && !hasFrontPair)) {
         return bothSides(ports.front());
     }
+    if (!hasFrontPair && isUnplaced(stream)) {
+        return playedFeeds(graph, stream, ports);
+    }
     if (!hasFrontPair) {
-        // Numbered channels: the first two are the pair.
+        // Placed material on numbered channels: the first two are the pair.
         return {feed(ports[0], TapInput::left), feed(ports[1], TapInput::right)};
     }
     std::vector<TapFeed> feeds = {feed(*left, TapInput::left), feed(*right, TapInput::right)};

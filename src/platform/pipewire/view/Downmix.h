@@ -27,6 +27,10 @@ struct TapFeed {
 /// A stream shows the layout of the sink it plays to, whatever its material: channels that the
 /// material does not have hold copies of others, so only those count that it has. What it has but
 /// the sink does not was mixed into a neighbour of the same side, which then counts instead.
-[[nodiscard]] std::vector<TapFeed> stereoMixdown(const Node& stream);
+///
+/// Channels that say nothing of their place, as those of JACK programs, count where the program
+/// plays them: by the side of the output's channel that they are linked to. When it plays to no
+/// output all of them count, left and right in turn.
+[[nodiscard]] std::vector<TapFeed> stereoMixdown(const Graph& graph, const Node& stream);
 
 } // namespace velmora::pipewire

@@ -8,16 +8,11 @@
 namespace velmora::pipewire {
 namespace {
 
-bool isOutputDevice(const Node* node) {
-    return node != nullptr &&
-           (node->mediaClass == "Audio/Sink" || node->mediaClass == "Audio/Duplex");
-}
-
 /// Null when the stream plays to none.
 const Node* sinkOf(const Graph& graph, Serial stream) {
     for (const auto& [serial, link] : graph.links()) {
         const Node* const sink = graph.node(link.inputNode);
-        if (link.outputNode == stream && isOutputDevice(sink)) {
+        if (link.outputNode == stream && sink != nullptr && isOutputDevice(*sink)) {
             return sink;
         }
     }
@@ -34,6 +29,26 @@ bool canBeMuted(const Graph& graph, const std::vector<Serial>& streams) {
     return std::ranges::all_of(streams, [&](Serial serial) {
         const Node* const stream = graph.node(serial);
         return stream == nullptr || !stream->isDescribed || isMovableStream(*stream);
+    });
+}
+
+bool knowsSessionManager(const Graph& graph, const std::vector<Serial>& streams) {
+    return streams.empty() || std::ranges::any_of(streams, [&](Serial serial) {
+               const Node* const stream = graph.node(serial);
+               return stream == nullptr || isPlaybackStream(*stream);
+           });
+}
+
+bool isAnyUndecoded(const Graph& graph, const std::vector<Serial>& streams) {
+    return std::ranges::any_of(streams, [&](Serial serial) {
+        const Node* const stream = graph.node(serial);
+        if (stream == nullptr || !stream->isRunning) {
+            return false;
+        }
+        const auto plays = [](const Port& port) { return port.isOutput; };
+        const auto isMixable = [](const Port& port) { return port.isOutput && port.isAudio; };
+        return std::ranges::any_of(stream->ports, plays) &&
+               std::ranges::none_of(stream->ports, isMixable);
     });
 }
 
@@ -63,8 +78,9 @@ std::vector<Serial> leftLinks(const Graph& graph, Serial stream, Serial sink) {
     });
     std::vector<Serial> left;
     for (auto link = links.begin(); first != links.end() && link != first; ++link) {
+        const Node* const output = graph.node(link->second.inputNode);
         if (link->second.outputNode == stream && link->second.client == first->second.client &&
-            isOutputDevice(graph.node(link->second.inputNode))) {
+            output != nullptr && isOutputDevice(*output)) {
             left.push_back(link->first);
         }
     }

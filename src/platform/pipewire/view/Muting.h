@@ -15,6 +15,14 @@ namespace velmora::pipewire {
 /// All of them are, as far as is known.
 [[nodiscard]] bool canBeMuted(const Graph& graph, const std::vector<Serial>& streams);
 
+/// False when all of them are of programs, as those that come through JACK, that link themselves
+/// and that the session manager does not know.
+[[nodiscard]] bool knowsSessionManager(const Graph& graph, const std::vector<Serial>& streams);
+
+/// One of them plays a form of sound other than samples, which is left to the output to decode: its
+/// ports cannot be linked to ours.
+[[nodiscard]] bool isAnyUndecoded(const Graph& graph, const std::vector<Serial>& streams);
+
 /// The stream plays to an output device; ours for silenced applications are none.
 [[nodiscard]] bool isHeard(const Graph& graph, Serial stream);
 

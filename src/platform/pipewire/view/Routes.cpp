@@ -38,7 +38,7 @@ public:
         for (const Serial serial : streamsOf_(route.process)) {
             const Node* const stream = graph_.node(serial);
             for (const TapFeed& feed :
-                 stream == nullptr ? std::vector<TapFeed>{} : stereoMixdown(*stream)) {
+                 stream == nullptr ? std::vector<TapFeed>{} : stereoMixdown(graph_, *stream)) {
                 if (const Port* const port = ports.at(static_cast<std::size_t>(feed.input))) {
                     links.insert({feed.port, port->serial, feed.portId, port->id});
                 }

@@ -16,6 +16,11 @@ inline constexpr const char* targetNodeKey = "target.node";
     return node.mediaClass == "Stream/Output/Audio";
 }
 
+/// What plays to it is heard outside.
+[[nodiscard]] inline bool isOutputDevice(const Node& node) {
+    return node.mediaClass == "Audio/Sink" || node.mediaClass == "Audio/Duplex";
+}
+
 /// A sink that is not offered to anybody, as ours for silenced applications.
 [[nodiscard]] inline bool isMuteSink(const Node& node) {
     return node.mediaClass == "Audio/Sink/Internal";

@@ -90,6 +90,17 @@ public:
         return serial;
     }
 
+    Serial addPortLink(Serial outputNode, const Port& output, Serial inputNode, const Port& input) {
+        const Serial serial = next();
+        graph.addLink(id(serial),
+                      {{"object.serial", std::to_string(serial)},
+                       {"link.output.node", std::to_string(outputNode)},
+                       {"link.input.node", std::to_string(inputNode)},
+                       {"link.output.port", std::to_string(output.id)},
+                       {"link.input.port", std::to_string(input.id)}});
+        return serial;
+    }
+
     void setDefaultSink(const std::string& name) {
         graph.addMetadata(id(next()), "default");
         graph.setMetadata(

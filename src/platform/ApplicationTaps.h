@@ -44,6 +44,19 @@ struct TapRefusal {
     bool operator==(const TapRefusal&) const = default;
 };
 
+/// What is special about an application's sound as it is now.
+struct ApplicationSound {
+    /// It can be silenced on its own output, as far as can be told before it is tried: false for
+    /// programs that choose their outputs by themselves.
+    bool canBeMuted{true};
+    /// A tap is to silence it, and it is heard on its own output all the same.
+    bool isStillHeard{};
+    /// Some of it goes to its output undecoded; a tap does not hear that.
+    bool isUndecoded{};
+
+    bool operator==(const ApplicationSound&) const = default;
+};
+
 /// Reads give none when the object is gone or the service does not answer. Threads: main.
 /// Real-time: no.
 class ApplicationTaps {
@@ -60,6 +73,9 @@ public:
     /// The process object of the application that `pid` belongs to; none or 0 when it has none.
     [[nodiscard]] virtual std::optional<AudioObjectID> processForPid(std::int32_t pid) const = 0;
 
+    /// Its changes are told by `AudioDevices::changed`.
+    [[nodiscard]] virtual std::optional<ApplicationSound> sound(AudioObjectID process) const = 0;
+
     // -- hearing them --
 
     enum class Mute { no, whileTapped };
@@ -67,7 +83,8 @@ public:
     /// Hz: what a tap that is opened now delivers.
     [[nodiscard]] virtual std::optional<double> tapRate() const = 0;
 
-    /// Opens a tap that delivers from now on, its mixdown divided by `divisor`.
+    /// Opens a tap that delivers from now on, its mixdown divided by `divisor`. Where the
+    /// application cannot be silenced it opens all the same.
     /// @param divisor  at least 1
     /// Errors: the step that was refused; nothing is left open.
     [[nodiscard]] virtual std::expected<std::unique_ptr<ApplicationTap>, TapRefusal>

@@ -94,6 +94,12 @@ constexpr auto texts = std::to_array<TextPair>({
     {"Un appareil pour ton logiciel audio : l'interface choisie et le micro virtuel ensemble",
      "A device for your audio software: the chosen interface and the virtual microphone together"},
 
+    // What the user does not get of a source
+    {"Cette app ne peut pas être coupée sur sa sortie directe.",
+     "This app cannot be muted on its direct output."},
+    {"Le son de cette app part sans être décodé : il ne peut pas être mixé.",
+     "This app's sound leaves undecoded: it cannot be mixed."},
+
     // The mix and its outputs
     {"En marche", "Running"},
     {"Arrêté", "Stopped"},

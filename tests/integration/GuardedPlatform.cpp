@@ -90,6 +90,9 @@ public:
     std::optional<AudioObjectID> processForPid(std::int32_t pid) const override {
         return real_.processForPid(pid);
     }
+    std::optional<ApplicationSound> sound(AudioObjectID process) const override {
+        return real_.sound(process);
+    }
     std::optional<double> tapRate() const override { return real_.tapRate(); }
     std::expected<std::unique_ptr<ApplicationTap>, TapRefusal>
     open(AudioObjectID process, Mute mute, float divisor, TapCallback callback) override {

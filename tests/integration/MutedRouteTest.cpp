@@ -86,6 +86,32 @@ TEST_F(MutedRoute, IsKeptForATrackThatBeginsAfterwards) {
     EXPECT_TRUE(atSpeakers.isSilentAt(0, otherLeftHz));
 }
 
+TEST_F(MutedRoute, IsKeptForThePlayersNextRun) {
+    const auto file = session().folder() / "song.wav";
+    writeWav(file, makeTone({.hz = {otherLeftHz, otherRightHz}, .db = playedDb}, 60));
+    const auto player = [&] {
+        return session().start(
+            {"env", "SDL_AUDIODRIVER=pulse", "ffplay", "-nodisp", "-loglevel", "error", file},
+            "ffplay");
+    };
+    {
+        const ChildProcess first = player();
+        ASSERT_TRUE(waitUntil([] { return session().graph().linked("ffplay", speakers.name); }));
+        sendTo(session(), "ffplay", headset.name);
+        ASSERT_TRUE(atHeadset().hears(0, otherLeftHz, playedDb));
+        const AudioSource source = playing(first.pid());
+        engine.setDirectMuted(true, source);
+        mix({source});
+        ASSERT_TRUE(atHeadset().isSilentAt(0, otherLeftHz));
+    }
+    engine.stop();
+
+    const ChildProcess second = player();
+
+    EXPECT_TRUE(atHeadset().hears(0, otherLeftHz, playedDb));
+    EXPECT_TRUE(atSpeakers.isSilentAt(0, otherLeftHz));
+}
+
 TEST_F(MutedRoute, IsKeptForAnotherApplicationOfTheSameKind) {
     const SessionMemory before = memoryOf(session());
     mix({muted(app)});

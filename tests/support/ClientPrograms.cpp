@@ -98,6 +98,10 @@ void ToneApp::play(std::string_view stream, double leftHz, double rightHz, doubl
     order("play", stream, leftHz, rightHz, db);
 }
 
+void ToneApp::pin(std::string_view stream, double leftHz, double rightHz, double db) const {
+    order("pin", stream, leftHz, rightHz, db);
+}
+
 void ToneApp::sing(std::string_view device, double leftHz, double rightHz, double db) const {
     order("sing", device, leftHz, rightHz, db);
 }

@@ -28,6 +28,8 @@ public:
     ToneApp(const PrivateSession& session, const Look& look);
 
     void play(std::string_view stream, double leftHz, double rightHz, double db) const;
+    /// As `play`, to the default output of this moment: the stream may not be moved.
+    void pin(std::string_view stream, double leftHz, double rightHz, double db) const;
     /// Is an input device of that name, until it is told to stop.
     void sing(std::string_view device, double leftHz, double rightHz, double db) const;
     void mute(std::string_view stream) const; ///< the stream stays and plays silence

@@ -163,6 +163,7 @@ void Session::passMutes() {
     if (isAvailableLocked()) {
         comeAgain(mutes_.follow(state_.mutes, streamsOf(), Clock::now()));
     }
+    state_.unsilenced = mutes_.unsilenced();
 }
 
 void Session::passLinks() {
@@ -194,7 +195,9 @@ Surroundings Session::surroundings() const {
     Surroundings now{.isAvailable = isAvailableLocked(), .deaths = nodeWatch_.deaths()};
     if (now.isAvailable) {
         now.devices = listDevices(state_.graph);
-        now.processes = state_.processes.objects();
+        for (const AudioObjectID process : state_.processes.objects()) {
+            now.processes[process] = state_.sound(process);
+        }
         now.rateHz = state_.rate.hz();
         now.defaultOutput = state_.defaultOutputUID();
         now.lacksMicrophone = microphone_.isMissing();

@@ -1,5 +1,7 @@
 #include "platform/pipewire/SessionState.h"
 
+#include "platform/pipewire/view/Muting.h"
+
 #include <chrono>
 #include <utility>
 
@@ -18,6 +20,13 @@ std::optional<Device> SessionState::device(AudioObjectID id) {
 
 std::optional<std::string> SessionState::defaultOutputUID() const {
     return defaultOutput(graph).transform([](const Device& device) { return device.uid; });
+}
+
+ApplicationSound SessionState::sound(AudioObjectID process) const {
+    const auto& streams = processes.streams(process);
+    return {.canBeMuted = knowsSessionManager(graph, streams),
+            .isStillHeard = unsilenced.contains(process),
+            .isUndecoded = isAnyUndecoded(graph, streams)};
 }
 
 std::string SessionState::newNodeName(std::string_view kind) {

@@ -1,6 +1,7 @@
 // SessionState.h: what the control side knows, and what the mixer wants of it.
 #pragma once
 
+#include "platform/ApplicationTaps.h"
 #include "platform/pipewire/view/Devices.h"
 #include "platform/pipewire/view/Graph.h"
 #include "platform/pipewire/view/GraphRate.h"
@@ -11,6 +12,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -25,8 +27,9 @@ struct SessionState {
     GraphRate rate;
     ObjectIds ids;
     ProcessDirectory processes;
-    Routes routes;                                      ///< links that the mix's parts want
-    std::map<AudioObjectID, AudioObjectID> mutes;       ///< tap to the process that it silences
+    Routes routes;                                ///< links that the mix's parts want
+    std::map<AudioObjectID, AudioObjectID> mutes; ///< tap to the process that it silences
+    std::set<AudioObjectID> unsilenced; ///< processes that are heard although they are to be silent
     std::map<AudioObjectID, std::uint32_t> blockFrames; ///< asked for, per device
 
     explicit SessionState(std::int32_t ownPid) : processes(ids, ownPid) {}
@@ -35,6 +38,7 @@ struct SessionState {
     [[nodiscard]] std::optional<Device> device(AudioObjectID id);
     /// UID of the default output; none while there is none.
     [[nodiscard]] std::optional<std::string> defaultOutputUID() const;
+    [[nodiscard]] ApplicationSound sound(AudioObjectID process) const;
     /// A `node.name` that was never used before, in any run.
     std::string newNodeName(std::string_view kind);
 

@@ -41,6 +41,16 @@ std::optional<AudioObjectID> SessionTaps::processForPid(std::int32_t pid) const 
     return object == 0 ? std::nullopt : std::optional(object);
 }
 
+std::optional<ApplicationSound> SessionTaps::sound(AudioObjectID process) const {
+    return session_.read(
+        [process](SessionState& state, bool isAvailable) -> std::optional<ApplicationSound> {
+            if (!isAvailable || state.processes.pid(process) == 0) {
+                return std::nullopt;
+            }
+            return state.sound(process);
+        });
+}
+
 std::optional<double> SessionTaps::tapRate() const {
     return session_.read([](SessionState& state, bool isAvailable) {
         return isAvailable ? std::optional(state.rate.hz()) : std::nullopt;

@@ -1,7 +1,5 @@
 #include "platform/pipewire/Tap.h"
 
-#include "platform/pipewire/view/Muting.h"
-
 #include <cerrno>
 #include <utility>
 
@@ -46,9 +44,6 @@ std::expected<Tap::Setup, TapRefusal> Tap::setUp(SessionState& state,
     const bool isMuting = mute == ApplicationTaps::Mute::whileTapped;
     if (state.processes.pid(process) == 0) {
         return refusal(TapRefusal::Step::tap, -ESRCH);
-    }
-    if (isMuting && !canBeMuted(state.graph, state.processes.streams(process))) {
-        return refusal(TapRefusal::Step::tap, -ENOTSUP);
     }
     if (!hasCallback) {
         return refusal(TapRefusal::Step::callback, -EINVAL);

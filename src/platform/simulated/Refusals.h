@@ -18,6 +18,7 @@ enum class Operation {
     processPid,
     processIsRunningOutput,
     processForPid,
+    processSound,
     devices,
     deviceName,
     deviceUID,

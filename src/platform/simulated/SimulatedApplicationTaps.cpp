@@ -85,6 +85,12 @@ std::optional<AudioObjectID> SimulatedApplicationTaps::processForPid(std::int32_
     });
 }
 
+std::optional<ApplicationSound> SimulatedApplicationTaps::sound(AudioObjectID process) const {
+    return read(*graph_, Operation::processSound, process, [&] {
+        return selected(graph_->process(process), [](const auto& item) { return item.sound; });
+    });
+}
+
 std::optional<double> SimulatedApplicationTaps::tapRate() const {
     return read(*graph_, Operation::tapRate, 0, [&] { return std::optional(graph_->rateHz); });
 }

@@ -17,6 +17,8 @@ public:
     [[nodiscard]] std::optional<bool> processIsRunningOutput(AudioObjectID process) const override;
     [[nodiscard]] std::optional<AudioObjectID> processForPid(std::int32_t pid) const override;
 
+    [[nodiscard]] std::optional<ApplicationSound> sound(AudioObjectID process) const override;
+
     [[nodiscard]] std::optional<double> tapRate() const override;
     [[nodiscard]] std::expected<std::unique_ptr<ApplicationTap>, TapRefusal>
     open(AudioObjectID process, Mute mute, float divisor, TapCallback callback) override;

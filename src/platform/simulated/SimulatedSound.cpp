@@ -132,6 +132,14 @@ void SimulatedSound::endProcess(std::int32_t pid) {
     }
 }
 
+void SimulatedSound::setSound(std::int32_t pid, ApplicationSound sound) {
+    const Guard guard(graph_->mutex);
+    if (ProcessState* const process = graph_->processOfPid(pid)) {
+        process->sound = sound;
+        graph_->tellChanged();
+    }
+}
+
 void SimulatedSound::addHelper(std::int32_t pid, std::int32_t helper) {
     const Guard guard(graph_->mutex);
     graph_->leaderOfHelper[helper] = pid;

@@ -91,6 +91,8 @@ public:
     void pauseProcess(AudioObjectID process);
     /// The process disconnects from the audio service: its process objects are gone.
     void endProcess(std::int32_t pid);
+    /// What is special about an application that has played. It does not change what is heard.
+    void setSound(std::int32_t pid, ApplicationSound sound);
     /// `helper` belongs to the application that `pid` leads.
     void addHelper(std::int32_t pid, std::int32_t helper);
 

@@ -48,6 +48,7 @@ struct ProcessState {
     AudioObjectID id{};
     std::int32_t pid{};
     bool playing{};
+    ApplicationSound sound{};
     Waveform signal = silence();
 };
 

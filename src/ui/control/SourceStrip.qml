@@ -88,13 +88,13 @@ Card {
             GumButton {
                 id: monitoringButton
                 objectName: "monitoringButton"
-                visible: root.strip.isApplication
-                symbol: root.strip.directMuted ? "speaker.slash.fill" : "speaker.wave.2"
-                color: root.strip.directMuted ? Theme.ocean : Theme.ink40
+                visible: root.strip.canMuteDirect
+                symbol: root.strip.silenced ? "speaker.slash.fill" : "speaker.wave.2"
+                color: root.strip.silenced ? Theme.ocean : Theme.ink40
                 name: I18n.t("Couper la sortie directe") + " — " + root.sourceName
                 tip: root.strip.directMuted ? I18n.t("Réentendre l'application chez toi (le mix l'entend toujours)") : I18n.t("Couper l'application chez toi seulement (le mix l'entend toujours)")
                 Accessible.checkable: true
-                Accessible.checked: root.strip.directMuted
+                Accessible.checked: root.strip.silenced
                 onClicked: root.strip.directMuted = !root.strip.directMuted
             }
             GumButton {
@@ -116,6 +116,16 @@ Card {
         tip: I18n.t("Niveau dans le mix ; double-clic : 0 dB")
         gain: root.strip.gain
         onGainEdited: gain => root.strip.gain = gain
+    }
+    GumText {
+        objectName: "sourceNotice"
+        width: parent.width
+        visible: root.strip.notice !== ""
+        text: I18n.t(root.strip.notice)
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        size: 11
+        color: Theme.ink60
     }
     // Made when it is opened first: a strip is light until then.
     Loader {

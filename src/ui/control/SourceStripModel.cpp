@@ -25,6 +25,14 @@ QString symbolOf(const AudioSource& source, const Platform& platform) {
     return QStringLiteral("waveform");
 }
 
+/// As usual for what is no application, or has not played yet.
+ApplicationSound soundOf(const AudioSource& source, const Platform& platform) {
+    const auto* const app = source.app();
+    const auto process = app == nullptr ? std::nullopt : platform.taps.processForPid(app->pid);
+    return process ? platform.taps.sound(*process).value_or(ApplicationSound{})
+                   : ApplicationSound{};
+}
+
 } // namespace
 
 SourceStripModel::SourceStripModel(const Platform& platform,
@@ -34,8 +42,9 @@ SourceStripModel::SourceStripModel(const Platform& platform,
     : QObject(parent), platform_(platform), engine_(engine), source_(source),
       icon_(iconOf(source, platform)), symbol_(symbolOf(source, platform)),
       effects_(engine, source, this), gain_(engine.gain(source)),
-      directMuted_(engine.isDirectMuted(source)),
-      connection_(engine.changed().connect([this] { follow(); })) {
+      directMuted_(engine.isDirectMuted(source)), sound_(soundOf(source, platform)),
+      connection_(engine.changed().connect([this] { follow(); })),
+      soundConnection_(platform.devices.changed().connect([this] { followSound(); })) {
     connect(&effects_, &EffectsModel::neutralChanged, this, &SourceStripModel::fxActiveChanged);
 }
 
@@ -67,6 +76,21 @@ void SourceStripModel::setDirectMuted(bool muted) {
     }
 }
 
+bool SourceStripModel::canMuteDirect() const {
+    return isApplication() && (sound_.canBeMuted || directMuted_);
+}
+
+QString SourceStripModel::notice() const {
+    if (sound_.isUndecoded) {
+        return QStringLiteral("Le son de cette app part sans être décodé : il ne peut pas être "
+                              "mixé.");
+    }
+    if (directMuted_ && sound_.isStillHeard) {
+        return QStringLiteral("Cette app ne peut pas être coupée sur sa sortie directe.");
+    }
+    return {};
+}
+
 void SourceStripModel::setFxOpen(bool open) {
     if (takeOver(fxOpen_, open)) {
         Q_EMIT fxOpenChanged();
@@ -88,8 +112,15 @@ void SourceStripModel::follow() {
     }
     if (takeOver(directMuted_, engine_.isDirectMuted(source_))) {
         Q_EMIT directMutedChanged();
+        Q_EMIT soundChanged();
     }
     followLevel();
+}
+
+void SourceStripModel::followSound() {
+    if (takeOver(sound_, soundOf(source_, platform_))) {
+        Q_EMIT soundChanged();
+    }
 }
 
 void SourceStripModel::followLevel() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/AudioSource.h"
+#include "platform/ApplicationTaps.h"
 #include "platform/Platform.h"
 #include "platform/Signal.h"
 #include "ui/control/EffectsModel.h"
@@ -28,6 +29,9 @@ class SourceStripModel : public QObject {
     Q_PROPERTY(double gain READ gain WRITE setGain NOTIFY gainChanged)
     Q_PROPERTY(bool muted READ muted NOTIFY gainChanged)
     Q_PROPERTY(bool directMuted READ directMuted WRITE setDirectMuted NOTIFY directMutedChanged)
+    Q_PROPERTY(bool canMuteDirect READ canMuteDirect NOTIFY soundChanged)
+    Q_PROPERTY(bool silenced READ silenced NOTIFY soundChanged)
+    Q_PROPERTY(QString notice READ notice NOTIFY soundChanged)
     Q_PROPERTY(bool fxActive READ fxActive NOTIFY fxActiveChanged)
     Q_PROPERTY(bool fxOpen READ fxOpen WRITE setFxOpen NOTIFY fxOpenChanged)
     Q_PROPERTY(velmora::EffectsModel* effects READ effects CONSTANT)
@@ -61,6 +65,13 @@ public:
     [[nodiscard]] bool directMuted() const { return directMuted_; }
     void setDirectMuted(bool muted);
 
+    /// There is something to switch: the application can be silenced, or is wanted so.
+    [[nodiscard]] bool canMuteDirect() const;
+    /// It is wanted silent on its own output, and is so as far as is known.
+    [[nodiscard]] bool silenced() const { return directMuted_ && !sound_.isStillHeard; }
+    /// In French: what the user does not get of this source, and why; empty when all is well.
+    [[nodiscard]] QString notice() const;
+
     [[nodiscard]] bool fxActive() const { return !effects_.neutral(); }
     /// Whether the effects are unfolded under the strip.
     [[nodiscard]] bool fxOpen() const { return fxOpen_; }
@@ -78,6 +89,7 @@ public:
 Q_SIGNALS:
     void gainChanged();
     void directMutedChanged();
+    void soundChanged();
     void fxActiveChanged();
     void fxOpenChanged();
     void levelChanged();
@@ -85,6 +97,7 @@ Q_SIGNALS:
 
 private:
     void follow();
+    void followSound();
     void followLevel();
 
     Platform platform_;
@@ -96,10 +109,12 @@ private:
     // As last shown.
     float gain_;
     bool directMuted_;
+    ApplicationSound sound_;
     float level_ = 0.0F;
     bool followsLevel_ = false;
     bool fxOpen_ = false;
     Signal::Connection connection_;
+    Signal::Connection soundConnection_;
 };
 
 } // namespace velmora

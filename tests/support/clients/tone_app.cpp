@@ -2,6 +2,7 @@
 //
 // velmora_tone_app [--child] [--name <application name>] [--play <left Hz> <right Hz> <dB>]
 //   play <stream> <left Hz> <right Hz> <dB>   starts a stream, or replaces one
+//   pin <stream> <left Hz> <right Hz> <dB>    the same, and it may not be moved
 //   sing <device> <left Hz> <right Hz> <dB>   is an input device that plays by itself
 //   mute <stream>                             keeps the stream and plays silence
 //   stop <stream>                             ends the stream
@@ -40,7 +41,7 @@ constexpr std::uint32_t channels = 2;
 /// One stereo stream, to the default output or as an input device.
 class ToneStream {
 public:
-    enum class Role { playback, inputDevice };
+    enum class Role { playback, pinned, inputDevice };
 
     ToneStream(
         pw_core* core, Role role, const std::string& name, double leftHz, double rightHz, double db)
@@ -57,8 +58,9 @@ public:
                                                   "Music",
                                                   nullptr))) {
         auto flags = PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS;
-        if (role == Role::playback) {
+        if (role != Role::inputDevice) {
             flags |= PW_STREAM_FLAG_AUTOCONNECT;
+            flags |= role == Role::pinned ? PW_STREAM_FLAG_DONT_RECONNECT : 0;
         } else {
             const spa_dict_item device = {PW_KEY_MEDIA_CLASS, "Audio/Source"};
             const spa_dict change = {0, 1, &device};
@@ -203,13 +205,14 @@ private:
         std::string verb;
         std::string name;
         words >> verb >> name;
-        if ((verb == "play" || verb == "sing") && core_ != nullptr) {
+        if ((verb == "play" || verb == "pin" || verb == "sing") && core_ != nullptr) {
             double leftHz = 0;
             double rightHz = 0;
             double db = 0;
             words >> leftHz >> rightHz >> db;
-            const auto role =
-                verb == "play" ? ToneStream::Role::playback : ToneStream::Role::inputDevice;
+            const auto role = verb == "play"  ? ToneStream::Role::playback
+                              : verb == "pin" ? ToneStream::Role::pinned
+                                              : ToneStream::Role::inputDevice;
             streams_[name] = std::make_unique<ToneStream>(core_, role, name, leftHz, rightHz, db);
         } else if (verb == "mute" && streams_.contains(name)) {
             streams_[name]->mute();

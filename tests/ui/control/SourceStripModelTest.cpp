@@ -168,5 +168,65 @@ TEST_F(SourceStripModelTest, ASourceThatDoesNotRunHasNoLevel) {
     EXPECT_EQ(levels.count(), 0);
 }
 
+class SourceStripSound : public SourceStripModelTest {
+protected:
+    SourceStripSound() { machine.sound.play(4711, constant(0.25F)); }
+
+    void sounds(const ApplicationSound& sound) {
+        machine.sound.setSound(4711, sound);
+        machine.mainQueue.advance(0ms);
+    }
+
+    QSignalSpy told{model.get(), &SourceStripModel::soundChanged};
+};
+
+TEST_F(SourceStripSound, IsSilencedWhenThatIsWantedAndSo) {
+    EXPECT_FALSE(model->silenced());
+    EXPECT_TRUE(model->canMuteDirect());
+
+    model->setDirectMuted(true);
+
+    EXPECT_TRUE(model->silenced());
+    EXPECT_EQ(model->notice(), "");
+}
+
+TEST_F(SourceStripSound, IsNotShownAsSilencedWhileItIsHeard) {
+    model->setDirectMuted(true);
+    told.clear();
+
+    sounds({.isStillHeard = true});
+
+    EXPECT_FALSE(model->silenced());
+    EXPECT_TRUE(model->directMuted());
+    EXPECT_EQ(model->notice(), "Cette app ne peut pas être coupée sur sa sortie directe.");
+    EXPECT_EQ(told.count(), 1);
+
+    sounds({});
+    EXPECT_TRUE(model->silenced());
+    EXPECT_EQ(model->notice(), "");
+}
+
+TEST_F(SourceStripSound, HasNoSwitchForAProgramThatChoosesItsOutputsItself) {
+    sounds({.canBeMuted = false});
+    EXPECT_FALSE(model->canMuteDirect());
+
+    model->setDirectMuted(true);
+    EXPECT_TRUE(model->canMuteDirect()) << "what was switched on before can be switched off";
+}
+
+TEST_F(SourceStripSound, SaysThatUndecodedSoundCannotBeMixed) {
+    sounds({.isUndecoded = true});
+
+    EXPECT_EQ(model->notice(),
+              "Le son de cette app part sans être décodé : il ne peut pas être mixé.");
+}
+
+TEST_F(SourceStripSound, IsThatOfADeviceNever) {
+    const auto device = strip(DeviceSource{speakers, "Speakers"});
+
+    EXPECT_FALSE(device->canMuteDirect());
+    EXPECT_EQ(device->notice(), "");
+}
+
 } // namespace
 } // namespace velmora

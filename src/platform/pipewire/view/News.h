@@ -1,10 +1,12 @@
 // News.h: decides what is told of the service and of what a mix depends on.
 #pragma once
 
+#include "platform/ApplicationTaps.h"
 #include "platform/AudioDevices.h"
 #include "platform/pipewire/view/Devices.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,7 +17,7 @@ namespace velmora::pipewire {
 struct Surroundings {
     bool isAvailable{};
     std::vector<Device> devices{};
-    std::vector<AudioObjectID> processes{};
+    std::map<AudioObjectID, ApplicationSound> processes{};
     double rateHz{};
     std::optional<std::string> defaultOutput{}; ///< UID; none while it is not (yet) there
     /// The virtual microphone is to be there and is not yet. Whoever is told of a default output

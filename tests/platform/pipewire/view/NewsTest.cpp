@@ -79,7 +79,7 @@ TEST_F(NewsTest, TellEveryOtherChangeOnce) {
     EXPECT_FALSE(isChangeTold());
 
     now.rateHz = 96000;
-    now.processes = {3};
+    now.processes = {{3, {}}};
     EXPECT_TRUE(isChangeTold());
     EXPECT_FALSE(isChangeTold());
 

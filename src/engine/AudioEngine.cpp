@@ -12,7 +12,15 @@ namespace velmora {
 
 AudioEngine::AudioEngine(const Platform& platform)
     : platform_(platform), settings_(platform.defaults), keeper_(platform, mixSettings_),
-      keeperConnection_(keeper_.changed().connect([this] { changed_.emit(); })) {
+      keeperConnection_(keeper_.changed().connect([this] { changed_.emit(); })),
+      deviceConnection_(
+          platform.devices.changed().connect([this] { kept_.forgetEnded(sources_); })) {
+    // What earlier runs have kept, once the program is up.
+    platform.mainQueue.post([weak = std::weak_ptr(self_)] {
+        if (const auto self = weak.lock()) {
+            (*self)->kept_.forgetEnded((*self)->sources_);
+        }
+    });
 }
 
 // Every operation below tells the observers last, when it is complete: they may call back.
@@ -143,6 +151,7 @@ void AudioEngine::setGain(float gain, const AudioSource& source) {
         capture->boxes().gain->set(gain);
     }
     settings_.setGain(source.id(), gain);
+    kept_.keepTie(source);
     notifyIf(differs);
 }
 
@@ -158,6 +167,7 @@ bool AudioEngine::isDirectMuted(const AudioSource& source) const {
 void AudioEngine::setDirectMuted(bool muted, const AudioSource& source) {
     const bool differs = settings_.muteDirect(source.id()) != muted;
     settings_.setMuteDirect(source.id(), muted);
+    kept_.keepTie(source);
     keeper_.setMuteDirect(source, muted);
     notifyIf(differs);
 }
@@ -181,6 +191,7 @@ void AudioEngine::setFX(const FXParams& params, const AudioSource& source) {
         capture->boxes().fx->setParams(params);
     }
     settings_.setFX(source.id(), params);
+    kept_.keepTie(source);
     notifyIf(differs);
 }
 
@@ -200,10 +211,14 @@ SourceCapture* AudioEngine::captureOf(const AudioSource& source) const {
 }
 
 void AudioEngine::add(const AudioSource& source) {
-    if (std::ranges::find(sources(), source) == sources().end()) {
-        auto list = sources();
+    const bool isAnother = kept_.meet(source);
+    auto list = sources();
+    const bool isNew = std::ranges::find(list, source) == list.end();
+    if (isNew) {
         list.push_back(source);
-        editList(std::move(list));
+    }
+    if (isNew || isAnother) {
+        editList(std::move(list), isAnother);
     }
 }
 
@@ -214,17 +229,18 @@ void AudioEngine::remove(const AudioSource& source) {
 }
 
 void AudioEngine::setPrimary(const AudioSource& source) {
-    if (sources().empty() || sources().front() != source) {
+    const bool isAnother = kept_.meet(source);
+    if (isAnother || sources().empty() || sources().front() != source) {
         auto list = sources();
         list.erase(list.begin(), list.begin() + (list.empty() ? 0 : 1));
         list.insert(list.begin(), source);
-        editList(std::move(list));
+        editList(std::move(list), isAnother);
     }
 }
 
-void AudioEngine::editList(std::vector<AudioSource> list) {
+void AudioEngine::editList(std::vector<AudioSource> list, bool isAnother) {
     const Status before = status();
-    const bool differs = list != sources();
+    const bool differs = isAnother || list != sources();
     const auto earlier = std::exchange(sources_, std::move(list));
     forgetJoined(earlier);
     if (isRunning() && sources().empty()) {
@@ -236,6 +252,9 @@ void AudioEngine::editList(std::vector<AudioSource> list) {
 }
 
 void AudioEngine::replaceSources(std::vector<AudioSource> list) {
+    for (const AudioSource& source : list) {
+        kept_.meet(source);
+    }
     const bool differs = list != sources();
     const auto earlier = std::exchange(sources_, std::move(list));
     forgetJoined(earlier);
@@ -243,6 +262,7 @@ void AudioEngine::replaceSources(std::vector<AudioSource> list) {
 }
 
 void AudioEngine::insertSource(const AudioSource& source, std::size_t index) {
+    kept_.meet(source);
     const auto place = std::min(index, sources().size());
     const auto earlier = sources_;
     sources_.insert(sources_.begin() + static_cast<std::ptrdiff_t>(place), source);

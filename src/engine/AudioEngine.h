@@ -5,6 +5,7 @@
 #include "engine/AudioSource.h"
 #include "engine/Binding.h"
 #include "engine/EngineSettings.h"
+#include "engine/KeptApplications.h"
 #include "engine/MixKeeper.h"
 #include "engine/Problem.h"
 #include "engine/SourceStatistics.h"
@@ -13,6 +14,7 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,7 +29,8 @@ enum class ProblemOrigin { recall, launch };
 /// An edit has three effects at once: the published value changes, a running capture or output
 /// takes it up at its next block, and it is kept in the defaults store. Settings are keyed by
 /// `AudioSource::id()`; membership in the list is equality of source values. How a mix that is on
-/// is kept whole is `MixKeeper`'s business.
+/// is kept whole is `MixKeeper`'s business. What is kept of an application that has ended is
+/// forgotten, unless it is in the list.
 ///
 /// Threads: main only. Real-time: no.
 /// Errors: operations never throw; what is wrong is told by `problems()`.
@@ -147,7 +150,8 @@ private:
         bool operator==(const Status&) const = default;
     };
     [[nodiscard]] Status status() const { return {isRunning(), problems()}; }
-    void editList(std::vector<AudioSource> sources);
+    /// @param isAnother  a source of the list is another process from now on
+    void editList(std::vector<AudioSource> sources, bool isAnother = false);
     /// Ends what was told of sources that were not in the list before.
     void forgetJoined(const std::vector<AudioSource>& before);
     [[nodiscard]] std::vector<Problem>& told(ProblemOrigin origin);
@@ -158,11 +162,16 @@ private:
     EngineSettings settings_;
     Signal changed_;
     std::vector<AudioSource> sources_;
-    MixSettings mixSettings_{.kept = settings_};
+    KeptApplications kept_{platform_.applications, platform_.defaults, settings_};
+    MixSettings mixSettings_{.kept = settings_, .isAnothers = [this](const AudioSource& source) {
+                                 return kept_.isAnothers(source);
+                             }};
     std::vector<Problem> recallProblems_;
     std::vector<Problem> launchProblems_;
     MixKeeper keeper_;
     Signal::Connection keeperConnection_;
+    Signal::Connection deviceConnection_;
+    std::shared_ptr<AudioEngine*> self_ = std::make_shared<AudioEngine*>(this);
 };
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 
 #include "platform/DefaultsStore.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -37,6 +38,10 @@ std::map<std::string, float> readGains(const DefaultsStore& store) {
 
 } // namespace
 
+std::string gainBeforeMuteKey(const std::string& id) {
+    return "sourceGain.premute." + id;
+}
+
 EngineSettings::EngineSettings(DefaultsStore& store)
     : store_(store), headphoneVolume_(readVolume(store, headphoneVolumeKey)),
       streamVolume_(readVolume(store, streamVolumeKey)) {
@@ -60,19 +65,61 @@ std::optional<bool> EngineSettings::muteDirect(const std::string& id) const {
 
 void EngineSettings::setGain(const std::string& id, float gain) {
     gains_[id] = gain;
-    store_.set(gainsKey, NumberMap(gains_.begin(), gains_.end()));
+    storeGains();
 }
 
 void EngineSettings::setFX(const std::string& id, const FXParams& params) {
     fx_.set(id, params);
-    if (auto bytes = fx_.encoded()) {
-        store_.set(fxKey, std::move(*bytes));
-    }
+    storeFX();
 }
 
 void EngineSettings::setMuteDirect(const std::string& id, bool muted) {
     muteDirect_[id] = muted;
     store_.set(muteDirectKey, muteDirect_);
+}
+
+std::set<std::string> EngineSettings::ids() const {
+    std::set<std::string> ids;
+    const auto add = [&](const auto& map) {
+        for (const auto& [id, value] : map) {
+            ids.insert(id);
+        }
+    };
+    add(gains_);
+    add(fx_.params());
+    add(muteDirect_);
+    return ids;
+}
+
+void EngineSettings::forget(const std::set<std::string>& ids) {
+    const auto isForgotten = [&](const auto& one) { return ids.contains(one.first); };
+    if (std::erase_if(gains_, isForgotten) > 0) {
+        storeGains();
+    }
+    if (std::erase_if(muteDirect_, isForgotten) > 0) {
+        store_.set(muteDirectKey, muteDirect_);
+    }
+    if (std::ranges::any_of(fx_.params(), isForgotten)) {
+        for (const std::string& id : ids) {
+            fx_.set(id, FXParams{});
+        }
+        storeFX();
+    }
+    for (const std::string& id : ids) {
+        if (store_.get(gainBeforeMuteKey(id))) {
+            store_.remove(gainBeforeMuteKey(id));
+        }
+    }
+}
+
+void EngineSettings::storeGains() {
+    store_.set(gainsKey, NumberMap(gains_.begin(), gains_.end()));
+}
+
+void EngineSettings::storeFX() {
+    if (auto bytes = fx_.encoded()) {
+        store_.set(fxKey, std::move(*bytes));
+    }
 }
 
 void EngineSettings::setHeadphoneVolume(float volume) {

@@ -6,11 +6,15 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 
 namespace velmora {
 
 class DefaultsStore;
+
+/// Under which a number holds the gain of a source that is muted, for when it is unmuted.
+[[nodiscard]] std::string gainBeforeMuteKey(const std::string& id);
 
 /// The persisted half of the engine's state. Every setter writes the store at once.
 ///
@@ -38,6 +42,10 @@ public:
     [[nodiscard]] std::optional<bool> muteDirect(const std::string& id) const;
     void setMuteDirect(const std::string& id, bool muted);
 
+    /// Of every source that anything is kept for.
+    [[nodiscard]] std::set<std::string> ids() const;
+    void forget(const std::set<std::string>& ids);
+
     [[nodiscard]] float headphoneVolume() const { return headphoneVolume_; }
     void setHeadphoneVolume(float volume);
     [[nodiscard]] float streamVolume() const { return streamVolume_; }
@@ -49,6 +57,9 @@ public:
     void setMonitoringSelection(std::optional<std::string> selection);
 
 private:
+    void storeGains();
+    void storeFX();
+
     DefaultsStore& store_;
     float headphoneVolume_;
     float streamVolume_;

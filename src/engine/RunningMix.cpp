@@ -108,7 +108,7 @@ std::vector<Problem> RunningMix::takeSources(const std::vector<AudioSource>& sou
             capture.reset(); // before the next one opens the same device
             capture = makeCapture(source);
             try {
-                capture->start();
+                startCapture(*capture);
                 fresh.push_back(capture.get());
             } catch (const std::exception& error) {
                 problems.push_back(problemOf(error));
@@ -147,7 +147,7 @@ bool RunningMix::setMuteDirect(const AudioSource& source, bool muted) {
         }
         capture->setMuteDirect(muted);
         try {
-            capture->start();
+            startCapture(*capture);
             return false;
         } catch (const std::exception&) {
             return true;
@@ -171,6 +171,13 @@ void RunningMix::followBypass() {
     for (const auto& capture : captures_) {
         capture->boxes().fx->setBypass(settings_.fxBypassed);
     }
+}
+
+void RunningMix::startCapture(SourceCapture& capture) const {
+    if (settings_.isAnothers && settings_.isAnothers(capture.source())) {
+        throw VelmoraError({.kind = Problem::Kind::noSoundYet});
+    }
+    capture.start();
 }
 
 std::unique_ptr<SourceCapture> RunningMix::makeCapture(const AudioSource& source) const {

@@ -8,6 +8,7 @@
 #include "platform/Platform.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -21,6 +22,8 @@ class SourceCapture;
 struct MixSettings {
     EngineSettings& kept;
     bool fxBypassed{};
+    /// The source's process has ended and its number is another's, which is not to be heard.
+    std::function<bool(const AudioSource& source)> isAnothers{};
 };
 
 /// The two outputs, and a capture for each source that works. Is built, changed piece by piece and
@@ -83,6 +86,7 @@ public:
     void restartBacklogRanges();
 
 private:
+    void startCapture(SourceCapture& capture) const;
     [[nodiscard]] std::unique_ptr<SourceCapture> makeCapture(const AudioSource& source) const;
     void publishRings();
 

@@ -1,6 +1,7 @@
 #include "operations/MuteToggle.h"
 
 #include "engine/AudioSource.h"
+#include "engine/EngineSettings.h"
 #include "platform/DefaultsStore.h"
 
 #include <cmath>
@@ -26,7 +27,7 @@ float toggledGain(DefaultsStore& defaults, const std::string& key, float gain) {
 }
 
 std::string premuteKey(const AudioSource& source) {
-    return "sourceGain.premute." + source.id();
+    return gainBeforeMuteKey(source.id());
 }
 
 } // namespace velmora

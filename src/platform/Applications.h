@@ -41,6 +41,10 @@ public:
     /// none when no such process runs.
     [[nodiscard]] virtual std::optional<RunningApplication> byPid(std::int32_t pid) const = 0;
 
+    /// A number that tells the process from every other that had or will have its id, also before
+    /// and after the machine was restarted; below 2^53. None when no such process runs.
+    [[nodiscard]] virtual std::optional<std::uint64_t> birth(std::int32_t pid) const = 0;
+
     /// Every running instance, in the order in which they were started.
     [[nodiscard]] virtual std::vector<RunningApplication>
     byBundleID(std::string_view bundleID) const = 0;

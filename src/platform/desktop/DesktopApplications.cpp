@@ -94,6 +94,18 @@ std::optional<std::int32_t> start(const std::string& location) {
     return started;
 }
 
+/// FNV-1a over the bytes, cut to what a floating-point number holds exactly.
+std::uint64_t birthNumber(std::string_view text) {
+    constexpr std::uint64_t offsetBasis = 14695981039346656037U;
+    constexpr std::uint64_t prime = 1099511628211U;
+    constexpr unsigned kept = 53; // bits
+    std::uint64_t hash = offsetBasis;
+    for (const char byte : text) {
+        hash = (hash ^ static_cast<unsigned char>(byte)) * prime;
+    }
+    return (hash ^ (hash >> kept)) & ((std::uint64_t{1} << kept) - 1);
+}
+
 void addFolders(std::vector<fs::path>& folders, const char* list, const char* otherwise) {
     std::string_view rest = list != nullptr && *list != '\0' ? list : otherwise;
     while (!rest.empty()) {
@@ -207,6 +219,17 @@ RunningApplication DesktopApplications::describe(const ProcessStat& leading) con
             .name = name.empty() ? fullName(leading, processes_) : std::move(name),
             .bundleID = {},
             .regular = false};
+}
+
+std::optional<std::uint64_t> DesktopApplications::birth(std::int32_t pid) const {
+    // A stand-in is a connection to this very process.
+    const bool isStandIn = pid >= firstStandIn;
+    const auto process = processes_.stat(isStandIn ? ownPid() : pid);
+    if (!process || (isStandIn && !standIn(pid))) {
+        return std::nullopt;
+    }
+    return birthNumber(processes_.bootId() + " " + std::to_string(process->startTicks) +
+                       (isStandIn ? " " + std::to_string(pid) : ""));
 }
 
 std::vector<RunningApplication> DesktopApplications::byBundleID(std::string_view bundleID) const {

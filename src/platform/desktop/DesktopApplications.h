@@ -58,6 +58,7 @@ public:
 
     [[nodiscard]] std::int32_t ownPid() const override;
     [[nodiscard]] std::optional<RunningApplication> byPid(std::int32_t pid) const override;
+    [[nodiscard]] std::optional<std::uint64_t> birth(std::int32_t pid) const override;
     [[nodiscard]] std::vector<RunningApplication>
     byBundleID(std::string_view bundleID) const override;
     [[nodiscard]] std::optional<InstalledApplication>

@@ -120,6 +120,10 @@ std::string ProcFiles::hostName() const {
     return std::string(firstLine(contentOf(root_ / "sys/kernel/hostname")));
 }
 
+std::string ProcFiles::bootId() const {
+    return std::string(firstLine(contentOf(root_ / "sys/kernel/random/boot_id")));
+}
+
 double ProcFiles::ageSeconds(const ProcessStat& stat) const {
     const std::string uptime = contentOf(root_ / "uptime");
     double sinceBoot = 0;

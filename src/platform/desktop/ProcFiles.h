@@ -36,6 +36,8 @@ public:
     [[nodiscard]] std::string machineId(std::int32_t pid) const;
     /// The name of this machine.
     [[nodiscard]] std::string hostName() const;
+    /// Another text after each start of the machine; empty when the kernel does not say.
+    [[nodiscard]] std::string bootId() const;
     /// How long the process has been running; long when the kernel does not say.
     [[nodiscard]] double ageSeconds(const ProcessStat& stat) const;
 

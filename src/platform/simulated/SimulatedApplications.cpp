@@ -10,6 +10,7 @@ SimulatedApplications::SimulatedApplications(MainQueue& mainQueue) : mainQueue_(
 
 void SimulatedApplications::run(const RunningApplication& application) {
     running_.push_back(application);
+    births_[application.pid] = ++lastBirth_;
 }
 
 void SimulatedApplications::addHelper(std::int32_t pid, std::int32_t helper) {
@@ -18,6 +19,7 @@ void SimulatedApplications::addHelper(std::int32_t pid, std::int32_t helper) {
 
 void SimulatedApplications::quit(std::int32_t pid) {
     std::erase_if(running_, [&](const RunningApplication& item) { return item.pid == pid; });
+    births_.erase(pid);
     std::erase_if(leaderOfHelper_, [&](const auto& item) { return item.second == pid; });
 }
 
@@ -38,6 +40,11 @@ std::optional<RunningApplication> SimulatedApplications::byPid(std::int32_t pid)
     const std::int32_t leader = helper == leaderOfHelper_.end() ? pid : helper->second;
     const auto found = std::ranges::find(running_, leader, &RunningApplication::pid);
     return found == running_.end() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<std::uint64_t> SimulatedApplications::birth(std::int32_t pid) const {
+    const auto found = births_.find(pid);
+    return found == births_.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::vector<RunningApplication> SimulatedApplications::byBundleID(std::string_view bundleID) const {

@@ -45,6 +45,7 @@ public:
 
     [[nodiscard]] std::int32_t ownPid() const override { return ownProcess; }
     [[nodiscard]] std::optional<RunningApplication> byPid(std::int32_t pid) const override;
+    [[nodiscard]] std::optional<std::uint64_t> birth(std::int32_t pid) const override;
     [[nodiscard]] std::vector<RunningApplication>
     byBundleID(std::string_view bundleID) const override;
     [[nodiscard]] std::optional<InstalledApplication>
@@ -58,6 +59,8 @@ private:
 
     MainQueue& mainQueue_;
     std::vector<RunningApplication> running_;
+    std::map<std::int32_t, std::uint64_t> births_;
+    std::uint64_t lastBirth_ = 0;
     std::map<std::int32_t, std::int32_t> leaderOfHelper_;
     std::vector<InstalledApplication> installed_;
     std::map<std::string, std::string, std::less<>> icons_;

@@ -2,6 +2,7 @@
 
 #include "platform/desktop/Gio.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -61,6 +62,19 @@ void addReadings(std::string_view launcherAndId, std::vector<std::string>& ids) 
     addReading(launcherAndId, ids);
 }
 
+/// "player-web-<uuid>" gives "player-web": the application's own name may have dashes as well.
+std::string_view withoutRandom(std::string_view name) {
+    constexpr std::string_view pattern = "-xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+    const auto start = name.size() - std::min(name.size(), pattern.size());
+    const auto tail = name.substr(start);
+    const bool isUuid = std::ranges::equal(tail, pattern, [](char letter, char expected) {
+        return expected == '-' ? letter == '-'
+                               : std::string_view("0123456789abcdefABCDEF").find(letter) !=
+                                     std::string_view::npos;
+    });
+    return name.substr(0, isUuid ? start : name.rfind('-'));
+}
+
 void addUnit(std::string_view unit, std::vector<std::string>& ids) {
     const bool isScope = removeSuffix(unit, ".scope");
     if (!isScope && !removeSuffix(unit, ".service")) {
@@ -69,9 +83,10 @@ void addUnit(std::string_view unit, std::vector<std::string>& ids) {
     if (unit.starts_with("snap.")) {
         const auto names = split(unit, '.');
         if (names.size() > 2) {
-            // A scope's random part follows the application after a dash or a dot.
-            const auto application = isScope ? split(names[2], '-')[0] : names[2];
-            ids.push_back(std::string(names[1]) + "_" + std::string(application));
+            // A scope's random part follows the application after a dot or a dash.
+            const bool hasRandom = isScope && names.size() == 3;
+            const auto application = hasRandom ? withoutRandom(names[2]) : names[2];
+            ids.push_back(unescape(names[1]) + "_" + unescape(application));
         }
     } else if (unit.starts_with("app-")) {
         unit.remove_prefix(4);

@@ -366,6 +366,22 @@ TEST_F(ApplicationIdentity, MayStillChangeWhileTheProcessIsYoung) {
     EXPECT_EQ(idOf(10), "org.example.Late");
 }
 
+TEST_F(ApplicationIdentity, HasABirthThatNoOtherProcessHas) {
+    desktop.write(desktop.proc() / "sys/kernel/random/boot_id", "0f4e9a11\n");
+    desktop.addProcess({.pid = 10, .startTicks = 100});
+    const auto birth = applications().birth(10);
+    ASSERT_TRUE(birth.has_value());
+    EXPECT_LT(*birth, std::uint64_t{1} << 53U);
+    EXPECT_EQ(applications().birth(10), birth);
+
+    desktop.addProcess({.pid = 10, .startTicks = 101});
+    EXPECT_NE(applications().birth(10), birth);
+    desktop.addProcess({.pid = 10, .startTicks = 100});
+    desktop.write(desktop.proc() / "sys/kernel/random/boot_id", "1a2b3c4d\n");
+    EXPECT_NE(applications().birth(10), birth);
+    EXPECT_EQ(applications().birth(11), std::nullopt);
+}
+
 TEST_F(ApplicationIdentity, LeadsToTheTopmostProcessOfOneProgramFile) {
     desktop.addProcess({.pid = 10, .name = "session"});
     desktop.addProcess({.pid = 11, .parent = 10, .name = "game"});

@@ -48,6 +48,15 @@ TEST(ControlGroup, NamesTheEntryOfASnap) {
     EXPECT_THAT(idsOf("snap.player.tool.0f4e-11.scope"), ElementsAre("player_tool"));
 }
 
+TEST(ControlGroup, LeavesTheDashesOfASnapsNames) {
+    const std::string uuid = "0f4e9a11-5c3b-4d2e-8f6a-7b8c9d0e1f2a";
+    EXPECT_THAT(idsOf("snap.my-player.player-web-" + uuid + ".scope"),
+                ElementsAre("my-player_player-web"));
+    EXPECT_THAT(idsOf("snap.my-player.player-web." + uuid + ".scope"),
+                ElementsAre("my-player_player-web"));
+    EXPECT_THAT(idsOf("snap.my-player.player-web.service"), ElementsAre("my-player_player-web"));
+}
+
 TEST(ControlGroup, NamesNothingThatCouldBeNoEntry) {
     EXPECT_THAT(idsOf("app-player--12.scope"), ElementsAre("player-"));
     EXPECT_THAT(idsOf("app--12.scope"), IsEmpty());

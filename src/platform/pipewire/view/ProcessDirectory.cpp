@@ -23,10 +23,18 @@ bool isOutputStream(const Node& node) {
     if (node.mediaClass == "Stream/Output/Audio") {
         return true;
     }
-    // Programs that come through JACK are plain nodes without a class.
-    return node.clientApi == "jack" && node.mediaClass.empty() &&
-           std::ranges::any_of(node.ports,
-                               [](const Port& port) { return port.isOutput && port.isAudio; });
+    // Programs that come through JACK, and PipeWire's own filters, are plain nodes without a class.
+    const auto hasAudio = [&](bool isOutput) {
+        return std::ranges::any_of(node.ports, [isOutput](const Port& port) {
+            return port.isOutput == isOutput && port.isAudio;
+        });
+    };
+    if (!node.isDescribed || !node.mediaClass.empty() || !hasAudio(/*isOutput=*/true)) {
+        return false;
+    }
+    // A filter that also hears passes on what others play.
+    return node.clientApi == "jack" ||
+           (node.clientApi.empty() && node.linkGroup.empty() && !hasAudio(/*isOutput=*/false));
 }
 
 void ProcessDirectory::update(const Graph& graph) {

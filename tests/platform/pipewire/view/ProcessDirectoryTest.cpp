@@ -298,6 +298,22 @@ TEST_F(ProcessDirectoryTest, TakesAJackProgramWithOutputPortsForAnApplication) {
     EXPECT_THAT(streamsOf(601), ElementsAre(synth));
 }
 
+TEST_F(ProcessDirectoryTest, TakesAFilterThatOnlyPlaysForAnApplication) {
+    const Serial synth = builder.addNode("synth", "", {}, addClient(601));
+    builder.addPorts(synth, "out", {"out_1", "out_2"});
+    const Serial equalizer = builder.addNode("equalizer", "", {}, addClient(602));
+    builder.addPorts(equalizer, "in", {"in_1"});
+    builder.addPorts(equalizer, "out", {"out_1"});
+    const Serial loopback =
+        builder.addNode("loopback", "", {{"node.link-group", "loop-1"}}, addClient(603));
+    builder.addPorts(loopback, "out", {"out_1"});
+
+    resolveAll();
+
+    EXPECT_THAT(streamsOf(601), ElementsAre(synth));
+    EXPECT_EQ(directory.objects().size(), 1U);
+}
+
 TEST_F(ProcessDirectoryTest, ListsApplicationsInTheOrderInWhichTheyFirstPlayed) {
     const Serial early = addClient(700);
     builder.addStream(addClient(701), {"FL", "FR"});

@@ -38,6 +38,9 @@ public:
     [[nodiscard]] virtual std::optional<std::vector<std::uint32_t>>
     streamChannels(AudioObjectID device, Scope scope) const = 0;
     [[nodiscard]] virtual std::optional<Transport> transport(AudioObjectID device) const = 0;
+    /// A headset, or what stands for its microphone until somebody records from it: doing so costs
+    /// the quality of what it plays.
+    [[nodiscard]] virtual bool isBluetooth(AudioObjectID device) const = 0;
     [[nodiscard]] virtual std::optional<double> nominalRate(AudioObjectID device) const = 0; ///< Hz
     virtual Status requestBufferFrames(AudioObjectID device, std::uint32_t frames) = 0;
     [[nodiscard]] virtual std::optional<AudioObjectID> defaultOutputDevice() const = 0;

@@ -99,6 +99,8 @@ constexpr auto texts = std::to_array<TextPair>({
      "This app cannot be muted on its direct output."},
     {"Le son de cette app part sans être décodé : il ne peut pas être mixé.",
      "This app's sound leaves undecoded: it cannot be mixed."},
+    {"Micro Bluetooth : la lecture passe en qualité d'appel.",
+     "Bluetooth microphone: playback drops to call quality."},
 
     // The mix and its outputs
     {"En marche", "Running"},

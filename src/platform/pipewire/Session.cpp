@@ -39,6 +39,7 @@ Session::Session(Events events)
       mutes_(connection_, state_.graph, [this] { return state_.newNodeName("mute"); }),
       aggregates_(connection_, state_.graph, [this] { pass_.request(); }),
       microphone_(connection_, state_.graph),
+      headsets_(connection_, state_.graph, [this] { return state_.newNodeName("headset"); }),
       nodeWatch_(loop_, state_.rate, [this] { pass_.request(); }) {
     connect();
     loop_.start();
@@ -93,6 +94,7 @@ void Session::forgetObjects() {
     links_.clear();
     endedRoutes_.clear();
     microphone_.clear();
+    headsets_.clear();
 }
 
 void Session::pass() {
@@ -107,6 +109,7 @@ void Session::pass() {
         passLinks();
         endedRoutes_.follow();
         microphone_.follow();
+        headsets_.follow(state_.routes);
     }
     passNews();
     loop_.notify();

@@ -9,6 +9,7 @@
 #include "platform/pipewire/daemon/MetadataRefresh.h"
 #include "platform/pipewire/keep/AggregateSink.h"
 #include "platform/pipewire/keep/EndedRoutes.h"
+#include "platform/pipewire/keep/HeadsetClients.h"
 #include "platform/pipewire/keep/LinkSet.h"
 #include "platform/pipewire/keep/MuteSinks.h"
 #include "platform/pipewire/keep/VirtualMicrophone.h"
@@ -143,6 +144,7 @@ private:
     MuteSinks mutes_;
     AggregateSinks aggregates_;
     VirtualMicrophone microphone_;
+    HeadsetClients headsets_;
     MixNodes mixNodes_;
     NodeWatch nodeWatch_;
     RouteId lastRoute_ = 0;

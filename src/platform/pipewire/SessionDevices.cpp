@@ -60,6 +60,10 @@ std::optional<Transport> SessionDevices::transport(AudioObjectID device) const {
     return valueOf(deviceOf(session_, device), &Device::transport);
 }
 
+bool SessionDevices::isBluetooth(AudioObjectID device) const {
+    return valueOf(deviceOf(session_, device), &Device::isBluetooth).value_or(false);
+}
+
 std::optional<double> SessionDevices::nominalRate(AudioObjectID device) const {
     // Everything that we exchange with the graph is at the graph's rate, whatever the device's is.
     if (!deviceOf(session_, device)) {

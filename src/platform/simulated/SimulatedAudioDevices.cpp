@@ -68,6 +68,17 @@ std::optional<Transport> SimulatedAudioDevices::transport(AudioObjectID device) 
     });
 }
 
+bool SimulatedAudioDevices::isBluetooth(AudioObjectID device) const {
+    return read(*graph_,
+                Operation::transport,
+                device,
+                [&] {
+                    return selected(graph_->device(device),
+                                    [](const auto& item) { return item.about.isBluetooth; });
+                })
+        .value_or(false);
+}
+
 std::optional<double> SimulatedAudioDevices::nominalRate(AudioObjectID device) const {
     return read(*graph_, Operation::nominalRate, device, [&] {
         return selected(graph_->device(device), [](const auto& item) { return item.about.rateHz; });

@@ -22,6 +22,7 @@ public:
     [[nodiscard]] std::optional<std::vector<std::uint32_t>>
     streamChannels(AudioObjectID device, Scope scope) const override;
     [[nodiscard]] std::optional<Transport> transport(AudioObjectID device) const override;
+    [[nodiscard]] bool isBluetooth(AudioObjectID device) const override;
     [[nodiscard]] std::optional<double> nominalRate(AudioObjectID device) const override;
     Status requestBufferFrames(AudioObjectID device, std::uint32_t frames) override;
     [[nodiscard]] std::optional<AudioObjectID> defaultOutputDevice() const override;

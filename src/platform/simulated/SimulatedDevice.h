@@ -17,6 +17,7 @@ struct SimulatedDevice {
     std::string name;
     std::vector<std::uint32_t> outputs{}; ///< channel count of each output stream
     std::vector<std::uint32_t> inputs{};  ///< channel count of each input stream
+    bool isBluetooth{};
     Transport transport{Transport::other};
     double rateHz{48000.0};
     /// Given, the device comes up under this id; otherwise under one that its UID determines, so

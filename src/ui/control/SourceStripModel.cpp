@@ -33,6 +33,15 @@ ApplicationSound soundOf(const AudioSource& source, const Platform& platform) {
                    : ApplicationSound{};
 }
 
+bool isHeadsetMicrophone(const AudioSource& source, const Platform& platform) {
+    const auto* const device = source.device();
+    const auto* const channels = source.deviceChannels();
+    const AudioObjectID id = device != nullptr     ? device->id
+                             : channels != nullptr ? channels->id
+                                                   : 0;
+    return id != 0 && platform.devices.isBluetooth(id);
+}
+
 } // namespace
 
 SourceStripModel::SourceStripModel(const Platform& platform,
@@ -43,6 +52,7 @@ SourceStripModel::SourceStripModel(const Platform& platform,
       icon_(iconOf(source, platform)), symbol_(symbolOf(source, platform)),
       effects_(engine, source, this), gain_(engine.gain(source)),
       directMuted_(engine.isDirectMuted(source)), sound_(soundOf(source, platform)),
+      isHeadset_(isHeadsetMicrophone(source, platform)),
       connection_(engine.changed().connect([this] { follow(); })),
       soundConnection_(platform.devices.changed().connect([this] { followSound(); })) {
     connect(&effects_, &EffectsModel::neutralChanged, this, &SourceStripModel::fxActiveChanged);
@@ -88,6 +98,9 @@ QString SourceStripModel::notice() const {
     if (directMuted_ && sound_.isStillHeard) {
         return QStringLiteral("Cette app ne peut pas être coupée sur sa sortie directe.");
     }
+    if (isHeadset_) {
+        return QStringLiteral("Micro Bluetooth : la lecture passe en qualité d'appel.");
+    }
     return {};
 }
 
@@ -118,7 +131,8 @@ void SourceStripModel::follow() {
 }
 
 void SourceStripModel::followSound() {
-    if (takeOver(sound_, soundOf(source_, platform_))) {
+    const bool isOther = takeOver(sound_, soundOf(source_, platform_));
+    if (takeOver(isHeadset_, isHeadsetMicrophone(source_, platform_)) || isOther) {
         Q_EMIT soundChanged();
     }
 }

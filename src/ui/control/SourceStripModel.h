@@ -110,6 +110,7 @@ private:
     float gain_;
     bool directMuted_;
     ApplicationSound sound_;
+    bool isHeadset_; ///< a Bluetooth microphone
     float level_ = 0.0F;
     bool followsLevel_ = false;
     bool fxOpen_ = false;

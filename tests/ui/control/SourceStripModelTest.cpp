@@ -221,6 +221,16 @@ TEST_F(SourceStripSound, SaysThatUndecodedSoundCannotBeMixed) {
               "Le son de cette app part sans être décodé : il ne peut pas être mixé.");
 }
 
+TEST_F(SourceStripModelTest, ABluetoothMicrophoneSaysWhatItDoesToPlayback) {
+    const auto headset = machine.sound.addDevice(
+        {.uid = "headset", .name = "Headset", .inputs = {1}, .isBluetooth = true});
+
+    EXPECT_EQ(strip(DeviceSource{headset, "Headset"})->notice(),
+              "Micro Bluetooth : la lecture passe en qualité d'appel.");
+    EXPECT_EQ(strip(DeviceChannelsSource{headset, 1, 1, "Headset"})->notice(),
+              "Micro Bluetooth : la lecture passe en qualité d'appel.");
+}
+
 TEST_F(SourceStripSound, IsThatOfADeviceNever) {
     const auto device = strip(DeviceSource{speakers, "Speakers"});
 

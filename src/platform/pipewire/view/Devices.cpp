@@ -61,7 +61,8 @@ std::vector<Device> listDevices(const Graph& graph) {
                            .name = node.description,
                            .inputs = static_cast<std::uint32_t>(recordingPorts(node).size()),
                            .outputs = static_cast<std::uint32_t>(playbackPorts(node).size()),
-                           .transport = transportOf(node)});
+                           .transport = transportOf(node),
+                           .isBluetooth = node.isBluetooth});
     }
     std::ranges::stable_partition(devices, [](const Device& one) { return one.uid != dawSinkUID; });
     return devices;

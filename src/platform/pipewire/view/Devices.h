@@ -18,6 +18,7 @@ struct Device {
     std::uint32_t inputs{};  ///< channels that can be recorded
     std::uint32_t outputs{}; ///< channels that can be played to
     Transport transport{};
+    bool isBluetooth{};
 
     bool operator==(const Device&) const = default;
 };

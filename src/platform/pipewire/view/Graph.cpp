@@ -158,6 +158,8 @@ void Graph::describeNode(Serial serial, const Properties& properties) {
     node.linkGroup = text(properties, "node.link-group");
     node.isHardware = properties.contains("device.id") && !flag(properties, "node.virtual") &&
                       text(properties, "factory.name") != "support.null-audio-sink";
+    node.isBluetooth =
+        text(properties, "device.api") == "bluez5" || flag(properties, "bluez5.loopback");
     // 0.3.65 names it by the first, later versions by the second as well.
     node.isMovable = flag(properties, "node.autoconnect") &&
                      !flag(properties, "node.dont-reconnect") &&

@@ -39,6 +39,7 @@ struct Node {
     std::string clientApi;
     std::string linkGroup;
     bool isHardware{};  ///< belongs to a device object and is no software node
+    bool isBluetooth{}; ///< of a headset, or what stands for its microphone while that is off
     bool isDescribed{}; ///< all properties have arrived, not only the registry's few
     bool isRunning{};
     bool isMovable{};                 ///< the session manager links it, and may link it elsewhere

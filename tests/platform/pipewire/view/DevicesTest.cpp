@@ -55,6 +55,19 @@ TEST(Devices, ListsOneOfTwoNodesWithTheSameName) {
     EXPECT_EQ(devices[0].node, first);
 }
 
+TEST(Devices, KnowsBluetoothHeadsetsAndWhatStandsForTheirMicrophones) {
+    GraphBuilder builder;
+    builder.addNode("bluez_output.1", "Audio/Sink", {{"device.api", "bluez5"}});
+    builder.addNode("bluez_input.1", "Audio/Source", {{"bluez5.loopback", "true"}});
+    builder.addNode("microphone", "Audio/Source");
+
+    const auto devices = listDevices(builder.graph);
+
+    EXPECT_TRUE(devices.at(0).isBluetooth);
+    EXPECT_TRUE(devices.at(1).isBluetooth);
+    EXPECT_FALSE(devices.at(2).isBluetooth);
+}
+
 TEST(Devices, CountsMonitorsOfASinkAsNoInputs) {
     GraphBuilder builder;
     builder.addSink("sink", {"FL", "FR", "FC", "LFE"});

@@ -1,6 +1,5 @@
 #include "platform/sqlite/SqliteDefaultsStore.h"
 
-#include "platform/sqlite/DefaultsCoding.h"
 #include "platform/sqlite/StoreSalvage.h"
 #include "platform/sqlite/StoreSchema.h"
 #include "platform/sqlite/StoreSnapshot.h"
@@ -15,10 +14,6 @@ namespace velmora {
 namespace {
 
 constexpr std::chrono::milliseconds syncedWithin{1000};
-
-bool isUnderstood(const StoredRow& row) {
-    return decode(static_cast<CodedValue::Type>(row.type), row.value).has_value();
-}
 
 } // namespace
 
@@ -129,8 +124,7 @@ Status SqliteDefaultsStore::beginAnew(Status damage) {
     }
     auto rows = salvageRows(file_);
     if (isRead_) {
-        // What the program has read it holds, and whatever has become of it since.
-        std::erase_if(rows, [](const StoredRow& row) { return isUnderstood(row); });
+        rows = values_.rowsOfSuccessor(std::move(rows));
     }
     const auto place = replaceDamaged(file_, rows, options_.now());
     if (!place) {

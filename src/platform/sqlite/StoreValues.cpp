@@ -2,6 +2,8 @@
 
 #include "platform/sqlite/DefaultsCoding.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace velmora {
@@ -71,6 +73,25 @@ bool StoreValues::meet(const StoredValues& stored) {
         }
     }
     return differs;
+}
+
+std::vector<StoredRow> StoreValues::rowsOfSuccessor(std::vector<StoredRow> salvaged) const {
+    // A row that was read and is held no more was removed, whatever the old file still has of it.
+    std::erase_if(salvaged, [this](const StoredRow& row) {
+        const bool isApart = std::ranges::any_of(apart_, [&row](const auto& one) {
+            return one.first == row.key || one.second == row.key;
+        });
+        return !isApart && decode(static_cast<CodedValue::Type>(row.type), row.value).has_value();
+    });
+    for (const auto& [key, value] : values_) {
+        if (!apart_.contains(key)) {
+            CodedValue coded = encode(value);
+            salvaged.push_back({.key = key,
+                                .type = static_cast<std::int64_t>(coded.type),
+                                .value = std::move(coded.bytes)});
+        }
+    }
+    return salvaged;
 }
 
 Status StoreValues::writeTo(const Write& write) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/DefaultsStore.h"
+#include "platform/sqlite/StoredRow.h"
 
 #include <functional>
 #include <map>
@@ -10,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace velmora {
 
@@ -36,6 +38,10 @@ public:
     /// The file's values, read while the program runs; what the file lacks is pending again. True
     /// when the program has built upon other values than these.
     [[nodiscard]] bool meet(const StoredValues& stored);
+
+    /// The rows of a file that is to take a damaged one's place: every value that is held, and of
+    /// the salvaged rows those that are not held here.
+    [[nodiscard]] std::vector<StoredRow> rowsOfSuccessor(std::vector<StoredRow> salvaged) const;
 
     [[nodiscard]] bool isPending() const { return !pending_.empty(); }
     [[nodiscard]] auto pendingKeys() const { return std::views::keys(pending_); }

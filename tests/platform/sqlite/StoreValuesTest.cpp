@@ -2,6 +2,8 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <set>
+#include <string>
 
 namespace velmora {
 namespace {
@@ -87,6 +89,31 @@ TEST_F(StoreValuesTest, AreAllPendingWhereTheFileHoldsNothing) {
     EXPECT_FALSE(values.meet({}));
 
     EXPECT_EQ(written({}), (StoredValues{{"presets", 7.0}, {"volume", 0.5}}));
+}
+
+TEST_F(StoreValuesTest, AreAllInTheSuccessorOfADamagedFileAndWhatWasRemovedIsNot) {
+    values.begin({{"volume", 0.5}, {"removed", true}});
+    EXPECT_TRUE(values.meet({{"volume", 0.5}, {"removed", true}, {"presets", 7.0}}));
+    EXPECT_TRUE(values.set("presets", 1.0));
+    EXPECT_TRUE(values.set("volume", 0.25));
+    EXPECT_TRUE(values.remove("removed"));
+    const auto number = [](const char* key, std::uint8_t last) {
+        return StoredRow{.key = key, .type = 2, .value = {0, 0, 0, 0, 0, 0, last, 0x40}};
+    };
+
+    const auto rows = values.rowsOfSuccessor({number("presets", 1),
+                                              number("presets.unsaved", 2),
+                                              number("removed", 3),
+                                              number("volume", 4),
+                                              {.key = "future", .type = 99, .value = {1}}});
+
+    std::set<std::string> keys;
+    for (const StoredRow& row : rows) {
+        keys.insert(row.key);
+    }
+    EXPECT_EQ(rows.size(), keys.size());
+    EXPECT_EQ(keys, (std::set<std::string>{"future", "presets", "presets.unsaved", "volume"}));
+    EXPECT_EQ(rows.front().value, number("presets", 1).value) << "what was not read stays";
 }
 
 TEST_F(StoreValuesTest, ThatAreNoNumbersCountAsTheSame) {

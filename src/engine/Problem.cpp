@@ -93,6 +93,15 @@ Form formOf(Kind kind) {
                 "Velmora est ouvert ailleurs avec les mêmes réglages ({file}). Ils sont lus ; rien "
                 "ne sera enregistré tant que l'autre est ouvert.",
                 ""};
+    case Kind::storeGone:
+        return {"", "Le fichier des réglages {file} n'est plus là.", ""};
+    case Kind::storeCopyOffered:
+        return {"", "Une copie de {file} du {copy} peut être reprise.", ""};
+    case Kind::storeCopyTaken:
+        return {"",
+                "La copie du {copy} est de nouveau dans {file}. Relance Velmora pour retrouver tes "
+                "réglages.",
+                ""};
     case Kind::storeKeptApart:
         return {"",
                 "Les réglages de {file} ne sont pas ceux que Velmora a lus au démarrage. Ils sont "
@@ -115,6 +124,12 @@ Kind kindOf(StoreProblem::Kind kind) {
         return Kind::storeNewer;
     case StoreProblem::Kind::keptApart:
         return Kind::storeKeptApart;
+    case StoreProblem::Kind::gone:
+        return Kind::storeGone;
+    case StoreProblem::Kind::copyTaken:
+        return Kind::storeCopyTaken;
+    case StoreProblem::Kind::copyOffered:
+        return Kind::storeCopyOffered;
     case StoreProblem::Kind::unwritable:
         return Kind::storeUnwritable;
     case StoreProblem::Kind::full:

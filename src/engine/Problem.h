@@ -45,13 +45,16 @@ struct Problem {
         storeFull,
         storeInUse,
         storeKeptApart,
+        storeGone,
+        storeCopyTaken,
+        storeCopyOffered,
         // DAW mode
         noDriver,
         publicSinkRefused,
     };
     Kind kind{};
     std::string subject{};   ///< a source, an application or a file; never translated
-    std::string detail{};    ///< of the settings file: where the damaged one lies now
+    std::string detail{};    ///< of the settings file: where the damaged one lies now, or a copy's day
     std::string key{};       ///< `keyOf` the source whose joining ends the problem; empty = none
     Status status{};         ///< of the refusal
     std::int64_t first{};    ///< the channel, or the first of the pair, 1-based

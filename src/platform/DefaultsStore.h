@@ -29,6 +29,10 @@ struct StoreProblem {
         newer,     ///< written by a later version; left untouched, nothing is kept this time
         keptApart, ///< the file holds other values than were read at the start; they stay, and what
                    ///< was set meanwhile is kept beside them
+        gone,      ///< there was no file at the start, although there are copies of one
+        copyTaken, ///< the file holds what the copy of the day `setAside` did, from the next start
+        // Ends when the copy is taken.
+        copyOffered, ///< after `damaged` or `gone`: there is a copy of the day `setAside`
         // These end with the next write that succeeds; until then values live in memory alone.
         unwritable, ///< the folder or the file refuses writing
         full,       ///< no space left
@@ -36,7 +40,7 @@ struct StoreProblem {
     };
     Kind kind{};
     std::string file{};     ///< path of the store
-    std::string setAside{}; ///< path of the damaged file's new place (`damaged` only)
+    std::string setAside{}; ///< path of the damaged file's new place; of a copy, its day
     Status status{};        ///< the platform's code
 
     bool operator==(const StoreProblem&) const = default;
@@ -58,6 +62,12 @@ public:
 
     /// Removes the key; removing an absent one succeeds.
     virtual Status remove(std::string_view key) = 0;
+
+    /// Takes what the copy of `copyOffered` holds back into the store; what was there is kept in
+    /// another file. Whoever has read values goes on with them: what is set under the copy's keys
+    /// until the program ends is kept beside them.
+    /// Errors: the status, with the store as it was; also when no copy is offered.
+    virtual Status takeOfferedCopy() = 0;
 
     /// What is wrong now, oldest first, that which opening the store met included. A write that
     /// succeeds, and with it stores everything that an earlier one could not, ends `unwritable`,

@@ -31,6 +31,12 @@ public:
         untold_ = true;
     }
 
+    void end(StoreProblem::Kind kind) {
+        if (std::erase_if(all_, [kind](const auto& problem) { return problem.kind == kind; }) > 0) {
+            untold_ = true;
+        }
+    }
+
     /// Everything is stored: what was wrong with writing is over.
     void endThoseOfWriting() {
         if (std::erase_if(all_, endsWithAWrite) > 0) {

@@ -23,6 +23,13 @@ constexpr auto texts = std::to_array<TextPair>({
      "pour les retrouver.",
      "The settings in {file} are not those that Velmora read when it started. They were left "
      "untouched; what was changed since is kept beside them. Restart Velmora to get them back."},
+    {"Le fichier des réglages {file} n'est plus là.", "The settings file {file} is gone."},
+    {"Une copie de {file} du {copy} peut être reprise.",
+     "A copy of {file} from {copy} can be restored."},
+    {"La copie du {copy} est de nouveau dans {file}. Relance Velmora pour retrouver tes "
+     "réglages.",
+     "The copy from {copy} is back in {file}. Restart Velmora to get your settings back."},
+    {"Reprendre la copie", "Restore the copy"},
     {"Impossible d'écrire les réglages dans {file} (err {status}). "
      "Les changements seront perdus à la fermeture de Velmora.",
      "Could not write the settings to {file} (err {status}). "

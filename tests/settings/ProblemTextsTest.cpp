@@ -48,6 +48,9 @@ TEST_F(ProblemTexts, TellTheTroublesOfAStoreApartInBothLanguages) {
     constexpr std::array kinds{StoreProblem::Kind::damaged,
                                StoreProblem::Kind::newer,
                                StoreProblem::Kind::keptApart,
+                               StoreProblem::Kind::gone,
+                               StoreProblem::Kind::copyTaken,
+                               StoreProblem::Kind::copyOffered,
                                StoreProblem::Kind::unwritable,
                                StoreProblem::Kind::full,
                                StoreProblem::Kind::inUse};

@@ -26,7 +26,8 @@ Status SimulatedDefaultsStore::keep() {
         report(*refusal_);
         return refusal_->status;
     }
-    kept_ = values_;
+    kept_ = taken_;
+    kept_.insert(values_.begin(), values_.end());
     problems_.endThoseOfWriting();
     problems_.tell();
     return statusOk;
@@ -38,6 +39,24 @@ void SimulatedDefaultsStore::refuseWrites(const StoreProblem& problem) {
 
 void SimulatedDefaultsStore::allowWrites() {
     refusal_.reset();
+}
+
+void SimulatedDefaultsStore::offerCopy(const std::string& day, Values values) {
+    offered_.emplace(day, std::move(values));
+    report({.kind = StoreProblem::Kind::copyOffered, .file = "settings", .setAside = day});
+}
+
+Status SimulatedDefaultsStore::takeOfferedCopy() {
+    if (!offered_ || refusal_) {
+        constexpr Status none = -2; // as the system's code for what is not there
+        return refusal_ ? refusal_->status : none;
+    }
+    const auto [day, values] = *std::exchange(offered_, std::nullopt);
+    taken_ = values;
+    keep();
+    problems_.end(StoreProblem::Kind::copyOffered);
+    report({.kind = StoreProblem::Kind::copyTaken, .file = "settings", .setAside = day});
+    return statusOk;
 }
 
 void SimulatedDefaultsStore::report(const StoreProblem& problem) {

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] std::optional<DefaultsValue> get(std::string_view key) const override;
     Status set(std::string_view key, DefaultsValue value) override;
     Status remove(std::string_view key) override;
+    /// Takes back what `offerCopy` has given.
+    Status takeOfferedCopy() override;
     [[nodiscard]] const std::vector<StoreProblem>& problems() const override {
         return problems_.all();
     }
@@ -35,6 +37,8 @@ public:
     void allowWrites();
     /// The problem arises now, outside a write.
     void report(const StoreProblem& problem);
+    /// The file was gone at the start, and there is a copy of that day.
+    void offerCopy(const std::string& day, Values values);
     /// What a later launch would find: everything whose write succeeded.
     [[nodiscard]] const Values& kept() const { return kept_; }
 
@@ -45,6 +49,8 @@ private:
     Values values_;
     Values kept_;
     std::optional<StoreProblem> refusal_;
+    std::optional<std::pair<std::string, Values>> offered_; // its day and what it holds
+    Values taken_; // of a copy; stays until the next launch
     StoreProblems problems_;
 };
 

@@ -73,6 +73,10 @@ Status SqliteDefaultsStore::open() {
     if (isLockedElsewhere()) {
         return SQLITE_BUSY;
     }
+    if (!hasBegun_ && file_.isGone() && copies_.latest()) {
+        problems_.add({StoreProblem::Kind::gone, file_.path(), {}, statusOk});
+        offerCopy();
+    }
     Status status = file_.isCutOff() ? SQLITE_CORRUPT : openFile();
     if (isDamage(status)) {
         status = beginAnew(status);
@@ -131,6 +135,9 @@ Status SqliteDefaultsStore::beginAnew(Status damage) {
         return place.error();
     }
     problems_.add({StoreProblem::Kind::damaged, file_.path(), place->string(), damage});
+    if (!hasBegun_) {
+        offerCopy();
+    }
     return openFile();
 }
 
@@ -141,6 +148,55 @@ Status SqliteDefaultsStore::refuseNewer() {
     }
     problems_.add({StoreProblem::Kind::newer, file_.path(), {}, refused_});
     return refused_;
+}
+
+void SqliteDefaultsStore::offerCopy() {
+    offered_ = copies_.latest();
+    if (offered_) {
+        problems_.add({StoreProblem::Kind::copyOffered, file_.path(), offered_->day, statusOk});
+    }
+}
+
+Status SqliteDefaultsStore::takeOfferedCopy() {
+    Status status = offered_ ? writePending() : Status{SQLITE_NOTFOUND};
+    if (status == statusOk) {
+        status = replaceBy(*offered_);
+    }
+    if (status == statusOk) {
+        problems_.end(StoreProblem::Kind::copyOffered);
+        problems_.add({StoreProblem::Kind::copyTaken, file_.path(), offered_->day, statusOk});
+        offered_.reset();
+    }
+    problems_.tell();
+    return status;
+}
+
+/// From then on the program's values are others than the file's, and what it sets goes beside them.
+Status SqliteDefaultsStore::replaceBy(const StoreCopies::Copy& copy) {
+    const auto rows = salvageRows(StoreFile(copy.file));
+    if (rows.empty()) {
+        return SQLITE_NOTFOUND;
+    }
+    if (const Status status = copies_.keepReplaced(*connection_, options_.now());
+        status != statusOk) {
+        return failed(status);
+    }
+    Status status = connection_->syncCommits(true);
+    if (status == statusOk) {
+        status = connection_->begin();
+    }
+    for (auto row = rows.begin(); row != rows.end() && status == statusOk; ++row) {
+        status = connection_->put(*row);
+    }
+    if (status == statusOk) {
+        status = connection_->commit();
+    }
+    if (status != statusOk) {
+        connection_->rollBack();
+        return failed(status);
+    }
+    static_cast<void>(values_.meet(connection_->readAll().value_or(valuesOf(rows))));
+    return statusOk;
 }
 
 Status SqliteDefaultsStore::writeAndTell() {
@@ -161,6 +217,7 @@ Status SqliteDefaultsStore::writePending() {
             return status;
         }
     }
+    copies_.makeOncePerDay(*connection_, options_.now());
     Status status = writeOnce();
     if (isDamage(status)) {
         status = beginAnew(status);

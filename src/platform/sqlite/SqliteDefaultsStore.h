@@ -5,6 +5,7 @@
 #include "platform/StoreProblems.h"
 #include "platform/sqlite/RetryPause.h"
 #include "platform/sqlite/StoreConnection.h"
+#include "platform/sqlite/StoreCopies.h"
 #include "platform/sqlite/StoreFile.h"
 #include "platform/sqlite/StoreLock.h"
 #include "platform/sqlite/StoreValues.h"
@@ -40,7 +41,7 @@ namespace velmora {
 class SqliteDefaultsStore final : public DefaultsStore {
 public:
     struct Options {
-        /// Dates a damaged file's new name.
+        /// Dates copies, and a damaged file's new name.
         std::function<std::chrono::system_clock::time_point()> now = std::chrono::system_clock::now;
         /// Outlives the store. Without one, only further writes try again what was refused.
         MainQueue* mainQueue = nullptr;
@@ -67,6 +68,7 @@ public:
     }
     Status set(std::string_view key, DefaultsValue value) override;
     Status remove(std::string_view key) override;
+    Status takeOfferedCopy() override;
     [[nodiscard]] const std::vector<StoreProblem>& problems() const override {
         return problems_.all();
     }
@@ -78,6 +80,8 @@ private:
     Status openFile();
     Status beginAnew(Status damage);
     Status refuseNewer();
+    void offerCopy();
+    Status replaceBy(const StoreCopies::Copy& copy);
     Status writeAndTell();
     Status writePending();
     Status writeOnce();
@@ -88,6 +92,8 @@ private:
 
     StoreFile file_;
     StoreLock lock_{file_.lock()};
+    StoreCopies copies_{file_};
+    std::optional<StoreCopies::Copy> offered_;
     Options options_;
     RetryPause retry_{options_.mainQueue};
     bool isHeld_ = false;                       // by another program, when last tried

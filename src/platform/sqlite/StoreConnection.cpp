@@ -125,6 +125,20 @@ StatusOr<StoredValues> StoreConnection::readAll() {
     return valuesOf(read.rows);
 }
 
+bool StoreConnection::hasRows() {
+    return database_.queryNumber("SELECT EXISTS(SELECT 1 FROM defaults)").value_or(0) != 0;
+}
+
+Status StoreConnection::copyTo(const std::filesystem::path& file) {
+    auto copy = database_.prepare("VACUUM INTO ?1");
+    if (!copy) {
+        return copy.error();
+    }
+    const std::string name = file.string();
+    copy->bindText(1, name);
+    return copy->run();
+}
+
 Status StoreConnection::syncCommits(bool sync) {
     if (sync == syncsCommits_) {
         return SQLITE_OK;

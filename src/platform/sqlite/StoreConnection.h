@@ -50,6 +50,9 @@ public:
     [[nodiscard]] Status commit();
     void rollBack();
 
+    [[nodiscard]] bool hasRows();
+    /// Writes everything to an empty file, which stays without a log.
+    [[nodiscard]] Status copyTo(const std::filesystem::path& file);
     /// Carries the log over into the file and waits for the disk.
     [[nodiscard]] Status foldLog() { return database_.run("PRAGMA wal_checkpoint(TRUNCATE)"); }
     /// Leaves every byte of a file that proved to be damaged as it is.

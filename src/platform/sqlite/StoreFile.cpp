@@ -68,17 +68,9 @@ bool anyExists(const fs::path& main) {
     return false;
 }
 
-std::string dateOf(std::chrono::system_clock::time_point now) {
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    std::tm local{};
-    ::localtime_r(&seconds, &local);
-    std::array<char, 32> text{};
-    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d", &local)};
-}
-
 /// "settings.sqlite" becomes "settings-damaged-2025-03-01.sqlite", then "…-2.sqlite" and so on.
 fs::path unusedName(const fs::path& path, std::chrono::system_clock::time_point now) {
-    const std::string dated = path.stem().string() + "-damaged-" + dateOf(now);
+    const std::string dated = path.stem().string() + "-damaged-" + dayOf(now);
     const std::string extension = path.extension().string();
     fs::path name = path.parent_path() / (dated + extension);
     for (int count = 2; anyExists(name); ++count) {
@@ -94,6 +86,27 @@ fs::path followed(const fs::path& path) {
 }
 
 } // namespace
+
+std::string dayOf(std::chrono::system_clock::time_point now) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+    std::tm local{};
+    ::localtime_r(&seconds, &local);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d", &local)};
+}
+
+Status moveSynced(const fs::path& from, const fs::path& to) {
+    const int file = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
+    const bool isWritten = file >= 0 && ::fsync(file) == 0;
+    if (file >= 0) {
+        ::close(file);
+    }
+    if (!isWritten || ::rename(from.c_str(), to.c_str()) != 0) {
+        return isOutOfSpace(errno) ? SQLITE_FULL : SQLITE_CANTOPEN;
+    }
+    syncFolder(to.parent_path());
+    return SQLITE_OK;
+}
 
 Status makePrivateFolder(const fs::path& folder) {
     if (!makeFolders(folder)) {
@@ -149,6 +162,11 @@ Status StoreFile::createIfMissing() const {
         return SQLITE_OK;
     }
     return isOutOfSpace(errno) ? SQLITE_FULL : SQLITE_CANTOPEN;
+}
+
+bool StoreFile::isGone() const {
+    std::error_code error;
+    return sizeOf(path_) == 0 && sizeOf(log()) == 0 && !fs::exists(successor(), error);
 }
 
 bool StoreFile::isCutOff() const {

@@ -5,12 +5,19 @@
 
 #include <chrono>
 #include <filesystem>
+#include <string>
 
 namespace velmora {
 
 /// Makes the missing folders of the path, each for its owner alone (0700), and takes everybody
 /// else's rights off the last where it is there already.
 Status makePrivateFolder(const std::filesystem::path& folder);
+
+/// The local day, as names have it: "2025-03-14".
+[[nodiscard]] std::string dayOf(std::chrono::system_clock::time_point now);
+
+/// Renames a file that is written to its end, and waits for the disk to have both.
+[[nodiscard]] Status moveSynced(const std::filesystem::path& from, const std::filesystem::path& to);
 
 /// One SQLite file: the main file and, beside it, "-wal", "-shm" and "-journal".
 /// Threads: one owner. Errors: SQLite's codes; never throws.
@@ -32,6 +39,9 @@ public:
     /// a kill has left takes its place.
     [[nodiscard]] Status createIfMissing() const;
     void removeSuccessor() const;
+
+    /// Whether there is nothing to read: no file, or one without any content.
+    [[nodiscard]] bool isGone() const;
 
     /// Whether a log with content stands beside a file without any: SQLite would throw the log
     /// away, but it can only be left of a file that was cut off.

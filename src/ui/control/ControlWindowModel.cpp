@@ -14,6 +14,7 @@
 #include "ui/control/SourceMenu.h"
 #include "ui/control/TakeOver.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -70,6 +71,10 @@ void ControlWindowModel::dismissProblems() {
     parts_.engine.dismissProblems();
 }
 
+void ControlWindowModel::actOnProblem() {
+    parts_.platform.defaults.takeOfferedCopy();
+}
+
 GumMenuModel* ControlWindowModel::openPrimaryMenu() {
     primaryMenu_.setItems(sourceItems(false));
     return &primaryMenu_;
@@ -116,6 +121,15 @@ void ControlWindowModel::follow() {
     }
     if (takeOver(canDismissProblems_, parts_.engine.canDismissProblems())) {
         Q_EMIT canDismissProblemsChanged();
+    }
+    const bool isCopyOffered =
+        std::ranges::any_of(parts_.platform.defaults.problems(), [](const StoreProblem& problem) {
+            return problem.kind == StoreProblem::Kind::copyOffered;
+        });
+    if (takeOver(problemAction_,
+                 isCopyOffered ? QString::fromStdString(parts_.settings.t("Reprendre la copie"))
+                               : QString())) {
+        Q_EMIT problemActionChanged();
     }
 }
 

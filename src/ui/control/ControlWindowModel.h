@@ -38,6 +38,7 @@ class ControlWindowModel : public QObject {
     Q_PROPERTY(bool running READ running NOTIFY runningChanged)
     Q_PROPERTY(QString problemText READ problemText NOTIFY problemTextChanged)
     Q_PROPERTY(bool canDismissProblems READ canDismissProblems NOTIFY canDismissProblemsChanged)
+    Q_PROPERTY(QString problemAction READ problemAction NOTIFY problemActionChanged)
     Q_PROPERTY(QString primaryCaption READ primaryCaption NOTIFY primaryCaptionChanged)
     Q_PROPERTY(QString activePresetName READ activePresetName NOTIFY activePresetNameChanged)
     Q_PROPERTY(velmora::SourceStripsModel* strips READ strips CONSTANT)
@@ -72,6 +73,9 @@ public:
     /// Some of it the user may put away: what a recall or a launch left, and why a start failed.
     [[nodiscard]] bool canDismissProblems() const { return canDismissProblems_; }
     Q_INVOKABLE void dismissProblems();
+    /// What the user may do about it, as a button says it; empty when there is nothing.
+    [[nodiscard]] const QString& problemAction() const { return problemAction_; }
+    Q_INVOKABLE void actOnProblem();
 
     /// Name of the primary source, or the invitation to choose one.
     [[nodiscard]] const QString& primaryCaption() const { return primaryCaption_; }
@@ -108,6 +112,7 @@ Q_SIGNALS:
     void runningChanged();
     void problemTextChanged();
     void canDismissProblemsChanged();
+    void problemActionChanged();
     void primaryCaptionChanged();
     void activePresetNameChanged();
     void visibleChanged();
@@ -146,6 +151,7 @@ private:
     bool running_ = false;
     QString problemText_;
     bool canDismissProblems_ = false;
+    QString problemAction_;
     QString primaryCaption_;
     QString activePresetName_;
     bool visible_ = false;

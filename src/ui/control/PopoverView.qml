@@ -134,6 +134,8 @@ Item {
                 text: root.model.problemText
                 dismissable: root.model.canDismissProblems
                 onDismissed: root.model.dismissProblems()
+                action: root.model.problemAction
+                onActed: root.model.actOnProblem()
                 onUndoPressed: root.model.undo.undo()
             }
             PickerButton {

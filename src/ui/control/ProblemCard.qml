@@ -9,10 +9,14 @@ Rectangle {
     signal dismissed
     // A text takes this key for itself, even one that nobody can edit.
     signal undoPressed
+    // What can be done about it; empty = nothing.
+    property string action
+    signal acted
 
     readonly property int maximumTextHeight: 132
+    readonly property real textHeight: Math.min(words.implicitHeight, maximumTextHeight)
 
-    implicitHeight: Math.min(words.implicitHeight, maximumTextHeight) + 20
+    implicitHeight: textHeight + 20 + (remedy.visible ? remedy.height + 8 : 0)
     radius: 12
     color: Qt.alpha(Theme.coral, 0.12)
     border.color: Qt.alpha(Theme.coral, 0.4)
@@ -33,7 +37,7 @@ Rectangle {
         anchors.rightMargin: root.dismissable ? 4 : 12
         anchors.top: parent.top
         anchors.topMargin: 10
-        height: root.height - 20
+        height: root.textHeight
         contentHeight: words.implicitHeight
 
         TextEdit {
@@ -60,6 +64,18 @@ Rectangle {
             Accessible.name: root.text
             Accessible.readOnly: true
         }
+    }
+    GumButton {
+        id: remedy
+        objectName: "actOnProblem"
+        visible: root.action !== ""
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 10
+        text: root.action
+        filled: true
+        onClicked: root.acted()
     }
     GumButton {
         id: cross

@@ -73,6 +73,23 @@ TEST_F(ControlWindowModelTest, AWriteThatSucceedsEndsTheWarningThatChangesWillBe
     EXPECT_EQ(model.problemText(), "");
 }
 
+TEST_F(ControlWindowModelTest, OffersTheCopyOfLostSettingsUntilItIsTaken) {
+    QSignalSpy changes(&model, &ControlWindowModel::problemActionChanged);
+    EXPECT_EQ(model.problemAction(), "");
+    machine.defaults.offerCopy("2025-03-14", {{"language", std::string("fr")}});
+    EXPECT_EQ(model.problemAction(), "Reprendre la copie");
+    EXPECT_TRUE(model.problemText().contains("2025-03-14"));
+    settings.setLanguage("en");
+    EXPECT_EQ(model.problemAction(), "Restore the copy");
+
+    model.actOnProblem();
+
+    EXPECT_EQ(model.problemAction(), "");
+    EXPECT_TRUE(model.problemText().contains("2025-03-14"));
+    EXPECT_EQ(changes.count(), 3);
+    EXPECT_EQ(machine.defaults.kept().at("language"), DefaultsValue(std::string("fr")));
+}
+
 TEST_F(ControlWindowModelTest, EveryDamagedFileIsALine) {
     for (const char* place : {"/home/first.db", "/home/second.db"}) {
         machine.defaults.report(

@@ -77,6 +77,27 @@ TEST_F(RunningSwitch, AReasonThatStillHoldsCannotBePutAway) {
     EXPECT_FALSE(isShown("dismissProblems"));
 }
 
+TEST_F(RunningSwitch, ACopyOfLostSettingsIsTakenBackByAClickOrTheKeyboard) {
+    open();
+    for (const bool isClicked : {true, false}) {
+        machine.defaults.offerCopy("2025-03-14", {{"volume", 0.5}});
+        settle();
+        ASSERT_TRUE(isShown("actOnProblem"));
+        EXPECT_EQ(textOf("actOnProblem"), "Reprendre la copie");
+
+        if (isClicked) {
+            click("actOnProblem");
+        } else {
+            find("actOnProblem").forceActiveFocus();
+            key(Qt::Key_Space);
+        }
+
+        EXPECT_FALSE(isShown("actOnProblem"));
+        EXPECT_TRUE(textOf("problemText").contains("Relance Velmora"));
+        EXPECT_EQ(machine.defaults.kept().at("volume"), DefaultsValue(0.5));
+    }
+}
+
 } // namespace
 
 } // namespace velmora

@@ -1,6 +1,7 @@
 // VelmoraApp.h: the program: what lives as long as it does, its windows and its tray item.
 #pragma once
 
+#include "app/DesktopFileChooser.h"
 #include "app/SceneWindow.h"
 #include "app/TrayItem.h"
 #include "capture/DAWModeManager.h"
@@ -62,6 +63,7 @@ private:
     DAWModeManager dawMode_;
     PresetRecall recall_;
 
+    DesktopFileChooser files_{settings_};
     ControlWindowModel controlModel_;
     SettingsModel settingsModel_;
     QQmlEngine qml_;

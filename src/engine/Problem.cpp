@@ -68,6 +68,28 @@ Form formOf(Kind kind) {
         return {"", "Introuvable", " : {subject}"};
     case Kind::notLaunched:
         return {"", "Impossible de lancer", " {subject}"};
+    case Kind::presetFileUnknown:
+        return {"",
+                "{file} n'est pas un fichier de presets Velmora, ou il est endommagé. "
+                "Aucun preset n'a été importé.",
+                ""};
+    case Kind::presetFileNewer:
+        return {"",
+                "{file} vient d'une version plus récente de Velmora. "
+                "Aucun preset n'a été importé.",
+                ""};
+    case Kind::fileNotRead:
+        return {"", "Impossible de lire {file} ({detail}).", ""};
+    case Kind::fileNotWritten:
+        return {"", "Impossible d'écrire {file} ({detail}).", ""};
+    case Kind::presetsUnreadable:
+        return {"",
+                "Des presets enregistrés sont illisibles. Rien n'en est perdu : ils sont mis de "
+                "côté et pourront être repris quand Velmora saura les lire.",
+                ""};
+    case Kind::presetsReadable:
+        return {
+            "", "Des presets mis de côté peuvent être repris, dans le menu à côté du preset.", ""};
     case Kind::storeDamaged:
         return {"",
                 "Le fichier des réglages {file} était endommagé. Il a été mis de côté sous {copy} "

@@ -38,6 +38,13 @@ struct Problem {
         // a recall, a launch
         notFound,
         notLaunched,
+        // presets that are carried, or could not be read
+        presetFileUnknown,
+        presetFileNewer,
+        fileNotRead,
+        fileNotWritten,
+        presetsUnreadable,
+        presetsReadable, ///< set aside before, to be had again
         // the settings file
         storeDamaged,
         storeNewer,
@@ -54,7 +61,9 @@ struct Problem {
     };
     Kind kind{};
     std::string subject{};   ///< a source, an application or a file; never translated
-    std::string detail{};    ///< of the settings file: where the damaged one lies now, or a copy's day
+    /// Of the settings file: where the damaged one lies now, or a copy's day; of another file: the
+    /// system's words for why.
+    std::string detail{};
     std::string key{};       ///< `keyOf` the source whose joining ends the problem; empty = none
     Status status{};         ///< of the refusal
     std::int64_t first{};    ///< the channel, or the first of the pair, 1-based

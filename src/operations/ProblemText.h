@@ -1,6 +1,8 @@
 // ProblemText.h: everything that is wrong now, as lines for the user.
 #pragma once
 
+#include "engine/Problem.h"
+
 #include <span>
 #include <string>
 
@@ -10,11 +12,13 @@ class AppSettings;
 class AudioEngine;
 struct StoreProblem;
 
-/// In the user's language: what the engine lacks, then the settings file. Empty when all is well.
+/// In the user's language: what the engine lacks, then the settings file, then the presets. Empty
+/// when all is well.
 ///
 /// Threads: main.
 [[nodiscard]] std::string problemText(const AudioEngine& engine,
                                       std::span<const StoreProblem> storeProblems,
-                                      const AppSettings& settings);
+                                      const AppSettings& settings,
+                                      std::span<const Problem> presetProblems = {});
 
 } // namespace velmora

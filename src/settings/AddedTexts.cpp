@@ -6,8 +6,8 @@ namespace velmora {
 
 namespace {
 
-// {file}, {copy} and {status} stand for what `sentence` puts in, {name} for what the bar of undoing
-// does.
+// {file}, {copy}, {detail} and {status} stand for what `sentence` puts in, {name} for what the bar
+// of undoing does.
 constexpr auto texts = std::to_array<TextPair>({
     // The settings file
     {"Le fichier des réglages {file} était endommagé. Il a été mis de côté sous {copy} "
@@ -57,6 +57,39 @@ constexpr auto texts = std::to_array<TextPair>({
     {"Appareil entier", "Whole device"},
     {"Rechercher", "Search"},
     {"Aucune application trouvée", "No application found"},
+
+    // Presets that are carried, or could not be read
+    {"Importer et exporter des presets", "Import and export presets"},
+    {"Importer des presets…", "Import presets…"},
+    {"Importer des presets", "Import presets"},
+    {"Exporter", "Export"},
+    {"Tous les presets…", "All presets…"},
+    {"Presets Velmora", "Velmora presets"},
+    {"Reprendre les presets mis de côté", "Bring back the presets set aside"},
+    {"Presets importés : {name}", "Presets imported: {name}"},
+    {"{file} n'est pas un fichier de presets Velmora, ou il est endommagé. "
+     "Aucun preset n'a été importé.",
+     "{file} is no file of Velmora presets, or it is damaged. "
+     "No preset has been imported."},
+    {"{file} vient d'une version plus récente de Velmora. "
+     "Aucun preset n'a été importé.",
+     "{file} comes from a newer version of Velmora. "
+     "No preset has been imported."},
+    {"Impossible de lire {file} ({detail}).", "Could not read {file} ({detail})."},
+    {"Impossible d'écrire {file} ({detail}).", "Could not write {file} ({detail})."},
+    {"Des presets enregistrés sont illisibles. Rien n'en est perdu : ils sont mis de "
+     "côté et pourront être repris quand Velmora saura les lire.",
+     "Some saved presets cannot be read. Nothing of them is lost: they are set aside "
+     "and can be brought back once Velmora can read them."},
+    {"Des presets mis de côté peuvent être repris, dans le menu à côté du preset.",
+     "Presets that were set aside can be brought back, in the menu beside the preset."},
+
+    // The choice of a file, where the desktop has no dialog of its own
+    {"Ouvrir", "Open"},
+    {"Nom du fichier", "File name"},
+    {"Type de fichier", "File type"},
+    {"Dossier", "Folder"},
+    {"Tous les fichiers", "All files"},
 
     // What can be undone
     {"« {name} » retiré", "“{name}” removed"},

@@ -48,6 +48,11 @@ ControlWindowModel::ControlWindowModel(const Parts& parts, QObject* parent)
               this),
       chooser_(parts.platform.applications, this),
       undo_(parts.platform.mainQueue, parts.settings, this),
+      presetFiles_({.presets = parts.presets,
+                    .settings = parts.settings,
+                    .undo = undo_,
+                    .files = parts.files},
+                   this),
       engineConnection_(parts.engine.changed().connect([this] { follow(); })),
       presetsConnection_(parts.presets.changed().connect([this] { followPresets(); })),
       settingsConnection_(parts.settings.changed().connect([this] { follow(); })),
@@ -55,6 +60,7 @@ ControlWindowModel::ControlWindowModel(const Parts& parts, QObject* parent)
     connect(&strips_, &SourceStripsModel::sourceRemoved, this, [this](const RemovedSource& source) {
         offerUndo(source);
     });
+    connect(&presetFiles_, &PresetFilesModel::problemsChanged, this, [this] { follow(); });
     follow();
     followPresets();
 }
@@ -69,6 +75,7 @@ void ControlWindowModel::toggleRunning() {
 
 void ControlWindowModel::dismissProblems() {
     parts_.engine.dismissProblems();
+    presetFiles_.dismissProblems();
 }
 
 void ControlWindowModel::actOnProblem() {
@@ -114,12 +121,14 @@ void ControlWindowModel::follow() {
     if (takeOver(primaryCaption_, primaryName())) {
         Q_EMIT primaryCaptionChanged();
     }
-    const std::string problems =
-        velmora::problemText(parts_.engine, parts_.platform.defaults.problems(), parts_.settings);
+    const auto presetProblems = presetFiles_.problems();
+    const std::string problems = velmora::problemText(
+        parts_.engine, parts_.platform.defaults.problems(), parts_.settings, presetProblems);
     if (takeOver(problemText_, QString::fromStdString(problems))) {
         Q_EMIT problemTextChanged();
     }
-    if (takeOver(canDismissProblems_, parts_.engine.canDismissProblems())) {
+    if (takeOver(canDismissProblems_,
+                 parts_.engine.canDismissProblems() || !presetProblems.empty())) {
         Q_EMIT canDismissProblemsChanged();
     }
     const bool isCopyOffered =

@@ -5,6 +5,7 @@
 #include "platform/Signal.h"
 #include "ui/control/ApplicationChooserModel.h"
 #include "ui/control/ApplicationOpener.h"
+#include "ui/control/PresetFilesModel.h"
 #include "ui/control/SourceStripsModel.h"
 #include "ui/control/UndoModel.h"
 #include "ui/control/VolumeModel.h"
@@ -20,6 +21,7 @@ namespace velmora {
 
 class AppSettings;
 class AudioEngine;
+class FileChooser;
 class PresetRecall;
 class PresetStore;
 class SourceManager;
@@ -48,6 +50,7 @@ class ControlWindowModel : public QObject {
     Q_PROPERTY(velmora::GumMenuModel* extraMenu READ extraMenu CONSTANT)
     Q_PROPERTY(velmora::GumMenuModel* presetsMenu READ presetsMenu CONSTANT)
     Q_PROPERTY(velmora::ApplicationChooserModel* chooser READ chooser CONSTANT)
+    Q_PROPERTY(velmora::PresetFilesModel* presetFiles READ presetFiles CONSTANT)
     Q_PROPERTY(velmora::UndoModel* undo READ undo CONSTANT)
     Q_PROPERTY(bool visible READ visible WRITE setVisible NOTIFY visibleChanged)
 
@@ -60,6 +63,7 @@ public:
         PresetStore& presets;
         PresetRecall& recall;
         AppSettings& settings;
+        FileChooser* files = nullptr; ///< none = presets are not carried in files
     };
 
     explicit ControlWindowModel(const Parts& parts, QObject* parent = nullptr);
@@ -70,7 +74,8 @@ public:
 
     /// One line for each thing that is wrong; empty when all is well.
     [[nodiscard]] const QString& problemText() const { return problemText_; }
-    /// Some of it the user may put away: what a recall or a launch left, and why a start failed.
+    /// Some of it the user may put away: what a recall or a launch left, why a start failed, and
+    /// what there is to say about presets.
     [[nodiscard]] bool canDismissProblems() const { return canDismissProblems_; }
     Q_INVOKABLE void dismissProblems();
     /// What the user may do about it, as a button says it; empty when there is nothing.
@@ -89,6 +94,7 @@ public:
     [[nodiscard]] GumMenuModel* extraMenu() { return &extraMenu_; }
     [[nodiscard]] GumMenuModel* presetsMenu() { return &presetsMenu_; }
     [[nodiscard]] ApplicationChooserModel* chooser() { return &chooser_; }
+    [[nodiscard]] PresetFilesModel* presetFiles() { return &presetFiles_; }
     [[nodiscard]] UndoModel* undo() { return &undo_; }
 
     // Each fills its menu with what there is now.
@@ -147,6 +153,7 @@ private:
     GumMenuModel presetsMenu_{this};
     ApplicationChooserModel chooser_;
     UndoModel undo_;
+    PresetFilesModel presetFiles_;
     // As last shown.
     bool running_ = false;
     QString problemText_;

@@ -15,7 +15,7 @@ Item {
     // With the gap before them.
     readonly property real stripsHeight: stripColumn.implicitHeight > 0 ? stripColumn.implicitHeight + spacing : 0
     readonly property bool asking: savePrompt.opened || chooser.opened
-    readonly property bool choosing: primaryMenu.opened || extraMenu.opened || presetsMenu.opened
+    readonly property bool choosing: primaryMenu.opened || extraMenu.opened || presetsMenu.opened || presetFilesMenu.opened
 
     // What a menu asked for waits until the menu has closed and given the focus back.
     property bool promptWanted
@@ -211,16 +211,30 @@ Item {
                     tip: I18n.t("Ce que les autres entendent ; double-clic : 0 dB")
                 }
             }
-            PickerButton {
-                id: presetPicker
-                objectName: "presetPicker"
+            Item {
                 width: parent.width
-                name: "Preset"
-                prefix: "Preset"
-                caption: root.model.activePresetName
-                tip: I18n.t("Rappeler ou enregistrer un setup")
-                opened: presetsMenu.opened
-                onClicked: presetsMenu.open(root.model.openPresetsMenu())
+                implicitHeight: presetPicker.implicitHeight
+
+                PickerButton {
+                    id: presetPicker
+                    objectName: "presetPicker"
+                    anchors.left: parent.left
+                    anchors.right: presetFiles.left
+                    anchors.rightMargin: 8
+                    name: "Preset"
+                    prefix: "Preset"
+                    caption: root.model.activePresetName
+                    tip: I18n.t("Rappeler ou enregistrer un setup")
+                    opened: presetsMenu.opened
+                    onClicked: presetsMenu.open(root.model.openPresetsMenu())
+                }
+                MoreButton {
+                    id: presetFiles
+                    objectName: "presetFiles"
+                    anchors.right: parent.right
+                    name: I18n.t("Importer et exporter des presets")
+                    onClicked: presetFilesMenu.open(root.model.presetFiles.openMenu())
+                }
             }
             Card {
                 width: parent.width
@@ -276,6 +290,12 @@ Item {
         id: presetsMenu
         anchor: presetPicker
         name: "Preset"
+        onClosed: root.answerWishes()
+    }
+    GumMenuPopup {
+        id: presetFilesMenu
+        anchor: presetFiles
+        name: I18n.t("Importer et exporter des presets")
         onClosed: root.answerWishes()
     }
     SavePresetPrompt {

@@ -220,7 +220,8 @@ TEST_F(Look, TheKeyboardReachesEveryControlInTheOrderOfReading) {
               "En marche|Choisir une source|Couper le son — Web Browser|Effets — Web Browser"
               "|Couper la sortie directe — Web Browser|Retirer — Web Browser"
               "|Gain — Web Browser|Ajouter une source|Couper le son — Casque|Casque"
-              "|Couper le son — Micro virtuel|Micro virtuel|Preset|Réglages…|Quitter Velmora");
+              "|Couper le son — Micro virtuel|Micro virtuel|Preset"
+              "|Importer et exporter des presets|Réglages…|Quitter Velmora");
 }
 
 } // namespace

@@ -38,7 +38,8 @@ WindowScene::WindowScene(SimulatedPlatform& machine, AppSettings& settings)
                                                  .sources = sources,
                                                  .presets = presets,
                                                  .recall = recall,
-                                                 .settings = settings}) {
+                                                 .settings = settings,
+                                                 .files = &files}) {
     furnish(machine);
 }
 

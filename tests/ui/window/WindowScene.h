@@ -8,6 +8,7 @@
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
 #include "ui/control/ControlWindowModel.h"
+#include "ui/support/FakeFileChooser.h"
 
 namespace velmora {
 
@@ -39,6 +40,7 @@ public:
     SourceManager sources;
     PresetStore presets;
     PresetRecall recall;
+    FakeFileChooser files;
     ControlWindowModel model;
 };
 

@@ -187,6 +187,22 @@ const State states[] = {
          mixAndStart(stage);
          stage.press("presetPicker");
      }},
+    {"preset-files",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         stage.press("presetFiles");
+         stage.scene.model.presetFiles()->openMenu()->activate(1);
+     }},
+    {"imported",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         const QTemporaryDir folder;
+         const QString file = folder.filePath("presets.json");
+         stage.scene.model.presetFiles()->exportTo(file, stage.scene.presets.presets());
+         stage.scene.model.presetFiles()->importFrom(file);
+         stage.scene.model.presetFiles()->importFrom(folder.filePath("nowhere.json"));
+         stage.run(0ms);
+     }},
     {"save-prompt",
      [](Stage& stage) {
          mixAndStart(stage);

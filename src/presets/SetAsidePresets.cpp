@@ -4,9 +4,12 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <exception>
 #include <iterator>
 #include <optional>
+#include <ranges>
+#include <string_view>
 #include <utility>
 
 namespace velmora {
@@ -15,9 +18,12 @@ namespace {
 
 constexpr std::string_view toldKey = "presets.unreadable.told";
 
-std::string keyOf(std::size_t copy) {
-    const std::string first = "presets.unreadable";
-    return copy == 0 ? first : first + "." + std::to_string(copy + 1);
+constexpr std::string_view unreadable = "presets.unreadable";
+constexpr std::string_view unsaved = "presets.unsaved";
+
+/// @param copy  0-based
+std::string keyOf(std::string_view family, std::size_t copy) {
+    return std::string(family) + (copy == 0 ? "" : "." + std::to_string(copy + 1));
 }
 
 /// A copy, sorted.
@@ -74,40 +80,51 @@ SetAsidePresets::SetAsidePresets(DefaultsStore& defaults) : defaults_(defaults) 
 }
 
 void SetAsidePresets::read() {
+    keys_.clear();
     rests_.clear();
     readable_.clear();
-    for (copies_ = 0; const auto copy = defaults_.get(keyOf(copies_)); ++copies_) {
-        auto [readable, rest] = sorted(*copy);
-        std::ranges::move(readable, std::back_inserter(readable_));
-        if (rest) {
-            rests_.push_back(*std::move(rest));
+    for (const auto family : {unreadable, unsaved}) {
+        for (std::size_t copy = 0; const auto value = defaults_.get(keyOf(family, copy)); ++copy) {
+            auto [readable, rest] = sorted(*value);
+            std::ranges::move(readable, std::back_inserter(readable_));
+            if (rest) {
+                rests_.push_back(*std::move(rest));
+            }
+            keys_.push_back(keyOf(family, copy));
         }
     }
-    hasUnreadable_ = !rests_.empty();
 }
 
-void SetAsidePresets::add(const DefaultsValue& unreadable) {
-    for (std::size_t copy = 0; copy < copies_; ++copy) {
-        if (defaults_.get(keyOf(copy)) == unreadable) {
-            return;
-        }
+void SetAsidePresets::add(const DefaultsValue& list) {
+    const auto lies = [&](const std::string& key) { return defaults_.get(key) == list; };
+    if (std::ranges::any_of(keys_, lies)) {
+        return;
     }
-    defaults_.set(keyOf(copies_), unreadable);
+    std::size_t copy = 0;
+    while (defaults_.get(keyOf(unreadable, copy))) {
+        ++copy;
+    }
+    defaults_.set(keyOf(unreadable, copy), list);
     read();
 }
 
 void SetAsidePresets::forgetReadable() {
-    // Whoever is interrupted here finds some presets a second time, and loses none.
+    // Whoever is interrupted here finds some presets a second time, and loses none: what cannot be
+    // read moves forward only.
     const bool wasNews = isNews();
-    const auto before = copies_;
-    for (std::size_t copy = 0; copy < rests_.size(); ++copy) {
-        defaults_.set(keyOf(copy), rests_[copy]);
+    const auto before = keys_;
+    std::vector<std::string> kept;
+    for (const DefaultsValue& rest : rests_) {
+        kept.push_back(keyOf(unreadable, kept.size()));
+        defaults_.set(kept.back(), rest);
     }
-    for (std::size_t copy = before; copy-- > rests_.size();) {
-        defaults_.remove(keyOf(copy));
+    for (const std::string& key : before | std::views::reverse) {
+        if (std::ranges::find(kept, key) == kept.end()) {
+            defaults_.remove(key);
+        }
     }
     read();
-    if (copies_ == 0) {
+    if (keys_.empty()) {
         defaults_.remove(toldKey);
     } else if (!wasNews) {
         markTold();
@@ -115,7 +132,7 @@ void SetAsidePresets::forgetReadable() {
 }
 
 bool SetAsidePresets::isNews() const {
-    return copies_ > 0 && defaults_.read<std::string>(toldKey) != summary();
+    return !keys_.empty() && defaults_.read<std::string>(toldKey) != summary();
 }
 
 void SetAsidePresets::markTold() {
@@ -125,7 +142,7 @@ void SetAsidePresets::markTold() {
 }
 
 std::string SetAsidePresets::summary() const {
-    return std::to_string(copies_) + "/" + std::to_string(readable_.size());
+    return std::to_string(keys_.size()) + "/" + std::to_string(readable_.size());
 }
 
 } // namespace velmora

@@ -138,6 +138,23 @@ TEST_F(SetAside, CopiesCloseUpWhenSomeAreEmptied) {
     EXPECT_EQ(defaults.get("presets.unreadable.3"), std::nullopt);
 }
 
+TEST_F(SetAside, WhatAStoreKeptBesideAListComesBackToo) {
+    defaults.set("presets.unreadable", asBytes("damaged"));
+    defaults.set("presets.unsaved", asBytes(encodePresets(std::vector{namedPreset("b")}).value()));
+    defaults.set("presets.unsaved.2", withUnknownKind({namedPreset("c")}));
+    PresetStore store(defaults);
+    store.save(namedPreset("a"));
+    EXPECT_TRUE(store.setAside().isNews());
+
+    store.bringBackSetAside();
+
+    EXPECT_EQ(names(store), (std::vector<std::string>{"a", "b", "c"}));
+    EXPECT_EQ(defaults.read<Bytes>("presets.unreadable"), asBytes("damaged"));
+    EXPECT_EQ(lying("presets.unreadable.2"), nlohmann::json::parse(withUnknownKind({})));
+    EXPECT_EQ(defaults.get("presets.unsaved"), std::nullopt);
+    EXPECT_EQ(defaults.get("presets.unsaved.2"), std::nullopt);
+}
+
 TEST_F(SetAside, NothingIsForgottenThatCouldNotBeWrittenBack) {
     const auto list = asBytes(encodePresets(std::vector{namedPreset("a")}).value());
     defaults.set("presets.unreadable", list);

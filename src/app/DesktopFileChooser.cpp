@@ -4,6 +4,7 @@
 #include "settings/AppSettings.h"
 #include "settings/Theme.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -14,6 +15,12 @@
 namespace velmora {
 
 namespace {
+
+/// Where the user looks first.
+QString documents() {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(folder).isDir() ? folder : QDir::homePath();
+}
 
 /// The window that asks, as the portal names it. On Wayland it would have to be exported first:
 /// without a name the dialog is a window like any other.
@@ -32,8 +39,7 @@ QColor shown(const Color& color) {
 } // namespace
 
 DesktopFileChooser::DesktopFileChooser(AppSettings& settings, const QDBusConnection& bus)
-    : settings_(settings), bus_(bus),
-      folder_(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
+    : settings_(settings), bus_(bus), folder_(documents()) {
 }
 
 DesktopFileChooser::~DesktopFileChooser() {
@@ -66,8 +72,8 @@ void DesktopFileChooser::ask(const FileQuestion& question, bool isForSaving, con
 void DesktopFileChooser::askHere(const FileQuestion& question,
                                  bool isForSaving,
                                  const Chosen& chosen) {
-    QWindow* const asking = QGuiApplication::focusWindow();
-    delete dialog_; // one that is still open belongs to an older question
+    const QPointer<QWindow> asking = QGuiApplication::focusWindow();
+    delete dialog_; // one that is still open belongs to an older question, and may be `asking`
     dialog_ = new QFileDialog(nullptr, question.title, folder_);
     dialog_->setAttribute(Qt::WA_DeleteOnClose);
     dialog_->setAcceptMode(isForSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -76,6 +82,7 @@ void DesktopFileChooser::askHere(const FileQuestion& question,
         dialog_->setDefaultSuffix("json");
         dialog_->selectFile(question.suggestedName);
     }
+    dialog_->setNameFilters({t("Presets Velmora") + " (*.json)", t("Tous les fichiers") + " (*)"});
     dialog_->setLabelText(QFileDialog::LookIn, t("Dossier"));
     dialog_->setLabelText(QFileDialog::FileName, t("Nom du fichier"));
     dialog_->setLabelText(QFileDialog::FileType, t("Type de fichier"));

@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -203,6 +204,17 @@ TEST_F(FileChoice, APortalThatCannotShowItsDialogIsReplacedByQts) {
     ASSERT_NE(shown, nullptr);
     QTest::keyClick(shown, Qt::Key_Escape);
     EXPECT_TRUE(soon([&] { return QApplication::activeWindow() == nullptr; }));
+    EXPECT_EQ(chosen, std::nullopt);
+}
+
+TEST_F(FileChoice, ASecondQuestionTakesThePlaceOfTheFirst) {
+    askToOpen();
+    const QPointer<QFileDialog> first = dialog();
+    askToSave();
+    ASSERT_TRUE(soon([&] { return first == nullptr; }));
+    QFileDialog* const second = dialog();
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(second->windowTitle(), "Export");
     EXPECT_EQ(chosen, std::nullopt);
 }
 

@@ -10,12 +10,16 @@
 #include <stdexcept>
 #include <string>
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
 namespace velmora {
 
 class PrivateBus {
 public:
     PrivateBus() {
-        if (!support::waitUntil([this] { return std::filesystem::exists(socket()); })) {
+        if (!support::waitUntil([this] { return isListening(); })) {
             throw std::runtime_error("dbus-daemon does not start");
         }
     }
@@ -24,6 +28,17 @@ public:
 
 private:
     [[nodiscard]] std::filesystem::path socket() const { return folder_.path() / "bus"; }
+
+    /// The socket lies there a moment before anybody listens on it.
+    [[nodiscard]] bool isListening() const {
+        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+        socket().string().copy(address.sun_path, sizeof address.sun_path - 1);
+        const int handle = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        const bool listens =
+            ::connect(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+        ::close(handle);
+        return listens;
+    }
 
     support::Command command() const {
         const std::string configuration = folder_.path() / "bus.conf";

@@ -56,6 +56,13 @@ constexpr auto texts = std::to_array<TextPair>({
     {"Une commande finit par 0 si c'est fait, 1 si c'est refusé, 2 si elle est mal écrite.",
      "A command ends with 0 when it is done, 1 when it is refused, 2 when it is misused."},
 
+    // The manual's own words
+    {"NOM", "NAME"},
+    {"table de mixage en direct", "live audio mixer"},
+    {"COMMANDES", "COMMANDS"},
+    {"EFFETS", "EFFECTS"},
+    {"CODE DE RETOUR", "EXIT STATUS"},
+
     // What they print
     {"muet sur les enceintes", "silent on the speakers"},
     {"Effets contournés", "Effects bypassed"},

@@ -10,15 +10,23 @@ namespace velmora {
 
 namespace {
 
+struct UsersWords {
+    explicit UsersWords(const AppSettings& settings)
+        : one(settings.t(frenchRangeWords.one)), several(settings.t(frenchRangeWords.several)) {}
+    [[nodiscard]] RangeWords words() const { return {.one = one, .several = several}; }
+
+    std::string one;
+    std::string several;
+};
+
 ChannelChoice choice(const InputDeviceInfo& device,
                      const AppSettings& settings,
                      std::int64_t first,
                      std::int64_t count) {
     const ChannelRange range{.first = first, .count = count};
-    const std::string one = settings.t(frenchRangeWords.one);
-    const std::string several = settings.t(frenchRangeWords.several);
+    const UsersWords words(settings);
     return {DeviceChannelsSource{device.deviceID, first, count, rangeName(device.name, range)},
-            rangeLabel(range, {.one = one, .several = several})};
+            rangeLabel(range, words.words())};
 }
 
 } // namespace
@@ -33,6 +41,10 @@ std::vector<ChannelChoice> channelChoices(const InputDeviceInfo& device,
         choices.push_back(choice(device, settings, channel, 1));
     }
     return choices;
+}
+
+std::string shownName(const AudioSource& source, const AppSettings& settings) {
+    return shownName(source, UsersWords(settings).words());
 }
 
 } // namespace velmora

@@ -1,4 +1,4 @@
-// ChannelChoices.h: the pairs and single channels of an input device that can be a source.
+// ChannelChoices.h: channels of an input device as sources, and what they are called.
 #pragma once
 
 #include "engine/AudioSource.h"
@@ -20,5 +20,8 @@ struct ChannelChoice {
 /// Threads: main.
 [[nodiscard]] std::vector<ChannelChoice> channelChoices(const InputDeviceInfo& device,
                                                         const AppSettings& settings);
+
+/// The source's name, its range in the user's words. Threads: main.
+[[nodiscard]] std::string shownName(const AudioSource& source, const AppSettings& settings);
 
 } // namespace velmora

@@ -15,6 +15,8 @@
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
 
+#include <utility>
+
 namespace velmora {
 
 namespace {
@@ -23,10 +25,10 @@ bool isOnAfter(Switch wanted, bool isOn) {
     return wanted == Switch::toggle ? !isOn : wanted == Switch::on;
 }
 
-NamedChoice named(const AudioSource& source) {
+NamedChoice named(const AudioSource& source, std::string shownName) {
     const auto* const app = source.app();
     return {.id = source.id(),
-            .name = source.name(),
+            .name = std::move(shownName),
             .alias = app == nullptr ? std::string{} : app->bundleID};
 }
 
@@ -92,12 +94,13 @@ std::vector<OfferedSource> MixerControl::available() {
     sources.refresh();
     std::vector<OfferedSource> offered;
     for (const AudioSource& app : sources.runningApps()) {
-        offered.push_back({app, sources.playingPIDs().contains(app.app()->pid)});
+        offered.push_back({app, app.name(), sources.playingPIDs().contains(app.app()->pid)});
     }
     for (const InputDeviceInfo& device : sources.inputDeviceInfos()) {
-        offered.push_back({DeviceSource{device.deviceID, device.name}, false});
+        offered.push_back({DeviceSource{device.deviceID, device.name}, device.name, false});
         for (ChannelChoice& range : channelChoices(device, parts_.settings)) {
-            offered.push_back({std::move(range.source), false});
+            std::string name = shownName(range.source, parts_.settings);
+            offered.push_back({std::move(range.source), std::move(name), false});
         }
     }
     return offered;
@@ -107,7 +110,7 @@ Answer<> MixerControl::add(std::string_view word) {
     const auto offered = available();
     std::vector<NamedChoice> choices;
     for (const OfferedSource& one : offered) {
-        choices.push_back(named(one.source));
+        choices.push_back(named(one.source, one.name));
     }
     const auto found = find(choices, word, "available");
     if (!found) {
@@ -120,7 +123,7 @@ Answer<> MixerControl::add(std::string_view word) {
 Answer<AudioSource> MixerControl::source(std::string_view word) const {
     std::vector<NamedChoice> choices;
     for (const AudioSource& one : parts_.engine.sources()) {
-        choices.push_back(named(one));
+        choices.push_back(named(one, shownName(one, parts_.settings)));
     }
     return then(find(choices, word, "sources"), [this](std::size_t index) -> Answer<AudioSource> {
         return parts_.engine.sources()[index];

@@ -20,6 +20,7 @@ enum class Fader { microphone, headphones };
 
 struct OfferedSource {
     AudioSource source;
+    std::string name; ///< as it is shown
     bool isPlaying{}; ///< an application that is producing sound now
 };
 

@@ -73,10 +73,10 @@ std::string effectsJson(const FXParams& params) {
 
 std::string availableJson(std::span<const OfferedSource> offered) {
     Json list = Json::array();
-    for (const auto& [source, isPlaying] : offered) {
+    for (const auto& [source, name, isPlaying] : offered) {
         list.push_back({{"number", list.size() + 1},
                         {"id", source.id()},
-                        {"name", source.name()},
+                        {"name", name},
                         {"kind", kindOf(source)},
                         {"playing", isPlaying}});
     }

@@ -1,9 +1,11 @@
 #include "operations/MixerState.h"
 
 #include "engine/AudioEngine.h"
+#include "operations/ChannelChoices.h"
 #include "operations/ProblemText.h"
 #include "platform/DefaultsStore.h"
 #include "presets/PresetStore.h"
+#include "settings/AppSettings.h"
 
 #include <sstream>
 
@@ -46,7 +48,7 @@ MixerState stateOf(const MixerParts& parts) {
     }
     for (const AudioSource& source : engine.sources()) {
         state.sources.push_back({.id = source.id(),
-                                 .name = source.name(),
+                                 .name = shownName(source, parts.settings),
                                  .kind = kindOf(source),
                                  .gain = engine.gain(source),
                                  .isSilenced = engine.isDirectMuted(source),

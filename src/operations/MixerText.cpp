@@ -96,10 +96,10 @@ std::string effectsText(const FXParams& effects) {
 std::string availableText(std::span<const OfferedSource> offered, const AppSettings& settings) {
     std::string text;
     std::size_t number = 0;
-    for (const auto& [source, isPlaying] : offered) {
+    for (const auto& [source, name, isPlaying] : offered) {
         text += numbered(++number,
                          false,
-                         source.name() + "  " + source.id() +
+                         name + "  " + source.id() +
                              (isPlaying ? ", " + settings.t("joue maintenant") : ""));
     }
     return text;

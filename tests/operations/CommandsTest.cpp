@@ -62,7 +62,10 @@ TEST_F(CommandsTest, AddsChannelsByTheNumberThatAvailableShows) {
 
     EXPECT_EQ(command("add " + (*pair)["number"].dump()), done);
 
-    EXPECT_THAT(names(), ElementsAre("Interface — Inputs 3-4"));
+    // One source in every language: only what is shown is translated.
+    EXPECT_THAT(names(), ElementsAre("Interface — Entrées 3-4"));
+    EXPECT_EQ(json("sources")[0]["name"], "Interface — Inputs 3-4");
+    EXPECT_EQ(commands.run(std::vector<std::string>{"gain", "interface — inputs", "-3"}), done);
 }
 
 TEST_F(CommandsTest, AvailableTellsWhatPlays) {

@@ -90,10 +90,12 @@ Item {
 
     // A strip that was added comes into view; many at once are a recall, which begins at its first.
     property int added: 0
+    property Item newest: null
     function revealAdded(): void {
-        if (added === 1)
-            strips.revealSoon(stripList.itemAt(stripList.count - 1));
+        if (added === 1 && newest)
+            strips.revealSoon(newest);
         added = 0;
+        newest = null;
     }
 
     // Enough for everything; with less the strips scroll, and below that the whole page.
@@ -167,8 +169,9 @@ Item {
                     id: stripList
                     model: root.model.strips
                     onItemRemoved: (index, item) => root.passFocusOn(index, item)
-                    onItemAdded: {
+                    onItemAdded: (index, item) => {
                         root.added++;
+                        root.newest = item;
                         Qt.callLater(root.revealAdded);
                     }
 

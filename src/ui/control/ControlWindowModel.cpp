@@ -169,7 +169,15 @@ std::vector<GumMenuItem> ControlWindowModel::sourceItems(bool asExtra) {
         parts_.platform,
         parts_.settings,
         {.browse = [this, asExtra] { browseForApp(asExtra); },
-         .choose = [this, asExtra](const AudioSource& source) { take(source, asExtra); }});
+         .choose = [this, asExtra](const AudioSource& source) { take(source, asExtra); },
+         .isChosen = [this,
+                      asExtra](const AudioSource& source) { return isChosen(source, asExtra); }});
+}
+
+bool ControlWindowModel::isChosen(const AudioSource& source, bool asExtra) const {
+    const auto& mixed = parts_.engine.sources();
+    const auto end = asExtra || mixed.empty() ? mixed.end() : mixed.begin() + 1;
+    return std::ranges::find(mixed.begin(), end, source.id(), &AudioSource::id) != end;
 }
 
 std::vector<GumMenuItem> ControlWindowModel::presetItems() {

@@ -134,6 +134,8 @@ private:
     void followPresets();
     [[nodiscard]] QString primaryName() const;
     [[nodiscard]] std::vector<GumMenuItem> sourceItems(bool asExtra);
+    /// The mix's first source, or, for the menu that adds to it, any of them.
+    [[nodiscard]] bool isChosen(const AudioSource& source, bool asExtra) const;
     [[nodiscard]] std::vector<GumMenuItem> presetItems();
     void take(const AudioSource& source, bool asExtra);
     void browseForApp(bool asExtra);

@@ -7,6 +7,7 @@
 #include "settings/AppSettings.h"
 #include "ui/control/SourceIcons.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -42,13 +43,16 @@ public:
         if (info.channels > 1) {
             item.action = nullptr;
             item.children = ranges(info, whole);
+            item.checked = std::ranges::any_of(item.children, &GumMenuItem::checked);
         }
         return item;
     }
 
 private:
     [[nodiscard]] GumMenuItem choice(const AudioSource& source, const QString& title) const {
-        return {.title = title, .action = [choose = actions_.choose, source] { choose(source); }};
+        return {.title = title,
+                .checked = actions_.isChosen(source),
+                .action = [choose = actions_.choose, source] { choose(source); }};
     }
 
     [[nodiscard]] std::vector<GumMenuItem> ranges(const InputDeviceInfo& info,

@@ -16,11 +16,12 @@ struct Platform;
 struct SourceMenuActions {
     std::function<void()> browse; ///< look for an application that does not run
     std::function<void(const AudioSource&)> choose;
+    std::function<bool(const AudioSource&)> isChosen; ///< marked; never asked later
 };
 
 /// From what `sources` found at its last refresh. A device with several channels unfolds: the
 /// whole device, its pairs, its single channels. Of a stereo device the pair is left out, because
-/// it is the whole device.
+/// it is the whole device. What holds the chosen one is marked as well, because it may be folded.
 ///
 /// Threads: main.
 [[nodiscard]] std::vector<GumMenuItem> sourceMenuItems(const SourceManager& sources,

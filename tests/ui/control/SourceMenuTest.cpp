@@ -25,7 +25,8 @@ protected:
                                machine.platform(),
                                settings,
                                {.browse = [this] { browsed = true; },
-                                .choose = [this](const AudioSource& s) { chosen = s; }});
+                                .choose = [this](const AudioSource& s) { chosen = s; },
+                                .isChosen = [this](const AudioSource& s) { return s == marked; }});
     }
     GumMenuItem item(const QString& title) {
         const auto all = items();
@@ -41,6 +42,7 @@ protected:
 
     bool browsed = false;
     std::optional<AudioSource> chosen;
+    std::optional<AudioSource> marked;
 };
 
 TEST_F(SourceMenuTest, SectionsComeInTheirOrder) {
@@ -173,6 +175,21 @@ TEST_F(SourceMenuTest, AChannelRangeIsTheSameSourceInEveryLanguage) {
     settings.setLanguage("en");
     item("Interface").children[2].action();
     EXPECT_EQ(chosen, AudioSource(DeviceChannelsSource{id, 3, 2, "Interface — Entrées 3-4"}));
+}
+
+TEST_F(SourceMenuTest, MarksWhatIsChosenNowAndTheDeviceAroundIt) {
+    machine.sound.play(4711, constant(0.5F));
+    const auto id = plugIn("Interface", 4);
+    marked = player;
+    EXPECT_TRUE(item("Player").checked);
+    EXPECT_FALSE(item("Interface").checked);
+
+    marked = DeviceChannelsSource{id, 3, 2, "Interface — Entrées 3-4"};
+    EXPECT_FALSE(item("Player").checked);
+    const GumMenuItem interface = item("Interface");
+    EXPECT_TRUE(interface.checked);
+    EXPECT_EQ(std::ranges::count(interface.children, true, &GumMenuItem::checked), 1);
+    EXPECT_TRUE(interface.children[2].checked);
 }
 
 TEST_F(SourceMenuTest, TheVirtualMicrophoneIsNotOffered) {

@@ -15,6 +15,17 @@ protected:
         }
         return names;
     }
+    /// The rows of the open menu that are marked.
+    [[nodiscard]] QStringList marks() {
+        QStringList names;
+        for (QQuickItem* row : visibleItems(window(), [](QQuickItem& item) {
+                 return spokenRole(item) == QAccessible::MenuItem && spokenState(item).checked;
+             })) {
+            names.push_back(spokenName(*row));
+        }
+        names.sort();
+        return names;
+    }
     void openChooser() {
         open();
         click("addSource");
@@ -29,6 +40,17 @@ TEST_F(Menus, TheAddMenuAddsTheChosenSourceAndCloses) {
     EXPECT_EQ(mixed(), (std::vector<std::string>{"Web Browser", "Music Player"}));
     EXPECT_FALSE(isShown("Microphone"));
     EXPECT_EQ(focused(), "Ajouter une source");
+}
+
+TEST_F(Menus, MarkThePrimarySourceAndWhatIsInTheMix) {
+    scene.engine.add(scene.browser);
+    scene.engine.add(scene.player);
+    open();
+    click("sourcePicker");
+    EXPECT_EQ(marks(), QStringList{"Web Browser"});
+    key(Qt::Key_Escape);
+    click("addSource");
+    EXPECT_EQ(marks(), (QStringList{"Music Player", "Web Browser"}));
 }
 
 TEST_F(Menus, ThePickersMenuReplacesThePrimarySource) {

@@ -60,7 +60,7 @@ struct Problem {
         publicSinkRefused,
     };
     Kind kind{};
-    std::string subject{};   ///< a source, an application or a file; never translated
+    std::string subject{}; ///< a source, an application or a file; never translated
     /// Of the settings file: where the damaged one lies now, or a copy's day; of another file: the
     /// system's words for why.
     std::string detail{};

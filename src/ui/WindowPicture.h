@@ -17,7 +17,8 @@ struct WindowLook {
 };
 
 /// Shows the window in this look, writes what is drawn then, with a menu that is open over it, to a
-/// PNG file, and puts the user's settings back. The window has been shown; it may be on a virtual display or without any.
+/// PNG file, and puts the user's settings back. The window has been shown; it may be on a virtual
+/// display or without any.
 ///
 /// Units: one pixel of the file is one device pixel.
 /// Threads: main. Events run for 400 ms meanwhile.

@@ -18,7 +18,8 @@ protected:
         return unit;
     }
     std::unique_ptr<ApplicationTap> tap() {
-        return machine.taps.open(player, ApplicationTaps::Mute::whileTapped, 1.0F, [](const TapBlock&) {})
+        return machine.taps
+            .open(player, ApplicationTaps::Mute::whileTapped, 1.0F, [](const TapBlock&) {})
             .value();
     }
     /// How often `change` is told as one of what is there.

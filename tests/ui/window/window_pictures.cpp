@@ -225,7 +225,7 @@ const State states[] = {
          stage.press("removeButton");
          stage.key(Qt::Key_Backtab);
          stage.key(Qt::Key_Backtab);
-      }},
+     }},
     {"tip",
      [](Stage& stage) {
          mixAndStart(stage);

@@ -2,6 +2,7 @@
 
 #include "app/BusNames.h"
 #include "app/Display.h"
+#include "operations/CommandTable.h"
 #include "operations/LaunchRequest.h"
 
 #include <QCoreApplication>
@@ -15,6 +16,8 @@
 #include <QTimer>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace velmora {
@@ -89,7 +92,9 @@ bool CommandClient::openMixer() const {
 
 int CommandClient::carryOut(const LaunchRequest& request) {
     QStringList words;
-    for (const std::string& word : request.words) {
+    std::error_code unknown; // a file is then named as it was written
+    for (const std::string& word :
+         withWholePaths(request.words, std::filesystem::current_path(unknown))) {
         words.append(QString::fromStdString(word));
     }
     asJson_ = words.contains("--json");

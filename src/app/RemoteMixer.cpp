@@ -206,6 +206,14 @@ void RemoteMixer::RemovePreset(const QString& preset) {
     perform([&](MixerControl& control) { return control.removePreset(text(preset)); });
 }
 
+void RemoteMixer::ExportPresets(const QString& file) {
+    perform([&](MixerControl& control) { return control.exportPresets(text(file), std::nullopt); });
+}
+
+void RemoteMixer::ImportPresets(const QString& file) {
+    perform([&](MixerControl& control) { return control.importPresets(text(file)); });
+}
+
 NumberMapByText RemoteMixer::Levels() {
     NumberMapByText levels;
     if (isReady()) {

@@ -70,6 +70,8 @@ public:
     void ApplyNextPreset();                                             // NOLINT
     void SavePreset(const QString& name);                               // NOLINT
     void RemovePreset(const QString& preset);                           // NOLINT
+    void ExportPresets(const QString& file);                            // NOLINT
+    void ImportPresets(const QString& file);                            // NOLINT
     NumberMapByText Levels();                                           // NOLINT
     void Quit();                                                        // NOLINT
 

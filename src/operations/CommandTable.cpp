@@ -1,5 +1,6 @@
 #include "operations/CommandTable.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -61,6 +62,8 @@ constexpr auto commands = std::to_array<CommandInfo>({
     {"preset next", "", 0, 0, "rappeler le preset suivant"},
     {"preset save", "NAME", 1, 1, "garder le setup actuel"},
     {"preset remove", "NAME", 1, 1, "supprimer un preset"},
+    {"preset export", "FILE [NAME]", 1, 2, "écrire tous les presets, ou un seul, dans un fichier"},
+    {"preset import", "FILE", 1, 1, "ajouter les presets d'un fichier"},
     {"levels", "", 0, 0, "montrer les niveaux de cet instant", "{level, sources: {id: level}}"},
     {"watch",
      "",
@@ -89,6 +92,30 @@ std::span<const CommandInfo> commandTable() {
 std::string usageOf(const CommandInfo& command) {
     return std::string(command.name) + (command.arguments.empty() ? "" : " ") +
            std::string(command.arguments);
+}
+
+const CommandInfo* commandOf(std::span<const std::string> words) {
+    const auto named = [&](const std::string& name) {
+        const auto* const found = std::ranges::find(commands, name, &CommandInfo::name);
+        return found == commands.end() ? nullptr : found;
+    };
+    const CommandInfo* found = words.size() > 1 ? named(words[0] + " " + words[1]) : nullptr;
+    return found != nullptr || words.empty() ? found : named(words[0]);
+}
+
+std::size_t nameWords(const CommandInfo& command) {
+    return 1 + static_cast<std::size_t>(std::ranges::count(command.name, ' '));
+}
+
+std::vector<std::string> withWholePaths(std::vector<std::string> words,
+                                        const std::filesystem::path& folder) {
+    const CommandInfo* const command = commandOf(words);
+    if (command != nullptr && command->arguments.starts_with("FILE") &&
+        words.size() > nameWords(*command)) {
+        std::string& file = words[nameWords(*command)];
+        file = folder / file;
+    }
+    return words;
 }
 
 std::span<const OptionInfo> optionTable() {

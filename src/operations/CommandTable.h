@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmora {
 
@@ -22,6 +24,16 @@ struct CommandInfo {
 
 /// "gain SOURCE DB"
 [[nodiscard]] std::string usageOf(const CommandInfo& command);
+
+/// The command that these words begin with; two words are looked for before one. Null = none.
+[[nodiscard]] const CommandInfo* commandOf(std::span<const std::string> words);
+/// How many words its name has.
+[[nodiscard]] std::size_t nameWords(const CommandInfo& command);
+
+/// A file among the words is named from the root: whoever carries the command out is in another
+/// folder than the user.
+[[nodiscard]] std::vector<std::string> withWholePaths(std::vector<std::string> words,
+                                                      const std::filesystem::path& folder);
 
 struct OptionInfo {
     std::string_view name; ///< "--json"

@@ -9,6 +9,7 @@
 #include "settings/AppSettings.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace velmora {
@@ -16,17 +17,6 @@ namespace velmora {
 namespace {
 
 constexpr std::string_view jsonOption = "--json";
-
-/// The command that these words begin with; two words are looked for before one.
-const CommandInfo* commandOf(std::span<const std::string> words) {
-    const auto table = commandTable();
-    const auto named = [&](const std::string& name) {
-        const auto found = std::ranges::find(table, name, &CommandInfo::name);
-        return found == table.end() ? nullptr : &*found;
-    };
-    const CommandInfo* found = words.size() > 1 ? named(words[0] + " " + words[1]) : nullptr;
-    return found != nullptr || words.empty() ? found : named(words[0]);
-}
 
 std::string asLine(std::string json) {
     return json + '\n';
@@ -61,7 +51,7 @@ CommandReply Commands::run(std::span<const std::string> words) {
             misused("La commande « {name} » est inconnue. « velmora --help » les montre.",
                     rest.empty() ? "" : rest.front()));
     }
-    rest.erase(rest.begin(), rest.begin() + 1 + std::ranges::count(command->name, ' '));
+    rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(nameWords(*command)));
     if (rest.size() < command->least || rest.size() > command->most) {
         return replyOf(misused("Usage : velmora {name}", usageOf(*command)));
     }
@@ -158,6 +148,13 @@ Answer<> Commands::done(std::string_view name, Words words) {
     }
     if (name == "preset remove") {
         return control_.removePreset(words[0]);
+    }
+    if (name == "preset export") {
+        return control_.exportPresets(words[0],
+                                      words.size() > 1 ? std::optional(words[1]) : std::nullopt);
+    }
+    if (name == "preset import") {
+        return control_.importPresets(words[0]);
     }
     if (name == "quit") {
         quit_();

@@ -101,7 +101,7 @@ std::string optionWords() {
 }
 
 /// Between single quotes, in any of the three shells.
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     std::string result = "'";
     for (const char byte : text) {
         result += byte == '\'' ? std::string("'\\''") : std::string(1, byte);
@@ -150,13 +150,13 @@ std::string bashCompletion() {
            "    [[ ${COMPREPLY[0]-} == *= ]] && compopt -o nospace\n"
            "    return 0\n"
            "}\n"
-           "complete -F _velmora velmora\n";
+           "complete -o default -F _velmora velmora\n";
 }
 
 std::string zshCompletion() {
     std::string descriptions;
     for (const std::string& word : firstWords()) {
-        descriptions += "    " + quoted(word + ":" + summaryOf(word)) + "\n";
+        descriptions += "    " + inQuotes(word + ":" + summaryOf(word)) + "\n";
     }
     return "#compdef velmora\n"
            "local -a before first\n"
@@ -179,15 +179,15 @@ std::string fishCompletion() {
     std::string text = "complete -c velmora -f\n";
     for (const std::string& word : firstWords()) {
         text += "complete -c velmora -n __fish_use_subcommand -a " + word + " -d " +
-                quoted(summaryOf(word)) + "\n";
+                inQuotes(summaryOf(word)) + "\n";
     }
     for (const Step& step : steps()) {
         text += "complete -c velmora -n '__fish_seen_subcommand_from " + step.first + "' -a " +
-                quoted(joined(step.words)) + "\n";
+                inQuotes(joined(step.words)) + "\n";
     }
     for (const OptionInfo& option : optionTable()) {
         text += "complete -c velmora -l " + std::string(option.name.substr(2)) + " -d " +
-                quoted(inEnglish(option.summary)) + "\n";
+                inQuotes(inEnglish(option.summary)) + "\n";
     }
     return text;
 }

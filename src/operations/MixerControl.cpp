@@ -9,7 +9,9 @@
 #include "operations/Numbers.h"
 #include "operations/ProblemText.h"
 #include "operations/Sentence.h"
+#include "operations/TextFile.h"
 #include "platform/DefaultsStore.h"
+#include "presets/PresetFile.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetSnapshot.h"
 #include "presets/PresetStore.h"
@@ -20,6 +22,9 @@
 namespace velmora {
 
 namespace {
+
+constexpr std::string_view noPresetYet =
+    "Il n'y a pas encore de preset. « velmora preset save NOM » garde le setup actuel.";
 
 bool isOnAfter(Switch wanted, bool isOn) {
     return wanted == Switch::toggle ? !isOn : wanted == Switch::on;
@@ -303,8 +308,7 @@ Answer<> MixerControl::applyPreset(std::string_view word) {
 Answer<> MixerControl::applyNextPreset() {
     const auto& presets = parts_.presets.presets();
     if (presets.empty()) {
-        return std::unexpected(refusal(
-            "Il n'y a pas encore de preset. « velmora preset save NOM » garde le setup actuel."));
+        return std::unexpected(refusal(noPresetYet));
     }
     const auto* const active = parts_.presets.active();
     const auto after = active == nullptr
@@ -331,6 +335,43 @@ Answer<> MixerControl::removePreset(std::string_view word) {
     }
     const Uuid id = parts_.presets.presets()[*found].id;
     parts_.presets.remove(id);
+    return {};
+}
+
+Answer<> MixerControl::exportPresets(const std::string& file,
+                                     const std::optional<std::string>& word) {
+    auto exported = parts_.presets.presets();
+    if (word) {
+        const auto found = preset(*word);
+        if (!found) {
+            return std::unexpected(found.error());
+        }
+        exported = {exported[*found]};
+    }
+    if (exported.empty()) {
+        return std::unexpected(refusal(noPresetYet));
+    }
+    const auto text = encodePresetFile(exported);
+    if (!text || !writeTextFile(file, *text)) {
+        return std::unexpected(refusal("« {name} » ne peut pas être écrit.", file));
+    }
+    return {};
+}
+
+Answer<> MixerControl::importPresets(const std::string& file) {
+    const auto text = readTextFile(file, largestPresetFile);
+    if (!text) {
+        return std::unexpected(refusal("« {name} » ne peut pas être lu.", file));
+    }
+    auto presets = decodePresetFile(*text);
+    if (!presets) {
+        return std::unexpected(
+            refusal(presets.error() == PresetFileFault::newer
+                        ? "« {name} » vient d'une version plus récente de Velmora."
+                        : "« {name} » n'est pas un fichier de presets Velmora, ou est endommagé.",
+                    file));
+    }
+    parts_.presets.add(*std::move(presets));
     return {};
 }
 

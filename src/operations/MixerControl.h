@@ -7,6 +7,7 @@
 #include "operations/Refusal.h"
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -69,6 +70,11 @@ public:
     /// Spaces and tabs around the name go.
     Answer<> savePreset(std::string_view name);
     Answer<> removePreset(std::string_view word);
+
+    /// All presets, or the one that the word names, into a file that `importPresets` takes.
+    Answer<> exportPresets(const std::string& file, const std::optional<std::string>& word);
+    /// The file's presets come last; names that are taken are kept apart. All of them or none.
+    Answer<> importPresets(const std::string& file);
 
     // -- what the words may name, read anew --
 

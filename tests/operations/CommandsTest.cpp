@@ -2,8 +2,10 @@
 
 #include "operations/MixerState.h"
 #include "operations/OperationsFixture.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -301,6 +303,49 @@ TEST_F(CommandsTest, PresetsThatAreNotThereAreRefused) {
     EXPECT_THAT(presets.presets(), IsEmpty());
 }
 
+TEST_F(CommandsTest, CarriesPresetsInFiles) {
+    const support::TemporaryFolder folder("velmora-presets");
+    const std::string all = folder.path() / "all.json";
+    const std::string one = folder.path() / "one.json";
+    command("preset save One");
+    command("preset save Two");
+
+    EXPECT_EQ(command("preset export " + all), done);
+    EXPECT_EQ(command("preset export " + one + " two"), done);
+    EXPECT_EQ(command("preset remove One"), done);
+    EXPECT_EQ(command("preset import " + all), done);
+    EXPECT_EQ(command("preset import " + one), done);
+
+    EXPECT_EQ(command("preset list").output, "1 * Two\n2   One\n3   Two (2)\n4   Two (3)\n");
+}
+
+TEST_F(CommandsTest, FilesThatHoldNoPresetsAreRefused) {
+    const support::TemporaryFolder folder("velmora-presets");
+    const std::string file = folder.path() / "notes.txt";
+    std::ofstream(file) << "milk, eggs";
+
+    EXPECT_THAT(refused("preset import " + file), HasSubstr("no file of Velmora presets"));
+    EXPECT_THAT(refused("preset import " + file + ".gone"), HasSubstr("cannot be read"));
+    EXPECT_THAT(refused("preset import /dev/zero"), HasSubstr("cannot be read"));
+    EXPECT_THAT(refused("preset export " + file), HasSubstr("velmora preset save"));
+    command("preset save One");
+    EXPECT_THAT(refused("preset export " + folder.path().string()), HasSubstr("cannot be written"));
+    EXPECT_THAT(refused("preset export /nowhere/one.json"), HasSubstr("cannot be written"));
+    EXPECT_THAT(refused("preset export " + file + " Three"), HasSubstr("velmora preset list"));
+}
+
+TEST(CommandTable, AFileIsNamedFromTheRoot) {
+    const auto whole = [](std::vector<std::string> words) {
+        return withWholePaths(std::move(words), "/home/me");
+    };
+    EXPECT_THAT(whole({"preset", "export", "a b.json", "One"}),
+                ElementsAre("preset", "export", "/home/me/a b.json", "One"));
+    EXPECT_THAT(whole({"preset", "import", "/tmp/a.json"}),
+                ElementsAre("preset", "import", "/tmp/a.json"));
+    EXPECT_THAT(whole({"preset", "import"}), ElementsAre("preset", "import"));
+    EXPECT_THAT(whole({"preset", "save", "a"}), ElementsAre("preset", "save", "a"));
+}
+
 // -- what is shown --
 
 TEST_F(CommandsTest, StatusIsDescribedByItsMembers) {
@@ -358,7 +403,9 @@ TEST_F(CommandsTest, EveryCommandOfTheTableIsCarriedOut) {
     for (const CommandInfo& info : commandTable()) {
         std::string line(info.name);
         for (std::size_t word = 0; word < info.least; ++word) {
-            line += info.name == "volume" ? (word == 0 ? " microphone" : " -3") : " 1";
+            line += info.name == "volume"                ? (word == 0 ? " microphone" : " -3")
+                    : info.arguments.starts_with("FILE") ? " /nowhere/presets.json"
+                                                         : " 1";
         }
         EXPECT_NE(command(line).status, 2) << line;
     }

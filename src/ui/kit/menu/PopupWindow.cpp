@@ -47,7 +47,7 @@ PopupWindow::PopupWindow(QWindow* parent) : QQuickWindow(parent) {
 }
 
 PopupWindow::~PopupWindow() {
-    isOpen_ = false; // nobody is told any more
+    disconnect(this, nullptr, this, nullptr); // it is hidden once more on the way out
 }
 
 void PopupWindow::setAnchor(QQuickItem* anchor) {

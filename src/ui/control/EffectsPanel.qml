@@ -7,6 +7,16 @@ Column {
     id: root
     required property EffectsModel effects
 
+    // Itself where none is open.
+    function openRow(): Item {
+        for (let i = 0; i < children.length; i++) {
+            const row = children[i] as EffectRow;
+            if (row && row.open)
+                return row;
+        }
+        return root;
+    }
+
     objectName: "effectsPanel"
     topPadding: 4
 

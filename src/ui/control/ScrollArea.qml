@@ -24,10 +24,15 @@ Flickable {
     }
 
     // What has just come or grown, until there is room for it.
-    property Item awaited: null
-    function revealSoon(item: Item): void {
-        awaited = item;
-        reveal(item);
+    property var awaited: []
+    function revealSoon(items: var): void {
+        awaited = items;
+        revealAwaited();
+    }
+    function revealAwaited(): void {
+        for (let i = 0; i < awaited.length; i++) {
+            reveal(awaited[i] as Item);
+        }
     }
 
     contentWidth: width
@@ -37,9 +42,8 @@ Flickable {
     interactive: scrolls
     onFocusedChanged: reveal(focused)
     onContentHeightChanged: {
-        if (awaited)
-            reveal(awaited);
-        awaited = null;
+        revealAwaited();
+        awaited = [];
     }
 
     GumScrollBar {

@@ -23,12 +23,12 @@ Card {
         wanted.forceActiveFocus(Qt.TabFocusReason);
     }
 
-    // It, or its effects, became higher.
-    signal grown
+    // It became higher by its effects, for the sake of this part of it.
+    signal grown(part: Item)
     property real heightBefore: 0
     onImplicitHeightChanged: {
         if (strip.fxOpen && implicitHeight > heightBefore)
-            grown();
+            grown(panel.item ? (panel.item as EffectsPanel).openRow() : root);
         heightBefore = implicitHeight;
     }
 
@@ -129,6 +129,7 @@ Card {
     }
     // Made when it is opened first: a strip is light until then.
     Loader {
+        id: panel
         width: parent.width
         active: root.strip.fxOpen
         visible: active

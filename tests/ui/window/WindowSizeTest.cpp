@@ -152,6 +152,19 @@ TEST_F(WindowSize, AnOpenedEffectsPanelComesIntoViewWhole) {
     EXPECT_LT(placeOf(*last).top(), before);
 }
 
+TEST_F(WindowSize, AnOpenedEffectComesIntoViewAlsoWhereThePanelIsHigherThanItsPlace) {
+    scene.mixMany(12);
+    open(700);
+    pointer().click(within(find("strip0"), "effectsButton"));
+    advance(100ms);
+    find("strips").setProperty("contentY", 1000);
+    find("gainTitle").forceActiveFocus();
+    advance(100ms);
+    click("gainTitle");
+    advance(100ms);
+    EXPECT_TRUE(placeOf(find("strips")).contains(placeOf(find("gainRow"))));
+}
+
 TEST_F(WindowSize, ControlAndArrowsGoFromStripToStripAtTheSameControl) {
     scene.mixMany(12);
     open(700);

@@ -23,7 +23,9 @@ FittedWindow {
     }
     Shortcut {
         sequences: ["Ctrl+Z", "Meta+Z"]
-        enabled: root.model.undo.offered && !view.asking
+        // Some desktops give the keyboard to a menu's window; this one is then active all the same.
+        context: Qt.ApplicationShortcut
+        enabled: root.active && root.model.undo.offered && !view.asking
         onActivated: root.model.undo.undo()
     }
     Shortcut {

@@ -90,7 +90,7 @@ std::optional<int> answered(const velmora::LaunchRequest& request, int& argc, ch
     }
     case Kind::windows:
     case Kind::hidden:
-        if (!hasDisplay()) {
+        if (!request.hasQtsOptions && !hasDisplay()) {
             return refuse(inUsersLanguage(
                 "Aucun écran n'est joignable. « velmora --headless » mixe sans fenêtres."));
         }

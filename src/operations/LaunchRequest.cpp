@@ -41,7 +41,8 @@ LaunchRequest launchRequest(std::span<const char* const> arguments) {
         } else if (argument == "--start") {
             request.startsMixer = true;
         } else if (isQts) {
-            return request; // with a value, perhaps
+            request.hasQtsOptions = true; // with values, perhaps
+            return request;
         } else if (argument.starts_with("--") && !isOurs && argument != "--json") {
             return {.kind = Kind::unknownOption, .words = {std::string(argument)}};
         } else {

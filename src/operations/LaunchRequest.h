@@ -19,6 +19,7 @@ struct LaunchRequest {
     };
     Kind kind{};
     bool startsMixer{};               ///< a command that opens the mixer first
+    bool hasQtsOptions{};             ///< which may name a display
     std::vector<std::string> words{}; ///< of the command; of an unknown option: that one
 
     bool operator==(const LaunchRequest&) const = default;

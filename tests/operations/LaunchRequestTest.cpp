@@ -24,6 +24,7 @@ TEST(LaunchRequest, TheWindowsMayStayHiddenOrBeLeftOut) {
 
 TEST(LaunchRequest, QtsOwnOptionsAreLeftToIt) {
     EXPECT_EQ(request({"-platform", "offscreen"}).kind, Kind::windows);
+    EXPECT_TRUE(request({"-platform", "offscreen"}).hasQtsOptions);
     EXPECT_EQ(request({"--hidden", "-session", "17"}).kind, Kind::hidden);
 }
 

@@ -129,6 +129,8 @@ TEST_F(MutedRoute, IsKeptWhenItWasChosenAMomentBefore) {
     ASSERT_TRUE(atSpeakers.hears(0, leftHz, playedDb));
     const AudioSource source = muted(app);
     sendTo(session(), "one", headset.name);
+    // In force, but not in the session manager's file for most of a second.
+    ASSERT_TRUE(waitUntil([this] { return session().graph().linked("one", headset.name); }));
     mix({source});
     ASSERT_TRUE(atSpeakers.isSilentAt(0, leftHz));
     engine.stop();

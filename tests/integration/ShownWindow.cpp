@@ -11,6 +11,7 @@
 #include <QUrl>
 #include <gtest/gtest.h>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace velmora {
@@ -82,6 +83,13 @@ void ShownWindow::dragFader(QQuickItem& part, double db) {
     const QQuickItem& fader = *find(QStringLiteral("thumb"), &part).parentItem();
     const double position = (db - lowestDb) / (highestDb - lowestDb);
     const double y = fader.height() / 2;
+    // A strip that has just come takes its place first, and the menu it came from goes.
+    QPointF place;
+    EXPECT_TRUE(support::waitUntil([&] {
+        QCoreApplication::processEvents();
+        const QPointF now = fader.mapToScene({});
+        return window_->isActive() && std::exchange(place, now) == now && fader.width() > 0;
+    }));
     pointer_->pause();
     pointer_->press(fader, {fader.width() / 3, y});
     pointer_->moveTo(fader, {fader.width() / 2, y});

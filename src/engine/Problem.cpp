@@ -1,8 +1,8 @@
 #include "engine/Problem.h"
 
+#include "engine/Sentence.h"
 #include "platform/DefaultsStore.h"
 
-#include <array>
 #include <utility>
 
 namespace velmora {
@@ -168,31 +168,16 @@ std::string pairText(std::int64_t first) {
 }
 
 std::string withInsertions(std::string_view text, const Problem& problem) {
-    const std::array<std::pair<std::string_view, std::string>, 9> insertions = {{
-        {ofSource, problem.subject.empty() ? "" : problem.subject + " : "},
-        {"{subject}", problem.subject},
-        {"{file}", problem.subject},
-        {"{detail}", problem.detail},
-        {"{copy}", problem.detail},
-        {"{status}", std::to_string(problem.status)},
-        {"{pair}", pairText(problem.first)},
-        {"{first}", std::to_string(problem.first)},
-        {"{channels}", std::to_string(problem.channels)},
-    }};
-    std::string result;
-    while (!text.empty()) {
-        std::string_view consumed = text.substr(0, 1);
-        std::string_view added = consumed;
-        for (const auto& [placeholder, value] : insertions) {
-            if (text.starts_with(placeholder)) {
-                consumed = placeholder;
-                added = value;
-            }
-        }
-        result += added;
-        text.remove_prefix(consumed.size());
-    }
-    return result;
+    return filled(text,
+                  {{ofSource, problem.subject.empty() ? "" : problem.subject + " : "},
+                   {"{subject}", problem.subject},
+                   {"{file}", problem.subject},
+                   {"{detail}", problem.detail},
+                   {"{copy}", problem.detail},
+                   {"{status}", std::to_string(problem.status)},
+                   {"{pair}", pairText(problem.first)},
+                   {"{first}", std::to_string(problem.first)},
+                   {"{channels}", std::to_string(problem.channels)}});
 }
 
 } // namespace

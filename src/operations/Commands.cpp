@@ -1,11 +1,11 @@
 #include "operations/Commands.h"
 
 #include "engine/AudioEngine.h"
+#include "engine/Sentence.h"
 #include "operations/MixerJson.h"
 #include "operations/MixerState.h"
 #include "operations/MixerText.h"
 #include "operations/Numbers.h"
-#include "operations/Sentence.h"
 #include "settings/AppSettings.h"
 
 #include <algorithm>

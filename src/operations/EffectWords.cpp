@@ -1,7 +1,7 @@
 #include "operations/EffectWords.h"
 
+#include "engine/Sentence.h"
 #include "operations/Numbers.h"
-#include "operations/Sentence.h"
 #include "settings/AppSettings.h"
 
 #include <algorithm>

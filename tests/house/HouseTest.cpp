@@ -38,7 +38,8 @@ const std::vector<Part> house{
 
     {"settings", {"platform"}},
     {"engine/AudioSource", {"platform"}},
-    {"engine/Problem", {"engine/AudioSource"}},
+    {"engine/Sentence", {}},
+    {"engine/Problem", {"engine/AudioSource", "engine/Sentence"}},
     {"engine/VelmoraError", {"engine/Problem"}},
     {"capture", {"engine/VelmoraError", "engine/realtime", "effects", "settings"}},
     {"engine", {"capture", "effects/FXParamsJson"}, {json}},

@@ -29,7 +29,7 @@ constexpr int ticksOfYouth = ticksPerSecond; // one second
 
 MixKeeper::MixKeeper(const Platform& platform, const MixSettings& settings)
     : platform_(platform), settings_(settings), wasAway_(!platform.devices.isAvailable()),
-      pause_(shortestPause),
+      pause_(shortestPause, longestPause),
       deviceConnection_(platform.devices.changed().connect([this] { onChange(); })),
       defaultOutputConnection_(
           platform.devices.defaultOutputChanged().connect([this] { onDefaultOutputChange(); })) {
@@ -59,7 +59,7 @@ void MixKeeper::react(Work work) {
 void MixKeeper::onChange() {
     react([this] {
         if (!diedYoung()) {
-            pause_ = shortestPause; // something new was seen
+            pause_.restart(); // something new was seen
         }
         step();
     });
@@ -111,7 +111,7 @@ void MixKeeper::beginAgain(std::vector<AudioSource> sources) {
 
 void MixKeeper::anew(std::vector<AudioSource> sources) {
     sources_ = std::move(sources);
-    pause_ = shortestPause;
+    pause_.restart();
     restart_.reset();
     settling_.reset();
     if (platform_.devices.isAvailable()) {
@@ -140,7 +140,7 @@ void MixKeeper::dismissProblems() {
 }
 
 void MixKeeper::moveMonitor() {
-    pause_ = shortestPause;
+    pause_.restart();
     allowFallback();
     if (mix_) {
         mix_->moveMonitor(std::nullopt);
@@ -151,7 +151,7 @@ void MixKeeper::moveMonitor() {
 void MixKeeper::setMuteDirect(const AudioSource& source, bool muted) {
     if (mix_ && !mix_->setMuteDirect(source, muted)) {
         followLevels();
-        pause_ = shortestPause;
+        pause_.restart();
         retryLater();
     }
 }
@@ -257,8 +257,7 @@ void MixKeeper::settle() {
 }
 
 void MixKeeper::retryLater() {
-    retry_ = platform_.mainQueue.after(pause_, [this] { react([this] { step(); }); });
-    pause_ = std::min<std::chrono::milliseconds>(2 * pause_, longestPause);
+    retry_ = platform_.mainQueue.after(pause_.next(), [this] { react([this] { step(); }); });
 }
 
 bool MixKeeper::hasWorkingSource() const {

@@ -6,6 +6,7 @@
 #include "engine/MixOutput.h"
 #include "engine/Problem.h"
 #include "engine/RunningMix.h"
+#include "platform/GrowingPause.h"
 #include "platform/MainQueue.h"
 #include "platform/Platform.h"
 #include "platform/Signal.h"
@@ -112,7 +113,7 @@ private:
     std::optional<OutputTarget> fallback_;
     std::optional<Problem> monitorProblem_; ///< never told
     bool wasAway_ = false;                  ///< when the last step looked
-    std::chrono::milliseconds pause_;       ///< before the next retry
+    GrowingPause pause_;                    ///< before the next retry
     int ticks_ = 0;                         ///< of the meters since the mix was built
 
     std::unique_ptr<MainQueue::Timer> meterTimer_;

@@ -1,9 +1,9 @@
 // RetryPause.h: when to try again what was refused: soon, then ever more seldom.
 #pragma once
 
+#include "platform/GrowingPause.h"
 #include "platform/MainQueue.h"
 
-#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <utility>
@@ -21,20 +21,21 @@ public:
         if (queue_ == nullptr || timer_) {
             return;
         }
-        timer_ = queue_->after(next_, [this, work = std::move(work)]() mutable {
+        timer_ = queue_->after(pause_.next(), [this, work = std::move(work)]() mutable {
             const auto ended = std::move(timer_); // keeps what runs here alive
             work();
         });
-        next_ = std::min(2 * next_, longest);
     }
     /// There is nothing to try any more.
     void end() {
         timer_.reset();
-        next_ = shortest;
+        pause_.restart();
     }
     [[nodiscard]] bool isUnderWay() const { return timer_ != nullptr; }
     /// Whether it has been tried for some seconds.
-    [[nodiscard]] bool isLasting() const { return queue_ == nullptr || next_ >= lasting; }
+    [[nodiscard]] bool isLasting() const {
+        return queue_ == nullptr || pause_.upcoming() >= lasting;
+    }
 
 private:
     static constexpr std::chrono::milliseconds shortest{100};
@@ -42,7 +43,7 @@ private:
     static constexpr std::chrono::milliseconds longest{10'000};
 
     MainQueue* queue_;
-    std::chrono::milliseconds next_ = shortest;
+    GrowingPause pause_{shortest, longest};
     std::unique_ptr<MainQueue::Timer> timer_;
 };
 

@@ -1,9 +1,9 @@
 // DaemonSearch.h: when to try to connect again.
 #pragma once
 
+#include "platform/GrowingPause.h"
 #include "platform/pipewire/daemon/Loop.h"
 #include "platform/pipewire/daemon/SocketWatch.h"
-#include "platform/pipewire/view/GrowingPause.h"
 
 #include <functional>
 #include <memory>

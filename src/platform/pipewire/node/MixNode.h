@@ -1,12 +1,12 @@
 // MixNode.h: the one node of ours that everything passes through.
 #pragma once
 
+#include "platform/GrowingPause.h"
 #include "platform/Status.h"
 #include "platform/pipewire/daemon/Handles.h"
 #include "platform/pipewire/daemon/Loop.h"
 #include "platform/pipewire/node/NodeLife.h"
 #include "platform/pipewire/node/NodePorts.h"
-#include "platform/pipewire/view/GrowingPause.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,8 +1,8 @@
-#include "platform/pipewire/view/GrowingPause.h"
+#include "platform/GrowingPause.h"
 
 #include <gtest/gtest.h>
 
-namespace velmora::pipewire {
+namespace velmora {
 namespace {
 
 using namespace std::chrono_literals;
@@ -30,5 +30,15 @@ TEST(GrowingPause, LeavesFewAttemptsForALongTime) {
     EXPECT_LE(attempts, 20); // 200 ms × 2^19 = 29 h
 }
 
+TEST(GrowingPause, GrowsNoFurtherThanItMay) {
+    GrowingPause pause(200ms, 700ms);
+
+    EXPECT_EQ(pause.next(), 200ms);
+    EXPECT_EQ(pause.upcoming(), 400ms);
+    EXPECT_EQ(pause.next(), 400ms);
+    EXPECT_EQ(pause.next(), 700ms);
+    EXPECT_EQ(pause.next(), 700ms);
+}
+
 } // namespace
-} // namespace velmora::pipewire
+} // namespace velmora

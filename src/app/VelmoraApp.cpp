@@ -16,20 +16,12 @@ constexpr std::chrono::milliseconds trayExpectedWithin{200};
 } // namespace
 
 VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version, Start start)
-    : platform_(platform), start_(start), engine_(platform), sources_(platform),
-      presetStore_(platform.defaults), settings_(platform), dawMode_(platform),
-      recall_(platform, engine_), controlModel_({.platform = platform,
-                                                 .engine = engine_,
-                                                 .sources = sources_,
-                                                 .presets = presetStore_,
-                                                 .recall = recall_,
-                                                 .settings = settings_,
-                                                 .files = &files_}),
+    : platform_(platform), start_(start), mixer_(platform), controlModel_(parts(), &files_),
       settingsModel_({.platform = platform,
-                      .engine = engine_,
-                      .sources = sources_,
-                      .settings = settings_,
-                      .dawMode = dawMode_,
+                      .engine = parts().engine,
+                      .sources = parts().sources,
+                      .settings = parts().settings,
+                      .dawMode = mixer_.dawMode(),
                       .version = version}),
       controlWindow_(qml_,
                      QUrl("qrc:/qt/qml/Velmora/ControlWindow.qml"),
@@ -40,10 +32,10 @@ VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version, 
                       settingsModel_,
                       [this] { return mayClose(settingsWindow_); }),
       tray_(platform,
-            engine_,
-            settings_,
+            parts().engine,
+            parts().settings,
             start == Start::hidden ? TrayHost::Desktop::isStarting : TrayHost::Desktop::stands) {
-    installKit(qml_, settings_);
+    installKit(qml_, parts().settings);
     installUi(qml_);
     listen();
 }
@@ -58,7 +50,7 @@ void VelmoraApp::listen() {
 }
 
 void VelmoraApp::start() {
-    presetStore_.restoreActive(recall_);
+    mixer_.start();
     if (start_ == Start::hidden) {
         return;
     }
@@ -67,15 +59,6 @@ void VelmoraApp::start() {
             open();
         }
     });
-}
-
-MixerParts VelmoraApp::parts() {
-    return {.platform = platform_,
-            .engine = engine_,
-            .sources = sources_,
-            .presets = presetStore_,
-            .recall = recall_,
-            .settings = settings_};
 }
 
 void VelmoraApp::open(const QString& token) {
@@ -98,7 +81,7 @@ bool VelmoraApp::mayClose(const SceneWindow& closing) {
     if (tray_.isReachable() || other.isVisible()) {
         return true;
     }
-    if (!engine_.isRunning()) {
+    if (!parts().engine.isRunning()) {
         quit();
         return true;
     }

@@ -4,15 +4,9 @@
 #include "app/DesktopFileChooser.h"
 #include "app/SceneWindow.h"
 #include "app/TrayItem.h"
-#include "capture/DAWModeManager.h"
-#include "capture/SourceManager.h"
-#include "engine/AudioEngine.h"
-#include "operations/MixerParts.h"
+#include "operations/Mixer.h"
 #include "platform/MainQueue.h"
 #include "platform/Platform.h"
-#include "presets/PresetRecall.h"
-#include "presets/PresetStore.h"
-#include "settings/AppSettings.h"
 #include "ui/control/ControlWindowModel.h"
 #include "ui/settings/SettingsModel.h"
 
@@ -41,7 +35,7 @@ public:
     void start();
 
     /// For those who work it without its windows.
-    [[nodiscard]] MixerParts parts();
+    [[nodiscard]] MixerParts parts() { return mixer_.parts(); }
 
     /// Shows the control window. @param token  see SceneWindow::open
     void open(const QString& token = {});
@@ -56,14 +50,8 @@ private:
     Platform platform_;
     Start start_;
 
-    AudioEngine engine_;
-    SourceManager sources_;
-    PresetStore presetStore_;
-    AppSettings settings_;
-    DAWModeManager dawMode_;
-    PresetRecall recall_;
-
-    DesktopFileChooser files_{settings_};
+    Mixer mixer_;
+    DesktopFileChooser files_{mixer_.parts().settings};
     ControlWindowModel controlModel_;
     SettingsModel settingsModel_;
     QQmlEngine qml_;

@@ -2,7 +2,6 @@
 
 #include "app/CommandClient.h"
 #include "app/Display.h"
-#include "app/HeadlessApp.h"
 #include "app/QuitSignals.h"
 #include "app/RealPlatform.h"
 #include "app/RemoteMixer.h"
@@ -11,6 +10,7 @@
 #include "engine/Sentence.h"
 #include "operations/CommandHelp.h"
 #include "operations/LaunchRequest.h"
+#include "operations/Mixer.h"
 #include "platform/sqlite/KeptText.h"
 #include "settings/AppSettings.h"
 #include "settings/Texts.h"
@@ -159,8 +159,8 @@ int main(int argc, char** argv) {
     }
     machine->audio().ensureVirtualMicrophone();
     if (request.kind == LaunchRequest::Kind::headless) {
-        HeadlessApp app(machine->platform());
-        return runUntilQuit(app, remote, instance);
+        Mixer mixer(machine->platform());
+        return runUntilQuit(mixer, remote, instance);
     }
     const bool isHidden = request.kind == LaunchRequest::Kind::hidden;
     VelmoraApp app(machine->platform(),

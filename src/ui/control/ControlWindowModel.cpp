@@ -33,7 +33,7 @@ std::string withoutBlanksAround(std::string_view text) {
 
 } // namespace
 
-ControlWindowModel::ControlWindowModel(const Parts& parts, QObject* parent)
+ControlWindowModel::ControlWindowModel(const MixerParts& parts, FileChooser* files, QObject* parent)
     : QObject(parent), parts_(parts), opener_(parts.platform, parts.engine, parts.sources),
       strips_(parts.platform, parts.engine, this),
       headphones_(VolumeModel::headphones(parts.engine),
@@ -48,11 +48,9 @@ ControlWindowModel::ControlWindowModel(const Parts& parts, QObject* parent)
               this),
       chooser_(parts.platform.applications, this),
       undo_(parts.platform.mainQueue, parts.settings, this),
-      presetFiles_({.presets = parts.presets,
-                    .settings = parts.settings,
-                    .undo = undo_,
-                    .files = parts.files},
-                   this),
+      presetFiles_(
+          {.presets = parts.presets, .settings = parts.settings, .undo = undo_, .files = files},
+          this),
       engineConnection_(parts.engine.changed().connect([this] { follow(); })),
       presetsConnection_(parts.presets.changed().connect([this] { followPresets(); })),
       settingsConnection_(parts.settings.changed().connect([this] { follow(); })),

@@ -1,7 +1,7 @@
 // ControlWindowModel.h: what the control window shows and does.
 #pragma once
 
-#include "platform/Platform.h"
+#include "operations/MixerParts.h"
 #include "platform/Signal.h"
 #include "ui/control/ApplicationChooserModel.h"
 #include "ui/control/ApplicationOpener.h"
@@ -19,12 +19,7 @@
 
 namespace velmora {
 
-class AppSettings;
-class AudioEngine;
 class FileChooser;
-class PresetRecall;
-class PresetStore;
-class SourceManager;
 struct DisplacedPresets;
 struct Preset;
 struct Uuid;
@@ -55,18 +50,10 @@ class ControlWindowModel : public QObject {
     Q_PROPERTY(bool visible READ visible WRITE setVisible NOTIFY visibleChanged)
 
 public:
-    /// All of them outlive the model.
-    struct Parts {
-        Platform platform;
-        AudioEngine& engine;
-        SourceManager& sources;
-        PresetStore& presets;
-        PresetRecall& recall;
-        AppSettings& settings;
-        FileChooser* files = nullptr; ///< none = presets are not carried in files
-    };
-
-    explicit ControlWindowModel(const Parts& parts, QObject* parent = nullptr);
+    /// @param files  outlives the model; none = presets are not carried in files
+    explicit ControlWindowModel(const MixerParts& parts,
+                                FileChooser* files = nullptr,
+                                QObject* parent = nullptr);
 
     [[nodiscard]] bool running() const { return running_; }
     /// Starts a stopped mix and stops a running one.
@@ -144,7 +131,7 @@ private:
     void offerUndo(const RemovedSource& removed);
     void offerUndo(std::string_view french, const DisplacedPresets& displaced);
 
-    Parts parts_;
+    MixerParts parts_;
     ApplicationOpener opener_;
     // This object is the parent of what QML sees: QML would own, and delete, what has none.
     SourceStripsModel strips_;

@@ -57,8 +57,8 @@ protected:
 
     const QTemporaryDir folder;
     FakeFileChooser files;
-    ControlWindowModel window{
-        {machine.platform(), engine, sources, presets, recall, settings, &files}};
+    ControlWindowModel window{{machine.platform(), engine, sources, presets, recall, settings},
+                              &files};
 };
 
 TEST_F(PresetFiles, TheMenuOffersToImportAndToExportOneOrAll) {

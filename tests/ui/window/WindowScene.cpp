@@ -38,8 +38,8 @@ WindowScene::WindowScene(SimulatedPlatform& machine, AppSettings& settings)
                                                  .sources = sources,
                                                  .presets = presets,
                                                  .recall = recall,
-                                                 .settings = settings,
-                                                 .files = &files}) {
+                                                 .settings = settings},
+                                                &files) {
     furnish(machine);
 }
 

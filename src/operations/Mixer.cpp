@@ -1,17 +1,17 @@
-#include "app/HeadlessApp.h"
+#include "operations/Mixer.h"
 
 namespace velmora {
 
-HeadlessApp::HeadlessApp(const Platform& platform)
+Mixer::Mixer(const Platform& platform)
     : platform_(platform), engine_(platform), sources_(platform), presetStore_(platform.defaults),
       settings_(platform), dawMode_(platform), recall_(platform, engine_) {
 }
 
-void HeadlessApp::start() {
+void Mixer::start() {
     presetStore_.restoreActive(recall_);
 }
 
-MixerParts HeadlessApp::parts() {
+MixerParts Mixer::parts() {
     return {.platform = platform_,
             .engine = engine_,
             .sources = sources_,

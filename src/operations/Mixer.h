@@ -1,4 +1,4 @@
-// HeadlessApp.h: the program without windows.
+// Mixer.h: what the program is without windows.
 #pragma once
 
 #include "capture/DAWModeManager.h"
@@ -12,17 +12,18 @@
 
 namespace velmora {
 
-/// The whole mix for a machine that nobody looks at, worked by commands alone.
+/// Owns what lives as long as the program does; worked by commands, by windows, or by both.
 ///
-/// Threads: main; needs a QCoreApplication.
-class HeadlessApp {
+/// Threads: main.
+class Mixer {
 public:
-    explicit HeadlessApp(const Platform& platform);
+    explicit Mixer(const Platform& platform);
 
     /// Brings back the last setup. To be called once.
     void start();
 
     [[nodiscard]] MixerParts parts();
+    [[nodiscard]] DAWModeManager& dawMode() { return dawMode_; }
 
 private:
     Platform platform_;

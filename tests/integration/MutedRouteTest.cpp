@@ -175,5 +175,23 @@ TEST_F(MutedRoute, IsKeptWhenTheMixerEndsOrIsKilled) {
     }
 }
 
+/// While the choice is being kept, and the device that it names is not there.
+TEST_F(MutedRoute, EndsNoStreamThatMayNotBeMovedWhileItIsKept) {
+    takeHeadsetAway();
+    mix({muted(app)});
+
+    std::vector<std::string> voices;
+    for (int i = 0; i < 10; ++i) {
+        voices.push_back("voice" + std::to_string(i));
+        app.pin(voices.back(), otherLeftHz, otherRightHz, playedDb - 40);
+        static_cast<void>(waitUntil([] { return false; }, std::chrono::milliseconds(100)));
+    }
+
+    for (const std::string& voice : voices) {
+        EXPECT_TRUE(waitUntil([&] { return session().graph().linked(voice, speakers.name); }))
+            << voice;
+    }
+}
+
 } // namespace
 } // namespace velmora

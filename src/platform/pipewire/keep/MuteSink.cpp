@@ -137,7 +137,7 @@ MuteSink::Sent& MuteSink::send(const Node& stream, Serial sink, Clock::time_poin
 void MuteSink::tell(const Node& stream, const MutedStream& muted, const std::string& stored) {
     tools_.will.add(muted);
     sendToSink(tools_.connection, tools_.graph, muted, stored);
-    const bool isToldSo = stored.empty() || tools_.graph.nodeNamed(stored) != nullptr;
+    const bool isToldSo = stored.empty() || deviceNamed(tools_.graph, stored) != nullptr;
     if (!isToldSo) {
         tools_.remember(stream.routeKey, stored);
     }

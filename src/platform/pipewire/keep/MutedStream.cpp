@@ -63,7 +63,7 @@ void sendToSink(Connection& connection,
                 const Graph& graph,
                 const MutedStream& muted,
                 const std::string& stored) {
-    const Node* const device = graph.nodeNamed(stored);
+    const Node* const device = deviceNamed(graph, stored);
     connection.setSessionMetadata(
         muted.id,
         targetObjectKey,

@@ -10,11 +10,7 @@
 namespace velmora::pipewire {
 namespace {
 
-using namespace std::chrono_literals;
 namespace fs = std::filesystem;
-
-/// The file is a second behind, or a little more on a busy machine.
-constexpr auto writtenWithin = 3s;
 
 /// Of the two kinds, the one that is in use; after an update both are there.
 std::optional<fs::path> newestFile(const fs::path& folder) {
@@ -83,6 +79,15 @@ std::optional<std::string> RouteMemory::lastChoice(const RouteKey& key,
     return isFresh ? std::optional(chosen->second.device) : std::nullopt;
 }
 
+std::optional<std::string> RouteMemory::written(const RouteKey& key) const {
+    if (const auto path = newestFile(folder_)) {
+        if (std::ifstream file(*path); file) {
+            return storedDevice(file, key).value_or("");
+        }
+    }
+    return std::nullopt;
+}
+
 std::string RouteMemory::device(const Node& stream, Clock::time_point now) const {
     if (stream.routeKey.isEmpty()) {
         return {};
@@ -90,10 +95,8 @@ std::string RouteMemory::device(const Node& stream, Clock::time_point now) const
     if (const auto chosen = lastChoice(stream.routeKey, now)) {
         return *chosen;
     }
-    if (const auto path = newestFile(folder_)) {
-        if (std::ifstream file(*path); file) {
-            return storedDevice(file, stream.routeKey).value_or("");
-        }
+    if (const auto device = written(stream.routeKey)) {
+        return *device;
     }
     for (const char* const key : {targetObjectKey, targetNodeKey}) {
         const auto value = graph_.metadata(sessionMetadata, stream.id, key);

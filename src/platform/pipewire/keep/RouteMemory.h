@@ -33,6 +33,13 @@ public:
     /// empty when none is. Where the files cannot be read: the stream's own target.
     [[nodiscard]] std::string device(const Node& stream, Clock::time_point now) const;
 
+    /// As the session manager's file has it, which is some seconds behind; empty when none is
+    /// stored, no value when the files cannot be read.
+    [[nodiscard]] std::optional<std::string> written(const RouteKey& key) const;
+
+    /// How far behind the file is, or a little more on a busy machine.
+    static constexpr std::chrono::seconds writtenWithin{3};
+
     /// What the user has chosen for a stream of the kind just now; none when nothing.
     [[nodiscard]] std::optional<std::string> lastChoice(const RouteKey& key,
                                                         Clock::time_point now) const;

@@ -14,48 +14,66 @@ using namespace std::chrono_literals;
 /// does not say when it does: 4 ms later on an idle machine.
 constexpr std::array<std::chrono::milliseconds, 5> tellAfter = {20ms, 60ms, 200ms, 500ms, 1000ms};
 
+/// A namesake is told once in its life. From then on, until it goes, the session manager sends new
+/// streams of the kind to it, and ends those that may not be moved when it cannot. So it stays no
+/// longer than it must, and what the session manager has written afterwards says whether another
+/// one is needed.
+constexpr std::array<std::chrono::milliseconds, 3> tellNamesakeAfter = {100ms, 500ms, 2000ms};
+
+/// How long the session manager may take to tell everybody of a new target.
+constexpr auto heardWithin = 500ms;
+
+/// It writes its file a second after a change.
+constexpr auto writtenSoonestAfter = 1300ms;
+
 /// How long the daemon may take to make the stand-in.
 constexpr auto madeWithin = 2s;
 
 } // namespace
 
 void RouteWriter::write(const RouteKey& key, const std::string& device) {
-    const bool isThere = device.empty() || graph_.nodeNamed(device) != nullptr;
+    standIns_.insert_or_assign(key, standInFor(key, device));
+}
+
+RouteWriter::StandIn RouteWriter::standInFor(const RouteKey& key, const std::string& device) {
+    const bool isNamesake = !device.empty() && deviceNamed(graph_, device) == nullptr;
     auto node = connection_.create("spa-node-factory",
                                    PW_TYPE_INTERFACE_Node,
                                    PW_VERSION_NODE,
                                    {{"factory.name", "support.node.driver"},
                                     {"media.class", "Stream/Output/Audio"},
-                                    // What it is sent to is remembered by its name. When that is
-                                    // not there, it is sent to itself.
-                                    {"node.name", isThere ? newName_() : device},
+                                    // What it is sent to is remembered by its name.
+                                    {"node.name", isNamesake ? device : newName_()},
                                     {key.property, key.value},
                                     {"node.autoconnect", "false"},
                                     {"node.virtual", "true"},
                                     {"priority.driver", "0"}});
-    standIns_.insert_or_assign(
-        key, StandIn{.node = std::move(node), .device = device, .since = {}, .told = 0});
+    return {.node = std::move(node), .device = device, .isNamesake = isNamesake};
 }
 
 std::optional<RouteWriter::Clock::time_point> RouteWriter::follow(Clock::time_point now) {
     std::optional<Clock::time_point> comeAgain;
     for (auto one = standIns_.begin(); one != standIns_.end();) {
-        const auto choice = memory_.lastChoice(one->first, now);
-        const bool isOutdated = choice && *choice != one->second.device;
-        const auto due = isOutdated ? std::nullopt : follow(one->second, now);
+        auto& [key, standIn] = *one;
+        const auto choice = memory_.lastChoice(key, now);
+        const bool isOutdated = choice && *choice != standIn.device;
+        const auto due = isOutdated ? std::nullopt : follow(key, standIn, now);
         if (due) {
             comeAgain = std::min(comeAgain.value_or(*due), *due);
             ++one;
         } else {
-            done_(one->first);
+            done_(key);
             one = standIns_.erase(one);
         }
     }
     return comeAgain;
 }
 
-std::optional<RouteWriter::Clock::time_point> RouteWriter::follow(StandIn& standIn,
-                                                                  Clock::time_point now) {
+std::optional<RouteWriter::Clock::time_point>
+RouteWriter::follow(const RouteKey& key, StandIn& standIn, Clock::time_point now) {
+    if (standIn.leftAt) {
+        return followLeft(key, standIn, now);
+    }
     const GlobalId id = standIn.node ? pw_proxy_get_bound_id(standIn.node.get()) : SPA_ID_INVALID;
     const Node* const node = id == SPA_ID_INVALID ? nullptr : graph_.nodeWithId(id);
     if (!standIn.since) {
@@ -67,12 +85,62 @@ std::optional<RouteWriter::Clock::time_point> RouteWriter::follow(StandIn& stand
         const bool mayCome = standIn.node && standIn.told == 0 && now < end;
         return mayCome ? std::optional(end) : std::nullopt;
     }
-    if (now >= *standIn.since + tellAfter.at(standIn.told)) {
-        tell(*node, standIn.device, standIn.told++);
+    if (standIn.isNamesake && standIn.told > 0) {
+        return followTold(standIn, *node, now);
     }
-    return standIn.told < tellAfter.size()
-               ? std::optional(*standIn.since + tellAfter.at(standIn.told))
-               : std::nullopt;
+    if (!standIn.isNamesake && !standIn.device.empty() &&
+        deviceNamed(graph_, standIn.device) == nullptr) {
+        return leave(standIn, now); // it has gone; what was told before may have been heeded
+    }
+    const auto nextTell = [&] {
+        return *standIn.since + (standIn.isNamesake ? tellNamesakeAfter.at(standIn.attempts - 1)
+                                                    : tellAfter.at(standIn.told));
+    };
+    if (now >= nextTell()) {
+        tell(*node, standIn, now);
+        if (standIn.isNamesake) {
+            return followTold(standIn, *node, now);
+        }
+    }
+    return standIn.told < tellAfter.size() ? std::optional(nextTell()) : std::nullopt;
+}
+
+std::optional<RouteWriter::Clock::time_point>
+RouteWriter::followTold(StandIn& namesake, const Node& node, Clock::time_point now) {
+    const auto end = *namesake.toldAt + heardWithin;
+    if (now < end && !graph_.metadata(sessionMetadata, node.id, targetNodeKey)) {
+        return end;
+    }
+    return leave(namesake, now);
+}
+
+RouteWriter::Clock::time_point RouteWriter::leave(StandIn& standIn, Clock::time_point now) {
+    standIn.node.reset();
+    standIn.leftAt = now;
+    return now + writtenSoonestAfter;
+}
+
+std::optional<RouteWriter::Clock::time_point>
+RouteWriter::followLeft(const RouteKey& key, StandIn& standIn, Clock::time_point now) {
+    const auto soonest = *standIn.leftAt + writtenSoonestAfter;
+    const auto latest = *standIn.leftAt + RouteMemory::writtenWithin;
+    if (now < soonest) {
+        return soonest;
+    }
+    const auto written = memory_.written(key);
+    if (!written || *written == standIn.device) {
+        return std::nullopt;
+    }
+    if (now < latest) {
+        return latest;
+    }
+    if (standIn.attempts >= tellNamesakeAfter.size()) {
+        return std::nullopt;
+    }
+    const std::size_t attempts = standIn.attempts + 1;
+    standIn = standInFor(key, standIn.device);
+    standIn.attempts = attempts;
+    return now + madeWithin;
 }
 
 void RouteWriter::giveUp() {
@@ -82,14 +150,16 @@ void RouteWriter::giveUp() {
     clear();
 }
 
-void RouteWriter::tell(const Node& standIn, const std::string& device, std::size_t told) {
-    const Node* const target = graph_.nodeNamed(device);
+void RouteWriter::tell(const Node& node, StandIn& standIn, Clock::time_point now) {
+    const Node* const target = standIn.isNamesake ? &node : deviceNamed(graph_, standIn.device);
     const std::string id = target == nullptr ? "-1" : std::to_string(target->id);
     // What it was told before would not be noticed; the type is heeded by nobody.
     connection_.setSessionMetadata(
-        standIn.id,
+        node.id,
         targetNodeKey,
-        MetadataValue{.type = told % 2 == 0 ? "Spa:Id" : "Spa:Int", .value = id});
+        MetadataValue{.type = standIn.told % 2 == 0 ? "Spa:Id" : "Spa:Int", .value = id});
+    ++standIn.told;
+    standIn.toldAt = standIn.toldAt.value_or(now);
 }
 
 } // namespace velmora::pipewire

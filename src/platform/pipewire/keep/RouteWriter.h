@@ -20,7 +20,9 @@ namespace velmora::pipewire {
 using StoredRoutes = std::map<RouteKey, std::string>;
 
 /// The session manager remembers what a stream was last sent to, and nothing else makes it. So a
-/// stream of ours that plays nothing stands for the kind during a second, and is told to go there.
+/// stream of ours that plays nothing stands for the kind for a moment, and is told to go there. A
+/// device that is not there has nothing that could be gone to; then the stand-in bears its name and
+/// is told to go to itself.
 ///
 /// Threads: any, with the control loop's lock.
 class RouteWriter {
@@ -52,12 +54,25 @@ private:
     struct StandIn {
         ProxyHandle node;
         std::string device;
-        std::optional<Clock::time_point> since; ///< it was first looked for
-        std::size_t told = 0;                   ///< times
+        bool isNamesake = false;
+        std::size_t attempts = 1;
+        std::size_t told = 0;                      ///< times
+        std::optional<Clock::time_point> since{};  ///< it was first looked for
+        std::optional<Clock::time_point> toldAt{}; ///< the first time
+        std::optional<Clock::time_point>
+            leftAt{}; ///< nothing is told any more; its work is looked at
     };
-    /// Returns when to come again; none when it is done.
-    std::optional<Clock::time_point> follow(StandIn& standIn, Clock::time_point now);
-    void tell(const Node& standIn, const std::string& device, std::size_t told);
+
+    [[nodiscard]] StandIn standInFor(const RouteKey& key, const std::string& device);
+    /// Each returns when to come again; none when it is done.
+    std::optional<Clock::time_point>
+    follow(const RouteKey& key, StandIn& standIn, Clock::time_point now);
+    std::optional<Clock::time_point>
+    followTold(StandIn& namesake, const Node& node, Clock::time_point now);
+    std::optional<Clock::time_point>
+    followLeft(const RouteKey& key, StandIn& standIn, Clock::time_point now);
+    static Clock::time_point leave(StandIn& standIn, Clock::time_point now);
+    void tell(const Node& node, StandIn& standIn, Clock::time_point now);
 
     Connection& connection_;
     const Graph& graph_;

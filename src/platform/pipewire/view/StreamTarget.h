@@ -26,6 +26,10 @@ inline constexpr const char* targetNodeKey = "target.node";
     return node.mediaClass == "Audio/Sink/Internal";
 }
 
+/// What a stream can be sent to by its `node.name`: no stream, whatever it is called. Null when it
+/// is not there.
+[[nodiscard]] const Node* deviceNamed(const Graph& graph, std::string_view name);
+
 /// Null when the value names nothing that is there.
 [[nodiscard]] const Node*
 targetOf(const Graph& graph, std::string_view key, const MetadataValue& value);

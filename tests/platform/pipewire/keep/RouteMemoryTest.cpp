@@ -60,6 +60,17 @@ TEST_F(RouteMemoryTest, IsWhatWasChosenSinceTheFileWasWritten) {
     EXPECT_EQ(device(), "speakers");
 }
 
+TEST_F(RouteMemoryTest, WhatIsWrittenIsWhatTheFileSaysWhateverWasChosenSince) {
+    const RouteKey music{.property = "media.role", .value = "Music"};
+    EXPECT_EQ(memory.written(music), std::nullopt) << "no file";
+
+    write("restore-stream", "television");
+    send(stream, "target.object", headset);
+
+    EXPECT_EQ(memory.written(music), "television");
+    EXPECT_EQ(memory.written({.property = "media.role", .value = "Game"}), "");
+}
+
 TEST_F(RouteMemoryTest, IsTheFilesAgainOnceThatIsWritten) {
     send(stream, "target.object", headset);
     write("restore-stream", "television");

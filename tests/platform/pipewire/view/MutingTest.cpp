@@ -1,6 +1,7 @@
 #include "platform/pipewire/view/Muting.h"
 
 #include "GraphBuilder.h"
+#include "platform/pipewire/view/StreamTarget.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -34,6 +35,16 @@ TEST(MuteLayout, IsStereoWhenNothingIsKnown) {
     const Graph graph;
 
     EXPECT_EQ(targetLayout(graph, {}), "[FL,FR]");
+}
+
+TEST(DeviceNamed, IsNoStreamWhateverItIsCalled) {
+    GraphBuilder builder;
+    builder.addNode("headset", "Stream/Output/Audio");
+    EXPECT_EQ(deviceNamed(builder.graph, "headset"), nullptr);
+
+    const Serial headset = builder.addSink("headset", {"FL", "FR"});
+    EXPECT_EQ(deviceNamed(builder.graph, "headset"), builder.graph.node(headset));
+    EXPECT_EQ(deviceNamed(builder.graph, "speakers"), nullptr);
 }
 
 /// A stream that a session manager has sent from the speakers to another sink.

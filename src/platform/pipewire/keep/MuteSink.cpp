@@ -15,6 +15,10 @@ using namespace std::chrono_literals;
 /// targets that was read again, may arrive in another order.
 constexpr auto staysAway = 30ms;
 
+/// On a busy machine, what we have asked for is seen to be so by then; until then nobody is taken
+/// for somebody who sends the stream away.
+constexpr auto answersWithin = 400ms;
+
 /// Whoever sends a stream elsewhere more often than this, within this time, means it.
 constexpr std::size_t mostFetches = 3;
 constexpr auto fetchesCount = 1min;
@@ -130,13 +134,17 @@ MuteSink::Sent& MuteSink::send(const Node& stream, Serial sink, Clock::time_poin
         sent.muted = muteOf(tools_.graph, stream, sink);
     }
     sent.muted.sink = sink; // what a known one names now is our own sink before this one
-    tell(stream, sent.muted, tools_.memory.device(stream, now));
+    tell(stream, sent, tools_.memory.device(stream, now), now);
     return sent;
 }
 
-void MuteSink::tell(const Node& stream, const MutedStream& muted, const std::string& stored) {
-    tools_.will.add(muted);
-    sendToSink(tools_.connection, tools_.graph, muted, stored);
+void MuteSink::tell(const Node& stream,
+                    Sent& sent,
+                    const std::string& stored,
+                    Clock::time_point now) {
+    tools_.will.add(sent.muted);
+    sendToSink(tools_.connection, tools_.graph, sent.muted, stored);
+    sent.askedAt = now;
     const bool isToldSo = stored.empty() || deviceNamed(tools_.graph, stored) != nullptr;
     if (!isToldSo) {
         tools_.remember(stream.routeKey, stored);
@@ -149,12 +157,17 @@ MuteSink::fetchBack(const Node& stream, Sent& sent, Clock::time_point now) {
     const auto target = tools_.graph.metadata(sessionMetadata, stream.id, targetObjectKey);
     if (target && target->value == std::to_string(sent.muted.sink)) {
         sent.awaySince.reset();
+        sent.askedAt.reset();
         return std::nullopt;
     }
     isSilencing_ = isSilencing_ && !sent.isGivenUp;
     if (sent.isGivenUp) {
         return std::nullopt;
     }
+    if (sent.askedAt && now < *sent.askedAt + answersWithin) {
+        return *sent.askedAt + answersWithin;
+    }
+    sent.askedAt.reset();
     sent.awaySince = sent.awaySince.value_or(now);
     if (now < *sent.awaySince + staysAway) {
         return *sent.awaySince + staysAway;
@@ -170,7 +183,7 @@ MuteSink::fetchBack(const Node& stream, Sent& sent, Clock::time_point now) {
     sent.fetched.push_back(now);
     const bool hasDevice = target && targetOf(tools_.graph, targetObjectKey, *target) != nullptr;
     takeOverTargets(tools_.graph, sent.muted);
-    tell(stream, sent.muted, hasDevice ? tools_.memory.device(stream, now) : "");
+    tell(stream, sent, hasDevice ? tools_.memory.device(stream, now) : "", now);
     return std::nullopt;
 }
 

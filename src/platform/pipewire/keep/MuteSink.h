@@ -66,6 +66,7 @@ private:
     struct Sent {
         MutedStream muted;
         std::vector<Clock::time_point> fetched;       ///< back, during the last minute
+        std::optional<Clock::time_point> askedAt{};   ///< to come here; not yet seen to be obeyed
         std::optional<Clock::time_point> awaySince{}; ///< somebody has sent it elsewhere
         std::optional<Clock::time_point> heardSince{};
         bool isGivenUp = false; ///< somebody keeps sending it elsewhere
@@ -77,7 +78,7 @@ private:
     std::optional<Clock::time_point>
     fetchBack(const Node& stream, Sent& sent, Clock::time_point now);
     std::optional<Clock::time_point> listen(const Node& stream, Sent& sent, Clock::time_point now);
-    void tell(const Node& stream, const MutedStream& muted, const std::string& stored);
+    void tell(const Node& stream, Sent& sent, const std::string& stored, Clock::time_point now);
     void removeLeftLinks(Serial stream, Serial sink);
     /// Takes from the list whatever `isPast`.
     template <typename Predicate>

@@ -124,7 +124,7 @@ TEST_F(MutedByOthers, IsGivenBackWhenItIsInTheListTwice) {
     engine.setDirectMuted(false, source);
 
     EXPECT_TRUE(atSpeakers.hears(0, leftHz, playedDb));
-    const SessionMemory after = memoryOf(session());
+    const SessionMemory after = memoryOf(session(), before);
     EXPECT_EQ(after.files, before.files);
     EXPECT_EQ(after.metadata, before.metadata);
 }

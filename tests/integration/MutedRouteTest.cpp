@@ -121,7 +121,7 @@ TEST_F(MutedRoute, IsKeptForAnotherApplicationOfTheSameKind) {
     other.play("two", otherLeftHz, otherRightHz, playedDb);
 
     EXPECT_TRUE(atHeadset().hears(0, otherLeftHz, playedDb));
-    EXPECT_EQ(memoryOf(session()).files, before.files);
+    EXPECT_EQ(memoryOf(session(), before).files, before.files);
 }
 
 TEST_F(MutedRoute, IsKeptWhenItWasChosenAMomentBefore) {
@@ -147,12 +147,12 @@ TEST_F(MutedRoute, IsKeptWhileItsDeviceIsAway) {
     const AudioSource source = muted(app);
     mix({source});
     ASSERT_TRUE(atSpeakers.isSilentAt(0, otherLeftHz));
-    EXPECT_EQ(memoryOf(session()).files, before.files);
+    EXPECT_EQ(memoryOf(session(), before).files, before.files);
 
     engine.setDirectMuted(false, source);
 
     EXPECT_TRUE(atSpeakers.hears(0, otherLeftHz, playedDb));
-    const SessionMemory after = memoryOf(session());
+    const SessionMemory after = memoryOf(session(), before);
     EXPECT_EQ(after.files, before.files);
     EXPECT_EQ(after.metadata, before.metadata);
 }
@@ -168,8 +168,8 @@ TEST_F(MutedRoute, IsKeptWhenTheMixerEndsOrIsKilled) {
         ::kill(mixer.pid(), signal);
 
         EXPECT_TRUE(atSpeakers.hears(0, otherLeftHz, playedDb));
-        static_cast<void>(memoryOf(session())); // the choice is written back a little later
-        const SessionMemory after = memoryOf(session());
+        static_cast<void>(memoryOf(session())); // what the mute has changed is written by then
+        const SessionMemory after = memoryOf(session(), before);
         EXPECT_EQ(after.files, before.files) << signal;
         EXPECT_EQ(after.metadata, before.metadata) << signal;
     }

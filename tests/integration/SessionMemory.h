@@ -54,6 +54,17 @@ inline SessionMemory memoryOf(const support::PrivateSession& session) {
     return found;
 }
 
+/// Once its files are as in `expected`, or else as they are after all the time that writing may
+/// take: when the session manager did not hear of a choice, it is told again seconds later.
+inline SessionMemory memoryOf(const support::PrivateSession& session,
+                              const SessionMemory& expected) {
+    SessionMemory found = memoryOf(session);
+    for (int times = 0; times < 6 && found.files != expected.files; ++times) {
+        found = memoryOf(session);
+    }
+    return found;
+}
+
 /// As the user does it in a mixer of the desktop.
 inline void sendTo(const support::PrivateSession& session,
                    const std::string& stream,

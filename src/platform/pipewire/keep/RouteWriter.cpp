@@ -18,7 +18,7 @@ constexpr std::array<std::chrono::milliseconds, 5> tellAfter = {20ms, 60ms, 200m
 /// streams of the kind to it, and ends those that may not be moved when it cannot. So it stays no
 /// longer than it must, and what the session manager has written afterwards says whether another
 /// one is needed.
-constexpr std::array<std::chrono::milliseconds, 3> tellNamesakeAfter = {100ms, 500ms, 2000ms};
+constexpr std::array<std::chrono::milliseconds, 3> tellNamesakeAfter = {200ms, 500ms, 2000ms};
 
 /// How long the session manager may take to tell everybody of a new target.
 constexpr auto heardWithin = 500ms;

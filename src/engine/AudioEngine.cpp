@@ -109,6 +109,14 @@ void AudioEngine::setFxBypassed(bool bypassed) {
     notifyIf(differs);
 }
 
+void AudioEngine::setMicrophoneClosed(bool closed) {
+    const bool differs = std::exchange(mixSettings_.isMicrophoneClosed, closed) != closed;
+    if (RunningMix* const mix = keeper_.mix()) {
+        mix->followMicrophone();
+    }
+    notifyIf(differs);
+}
+
 void AudioEngine::setHeadphoneVolume(float volume) {
     const bool differs = volume != headphoneVolume();
     if (RunningMix* const mix = keeper_.mix()) {

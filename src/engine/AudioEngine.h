@@ -77,6 +77,11 @@ public:
     [[nodiscard]] bool fxBypassed() const { return mixSettings_.fxBypassed; }
     void setFxBypassed(bool bypassed);
 
+    /// Nothing reaches the virtual microphone, whatever its volume; monitoring goes on. Closing and
+    /// opening fade for a few milliseconds. Not kept.
+    [[nodiscard]] bool isMicrophoneClosed() const { return mixSettings_.isMicrophoneClosed; }
+    void setMicrophoneClosed(bool closed);
+
     /// Linear, 1.0 = unity, not bounded here.
     [[nodiscard]] float headphoneVolume() const { return settings_.headphoneVolume(); }
     void setHeadphoneVolume(float volume);

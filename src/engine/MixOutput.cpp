@@ -6,6 +6,7 @@
 #include "engine/realtime/OutputMix.h"
 #include "engine/realtime/ParamBox.h"
 #include "engine/realtime/RingSetBox.h"
+#include "engine/realtime/TalkGate.h"
 
 #include <span>
 #include <utility>
@@ -40,15 +41,18 @@ std::unique_ptr<OutputUnit> makeOutputEngine(AudioDevices& devices,
                                              const OutputTarget& target,
                                              std::shared_ptr<RingSetBox> rings,
                                              std::shared_ptr<Limiter> limiter,
-                                             std::shared_ptr<ParamBox> volume) {
+                                             std::shared_ptr<ParamBox> volume,
+                                             std::shared_ptr<TalkGate> gate) {
     auto unit = unitOrThrow(units.makeOutput());
     throwIfRefused(unit->setDevice(target.device), {.kind = Problem::Kind::outputNotAssigned});
     devices.requestBufferFrames(target.device, requestedBlockFrames);
     routeChannels(*unit, devices, target);
     limiter->setSampleRate(unit->sampleRate());
+    gate->begin(unit->sampleRate());
     auto mix = std::make_shared<OutputMix>(std::move(rings), std::move(limiter), std::move(volume));
-    throwIfRefused(unit->start([mix](std::int64_t frames, std::span<float* const> channels) {
+    throwIfRefused(unit->start([mix, gate](std::int64_t frames, std::span<float* const> channels) {
         mix->render(frames, channels);
+        gate->process(frames, channels);
     }),
                    {.kind = Problem::Kind::outputNotStarted});
     return unit;
@@ -56,14 +60,14 @@ std::unique_ptr<OutputUnit> makeOutputEngine(AudioDevices& devices,
 
 MixOutput::MixOutput(float volume)
     : rings_(std::make_shared<RingSetBox>()), limiter_(std::make_shared<Limiter>()),
-      volume_(std::make_shared<ParamBox>(volume)) {
+      volume_(std::make_shared<ParamBox>(volume)), gate_(std::make_shared<TalkGate>()) {
 }
 
 MixOutput::~MixOutput() = default;
 
 void MixOutput::open(AudioDevices& devices, AudioUnits& units, const OutputTarget& target) {
     close();
-    unit_ = makeOutputEngine(devices, units, target, rings_, limiter_, volume_);
+    unit_ = makeOutputEngine(devices, units, target, rings_, limiter_, volume_, gate_);
     target_ = target;
 }
 
@@ -84,6 +88,10 @@ double MixOutput::sampleRate() const {
 
 void MixOutput::setVolume(float volume) {
     volume_->set(volume);
+}
+
+void MixOutput::setOpen(bool open) {
+    gate_->setOpen(open);
 }
 
 void MixOutput::setRings(std::vector<std::shared_ptr<RingBuffer>> rings) {

@@ -1,4 +1,4 @@
-// MixOutput.h: one of the two outputs: what it mixes, its volume and its limiter.
+// MixOutput.h: one of the two outputs: what it mixes, its volume, its limiter and its gate.
 #pragma once
 
 #include "platform/AudioDevices.h"
@@ -14,6 +14,7 @@ namespace velmora {
 class ParamBox;
 class RingBuffer;
 class RingSetBox;
+class TalkGate;
 struct Limiter;
 
 /// Where an output plays: a device and the 1-based channel of its left signal.
@@ -25,17 +26,18 @@ struct OutputTarget {
 };
 
 /// Builds and starts an output that plays the mix of `rings` on two neighbouring channels of the
-/// device; the limiter's release is made for the rate at which blocks come. Destroying the unit
-/// stops it.
+/// device; the limiter's release and the gate's fade are made for the rate at which blocks come.
+/// Destroying the unit stops it.
 ///
-/// Threads: main; no render thread may be using `limiter`.
+/// Threads: main; no render thread may be using `limiter` or `gate`.
 /// Errors: throws VelmoraError; nothing is left running.
 [[nodiscard]] std::unique_ptr<OutputUnit> makeOutputEngine(AudioDevices& devices,
                                                            AudioUnits& units,
                                                            const OutputTarget& target,
                                                            std::shared_ptr<RingSetBox> rings,
                                                            std::shared_ptr<Limiter> limiter,
-                                                           std::shared_ptr<ParamBox> volume);
+                                                           std::shared_ptr<ParamBox> volume,
+                                                           std::shared_ptr<TalkGate> gate);
 
 /// Keeps the boxes that its render thread reads across any number of openings.
 ///
@@ -59,6 +61,8 @@ public:
     [[nodiscard]] double sampleRate() const;
 
     void setVolume(float volume);
+    /// Open from the beginning. Closed, it plays silence; while it runs, the change fades.
+    void setOpen(bool open);
     /// Heard from the next block on.
     void setRings(std::vector<std::shared_ptr<RingBuffer>> rings);
 
@@ -66,6 +70,7 @@ private:
     std::shared_ptr<RingSetBox> rings_;
     std::shared_ptr<Limiter> limiter_; // render thread while the unit runs, main otherwise
     std::shared_ptr<ParamBox> volume_;
+    std::shared_ptr<TalkGate> gate_;
     std::unique_ptr<OutputUnit> unit_;
     std::optional<OutputTarget> target_;
 };

@@ -50,6 +50,7 @@ RunningMix::RunningMix(const Platform& platform, const MixSettings& settings)
     if (!microphone) {
         throw VelmoraError::noVirtualMic();
     }
+    followMicrophone();
     stream_.open(platform.devices, platform.units, {.device = *microphone, .firstChannel = 1});
     rateHz_ = stream_.sampleRate();
 }
@@ -171,6 +172,10 @@ void RunningMix::followBypass() {
     for (const auto& capture : captures_) {
         capture->boxes().fx->setBypass(settings_.fxBypassed);
     }
+}
+
+void RunningMix::followMicrophone() {
+    stream_.setOpen(!settings_.isMicrophoneClosed);
 }
 
 void RunningMix::startCapture(SourceCapture& capture) const {

@@ -22,6 +22,7 @@ class SourceCapture;
 struct MixSettings {
     EngineSettings& kept;
     bool fxBypassed{};
+    bool isMicrophoneClosed{};
     /// The source's process has ended and its number is another's, which is not to be heard.
     std::function<bool(const AudioSource& source)> isAnothers{};
 };
@@ -81,6 +82,8 @@ public:
     void setHeadphoneVolume(float volume) { monitor_.setVolume(volume); }
     /// The bypass was set anew.
     void followBypass();
+    /// The microphone was closed or opened.
+    void followMicrophone();
 
     [[nodiscard]] std::vector<SourceStatistics> statistics() const;
     void restartBacklogRanges();

@@ -4,6 +4,7 @@
 #include "engine/realtime/Limiter.h"
 #include "engine/realtime/ParamBox.h"
 #include "engine/realtime/RingSetBox.h"
+#include "engine/realtime/TalkGate.h"
 #include "platform/simulated/SimulatedPlatform.h"
 
 #include <array>
@@ -20,7 +21,7 @@ class OutputEngine : public testing::Test {
 protected:
     std::unique_ptr<OutputUnit> make(AudioObjectID device, std::int64_t firstChannel) {
         return makeOutputEngine(
-            machine.devices, machine.units, {device, firstChannel}, rings, limiter, volume);
+            machine.devices, machine.units, {device, firstChannel}, rings, limiter, volume, gate);
     }
 
     AudioObjectID addOutput(std::uint32_t channels, double rateHz = 48000.0) {
@@ -68,6 +69,7 @@ protected:
     }();
     std::shared_ptr<Limiter> limiter = std::make_shared<Limiter>();
     std::shared_ptr<ParamBox> volume = std::make_shared<ParamBox>(1.0F);
+    std::shared_ptr<TalkGate> gate = std::make_shared<TalkGate>();
 };
 
 TEST_F(OutputEngine, PlaysOnTheFirstTwoChannelsByDefault) {

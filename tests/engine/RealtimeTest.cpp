@@ -39,6 +39,7 @@ TEST_F(EngineRealtime, UsesNoHeapInAnyCallback) {
     engine.setFX(everything, thirdPair);
     engine.setGain(0.5F, browser);
     engine.setStreamVolume(0.7F);
+    engine.setMicrophoneClosed(true);
     machine.advanceCycles(5);
     engine.setFxBypassed(true);
     machine.advanceCycles(5);

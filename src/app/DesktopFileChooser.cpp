@@ -59,7 +59,7 @@ void DesktopFileChooser::ask(const FileQuestion& question, bool isForSaving, con
         askHere(question, isForSaving, chosen);
         return;
     }
-    new PortalFileDialog(
+    showPortalFileDialog(
         bus_,
         {.isForSaving = isForSaving,
          .title = question.title,

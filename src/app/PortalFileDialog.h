@@ -1,48 +1,31 @@
 // PortalFileDialog.h: one file dialog of the desktop portal, over D-Bus.
 #pragma once
 
-#include <QDBusConnection>
-#include <QObject>
 #include <QString>
-#include <QVariantMap>
 #include <functional>
+
+class QDBusConnection;
+class QObject;
 
 namespace velmora {
 
-/// Asks one question and deletes itself with the answer. Threads: main.
-class PortalFileDialog : public QObject {
-    Q_OBJECT
-
-public:
-    struct Question {
-        bool isForSaving{};
-        QString title{};
-        QString suggestedName{};
-        QString parentWindow{}; ///< as the portal names windows; empty = none
-    };
-    /// Each is called later, from the event loop, and one of them at most: none when the user
-    /// cancels.
-    struct Answers {
-        std::function<void(const QString& path)> chosen;
-        std::function<void()> unavailable; ///< no portal, or one that has no dialog to show
-    };
-
-    PortalFileDialog(const QDBusConnection& bus,
-                     const Question& question,
-                     Answers answers,
-                     QObject* parent);
-
-private Q_SLOTS:
-    void respond(uint response, const QVariantMap& results);
-
-private:
-    void expectResponseAt(const QString& request);
-    void end(const std::function<void()>& answer);
-
-    QDBusConnection bus_;
-    Answers answers_;
-    QString request_; // path of the object that tells the answer
-    bool ended_ = false;
+struct PortalFileQuestion {
+    bool isForSaving{};
+    QString title{};
+    QString suggestedName{};
+    QString parentWindow{}; ///< as the portal names windows; empty = none
 };
+
+/// Each is called later, from the event loop, and one of them at most: none when the user cancels.
+struct PortalFileAnswers {
+    std::function<void(const QString& path)> chosen;
+    std::function<void()> unavailable; ///< no portal, or one that has no dialog to show
+};
+
+/// Asks; nothing is answered once `parent` has gone. Threads: main.
+void showPortalFileDialog(const QDBusConnection& bus,
+                          const PortalFileQuestion& question,
+                          const PortalFileAnswers& answers,
+                          QObject* parent);
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 
 #include "app/DesktopFileChooser.h"
 
+#include "platform/desktop/BusLeave.h"
 #include "platform/desktop/FakePortal.h"
 #include "platform/desktop/PrivateBus.h"
 #include "platform/simulated/SimulatedPlatform.h"
@@ -35,7 +36,7 @@ public:
         EXPECT_TRUE(bus_.registerVirtualObject(portalPath, this));
         EXPECT_TRUE(bus_.registerService(portalService));
     }
-    ~AskingPortal() override { QDBusConnection::disconnectFromBus("asking-portal"); }
+    ~AskingPortal() override { leaveBus(bus_, *this, portalPath); }
     AskingPortal(const AskingPortal&) = delete;
     AskingPortal& operator=(const AskingPortal&) = delete;
 
@@ -205,6 +206,14 @@ TEST_F(FileChoice, APortalThatCannotShowItsDialogIsReplacedByQts) {
     QTest::keyClick(shown, Qt::Key_Escape);
     EXPECT_TRUE(soon([&] { return QApplication::activeWindow() == nullptr; }));
     EXPECT_EQ(chosen, std::nullopt);
+}
+
+TEST_F(FileChoice, APortalThatGoesBeforeItAnswersIsReplacedByQts) {
+    makePortal();
+    askToOpen();
+    ASSERT_TRUE(soon([&] { return !portal->asked.isEmpty(); }));
+    portal.reset();
+    EXPECT_NE(dialog(), nullptr);
 }
 
 TEST_F(FileChoice, ASecondQuestionTakesThePlaceOfTheFirst) {

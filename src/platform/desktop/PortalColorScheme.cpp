@@ -1,5 +1,7 @@
 #include "platform/desktop/PortalColorScheme.h"
 
+#include "platform/desktop/PortalRequest.h"
+
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
@@ -13,8 +15,6 @@ namespace velmora {
 
 namespace {
 
-const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
 const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString colorSchemeKey = QStringLiteral("color-scheme");
@@ -40,8 +40,8 @@ PortalColorScheme::PortalColorScheme(const QString& busAddress, Receiver receive
     if (!bus_.isConnected()) {
         return;
     }
-    const bool follows = bus_.connect(service,
-                                      path,
+    const bool follows = bus_.connect(portalService,
+                                      portalPath,
                                       settings,
                                       QStringLiteral("SettingChanged"),
                                       this,
@@ -49,8 +49,8 @@ PortalColorScheme::PortalColorScheme(const QString& busAddress, Receiver receive
     if (!follows) {
         qWarning("The desktop's colour scheme is read once and not followed.");
     }
-    auto* watcher =
-        new QDBusServiceWatcher(service, bus_, QDBusServiceWatcher::WatchForRegistration, this);
+    auto* watcher = new QDBusServiceWatcher(
+        portalService, bus_, QDBusServiceWatcher::WatchForRegistration, this);
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalColorScheme::read);
     read();
 }
@@ -62,7 +62,8 @@ PortalColorScheme::~PortalColorScheme() {
 }
 
 void PortalColorScheme::read() {
-    auto question = QDBusMessage::createMethodCall(service, path, settings, QStringLiteral("Read"));
+    auto question =
+        QDBusMessage::createMethodCall(portalService, portalPath, settings, QStringLiteral("Read"));
     question << appearanceGroup << colorSchemeKey;
     auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(question, answerMilliseconds), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {

@@ -21,7 +21,7 @@ public:
     PortalColorScheme(const QString& busAddress, Receiver receiver);
     ~PortalColorScheme() override;
 
-private slots:
+private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
 private:

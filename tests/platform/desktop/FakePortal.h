@@ -1,6 +1,9 @@
 // FakePortal.h: a desktop portal that says what a test wants.
 #pragma once
 
+#include "platform/desktop/BusLeave.h"
+#include "platform/desktop/PortalRequest.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -15,8 +18,6 @@ inline constexpr uint noPreference = 0;
 inline constexpr uint prefersDark = 1;
 inline constexpr uint prefersLight = 2;
 
-inline const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-inline const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 inline const QString colorScheme = QStringLiteral("color-scheme");
 
 /// The settings of a desktop portal, as far as colours go.
@@ -28,7 +29,7 @@ public:
         EXPECT_TRUE(bus_.registerVirtualObject(portalPath, this));
         EXPECT_TRUE(bus_.registerService(portalService));
     }
-    ~FakePortal() override { QDBusConnection::disconnectFromBus("fake-portal"); }
+    ~FakePortal() override { leaveBus(bus_, *this, portalPath); }
     FakePortal(const FakePortal&) = delete;
     FakePortal& operator=(const FakePortal&) = delete;
 

@@ -55,7 +55,9 @@ public:
                 .defaults = machine.defaults,
                 .mainQueue = machine.mainQueue,
                 .appearance = machine.appearance,
-                .loginItem = machine.loginItem};
+                .loginItem = machine.loginItem,
+                .shortcuts = machine.shortcuts,
+                .notices = machine.notices};
     }
 
 private:

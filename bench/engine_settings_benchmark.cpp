@@ -58,7 +58,9 @@ private:
                 .defaults = file.store,
                 .mainQueue = machine.mainQueue,
                 .appearance = machine.appearance,
-                .loginItem = machine.loginItem};
+                .loginItem = machine.loginItem,
+                .shortcuts = machine.shortcuts,
+                .notices = machine.notices};
     }
 
     SimulatedPlatform machine_;

@@ -42,7 +42,9 @@ Platform RealPlatform::platform() {
             .defaults = defaults_,
             .mainQueue = mainQueue_,
             .appearance = appearance_,
-            .loginItem = loginItem_};
+            .loginItem = loginItem_,
+            .shortcuts = shortcuts_,
+            .notices = notices_};
 }
 
 } // namespace velmora

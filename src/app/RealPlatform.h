@@ -5,6 +5,8 @@
 #include "platform/desktop/AutostartEntry.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "platform/desktop/DesktopApplications.h"
+#include "platform/desktop/DesktopNotices.h"
+#include "platform/desktop/DesktopShortcuts.h"
 #include "platform/pipewire/PipeWireAudio.h"
 #include "platform/qt/QtMainQueue.h"
 #include "platform/sqlite/SqliteDefaultsStore.h"
@@ -31,6 +33,8 @@ private:
     DesktopApplications applications_;
     DesktopAppearance appearance_;
     AutostartEntry loginItem_;
+    DesktopShortcuts shortcuts_;
+    DesktopNotices notices_;
     PipeWireAudio audio_;
 };
 

@@ -9,8 +9,10 @@ class ApplicationTaps;
 class AudioDevices;
 class AudioUnits;
 class DefaultsStore;
+class GlobalShortcuts;
 class LoginItem;
 class MainQueue;
+class Notices;
 class PublicSinks;
 
 /// References to one implementation of each interface. The implementations outlive every object
@@ -25,6 +27,8 @@ struct Platform {
     MainQueue& mainQueue;
     Appearance& appearance;
     LoginItem& loginItem;
+    GlobalShortcuts& shortcuts;
+    Notices& notices;
 };
 
 } // namespace velmora

@@ -26,7 +26,9 @@ Platform Studio::with(DefaultsStore& defaults) {
             .defaults = defaults,
             .mainQueue = machine.mainQueue,
             .appearance = machine.appearance,
-            .loginItem = machine.loginItem};
+            .loginItem = machine.loginItem,
+            .shortcuts = machine.shortcuts,
+            .notices = machine.notices};
 }
 
 void Studio::playBlock() {

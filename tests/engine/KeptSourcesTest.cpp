@@ -140,7 +140,9 @@ TEST_F(KeptSources, WhatComesInWhileTheMixIsBuiltIsNoLastingDelay) {
                       .defaults = machines.defaults,
                       .mainQueue = machines.mainQueue,
                       .appearance = machines.appearance,
-                      .loginItem = machines.loginItem});
+                      .loginItem = machines.loginItem,
+                      .shortcuts = machines.shortcuts,
+                      .notices = machines.notices});
     slow.replaceSources({player, wholeInput});
 
     slow.start();

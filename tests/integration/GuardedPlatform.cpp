@@ -123,7 +123,9 @@ Platform GuardedPlatform::platform() {
             .defaults = real_.defaults,
             .mainQueue = real_.mainQueue,
             .appearance = real_.appearance,
-            .loginItem = real_.loginItem};
+            .loginItem = real_.loginItem,
+            .shortcuts = real_.shortcuts,
+            .notices = real_.notices};
 }
 
 } // namespace velmora

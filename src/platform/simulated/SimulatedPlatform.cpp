@@ -18,7 +18,9 @@ Platform SimulatedPlatform::platform() {
             .defaults = defaults,
             .mainQueue = mainQueue,
             .appearance = appearance,
-            .loginItem = loginItem};
+            .loginItem = loginItem,
+            .shortcuts = shortcuts,
+            .notices = notices};
 }
 
 void SimulatedPlatform::advance(std::chrono::nanoseconds duration) {

@@ -10,7 +10,9 @@
 #include "platform/simulated/SimulatedDefaultsStore.h"
 #include "platform/simulated/SimulatedLoginItem.h"
 #include "platform/simulated/SimulatedMainQueue.h"
+#include "platform/simulated/SimulatedNotices.h"
 #include "platform/simulated/SimulatedPublicSinks.h"
+#include "platform/simulated/SimulatedShortcuts.h"
 #include "platform/simulated/SimulatedSound.h"
 
 #include <chrono>
@@ -59,6 +61,8 @@ public:
     SimulatedDefaultsStore defaults;
     SimulatedAppearance appearance;
     SimulatedLoginItem loginItem;
+    SimulatedShortcuts shortcuts;
+    SimulatedNotices notices;
 
 private:
     std::chrono::nanoseconds lastCycle_{};

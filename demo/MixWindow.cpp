@@ -12,8 +12,8 @@
 namespace velmora::demo {
 
 MixWindow::MixWindow(const Platform& platform, AudioEngine& engine)
-    : platform_(platform), recall_(platform_, engine),
-      model_({platform_, engine, sources_, presets_, recall_, settings_}) {
+    : platform_(platform), recall_(platform_, engine), talk_(engine),
+      model_({platform_, engine, sources_, presets_, recall_, settings_, talk_}) {
     installKit(qml_, settings_);
     installUi(qml_);
     auto made = makeWindow(qml_, QUrl("qrc:/qt/qml/Velmora/ControlWindow.qml"), model_);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "capture/SourceManager.h"
+#include "operations/PushToTalk.h"
 #include "platform/Platform.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
@@ -42,6 +43,7 @@ private:
     SourceManager sources_{platform_};
     PresetStore presets_{platform_.defaults};
     PresetRecall recall_;
+    PushToTalk talk_;
     ControlWindowModel model_;
     QQmlEngine qml_;
     std::unique_ptr<QQuickWindow> window_;

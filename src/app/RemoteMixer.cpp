@@ -186,6 +186,10 @@ void RemoteMixer::SetVolumeMuted(const QString& volume, bool muted) {
     });
 }
 
+void RemoteMixer::SetPushToTalk(bool on) {
+    perform([&](MixerControl& control) { return control.pushToTalk(switchTo(on)); });
+}
+
 void RemoteMixer::SetMonitor(const QString& device) {
     perform([&](MixerControl& control) { return control.setMonitor(text(device)); });
 }

@@ -27,6 +27,7 @@ class RemoteMixer : public QObject, protected QDBusContext {
     Q_PROPERTY(bool Running READ running)
     Q_PROPERTY(bool Bypassed READ bypassed)
     Q_PROPERTY(double MicrophoneDb READ microphoneDb)
+    Q_PROPERTY(bool MicrophoneClosed READ microphoneClosed)
     Q_PROPERTY(double HeadphonesDb READ headphonesDb)
     Q_PROPERTY(QString Monitor READ monitor)
     Q_PROPERTY(QString Preset READ preset)
@@ -65,6 +66,7 @@ public:
     void ResetEffects(const QString& source);                           // NOLINT
     void SetVolume(const QString& volume, double db);                   // NOLINT
     void SetVolumeMuted(const QString& volume, bool muted);             // NOLINT
+    void SetPushToTalk(bool on);                                        // NOLINT
     void SetMonitor(const QString& device);                             // NOLINT
     void ApplyPreset(const QString& preset);                            // NOLINT
     void ApplyNextPreset();                                             // NOLINT
@@ -78,6 +80,7 @@ public:
     [[nodiscard]] bool running() const { return state_.isRunning; }
     [[nodiscard]] bool bypassed() const { return state_.isBypassed; }
     [[nodiscard]] double microphoneDb() const;
+    [[nodiscard]] bool microphoneClosed() const { return state_.isMicrophoneClosed; }
     [[nodiscard]] double headphonesDb() const;
     [[nodiscard]] QString monitor() const { return QString::fromStdString(state_.monitor); }
     [[nodiscard]] QString preset() const;

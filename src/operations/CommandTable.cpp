@@ -17,7 +17,8 @@ constexpr auto commands = std::to_array<CommandInfo>({
      0,
      0,
      "montrer ce qui est réglé maintenant",
-     "{running, bypassed, microphone: {db, muted}, headphones: {db, muted}, monitor, preset, "
+     "{running, bypassed, microphone: {db, muted, closed}, headphones: {db, muted}, monitor, "
+     "preset, "
      "sources, problems}"},
     {"on", "", 0, 0, "mettre le mixage en marche"},
     {"off", "", 0, 0, "arrêter le mixage"},
@@ -51,6 +52,7 @@ constexpr auto commands = std::to_array<CommandInfo>({
      2,
      2,
      "régler le micro virtuel ou le casque, de -60 à 6 dB"},
+    {"push-to-talk", "[on|off|toggle]", 0, 1, "fermer le micro tant qu'aucune touche n'est tenue"},
     {"monitor",
      "[DEVICE]",
      0,

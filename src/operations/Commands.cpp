@@ -131,6 +131,10 @@ Answer<> Commands::done(std::string_view name, Words words) {
             return Answer<>();
         });
     }
+    if (name == "push-to-talk") {
+        return then(switchWord(words, 0),
+                    [&](Switch wanted) { return control_.pushToTalk(wanted); });
+    }
     if (name == "volume") {
         return volume(words);
     }

@@ -17,7 +17,8 @@ MixerParts Mixer::parts() {
             .sources = sources_,
             .presets = presetStore_,
             .recall = recall_,
-            .settings = settings_};
+            .settings = settings_,
+            .talk = talk_};
 }
 
 } // namespace velmora

@@ -5,6 +5,8 @@
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
 #include "operations/MixerParts.h"
+#include "operations/PushToTalk.h"
+#include "operations/ShortcutKeys.h"
 #include "platform/Platform.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
@@ -24,6 +26,7 @@ public:
 
     [[nodiscard]] MixerParts parts();
     [[nodiscard]] DAWModeManager& dawMode() { return dawMode_; }
+    [[nodiscard]] ShortcutKeys& shortcutKeys() { return keys_; }
 
 private:
     Platform platform_;
@@ -33,6 +36,8 @@ private:
     AppSettings settings_;
     DAWModeManager dawMode_;
     PresetRecall recall_;
+    PushToTalk talk_{engine_};
+    ShortcutKeys keys_{parts()};
 };
 
 } // namespace velmora

@@ -9,8 +9,10 @@
 #include "operations/MuteToggle.h"
 #include "operations/Numbers.h"
 #include "operations/ProblemText.h"
+#include "operations/PushToTalk.h"
 #include "operations/TextFile.h"
 #include "platform/DefaultsStore.h"
+#include "platform/GlobalShortcuts.h"
 #include "presets/PresetFile.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetSnapshot.h"
@@ -227,6 +229,17 @@ Answer<> MixerControl::silence(std::string_view word, Switch wanted) {
     if (isOnAfter(wanted, isOn) != isOn) {
         parts_.engine.setDirectMuted(!isOn, *found);
     }
+    return {};
+}
+
+Answer<> MixerControl::pushToTalk(Switch wanted) {
+    const bool isOn = isOnAfter(wanted, parts_.talk.isOn());
+    if (isOn && parts_.platform.shortcuts.state() != GlobalShortcuts::State::bound) {
+        return std::unexpected(
+            refusal("Aucune touche ne pourrait ouvrir le micro : les raccourcis s'activent dans "
+                    "les réglages de Velmora, là où le bureau en a."));
+    }
+    parts_.talk.setOn(isOn);
     return {};
 }
 

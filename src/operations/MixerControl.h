@@ -57,6 +57,9 @@ public:
     /// Silence on the application's own output while it is captured.
     Answer<> silence(std::string_view word, Switch wanted);
 
+    /// The microphone is closed unless the key for it is held. Refused where no key is bound.
+    Answer<> pushToTalk(Switch wanted);
+
     /// All changes or none.
     Answer<> setEffects(std::string_view word,
                         std::span<const std::pair<std::string, std::string>> changes);

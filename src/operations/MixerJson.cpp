@@ -53,9 +53,11 @@ Json sources(const MixerState& state) {
 } // namespace
 
 std::string stateJson(const MixerState& state) {
+    Json microphone = fader(state.microphone);
+    microphone["closed"] = state.isMicrophoneClosed;
     return text({{"running", state.isRunning},
                  {"bypassed", state.isBypassed},
-                 {"microphone", fader(state.microphone)},
+                 {"microphone", microphone},
                  {"headphones", fader(state.headphones)},
                  {"monitor", state.monitor},
                  {"preset", state.preset ? Json(*state.preset) : Json(nullptr)},

@@ -9,6 +9,7 @@ class AppSettings;
 class AudioEngine;
 class PresetRecall;
 class PresetStore;
+class PushToTalk;
 class SourceManager;
 
 /// All of them outlive whoever was given this value.
@@ -19,6 +20,7 @@ struct MixerParts {
     PresetStore& presets;
     PresetRecall& recall;
     AppSettings& settings;
+    PushToTalk& talk;
 };
 
 } // namespace velmora

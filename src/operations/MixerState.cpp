@@ -36,6 +36,7 @@ MixerState stateOf(const MixerParts& parts) {
     MixerState state{.isRunning = engine.isRunning(),
                      .isBypassed = engine.fxBypassed(),
                      .microphone = engine.streamVolume(),
+                     .isMicrophoneClosed = engine.isMicrophoneClosed(),
                      .headphones = engine.headphoneVolume(),
                      .monitor = engine.monitoringSelection().value_or(""),
                      .problems = linesOf(

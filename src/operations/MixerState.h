@@ -27,8 +27,9 @@ struct SourceState {
 struct MixerState {
     bool isRunning{};
     bool isBypassed{};
-    float microphone{};    ///< linear
-    float headphones{};    ///< linear
+    float microphone{};        ///< linear
+    bool isMicrophoneClosed{}; ///< by push to talk
+    float headphones{};        ///< linear
     std::string monitor{}; ///< see `AudioEngine::monitoringSelection`; empty = the default output
     std::optional<std::string> preset{}; ///< the active one's name
     std::vector<std::string> presets{};

@@ -50,6 +50,11 @@ std::string faderLine(const char* french, float gain, const AppSettings& setting
     return settings.t(french) + "  " + dbText(gain);
 }
 
+std::string microphoneLine(const MixerState& state, const AppSettings& settings) {
+    return faderLine("Micro virtuel", state.microphone, settings) +
+           (state.isMicrophoneClosed ? ", " + settings.t("fermé par « appuyer pour parler »") : "");
+}
+
 std::string monitorLine(const MixerState& state, const AppSettings& settings) {
     return settings.t("Écoute") + "  " +
            (state.monitor.empty() ? settings.t("Sortie par défaut") : state.monitor);
@@ -62,9 +67,8 @@ std::string presetLine(const MixerState& state) {
 } // namespace
 
 std::string stateText(const MixerState& state, const AppSettings& settings) {
-    std::string text = runningLine(state, settings) + '\n' +
-                       faderLine("Micro virtuel", state.microphone, settings) + '\n' +
-                       faderLine("Casque", state.headphones, settings) + '\n' +
+    std::string text = runningLine(state, settings) + '\n' + microphoneLine(state, settings) +
+                       '\n' + faderLine("Casque", state.headphones, settings) + '\n' +
                        monitorLine(state, settings) + '\n' + presetLine(state) + '\n';
     if (state.isBypassed) {
         text += bypassLine(state, settings) + '\n';
@@ -146,8 +150,9 @@ changeLines(const MixerState& before, const MixerState& after, const AppSettings
     };
     tell(before.isRunning != after.isRunning, runningLine(after, settings));
     tell(before.isBypassed != after.isBypassed, bypassLine(after, settings));
-    tell(before.microphone != after.microphone,
-         faderLine("Micro virtuel", after.microphone, settings));
+    tell(before.microphone != after.microphone ||
+             before.isMicrophoneClosed != after.isMicrophoneClosed,
+         microphoneLine(after, settings));
     tell(before.headphones != after.headphones, faderLine("Casque", after.headphones, settings));
     tell(before.monitor != after.monitor, monitorLine(after, settings));
     tell(before.preset != after.preset, presetLine(after));

@@ -142,6 +142,35 @@ constexpr auto texts = std::to_array<TextPair>({
     {"Micro Bluetooth : la lecture passe en qualité d'appel.",
      "Bluetooth microphone: playback drops to call quality."},
 
+    // Keys on the whole desktop, and what is so after them
+    {"Raccourcis", "Shortcuts"},
+    {"Raccourcis sur tout le bureau", "Shortcuts on the whole desktop"},
+    {"Chaque commande de Velmora (« velmora --help ») peut avoir sa touche dans les réglages du "
+     "clavier du bureau.",
+     "Any of Velmora's commands (“velmora --help”) can be given a key in the desktop's keyboard "
+     "settings."},
+    {"Le bureau demande quelles touches utiliser.", "The desktop asks which keys to use."},
+    {"Les raccourcis ont été refusés.", "The shortcuts were refused."},
+    {"Le bureau n'a pas donné de raccourcis.", "The desktop has given no shortcuts."},
+    {"Mettre le mix en marche ou l'arrêter", "Start or stop the mix"},
+    {"Couper le micro virtuel", "Mute the virtual microphone"},
+    {"Appuyer pour parler", "Push to talk"},
+    {"Contourner tous les effets", "Bypass all effects"},
+    {"Rappeler le preset suivant", "Recall the next preset"},
+    {"Le micro virtuel reste fermé tant que sa touche n'est pas tenue",
+     "The virtual microphone stays closed unless its key is held"},
+    {"Fermé : tiens la touche pour parler", "Closed: hold the key to talk"},
+    {"Ouvert tant que la touche est tenue", "Open as long as the key is held"},
+    {"Le mix est en marche", "The mix is running"},
+    {"Le mix est arrêté", "The mix is stopped"},
+    {"Le micro virtuel est coupé", "The virtual microphone is muted"},
+    {"Le micro est fermé : tiens la touche pour parler",
+     "The microphone is closed: hold the key to talk"},
+    {"Le micro est ouvert", "The microphone is open"},
+    {"Appuyer pour parler est désactivé : la touche ne change rien",
+     "Push to talk is off: the key changes nothing"},
+    {"Preset « {name} »", "Preset “{name}”"},
+
     // The mix and its outputs
     {"En marche", "Running"},
     {"Arrêté", "Stopped"},

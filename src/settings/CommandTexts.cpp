@@ -24,6 +24,8 @@ constexpr auto texts = std::to_array<TextPair>({
     {"contourner tous les effets", "bypass all effects"},
     {"régler le micro virtuel ou le casque, de -60 à 6 dB",
      "set the virtual microphone or the headphones, from -60 to 6 dB"},
+    {"fermer le micro tant qu'aucune touche n'est tenue",
+     "close the microphone unless a key is held"},
     {"montrer ou choisir la sortie d'écoute", "show or choose the monitoring output"},
     {"montrer les presets", "show the presets"},
     {"rappeler un preset", "recall a preset"},
@@ -70,6 +72,7 @@ constexpr auto texts = std::to_array<TextPair>({
     {"muet sur les enceintes", "silent on the speakers"},
     {"Effets contournés", "Effects bypassed"},
     {"Effets entendus", "Effects heard"},
+    {"fermé par « appuyer pour parler »", "closed by push to talk"},
     {"Écoute", "Monitoring"},
     {"joue maintenant", "playing now"},
 
@@ -94,6 +97,10 @@ constexpr auto texts = std::to_array<TextPair>({
      "“{name}” comes from a newer version of Velmora."},
     {"« {name} » n'est pas un fichier de presets Velmora, ou est endommagé.",
      "“{name}” is no file of Velmora presets, or is damaged."},
+    {"Aucune touche ne pourrait ouvrir le micro : les raccourcis s'activent dans les réglages de "
+     "Velmora, là où le bureau en a.",
+     "No key could open the microphone: shortcuts are switched on in Velmora's settings, where the "
+     "desktop has them."},
     {"Un preset a besoin d'un nom.", "A preset needs a name."},
     {"L'option « {name} » est inconnue. « velmora --help » les montre.",
      "“{name}” is no option. “velmora --help” shows them."},

@@ -4,6 +4,7 @@
 #include "app/RealPlatform.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
+#include "operations/PushToTalk.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
@@ -52,7 +53,8 @@ private:
     SourceManager sources_{platform_};
     PresetStore presets_{platform_.defaults};
     PresetRecall recall_{platform_, engine_};
-    ControlWindowModel model_{{platform_, engine_, sources_, presets_, recall_, settings_}};
+    PushToTalk talk_{engine_};
+    ControlWindowModel model_{{platform_, engine_, sources_, presets_, recall_, settings_, talk_}};
     QQmlEngine qml_;
     std::unique_ptr<QQuickWindow> window_;
     std::optional<Pointer> pointer_;

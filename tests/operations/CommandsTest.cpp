@@ -354,7 +354,7 @@ TEST_F(CommandsTest, StatusIsDescribedByItsMembers) {
 
     const Json expected = Json::parse(R"({
         "running": false, "bypassed": false,
-        "microphone": {"db": 0.0, "muted": false}, "headphones": {"db": 0.0, "muted": false},
+        "microphone": {"db": 0.0, "muted": false, "closed": false}, "headphones": {"db": 0.0, "muted": false},
         "monitor": "", "preset": null, "problems": [],
         "sources": [{"number": 1, "id": "app-org.player-4711", "name": "Player",
                      "kind": "application", "db": 0.0, "muted": false, "silenced": true,

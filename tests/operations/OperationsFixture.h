@@ -4,6 +4,7 @@
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
 #include "operations/Commands.h"
+#include "operations/PushToTalk.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
@@ -55,12 +56,14 @@ protected:
     PresetStore presets{machine.defaults};
     PresetRecall recall{machine.platform(), engine};
     AppSettings settings{machine.platform()};
+    PushToTalk talk{engine};
     const MixerParts parts{.platform = machine.platform(),
                            .engine = engine,
                            .sources = sources,
                            .presets = presets,
                            .recall = recall,
-                           .settings = settings};
+                           .settings = settings,
+                           .talk = talk};
     int quits = 0;
     Commands commands{parts, [this] { ++quits; }};
     const CommandReply done{};

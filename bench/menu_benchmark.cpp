@@ -4,6 +4,7 @@
 
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
+#include "operations/PushToTalk.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
@@ -35,7 +36,8 @@ struct Mixer {
     SourceManager sources{platform};
     PresetStore presets{platform.defaults};
     PresetRecall recall{platform, engine};
-    ControlWindowModel model{{platform, engine, sources, presets, recall, settings}};
+    PushToTalk talk{engine};
+    ControlWindowModel model{{platform, engine, sources, presets, recall, settings, talk}};
 };
 
 void expectFullMenu(benchmark::State& state, const GumMenuModel& menu) {

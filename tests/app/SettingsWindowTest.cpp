@@ -3,6 +3,10 @@
 #include "capture/DAWModeManager.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
+#include "operations/PushToTalk.h"
+#include "operations/ShortcutKeys.h"
+#include "presets/PresetRecall.h"
+#include "presets/PresetStore.h"
 #include "ui/Ui.h"
 #include "ui/settings/SettingsModel.h"
 #include "ui/support/QmlTest.h"
@@ -40,16 +44,28 @@ protected:
         click(label);
     }
     void showAudio() { click("audioTabButton"); }
+    void showShortcuts() { click("shortcutsTabButton"); }
     QString shown(const QString& chooser) { return find(chooser).property("label").toString(); }
 
     AudioEngine mixer{machine.platform()};
     SourceManager sources{machine.platform()};
     DAWModeManager dawMode{machine.platform()};
+    PresetStore presets{machine.defaults};
+    PresetRecall recall{machine.platform(), mixer};
+    PushToTalk talk{mixer};
+    ShortcutKeys keys{{.platform = machine.platform(),
+                       .engine = mixer,
+                       .sources = sources,
+                       .presets = presets,
+                       .recall = recall,
+                       .settings = settings,
+                       .talk = talk}};
     SettingsModel model{{.platform = machine.platform(),
                          .engine = mixer,
                          .sources = sources,
                          .settings = settings,
                          .dawMode = dawMode,
+                         .keys = keys,
                          .version = {.release = "1.2.0", .build = "345"}}};
 };
 
@@ -81,6 +97,7 @@ TEST_F(SettingsWindowTest, AnotherLanguageRelabelsEverythingAtOnceButWhatIsTheSa
     EXPECT_EQ(spokenName(find("loginSwitch")), "Launch at login");
     EXPECT_EQ(spokenName(find("generalTabButton")), "General");
     EXPECT_EQ(spokenName(find("audioTabButton")), "Audio");
+    EXPECT_EQ(spokenName(find("shortcutsTabButton")), "Shortcuts");
     EXPECT_EQ(spokenName(find("version")), "Version 1.2.0 (345)");
     EXPECT_EQ(shown("languageMenu"), "English");
     showAudio();
@@ -206,6 +223,64 @@ TEST_F(SettingsWindowTest, LooksForDevicesOnlyWhileItIsSeen) {
     EXPECT_TRUE(offered());
 }
 
+// -- shortcuts on the whole desktop --
+
+TEST_F(SettingsWindowTest, WithoutShortcutsOfTheDesktopOneLineSaysWhereKeysAreGiven) {
+    showShortcuts();
+
+    EXPECT_TRUE(isShown("shortcutsElsewhere"));
+    EXPECT_FALSE(isShown("shortcutsSwitch"));
+    EXPECT_FALSE(isShown("pushToTalkSwitch"));
+    settings.setLanguage("en");
+    EXPECT_TRUE(spokenName(find("shortcutsElsewhere")).startsWith("Any of Velmora's commands"));
+}
+
+TEST_F(SettingsWindowTest, ADesktopsShortcutsAreSwitchedOnAndShowTheirKeys) {
+    const QString muting = QStringLiteral("Couper le micro virtuel — CTRL+LOGO+m");
+    machine.shortcuts.appear();
+    showShortcuts();
+    EXPECT_FALSE(isShown("shortcutsElsewhere"));
+    EXPECT_FALSE(isShown(muting));
+
+    click("shortcutsSwitch");
+
+    EXPECT_EQ(machine.shortcuts.state(), GlobalShortcuts::State::bound);
+    EXPECT_TRUE(isShown(muting));
+    click("shortcutsSwitch");
+    EXPECT_EQ(machine.shortcuts.state(), GlobalShortcuts::State::unused);
+    EXPECT_FALSE(isShown(muting));
+}
+
+TEST_F(SettingsWindowTest, RefusedShortcutsAreSwitchedOffAndSaySo) {
+    machine.shortcuts.appear();
+    machine.shortcuts.refuse();
+    showShortcuts();
+
+    click("shortcutsSwitch");
+
+    EXPECT_FALSE(spokenState(find("shortcutsSwitch")).checked);
+    EXPECT_EQ(find("shortcutsError").property("text"), "Les raccourcis ont été refusés.");
+    settings.setLanguage("en");
+    EXPECT_EQ(find("shortcutsError").property("text"), "The shortcuts were refused.");
+}
+
+TEST_F(SettingsWindowTest, PushToTalkCanBeSwitchedOnWithAKeyAndAlwaysOff) {
+    machine.shortcuts.appear();
+    showShortcuts();
+    EXPECT_FALSE(isShown("pushToTalkSwitch"));
+    click("shortcutsSwitch");
+
+    click("pushToTalkSwitch");
+    EXPECT_TRUE(mixer.isMicrophoneClosed());
+
+    machine.shortcuts.vanish();
+    settle();
+    EXPECT_TRUE(isShown("shortcutsElsewhere"));
+    click("pushToTalkSwitch");
+    EXPECT_FALSE(mixer.isMicrophoneClosed());
+    EXPECT_FALSE(isShown("pushToTalkSwitch"));
+}
+
 TEST_F(SettingsWindowTest, WorksWithTheKeyboardAlone) {
     key(Qt::Key_Tab);
     EXPECT_TRUE(find("generalTabButton").hasActiveFocus());
@@ -213,6 +288,8 @@ TEST_F(SettingsWindowTest, WorksWithTheKeyboardAlone) {
     key(Qt::Key_Space);
     settle();
     EXPECT_TRUE(isShown("audioTab"));
+    key(Qt::Key_Tab);
+    EXPECT_TRUE(find("shortcutsTabButton").hasActiveFocus());
     key(Qt::Key_Tab);
     EXPECT_TRUE(find("monitoringMenu").hasActiveFocus());
     key(Qt::Key_Tab);

@@ -41,7 +41,7 @@ ControlWindowModel::ControlWindowModel(const MixerParts& parts, FileChooser* fil
                   parts.settings,
                   parts.platform.defaults,
                   this),
-      stream_(VolumeModel::stream(parts.engine),
+      stream_(VolumeModel::stream(parts.engine, parts.talk),
               parts.engine,
               parts.settings,
               parts.platform.defaults,

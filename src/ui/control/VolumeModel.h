@@ -14,6 +14,7 @@ namespace velmora {
 class AppSettings;
 class AudioEngine;
 class DefaultsStore;
+class PushToTalk;
 
 /// Threads: main.
 class VolumeModel : public QObject {
@@ -24,6 +25,8 @@ class VolumeModel : public QObject {
     Q_PROPERTY(QString name READ name NOTIFY nameChanged)
     Q_PROPERTY(double value READ value WRITE setValue NOTIFY valueChanged)
     Q_PROPERTY(bool muted READ muted NOTIFY valueChanged)
+    Q_PROPERTY(bool closed READ closed NOTIFY talkChanged)
+    Q_PROPERTY(QString talkNote READ talkNote NOTIFY talkChanged)
 
 public:
     /// Which of the engine's outputs, and how it is shown.
@@ -32,11 +35,12 @@ public:
         const char* frenchName;
         const char* premuteKey; ///< of the gain before muting
         Binding<float> volume;
+        PushToTalk* talk = nullptr; ///< that may close it; null = nothing does
     };
     [[nodiscard]] static Output headphones(AudioEngine& engine);
-    [[nodiscard]] static Output stream(AudioEngine& engine);
+    [[nodiscard]] static Output stream(AudioEngine& engine, PushToTalk& talk);
 
-    /// All three outlive this object.
+    /// All of them outlive this object.
     VolumeModel(Output output,
                 AudioEngine& engine,
                 AppSettings& settings,
@@ -50,21 +54,31 @@ public:
     void setValue(double value);
     [[nodiscard]] bool muted() const;
     Q_INVOKABLE void toggleMute();
+    /// Silent, whatever its volume is.
+    [[nodiscard]] bool closed() const { return closed_; }
+    /// What its key does now; empty while push to talk is off, or has nothing to do with it.
+    [[nodiscard]] const QString& talkNote() const { return talkNote_; }
 
 Q_SIGNALS:
     void nameChanged();
     void valueChanged();
+    void talkChanged();
 
 private:
     void followEngine();
+    void followTalk();
     void followLanguage();
 
     Output output_;
+    AudioEngine& engine_;
     AppSettings& settings_;
     DefaultsStore& defaults_;
     QString name_; // as last shown, like the value
     float value_;
+    bool closed_ = false;
+    QString talkNote_;
     Signal::Connection engineConnection_;
+    Signal::Connection talkConnection_;
     Signal::Connection settingsConnection_;
 };
 

@@ -43,7 +43,7 @@ QString versionText(const ProgramVersion& version) {
 
 SettingsModel::SettingsModel(const Parts& parts, QObject* parent)
     : QObject(parent), parts_(parts), version_(versionText(parts.version)),
-      launchAtLogin_(parts.platform.loginItem.isEnabled()),
+      launchAtLogin_(parts.platform.loginItem.isEnabled()), shortcuts_(parts.keys, parts.settings),
       settingsConnection_(parts.settings.changed().connect([this] { followSettings(); })),
       engineConnection_(parts.engine.changed().connect([this] { followMonitoring(); })),
       sourcesConnection_(parts.sources.changed().connect([this] { readDevices(); })),

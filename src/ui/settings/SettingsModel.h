@@ -5,6 +5,7 @@
 #include "platform/Platform.h"
 #include "platform/Signal.h"
 #include "settings/AppSettings.h"
+#include "ui/settings/ShortcutsModel.h"
 
 #include <QObject>
 #include <QString>
@@ -16,6 +17,7 @@ namespace velmora {
 
 class AudioEngine;
 class DAWModeManager;
+class ShortcutKeys;
 class SourceManager;
 
 /// The numbers by which a user reports which program he has.
@@ -49,6 +51,7 @@ class SettingsModel : public QObject {
     Q_PROPERTY(QVariantList dawInterfaceOptions READ dawInterfaceOptions NOTIFY devicesChanged)
     Q_PROPERTY(QString dawInterface READ dawInterface WRITE setDawInterface NOTIFY dawChanged)
     Q_PROPERTY(QString dawError READ dawError NOTIFY dawChanged)
+    Q_PROPERTY(velmora::ShortcutsModel* shortcuts READ shortcuts CONSTANT)
 
 public:
     /// All of them outlive the model.
@@ -58,6 +61,7 @@ public:
         SourceManager& sources;
         AppSettings& settings;
         DAWModeManager& dawMode;
+        ShortcutKeys& keys;
         ProgramVersion version;
     };
 
@@ -102,6 +106,8 @@ public:
     /// Why DAW mode, switched on, has no device; otherwise empty.
     [[nodiscard]] QString dawError() const;
 
+    [[nodiscard]] ShortcutsModel* shortcuts() { return &shortcuts_; }
+
 Q_SIGNALS:
     void visibleChanged();
     void settingsChanged();
@@ -124,6 +130,7 @@ private:
     DeviceOptions monitoringOptions_;
     DeviceOptions dawOptions_;
     QString monitoring_; // as last shown
+    ShortcutsModel shortcuts_;
     Signal::Connection settingsConnection_;
     Signal::Connection engineConnection_;
     Signal::Connection sourcesConnection_;

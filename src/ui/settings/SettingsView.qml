@@ -2,7 +2,7 @@ import QtQuick
 import Velmora
 import Velmora.Kit
 
-// Both tabs of the settings, under a bar that stays while they scroll.
+// All tabs of the settings, under a bar that stays while they scroll.
 Item {
     id: root
     required property SettingsModel model
@@ -37,6 +37,13 @@ Item {
             chosen: root.tab === 1
             onClicked: root.show(1)
         }
+        SettingsTabButton {
+            objectName: "shortcutsTabButton"
+            symbol: "keyboard"
+            label: I18n.t("Raccourcis")
+            chosen: root.tab === 2
+            onClicked: root.show(2)
+        }
     }
     ScrollArea {
         id: page
@@ -44,7 +51,7 @@ Item {
         y: tabBar.y + tabBar.height + 10
         width: root.width
         height: root.height - y
-        contentHeight: Math.max(general.implicitHeight, audio.implicitHeight) + root.margin
+        contentHeight: Math.max(general.implicitHeight, audio.implicitHeight, shortcuts.implicitHeight) + root.margin
 
         SettingsGeneralTab {
             id: general
@@ -61,6 +68,14 @@ Item {
             width: root.width - 2 * root.margin
             visible: root.tab === 1
             model: root.model
+        }
+        SettingsShortcutsTab {
+            id: shortcuts
+            objectName: "shortcutsTab"
+            x: root.margin
+            width: root.width - 2 * root.margin
+            visible: root.tab === 2
+            model: root.model.shortcuts
         }
     }
 

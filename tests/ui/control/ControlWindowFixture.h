@@ -32,7 +32,8 @@ protected:
         menu.activate(row);
     }
 
-    ControlWindowModel model{{machine.platform(), engine, sources, presets, recall, settings}};
+    ControlWindowModel model{
+        {machine.platform(), engine, sources, presets, recall, settings, talk}};
 };
 
 } // namespace velmora

@@ -58,7 +58,7 @@ TEST_F(ControlWindowModelTest, ProblemsAreLinesInAFixedOrder) {
 TEST_F(ControlWindowModelTest, ALaterModelShowsTheProblemsOfTheStoreToo) {
     machine.defaults.report({.kind = StoreProblem::Kind::newer, .file = "/home/s.db"});
     const ControlWindowModel later{
-        {machine.platform(), engine, sources, presets, recall, settings}};
+        {machine.platform(), engine, sources, presets, recall, settings, talk}};
     EXPECT_NE(later.problemText(), "");
     EXPECT_EQ(later.problemText(), model.problemText());
 }

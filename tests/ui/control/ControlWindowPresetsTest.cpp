@@ -155,7 +155,7 @@ TEST_F(ControlWindowPresets, TheCaptionFollowsARestoredPreset) {
     model.savePreset("Podcast");
     PresetStore later(machine.defaults);
     const ControlWindowModel laterModel(
-        {machine.platform(), engine, sources, later, recall, settings});
+        {machine.platform(), engine, sources, later, recall, settings, talk});
     EXPECT_EQ(laterModel.activePresetName(), "Podcast");
 }
 

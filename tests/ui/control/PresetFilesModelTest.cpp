@@ -57,8 +57,8 @@ protected:
 
     const QTemporaryDir folder;
     FakeFileChooser files;
-    ControlWindowModel window{{machine.platform(), engine, sources, presets, recall, settings},
-                              &files};
+    ControlWindowModel window{
+        {machine.platform(), engine, sources, presets, recall, settings, talk}, &files};
 };
 
 TEST_F(PresetFiles, TheMenuOffersToImportAndToExportOneOrAll) {
@@ -216,10 +216,13 @@ protected:
         PresetStore presets;
         ControlWindowModel window;
         explicit Launch(UnreadablePresets& of)
-            : presets(of.machine.defaults),
-              window(
-                  {of.machine.platform(), of.engine, of.sources, presets, of.recall, of.settings}) {
-        }
+            : presets(of.machine.defaults), window({of.machine.platform(),
+                                                    of.engine,
+                                                    of.sources,
+                                                    presets,
+                                                    of.recall,
+                                                    of.settings,
+                                                    of.talk}) {}
     };
     void keep(const std::string& list) {
         machine.defaults.set("presets", Bytes(list.begin(), list.end()));

@@ -11,7 +11,7 @@ namespace {
 class VolumeModelTest : public ModelFixture {
 protected:
     VolumeModel headphones{VolumeModel::headphones(engine), engine, settings, machine.defaults};
-    VolumeModel stream{VolumeModel::stream(engine), engine, settings, machine.defaults};
+    VolumeModel stream{VolumeModel::stream(engine, talk), engine, settings, machine.defaults};
     QSignalSpy changes{&headphones, &VolumeModel::valueChanged};
 };
 
@@ -34,6 +34,25 @@ TEST_F(VolumeModelTest, AnEditReachesItsOutputAloneAndIsToldOnce) {
     EXPECT_EQ(engine.headphoneVolume(), 0.5F);
     EXPECT_EQ(engine.streamVolume(), 1.0F);
     EXPECT_EQ(changes.count(), 1);
+}
+
+TEST_F(VolumeModelTest, TheStreamSaysWhetherPushToTalkHasClosedIt) {
+    QSignalSpy told(&stream, &VolumeModel::talkChanged);
+    EXPECT_EQ(stream.talkNote(), "");
+
+    talk.setOn(true);
+    EXPECT_TRUE(stream.closed());
+    EXPECT_EQ(stream.talkNote(), "Fermé : tiens la touche pour parler");
+    EXPECT_FALSE(headphones.closed());
+    EXPECT_EQ(headphones.talkNote(), "");
+    talk.hold(true);
+    EXPECT_FALSE(stream.closed());
+    settings.setLanguage("en");
+    EXPECT_EQ(stream.talkNote(), "Open as long as the key is held");
+    talk.setOn(false);
+    EXPECT_EQ(stream.talkNote(), "");
+    EXPECT_FALSE(stream.muted());
+    EXPECT_GE(told.count(), 4);
 }
 
 TEST_F(VolumeModelTest, FollowsAnEditMadeElsewhere) {

@@ -56,6 +56,7 @@ protected:
                          .sources = sources,
                          .settings = settings,
                          .dawMode = dawMode,
+                         .keys = keys,
                          .version = {.release = "1.2.0", .build = "345"}}};
 };
 
@@ -70,7 +71,7 @@ TEST_F(SettingsModelTest, ShowsAutoWhenNoAppearanceIsKept) {
 TEST_F(SettingsModelTest, ShowsAutoForAKeptAppearanceThatIsNoneOfTheThreeAndKeepsIt) {
     machine.defaults.set("appearance", std::string("sepia"));
     AppSettings kept(machine.platform());
-    const SettingsModel shown({machine.platform(), engine, sources, kept, dawMode, {}});
+    const SettingsModel shown({machine.platform(), engine, sources, kept, dawMode, keys, {}});
 
     EXPECT_EQ(shown.appearance(), "auto");
     EXPECT_EQ(machine.defaults.read<std::string>("appearance"), "sepia");
@@ -116,7 +117,7 @@ TEST_F(SettingsModelTest, ShowsWhetherTheLoginItemIsEnabledWhenItIsMade) {
     EXPECT_FALSE(model.launchAtLogin());
     machine.loginItem.setEnabled(true);
 
-    const SettingsModel later({machine.platform(), engine, sources, settings, dawMode, {}});
+    const SettingsModel later({machine.platform(), engine, sources, settings, dawMode, keys, {}});
 
     EXPECT_TRUE(later.launchAtLogin());
     EXPECT_EQ(later.loginError(), "");

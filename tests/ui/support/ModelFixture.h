@@ -3,6 +3,8 @@
 
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
+#include "operations/PushToTalk.h"
+#include "operations/ShortcutKeys.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
@@ -42,6 +44,14 @@ protected:
     AppSettings settings{machine.platform()};
     PresetStore presets{machine.defaults};
     PresetRecall recall{machine.platform(), engine};
+    PushToTalk talk{engine};
+    ShortcutKeys keys{{.platform = machine.platform(),
+                       .engine = engine,
+                       .sources = sources,
+                       .presets = presets,
+                       .recall = recall,
+                       .settings = settings,
+                       .talk = talk}};
     const Problem radioMissing{.kind = Problem::Kind::notFound, .subject = "Radio"};
 };
 

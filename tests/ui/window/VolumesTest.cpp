@@ -49,6 +49,28 @@ TEST_F(Volumes, AMutedOutputsSymbolIsFainter) {
     EXPECT_NEAR(alpha(), 0.25, 0.01);
 }
 
+TEST_F(Volumes, TheMicrophonesRowSaysWhetherPushToTalkHasClosedIt) {
+    const QString closed = QStringLiteral("Fermé : tiens la touche pour parler");
+    const QString open = QStringLiteral("Ouvert tant que la touche est tenue");
+    this->open();
+    const double height = find("stream").height();
+    EXPECT_FALSE(isShown(closed) || isShown(open));
+
+    scene.talk.setOn(true);
+    settle();
+    EXPECT_TRUE(isShown(closed));
+    EXPECT_NE(findItem(find("stream"), closed), nullptr);
+    const double withNote = find("stream").height();
+    EXPECT_GT(withNote, height);
+    scene.talk.hold(true);
+    settle();
+    EXPECT_TRUE(isShown(open));
+    EXPECT_EQ(find("stream").height(), withNote);
+    scene.talk.setOn(false);
+    settle();
+    EXPECT_EQ(find("stream").height(), height);
+}
+
 TEST_F(Volumes, AMutedOutputSaysSo) {
     open();
     const auto isMuted = [this](const char* output) {

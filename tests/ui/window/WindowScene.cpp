@@ -33,13 +33,14 @@ WindowScene::WindowScene(SimulatedPlatform& machine, AppSettings& settings)
       microphone_(machine.sound.addDevice({.uid = "mic", .name = "Microphone", .inputs = {1}})),
       interfaceInputs(DeviceChannelsSource{addInterface(machine), 3, 2, "Interface — Entrées 3-4"}),
       engine(machine.platform()), sources(machine.platform()), presets(machine.defaults),
-      recall(machine.platform(), engine), model({.platform = machine.platform(),
-                                                 .engine = engine,
-                                                 .sources = sources,
-                                                 .presets = presets,
-                                                 .recall = recall,
-                                                 .settings = settings},
-                                                &files) {
+      recall(machine.platform(), engine), talk(engine), model({.platform = machine.platform(),
+                                                               .engine = engine,
+                                                               .sources = sources,
+                                                               .presets = presets,
+                                                               .recall = recall,
+                                                               .settings = settings,
+                                                               .talk = talk},
+                                                              &files) {
     furnish(machine);
 }
 

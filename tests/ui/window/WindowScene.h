@@ -3,6 +3,7 @@
 
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
+#include "operations/PushToTalk.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "presets/PresetRecall.h"
 #include "presets/PresetStore.h"
@@ -40,6 +41,7 @@ public:
     SourceManager sources;
     PresetStore presets;
     PresetRecall recall;
+    PushToTalk talk;
     FakeFileChooser files;
     ControlWindowModel model;
 };

@@ -239,6 +239,11 @@ const State states[] = {
              {{.kind = Problem::Kind::notFound, .subject = "Interface — Entrées 3-4"},
               {.kind = Problem::Kind::tapRefused, .subject = "Web Browser", .status = -38}});
      }},
+    {"push-to-talk",
+     [](Stage& stage) {
+         stage.scene.talk.setOn(true);
+         mixAndStart(stage);
+     }},
     {"many",
      [](Stage& stage) {
          stage.scene.mixMany(12);

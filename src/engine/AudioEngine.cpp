@@ -12,7 +12,8 @@ namespace velmora {
 
 AudioEngine::AudioEngine(const Platform& platform)
     : platform_(platform), settings_(platform.defaults), keeper_(platform, mixSettings_),
-      keeperConnection_(keeper_.changed().connect([this] { changed_.emit(); })),
+      keeperConnection_(keeper_.changed().connect([this] { notify(); })),
+      levelsConnection_(keeper_.levelsMoved().connect([this] { changed_.emit(); })),
       deviceConnection_(
           platform.devices.changed().connect([this] { kept_.forgetEnded(sources_); })) {
     // What earlier runs have kept, once the program is up.
@@ -25,9 +26,14 @@ AudioEngine::AudioEngine(const Platform& platform)
 
 // Every operation below tells the observers last, when it is complete: they may call back.
 
+void AudioEngine::notify() const {
+    changed_.emit();
+    changedBesidesLevels_.emit();
+}
+
 void AudioEngine::notifyIf(bool somethingChanged) const {
     if (somethingChanged) {
-        changed_.emit();
+        notify();
     }
 }
 

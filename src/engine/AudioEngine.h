@@ -44,6 +44,8 @@ public:
     /// Told after any value below has changed, once per operation, when the operation is complete:
     /// an observer may call back into the engine.
     [[nodiscard]] Signal& changed() { return changed_; }
+    /// The same, but for changes of the levels alone, which come 30 times a second.
+    [[nodiscard]] Signal& changedBesidesLevels() { return changedBesidesLevels_; }
 
     // -- published values --
 
@@ -160,12 +162,14 @@ private:
     /// Ends what was told of sources that were not in the list before.
     void forgetJoined(const std::vector<AudioSource>& before);
     [[nodiscard]] std::vector<Problem>& told(ProblemOrigin origin);
+    void notify() const;
     void notifyIf(bool somethingChanged) const;
     [[nodiscard]] SourceCapture* captureOf(const AudioSource& source) const;
 
     Platform platform_;
     EngineSettings settings_;
     Signal changed_;
+    Signal changedBesidesLevels_;
     std::vector<AudioSource> sources_;
     KeptApplications kept_{platform_.applications, platform_.defaults, settings_};
     MixSettings mixSettings_{.kept = settings_, .isAnothers = [this](const AudioSource& source) {
@@ -175,6 +179,7 @@ private:
     std::vector<Problem> launchProblems_;
     MixKeeper keeper_;
     Signal::Connection keeperConnection_;
+    Signal::Connection levelsConnection_;
     Signal::Connection deviceConnection_;
     std::shared_ptr<AudioEngine*> self_ = std::make_shared<AudioEngine*>(this);
 };

@@ -214,7 +214,7 @@ void MixKeeper::build() {
             meterTimer_ = platform_.mainQueue.every(meterPeriod, [this] {
                 ticks_ = std::min(ticks_ + 1, ticksOfYouth);
                 if (meters_.tick(mix_->captures())) {
-                    changed_.emit();
+                    levelsMoved_.emit();
                 }
             });
         }

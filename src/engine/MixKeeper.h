@@ -39,6 +39,8 @@ public:
 
     /// Told after a change of what is published below that none of the operations made.
     [[nodiscard]] Signal& changed() { return changed_; }
+    /// The same where nothing but the levels has moved.
+    [[nodiscard]] Signal& levelsMoved() { return levelsMoved_; }
 
     // -- what is so now --
 
@@ -102,6 +104,7 @@ private:
     Platform platform_;
     const MixSettings& settings_;
     Signal changed_;
+    Signal levelsMoved_;
 
     bool isOn_ = false;
     std::vector<AudioSource> sources_; ///< as of the last `begin`

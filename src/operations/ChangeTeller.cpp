@@ -11,14 +11,13 @@ namespace velmora {
 
 ChangeTeller::ChangeTeller(const MixerParts& parts, Listener listener)
     : parts_(parts), listener_(std::move(listener)), state_(stateOf(parts)),
-      engineConnection_(parts.engine.changed().connect([this] { gather(); })),
+      engineConnection_(parts.engine.changedBesidesLevels().connect([this] { gather(); })),
       presetsConnection_(parts.presets.changed().connect([this] { gather(); })),
       settingsConnection_(parts.settings.changed().connect([this] { gather(); })),
       storeConnection_(parts.platform.defaults.problemsChanged().connect([this] { gather(); })) {
 }
 
 void ChangeTeller::gather() {
-    // The engine tells every level too: while somebody is waited for already, that costs nothing.
     if (!gathering_) {
         gathering_ = parts_.platform.mainQueue.after(gatheringTime, [this] { tell(); });
     }

@@ -37,6 +37,21 @@ TEST_F(AudioEngineObservers, TellsEveryChangeOnce) {
     EXPECT_EQ(notifications([&] { engine.stop(); }), 1);
 }
 
+TEST_F(AudioEngineObservers, TellsLevelsApartFromEverythingElse) {
+    int besidesLevels = 0;
+    const auto connection = engine.changedBesidesLevels().connect([&] { ++besidesLevels; });
+    startWith({player});
+    EXPECT_EQ(besidesLevels, 2);
+    machine.advance(std::chrono::milliseconds(500));
+    besidesLevels = 0;
+
+    machine.sound.play(playerPid, constant(0.5F));
+    EXPECT_GT(notifications([&] { machine.advance(std::chrono::seconds(1)); }), 0);
+    EXPECT_EQ(besidesLevels, 0);
+    EXPECT_EQ(notifications([&] { engine.setStreamVolume(0.5F); }), 1);
+    EXPECT_EQ(besidesLevels, 1);
+}
+
 TEST_F(AudioEngineObservers, TellsTheFirstValueThatIsKeptAlsoWhenItIsTheDefault) {
     EXPECT_EQ(notifications([&] { engine.setGain(1.0F, player); }), 1);
     EXPECT_EQ(notifications([&] { engine.setDirectMuted(false, player); }), 1);

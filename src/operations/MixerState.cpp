@@ -39,8 +39,10 @@ MixerState stateOf(const MixerParts& parts) {
                      .isMicrophoneClosed = engine.isMicrophoneClosed(),
                      .headphones = engine.headphoneVolume(),
                      .monitor = engine.monitoringSelection().value_or(""),
-                     .problems = linesOf(
-                         problemText(engine, parts.platform.defaults.problems(), parts.settings))};
+                     .problems = linesOf(problemText(engine,
+                                                     parts.platform.defaults.problems(),
+                                                     parts.settings,
+                                                     presetProblems(parts.presets)))};
     if (const auto* const active = parts.presets.active()) {
         state.preset = active->name;
     }

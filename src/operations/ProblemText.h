@@ -5,11 +5,13 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 namespace velmora {
 
 class AppSettings;
 class AudioEngine;
+class PresetStore;
 struct StoreProblem;
 
 /// In the user's language: what the engine lacks, then the settings file, then the presets. Empty
@@ -20,5 +22,8 @@ struct StoreProblem;
                                       std::span<const StoreProblem> storeProblems,
                                       const AppSettings& settings,
                                       std::span<const Problem> presetProblems = {});
+
+/// Presets that were set aside, as long as the user has not put that away.
+[[nodiscard]] std::vector<Problem> presetProblems(const PresetStore& presets);
 
 } // namespace velmora

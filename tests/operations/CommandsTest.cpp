@@ -16,6 +16,7 @@ using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using Json = nlohmann::json;
 
 class CommandsTest : public OperationsFixture {
@@ -363,6 +364,24 @@ TEST_F(CommandsTest, StatusIsDescribedByItsMembers) {
                                  "plosives": "off", "noise": "off"}}]})");
     EXPECT_EQ(json("status"), expected);
     EXPECT_EQ(command("--json status"), command("status --json"));
+}
+
+TEST_F(CommandsTest, StatusTellsPresetsThatCouldNotBeRead) {
+    machine.defaults.set("presets", Bytes{'d', 'a', 'm', 'a', 'g', 'e', 'd'});
+    PresetStore unread(machine.defaults);
+    Commands later({.platform = parts.platform,
+                    .engine = engine,
+                    .sources = sources,
+                    .presets = unread,
+                    .recall = recall,
+                    .settings = settings,
+                    .talk = talk},
+                   [] {});
+    const std::vector<std::string> words{"status"};
+
+    EXPECT_THAT(later.run(words).output, HasSubstr("! Some saved presets cannot be read."));
+    unread.markSetAsideTold();
+    EXPECT_THAT(later.run(words).output, Not(HasSubstr("!")));
 }
 
 TEST_F(CommandsTest, StatusReadsInTheUsersLanguage) {

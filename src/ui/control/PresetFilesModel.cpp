@@ -1,5 +1,6 @@
 #include "ui/control/PresetFilesModel.h"
 
+#include "operations/ProblemText.h"
 #include "presets/PresetFile.h"
 #include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
@@ -162,13 +163,8 @@ void PresetFilesModel::exportTo(const QString& path, const std::vector<Preset>& 
 
 std::vector<Problem> PresetFilesModel::problems() const {
     std::vector<Problem> problems = fileProblems_;
-    const SetAsidePresets& setAside = parts_.presets.setAside();
-    if (setAside.isNews() && setAside.hasUnreadable()) {
-        problems.push_back({.kind = Problem::Kind::presetsUnreadable});
-    }
-    if (setAside.isNews() && !setAside.readable().empty()) {
-        problems.push_back({.kind = Problem::Kind::presetsReadable});
-    }
+    const auto setAside = presetProblems(parts_.presets);
+    problems.insert(problems.end(), setAside.begin(), setAside.end());
     return problems;
 }
 

@@ -1,14 +1,20 @@
 #include "packaging/Staged.h"
 
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <memory>
+#include <regex>
 #include <string>
+#include <vector>
 
 namespace velmora::packaging {
 namespace {
 
+using ::testing::AnyOf;
 using ::testing::Contains;
+using ::testing::Each;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -24,9 +30,22 @@ const auto commonFiles = {"usr/bin/velmora",
                           "usr/share/zsh/vendor-completions/_velmora",
                           "usr/share/fish/vendor_completions.d/velmora.fish",
                           "usr/share/icons/hicolor/scalable/apps/app.velmora.Velmora.svg",
+                          "usr/share/doc/velmora/changelog.gz",
+                          "usr/share/doc/velmora-microphone/changelog.gz",
                           "usr/share/doc/velmora/fonts/AlbertSans-OFL.txt",
                           "usr/share/doc/velmora/fonts/BricolageGrotesque-OFL.txt",
                           "usr/share/pipewire/pipewire.conf.d/velmora-microphone.conf"};
+
+std::string textOf(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The first match's first group; empty = none.
+std::string firstOf(const std::string& text, const std::string& pattern) {
+    std::smatch match;
+    return std::regex_search(text, match, std::regex(pattern)) ? match[1].str() : "";
+}
 
 class Package : public ::testing::Test {
 protected:
@@ -87,6 +106,43 @@ TEST_F(Package, LooksForItsLibrariesWhereTheSystemHasThem) {
 
     EXPECT_THAT(dynamic, HasSubstr("libpipewire-0.3.so.0"));
     EXPECT_THAT(dynamic, Not(HasSubstr("PATH)")));
+}
+
+// A licence and the address of whoever maintains it.
+TEST_F(Package, LacksOnlyWhatItsOwnerIsToGive) {
+    const auto verdict = packages_->folder.path() / "lintian";
+    runPatiently({"sh",
+                  "-c",
+                  R"(exec lintian --allow-root --fail-on none "$@" >"$0")",
+                  verdict,
+                  packages_->mixerPackage,
+                  packages_->microphonePackage});
+
+    std::ifstream said(verdict);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(said, line);) {
+        lines.push_back(line);
+    }
+    EXPECT_THAT(lines, Contains(HasSubstr("no-copyright-file"))); // it has looked
+    EXPECT_THAT(lines,
+                Each(AnyOf(HasSubstr(": no-copyright-file"),
+                           HasSubstr(": malformed-contact Maintainer "),
+                           HasSubstr(": bogus-mail-host-in-debian-changelog "))));
+}
+
+TEST_F(Package, CarriesTheHistoryOfTheReleases) {
+    const std::string history = textOf(CHANGELOG);
+    const std::string debian =
+        support::runToEnd({"gzip", "-dc", packages_->root / "usr/share/doc/velmora/changelog.gz"},
+                          support::currentEnvironment());
+
+    const std::string latest = firstOf(history, "\n## ([0-9][^ ]*) - ");
+    EXPECT_EQ(latest, PACKAGE_VERSION);
+    EXPECT_THAT(debian, ::testing::StartsWith("velmora (" + latest + ") "));
+    EXPECT_THAT(textOf(PACKAGING_FOLDER "/desktop/app.velmora.Velmora.metainfo.xml"),
+                HasSubstr("<releases>\n    <release version=\"" + latest + "\" date=\"" +
+                          firstOf(history, "\n## [0-9][^ ]* - ([0-9-]+)\n") + "\"/>"));
+    EXPECT_THAT(debian, Not(HasSubstr("Unreleased")));
 }
 
 TEST(Installation, IsRemovedWithoutATrace) {

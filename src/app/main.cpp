@@ -1,19 +1,14 @@
-// The mixer: one program per session, which lives until the user quits.
+// velmora-mixer: one program per session, which lives until the user quits. `velmora` becomes it,
+// with the words that it was called with.
 
-#include "app/CommandClient.h"
-#include "app/Display.h"
 #include "app/QuitSignals.h"
 #include "app/RealPlatform.h"
 #include "app/RemoteMixer.h"
 #include "app/SingleInstance.h"
 #include "app/VelmoraApp.h"
-#include "engine/Sentence.h"
-#include "operations/CommandHelp.h"
 #include "operations/LaunchRequest.h"
 #include "operations/Mixer.h"
-#include "platform/sqlite/KeptText.h"
 #include "settings/AppSettings.h"
-#include "settings/Texts.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -21,8 +16,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
-#include <utility>
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -55,50 +48,6 @@ int refuse(const std::string& reason) {
         QMessageBox::information(nullptr, "Velmora", QString::fromStdString(reason));
     }
     return 1;
-}
-
-/// For what is said without the settings' owner.
-std::string inUsersLanguage(std::string_view french) {
-    using namespace velmora;
-    static const auto language = keptText(SqliteDefaultsStore::defaultPath(), "language");
-    return std::string(language == "en" ? inEnglish(french) : french);
-}
-
-/// What is no launch of a mixer: none of it makes windows, or touches the settings.
-std::optional<int> answered(const velmora::LaunchRequest& request, int& argc, char** argv) {
-    using namespace velmora;
-    using Kind = LaunchRequest::Kind;
-    switch (request.kind) {
-    case Kind::help:
-        std::fputs(helpText(inUsersLanguage).c_str(), stdout);
-        return 0;
-    case Kind::version:
-        std::fputs(("Velmora " + versionText(ownVersion()).toStdString() + "\n").c_str(), stdout);
-        return 0;
-    case Kind::unknownOption:
-        std::fputs(("velmora: " +
-                    filled(inUsersLanguage("L'option « {name} » est inconnue. « velmora --help » "
-                                           "les montre."),
-                           {{"{name}", request.words.front()}}) +
-                    "\n")
-                       .c_str(),
-                   stderr);
-        return 2;
-    case Kind::command: {
-        const QCoreApplication application(argc, argv);
-        return CommandClient(inUsersLanguage).run(request);
-    }
-    case Kind::windows:
-    case Kind::hidden:
-        if (!request.hasQtsOptions && !hasDisplay()) {
-            return refuse(inUsersLanguage(
-                "Aucun écran n'est joignable. « velmora --headless » mixe sans fenêtres."));
-        }
-        return std::nullopt;
-    case Kind::headless:
-        return std::nullopt;
-    }
-    std::unreachable();
 }
 
 std::unique_ptr<QCoreApplication>
@@ -135,9 +84,6 @@ int main(int argc, char** argv) {
 
     const LaunchRequest request =
         launchRequest(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
-    if (const auto status = answered(request, argc, argv)) {
-        return *status;
-    }
     const auto application = applicationFor(request.kind, argc, argv);
     QCoreApplication::setApplicationName("velmora");
 

@@ -217,7 +217,8 @@ TEST_F(InstalledProgram, LeavesNothingBehindWhenItIsQuitInTheMiddleOfAMix) {
     openAndStartTheMix();
     expectTheSetupHeard();
     ASSERT_THAT(processes(),
-                UnorderedElementsAre("usr/bin/velmora", "usr/libexec/velmora/velmora-give-back"));
+                UnorderedElementsAre("usr/libexec/velmora/velmora-mixer",
+                                     "usr/libexec/velmora/velmora-give-back"));
     const Traces during = traces();
     EXPECT_NE(during.nodes, before.nodes);
     EXPECT_NE(during.links, before.links);

@@ -20,6 +20,7 @@ using ::testing::IsEmpty;
 
 const auto commonFiles = {"usr/bin/velmora",
                           "usr/libexec/velmora/velmora-give-back",
+                          "usr/libexec/velmora/velmora-mixer",
                           "usr/share/applications/app.velmora.Velmora.desktop",
                           "usr/share/metainfo/app.velmora.Velmora.metainfo.xml",
                           "usr/share/dbus-1/interfaces/app.velmora.Mixer1.xml",
@@ -100,9 +101,9 @@ TEST_F(Package, LeavesTheMicrophoneToAPackageOfItsOwn) {
 }
 
 TEST_F(Package, LooksForItsLibrariesWhereTheSystemHasThem) {
-    const std::string dynamic =
-        support::runToEnd({"readelf", "--dynamic", packages_->root / "usr/bin/velmora"},
-                          support::currentEnvironment());
+    const std::string dynamic = support::runToEnd(
+        {"readelf", "--dynamic", packages_->root / "usr/libexec/velmora/velmora-mixer"},
+        support::currentEnvironment());
 
     EXPECT_THAT(dynamic, HasSubstr("libpipewire-0.3.so.0"));
     EXPECT_THAT(dynamic, Not(HasSubstr("PATH)")));
@@ -128,6 +129,17 @@ TEST_F(Package, LacksOnlyWhatItsOwnerIsToGive) {
                 Each(AnyOf(HasSubstr(": no-copyright-file"),
                            HasSubstr(": malformed-contact Maintainer "),
                            HasSubstr(": bogus-mail-host-in-debian-changelog "))));
+}
+
+// They are most of a start, and a command has no use for them.
+TEST_F(Package, ACommandWaitsForNoLibraryOfTheWindows) {
+    const std::string loaded = support::runToEnd({"ldd", packages_->root / "usr/bin/velmora"},
+                                                 support::currentEnvironment());
+
+    EXPECT_THAT(loaded, HasSubstr("libQt6DBus"));
+    for (const char* library : {"libQt6Gui", "libQt6Widgets", "libQt6Qml", "libpipewire"}) {
+        EXPECT_THAT(loaded, Not(HasSubstr(library)));
+    }
 }
 
 TEST_F(Package, CarriesTheHistoryOfTheReleases) {

@@ -1,5 +1,6 @@
 #include "platform/desktop/AutostartEntry.h"
 
+#include "platform/InstalledFile.h"
 #include "platform/desktop/ExecLine.h"
 #include "platform/desktop/Gio.h"
 
@@ -47,6 +48,9 @@ fs::path AutostartEntry::userFolder() {
 }
 
 fs::path AutostartEntry::ownProgram() {
+    if (auto started = installedFile("bin/velmora"); !started.empty()) {
+        return started; // it becomes the running program
+    }
     std::error_code unknown; // without /proc: found by name at the next login
     auto program = fs::read_symlink("/proc/self/exe", unknown);
     return unknown ? fs::path("velmora") : program;

@@ -20,7 +20,8 @@ class AutostartEntry final : public LoginItem {
 public:
     /// $XDG_CONFIG_HOME/autostart, with its default.
     [[nodiscard]] static std::filesystem::path userFolder();
-    /// The running program. Asked at the start: a running program may be replaced by an update.
+    /// What users start the running program by, or itself where that is not installed. Asked at the
+    /// start: a running program may be replaced by an update.
     [[nodiscard]] static std::filesystem::path ownProgram();
 
     explicit AutostartEntry(std::filesystem::path folder = userFolder(),

@@ -1,5 +1,6 @@
 #include "platform/pipewire/keep/LastWill.h"
 
+#include "platform/InstalledFile.h"
 #include "platform/pipewire/daemon/Connection.h"
 #include "platform/pipewire/daemon/Loop.h"
 #include "platform/pipewire/keep/RouteMemory.h"
@@ -24,7 +25,6 @@ using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
 constexpr const char* programPath = "libexec/velmora/velmora-give-back";
-constexpr int levelsAbove = 3; // an installed program has it one above its own folder
 
 constexpr const char* addWord = "add";
 constexpr const char* removeWord = "remove";
@@ -33,18 +33,6 @@ constexpr const char* removeRouteWord = "done";
 
 /// How long the sound server may take to list what there is, and to take what we tell it.
 constexpr auto answerExpectedWithin = 2s;
-
-/// Empty when it is not there.
-fs::path findProgram() {
-    std::error_code unreadable;
-    fs::path folder = fs::read_symlink("/proc/self/exe", unreadable).parent_path();
-    for (int level = 0; level <= levelsAbove; ++level, folder = folder.parent_path()) {
-        if (fs::exists(folder / programPath, unreadable)) {
-            return folder / programPath;
-        }
-    }
-    return {};
-}
 
 } // namespace
 
@@ -85,7 +73,7 @@ void LastWill::remove(const RouteKey& key) {
 }
 
 void LastWill::start() {
-    const fs::path program = findProgram();
+    const fs::path program = installedFile(programPath);
     std::array<int, 2> ends{};
     if (program.empty() || ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
         return;

@@ -73,6 +73,12 @@ constexpr auto commands = std::to_array<CommandInfo>({
      0,
      "écrire une ligne par changement, jusqu'à l'interruption",
      "what status prints, on a line per change"},
+    {"names",
+     "sources|available|devices|presets",
+     1,
+     1,
+     "montrer des noms, un par ligne, comme une commande les prend",
+     "[name]"},
     {"quit", "", 0, 0, "fermer Velmora"},
 });
 

@@ -99,6 +99,11 @@ std::optional<Commands::Printed> Commands::shown(std::string_view name, Words wo
     if (name == "effects") {
         return effects(words, asJson);
     }
+    if (name == "names") {
+        return then(control_.names(words[0]), [&](const std::vector<std::string>& list) -> Printed {
+            return asJson ? asLine(namesJson(list)) : namesText(list);
+        });
+    }
     return std::nullopt;
 }
 

@@ -40,33 +40,54 @@ Words wordsOf(std::string argument) {
     return words;
 }
 
-/// After so many words, the first of which is `first`, `words` may follow.
+/// What may follow `place` words, the first of which are `first` and, where a command has two,
+/// `second`.
 struct Step {
     std::string first;
-    std::string place; ///< the number, as a pattern
-    Words words;
+    std::string second{};
+    std::size_t place{};
+    bool isAnyFurther{}; ///< and in every later place
+    Words words{};
+    std::string list{}; ///< names that the running program knows; see the command "names"
+    bool isFile{};
 };
+
+/// The list that an argument's word is one of.
+std::string listOf(const CommandInfo& command, std::string argument) {
+    std::erase_if(argument, [](char byte) { return byte == '[' || byte == ']'; });
+    if (argument == "SOURCE") {
+        return command.name == "add" ? "available" : "sources";
+    }
+    if (argument == "DEVICE") {
+        return "devices";
+    }
+    return argument == "NAME" ? "presets" : "";
+}
 
 std::vector<Step> steps() {
     std::vector<Step> all;
     for (const CommandInfo& command : commandTable()) {
         const Words name = split(command.name, ' ');
-        if (name.size() > 1) {
-            if (all.empty() || all.back().first != name[0]) {
-                all.push_back({name[0], "1", {}});
+        const std::string second = name.size() > 1 ? name[1] : "";
+        if (!second.empty()) {
+            auto shared = std::ranges::find_if(
+                all, [&](const Step& step) { return step.first == name[0] && step.place == 1; });
+            if (shared == all.end()) {
+                shared = all.insert(shared, {.first = name[0], .place = 1});
             }
-            all.back().words.push_back(name[1]);
-            continue;
+            shared->words.push_back(second);
         }
-        std::size_t place = 0;
+        std::size_t place = name.size();
         for (const std::string& argument : split(command.arguments, ' ')) {
-            ++place;
-            if (Words words = wordsOf(argument); !words.empty()) {
-                const bool isAnyFurther = command.arguments.ends_with("...]");
-                all.push_back(
-                    {name[0],
-                     isAnyFurther ? "[" + std::to_string(place) + "-9]*" : std::to_string(place),
-                     std::move(words)});
+            Step step{.first = name[0],
+                      .second = second,
+                      .place = place++,
+                      .isAnyFurther = argument.find('=') != argument.npos,
+                      .words = wordsOf(argument),
+                      .list = listOf(command, argument),
+                      .isFile = argument == "FILE"};
+            if (!step.words.empty() || !step.list.empty() || step.isFile) {
+                all.push_back(std::move(step));
             }
         }
     }
@@ -119,35 +140,62 @@ std::string summaryOf(const std::string& first) {
     return {};
 }
 
-/// "mute:2) <action> ;;" for each step, in the syntax that bash and zsh share.
-std::string cases(const std::string& before, const std::string& after) {
-    std::string text;
-    for (const Step& step : steps()) {
-        text += "    " + step.first + ":" + step.place + ") " + before + joined(step.words) +
-                after + " ;;\n";
-    }
-    return text;
+/// The first two words and the number of words, as a pattern of bash and zsh.
+std::string patternOf(const Step& step) {
+    const std::string place = std::to_string(step.place);
+    return step.first + ":" + (step.second.empty() ? "*" : step.second) + ":" +
+           (step.isAnyFurther ? "[" + place + "-9]*" : place);
+}
+
+/// Asks the mixer that runs. Silent when there is none, and soon done when it does not answer.
+std::string namesCommand(const Step& step) {
+    return "timeout 1 velmora names " + step.list + " 2>/dev/null";
 }
 
 } // namespace
 
 std::string bashCompletion() {
+    std::string cases;
+    for (const Step& step : steps()) {
+        if (step.isFile) {
+            continue; // offered where nothing else is
+        }
+        cases += "    " + patternOf(step) + ")";
+        cases += step.words.empty() ? "" : " choices='" + joined(step.words) + "'";
+        cases += step.list.empty() ? "" : " names=$(" + namesCommand(step) + " || :)";
+        cases += " ;;\n";
+    }
+    // Names are other programs' words: nothing of them may reach what the shell expands. Between
+    // quotes that the user has opened, those that could are not offered.
     return "# Completes the words of velmora.\n"
            "_velmora() {\n"
-           "    local current=${COMP_WORDS[COMP_CWORD]} word choices=\n"
+           "    local current=${COMP_WORDS[COMP_CWORD]} word typed choices= names=\n"
            "    local words=()\n"
            "    for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
            "        [[ $word == --* ]] || words+=(\"$word\")\n"
            "    done\n"
-           "    case ${words[0]-}:${#words[@]} in\n"
-           "    :0) choices='" +
-           joined(firstWords()) + "' ;;\n" + cases("choices='", "'") +
+           "    case ${words[0]-}:${words[1]-}:${#words[@]} in\n"
+           "    :*:0) choices='" +
+           joined(firstWords()) + "' ;;\n" + cases +
            "    esac\n"
            "    [[ $current == -* ]] && choices='" +
            optionWords() +
-           "'\n"
-           "    COMPREPLY=($(compgen -W \"$choices\" -- \"$current\"))\n"
+           "' names=\n"
+           "    COMPREPLY=($(compgen -W \"$choices\" -- \"$current\")) || :\n"
            "    [[ ${COMPREPLY[0]-} == *= ]] && compopt -o nospace\n"
+           "    typed=${current#[\\\"\\']}\n"
+           "    [[ $typed == \"$current\" ]] && typed=${typed//\\\\/}\n"
+           "    while IFS= read -r word; do\n"
+           "        [[ $word && ${word,,} == \"${typed,,}\"* ]] || continue\n"
+           "        if [[ $current != [\\\"\\']* ]]; then\n"
+           "            printf -v word %q \"$word\"\n"
+           "            word=${word//:/\\\\:}\n"
+           "            word=${word//=/\\\\=}\n"
+           "        elif [[ $word == *[\\\"\\'\\\\\\$\\`\\!]* ]]; then\n"
+           "            continue\n"
+           "        fi\n"
+           "        COMPREPLY+=(\"$word\")\n"
+           "    done <<<\"$names\"\n"
            "    return 0\n"
            "}\n"
            "complete -o default -F _velmora velmora\n";
@@ -158,8 +206,21 @@ std::string zshCompletion() {
     for (const std::string& word : firstWords()) {
         descriptions += "    " + inQuotes(word + ":" + summaryOf(word)) + "\n";
     }
+    std::string cases;
+    for (const Step& step : steps()) {
+        cases += "    " + patternOf(step) + ")";
+        if (!step.words.empty()) {
+            cases += " compadd -- " + joined(step.words);
+        } else if (step.isFile) {
+            cases += " _files";
+        } else {
+            cases += " names=(${(f)\"$(" + namesCommand(step) +
+                     ")\"}); compadd -M 'm:{[:lower:]}={[:upper:]}' -a names";
+        }
+        cases += " ;;\n";
+    }
     return "#compdef velmora\n"
-           "local -a before first\n"
+           "local -a before first names\n"
            "before=(${${words[2,CURRENT-1]}:#--*})\n"
            "first=(\n" +
            descriptions +
@@ -170,20 +231,37 @@ std::string zshCompletion() {
            "\n"
            "    return\n"
            "fi\n"
-           "case ${before[1]-}:${#before} in\n"
-           "    :0) _describe command first ;;\n" +
-           cases("compadd -- ", "") + "esac\n";
+           "case ${before[1]-}:${before[2]-}:${#before} in\n"
+           "    :*:0) _describe command first ;;\n" +
+           cases + "esac\n";
 }
 
 std::string fishCompletion() {
-    std::string text = "complete -c velmora -f\n";
+    std::string text = "# Whether so many words were written, these first.\n"
+                       "function __velmora_at\n"
+                       "    set -l words (commandline -opc | string match -v -- '--*')[2..-1]\n"
+                       "    test (count $words) $argv[1] $argv[2]; or return\n"
+                       "    set -l first $argv[3..-1]\n"
+                       "    set -l number (count $first)\n"
+                       "    test $number -eq 0; or test \"$words[1..$number]\" = \"$first\"\n"
+                       "end\n"
+                       "complete -c velmora -f\n";
+    const auto at = [](const std::string& comparison, const std::string& place, Words first) {
+        std::erase(first, "");
+        return "complete -c velmora -n '__velmora_at " + comparison + " " + place +
+               (first.empty() ? "" : " ") + joined(first) + "' ";
+    };
     for (const std::string& word : firstWords()) {
-        text += "complete -c velmora -n __fish_use_subcommand -a " + word + " -d " +
-                inQuotes(summaryOf(word)) + "\n";
+        text += at("-eq", "0", {}) + "-a " + word + " -d " + inQuotes(summaryOf(word)) + "\n";
     }
     for (const Step& step : steps()) {
-        text += "complete -c velmora -n '__fish_seen_subcommand_from " + step.first + "' -a " +
-                inQuotes(joined(step.words)) + "\n";
+        const std::string here = at(step.isAnyFurther ? "-ge" : "-eq",
+                                    std::to_string(step.place),
+                                    {step.first, step.second});
+        text += step.words.empty() ? "" : here + "-a " + inQuotes(joined(step.words)) + "\n";
+        text +=
+            step.list.empty() ? "" : here + "-a " + inQuotes("(" + namesCommand(step) + ")") + "\n";
+        text += step.isFile ? here + "-F\n" : "";
     }
     for (const OptionInfo& option : optionTable()) {
         text += "complete -c velmora -l " + std::string(option.name.substr(2)) + " -d " +

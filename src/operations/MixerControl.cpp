@@ -39,6 +39,22 @@ NamedChoice named(const AudioSource& source, std::string shownName) {
             .alias = app == nullptr ? std::string{} : app->bundleID};
 }
 
+std::vector<NamedChoice> choicesOf(std::span<const OfferedSource> offered) {
+    std::vector<NamedChoice> choices;
+    for (const OfferedSource& one : offered) {
+        choices.push_back(named(one.source, one.name));
+    }
+    return choices;
+}
+
+std::vector<NamedChoice> choicesOf(std::span<const MonitorOffer> offers) {
+    std::vector<NamedChoice> choices;
+    for (const MonitorOffer& one : offers) {
+        choices.push_back({.id = one.tag, .name = one.name});
+    }
+    return choices;
+}
+
 std::string_view withoutBlanksAround(std::string_view text) {
     constexpr std::string_view blanks = " \t";
     const auto first = text.find_first_not_of(blanks);
@@ -115,11 +131,7 @@ std::vector<OfferedSource> MixerControl::available() {
 
 Answer<> MixerControl::add(std::string_view word) {
     const auto offered = available();
-    std::vector<NamedChoice> choices;
-    for (const OfferedSource& one : offered) {
-        choices.push_back(named(one.source, one.name));
-    }
-    const auto found = find(choices, word, "available");
+    const auto found = find(choicesOf(offered), word, "available");
     if (!found) {
         return std::unexpected(found.error());
     }
@@ -127,14 +139,19 @@ Answer<> MixerControl::add(std::string_view word) {
     return {};
 }
 
-Answer<AudioSource> MixerControl::source(std::string_view word) const {
+std::vector<NamedChoice> MixerControl::sourceChoices() const {
     std::vector<NamedChoice> choices;
     for (const AudioSource& one : parts_.engine.sources()) {
         choices.push_back(named(one, shownName(one, parts_.settings)));
     }
-    return then(find(choices, word, "sources"), [this](std::size_t index) -> Answer<AudioSource> {
-        return parts_.engine.sources()[index];
-    });
+    return choices;
+}
+
+Answer<AudioSource> MixerControl::source(std::string_view word) const {
+    return then(find(sourceChoices(), word, "sources"),
+                [this](std::size_t index) -> Answer<AudioSource> {
+                    return parts_.engine.sources()[index];
+                });
 }
 
 Answer<> MixerControl::remove(std::string_view word) {
@@ -284,11 +301,7 @@ std::vector<MonitorOffer> MixerControl::monitors() {
 
 Answer<> MixerControl::setMonitor(std::string_view word) {
     const auto offers = monitors();
-    std::vector<NamedChoice> choices;
-    for (const MonitorOffer& one : offers) {
-        choices.push_back({.id = one.tag, .name = one.name});
-    }
-    const auto found = find(choices, word, "monitor");
+    const auto found = find(choicesOf(offers), word, "monitor");
     if (!found) {
         return std::unexpected(found.error());
     }
@@ -297,12 +310,35 @@ Answer<> MixerControl::setMonitor(std::string_view word) {
     return {};
 }
 
-Answer<std::size_t> MixerControl::preset(std::string_view word) const {
+std::vector<NamedChoice> MixerControl::presetChoices() const {
     std::vector<NamedChoice> choices;
     for (const Preset& one : parts_.presets.presets()) {
         choices.push_back({.id = one.id.string(), .name = one.name});
     }
-    return find(choices, word, "preset list");
+    return choices;
+}
+
+Answer<std::size_t> MixerControl::preset(std::string_view word) const {
+    return find(presetChoices(), word, "preset list");
+}
+
+Answer<std::vector<std::string>> MixerControl::names(std::string_view list) {
+    if (list == "sources") {
+        return distinctWords(sourceChoices());
+    }
+    if (list == "available") {
+        return distinctWords(choicesOf(available()));
+    }
+    if (list == "devices") {
+        return distinctWords(choicesOf(monitors()));
+    }
+    if (list == "presets") {
+        return distinctWords(presetChoices());
+    }
+    Refusal unknown = refusal(
+        "« {name} » n'est ni « sources » ni « available » ni « devices » ni « presets ».", list);
+    unknown.kind = Refusal::Kind::misused;
+    return std::unexpected(std::move(unknown));
 }
 
 void MixerControl::apply(std::size_t preset) {

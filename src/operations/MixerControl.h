@@ -87,6 +87,8 @@ public:
     [[nodiscard]] std::vector<OfferedSource> available();
     /// Empty without a device of that kind but for the default output.
     [[nodiscard]] std::vector<MonitorOffer> monitors();
+    /// Of "sources", "available", "devices" or "presets": a word for each that means it alone.
+    [[nodiscard]] Answer<std::vector<std::string>> names(std::string_view list);
 
 private:
     [[nodiscard]] Refusal
@@ -94,6 +96,8 @@ private:
     [[nodiscard]] Answer<std::size_t> find(std::span<const NamedChoice> choices,
                                            std::string_view word,
                                            std::string_view command) const;
+    [[nodiscard]] std::vector<NamedChoice> sourceChoices() const;
+    [[nodiscard]] std::vector<NamedChoice> presetChoices() const;
     [[nodiscard]] Answer<std::size_t> preset(std::string_view word) const;
     void apply(std::size_t preset);
     [[nodiscard]] Answer<float> gain(double db) const;

@@ -105,6 +105,10 @@ std::string presetsJson(const MixerState& state) {
     return text(list);
 }
 
+std::string namesJson(std::span<const std::string> names) {
+    return text(Json(names));
+}
+
 std::string levelsJson(float level, const std::map<std::string, float>& levels) {
     return text({{"level", level}, {"sources", Json(levels)}});
 }

@@ -32,6 +32,9 @@ namespace velmora {
 /// An array of {"number", "name", "active"}
 [[nodiscard]] std::string presetsJson(const MixerState& state);
 
+/// An array of texts
+[[nodiscard]] std::string namesJson(std::span<const std::string> names);
+
 /// {"level", "sources": {id: level}}. @param levels  linear peaks by source id
 [[nodiscard]] std::string levelsJson(float level, const std::map<std::string, float>& levels);
 

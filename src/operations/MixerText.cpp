@@ -128,6 +128,14 @@ std::string presetsText(const MixerState& state) {
     return text;
 }
 
+std::string namesText(std::span<const std::string> names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += name + '\n';
+    }
+    return text;
+}
+
 std::string levelsText(const MixerState& state, const std::map<std::string, float>& levels) {
     std::string text;
     std::size_t number = 0;

@@ -23,6 +23,8 @@ class AppSettings;
                                         const AppSettings& settings);
 [[nodiscard]] std::string monitorsText(std::span<const MonitorOffer> offers);
 [[nodiscard]] std::string presetsText(const MixerState& state);
+/// A line each.
+[[nodiscard]] std::string namesText(std::span<const std::string> names);
 /// @param levels  linear peaks by source id
 [[nodiscard]] std::string levelsText(const MixerState& state,
                                      const std::map<std::string, float>& levels);

@@ -2,6 +2,7 @@
 
 #include "capture/NameCompare.h"
 
+#include <algorithm>
 #include <charconv>
 #include <optional>
 
@@ -60,6 +61,25 @@ Found chosen(std::span<const NamedChoice> choices, std::string_view word) {
         });
     }
     return found;
+}
+
+std::vector<std::string> distinctWords(std::span<const NamedChoice> choices) {
+    constexpr unsigned char firstPrintable = ' ';
+    constexpr char rubout = '\x7f';
+    std::vector<std::string> words;
+    for (std::size_t index = 0; index < choices.size(); ++index) {
+        const NamedChoice& choice = choices[index];
+        for (const std::string& word : {choice.name, choice.id}) {
+            const bool staysOnALine = std::ranges::all_of(word, [](char byte) {
+                return static_cast<unsigned char>(byte) >= firstPrintable && byte != rubout;
+            });
+            if (staysOnALine && chosen(choices, word) == index) {
+                words.push_back(word);
+                break;
+            }
+        }
+    }
+    return words;
 }
 
 } // namespace velmora

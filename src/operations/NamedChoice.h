@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmora {
 
@@ -22,5 +23,9 @@ enum class NameMiss { none, several };
 /// this number (counted from 1), else the one whose name begins so in any case.
 [[nodiscard]] std::expected<std::size_t, NameMiss> chosen(std::span<const NamedChoice> choices,
                                                           std::string_view word);
+
+/// For each entry a word that means it alone: its name, or its id where others are called the same.
+/// What would not stay on one line is left out.
+[[nodiscard]] std::vector<std::string> distinctWords(std::span<const NamedChoice> choices);
 
 } // namespace velmora

@@ -38,6 +38,8 @@ constexpr auto texts = std::to_array<TextPair>({
     {"montrer les niveaux de cet instant", "show the levels of this moment"},
     {"écrire une ligne par changement, jusqu'à l'interruption",
      "print a line for every change, until interrupted"},
+    {"montrer des noms, un par ligne, comme une commande les prend",
+     "show names, a line each, as a command takes them"},
     {"fermer Velmora", "quit Velmora"},
 
     // The options
@@ -113,6 +115,8 @@ constexpr auto texts = std::to_array<TextPair>({
      "“{name}” is neither “microphone” nor “headphones”."},
     {"« {name} » n'est ni « on » ni « off » ni « toggle ».",
      "“{name}” is neither “on” nor “off” nor “toggle”."},
+    {"« {name} » n'est ni « sources » ni « available » ni « devices » ni « presets ».",
+     "“{name}” is neither “sources” nor “available” nor “devices” nor “presets”."},
     {"« {name} » n'est pas un nombre de décibels.", "“{name}” is no number of decibels."},
 
     // Where there is nobody to ask, or no display

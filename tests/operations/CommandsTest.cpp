@@ -82,6 +82,21 @@ TEST_F(CommandsTest, AvailableTellsWhatPlays) {
                 HasSubstr("1   Player  app-org.player-4711, playing now\n"));
 }
 
+TEST_F(CommandsTest, NamesAreWordsThatCommandsTake) {
+    machine.startApplication(4713, "Browser", "org.browser.beta");
+    engine.replaceSources({player, browser, AppSource{4713, "Browser", "org.browser.beta"}});
+    ASSERT_EQ(command("preset save Evening"), done);
+
+    EXPECT_EQ(command("names sources").output,
+              "Player\napp-org.browser-4712\napp-org.browser.beta-4713\n");
+    EXPECT_EQ(json("names presets"), Json::array({"Evening"}));
+    EXPECT_EQ(json("names devices")[0], "Default output");
+    for (const std::string name : json("names available")) {
+        EXPECT_EQ(commands.run(std::vector<std::string>{"add", name}), done) << name;
+    }
+    EXPECT_THAT(misused("names colours"), HasSubstr("sources"));
+}
+
 TEST_F(CommandsTest, AddingTwiceIsAddingOnce) {
     EXPECT_EQ(command("add Player"), done);
     EXPECT_EQ(command("add Player"), done);
@@ -424,6 +439,7 @@ TEST_F(CommandsTest, EveryCommandOfTheTableIsCarriedOut) {
         for (std::size_t word = 0; word < info.least; ++word) {
             line += info.name == "volume"                ? (word == 0 ? " microphone" : " -3")
                     : info.arguments.starts_with("FILE") ? " /nowhere/presets.json"
+                    : info.name == "names"               ? " sources"
                                                          : " 1";
         }
         EXPECT_NE(command(line).status, 2) << line;

@@ -51,5 +51,15 @@ TEST(NamedChoice, TwoOfOneNameNeedAnotherWord) {
     EXPECT_EQ(chosen(twins, "2"), Found(1));
 }
 
+TEST(NamedChoice, DistinctWordsFindEachEntryAgain) {
+    const std::vector<NamedChoice> entries{{.id = "a", .name = "Call"},
+                                           {.id = "b", .name = "Music"},
+                                           {.id = "c", .name = "Call"},
+                                           {.id = "d", .name = "b"},
+                                           {.id = "", .name = "Two\nlines"}};
+
+    EXPECT_EQ(distinctWords(entries), (std::vector<std::string>{"a", "Music", "c", "d"}));
+}
+
 } // namespace
 } // namespace velmora

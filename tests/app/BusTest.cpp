@@ -41,6 +41,19 @@ protected:
         line.insert(line.end(), arguments.begin(), arguments.end());
         return run(line);
     }
+    /// busctl on the mixer's interface; the words after the verb, from the member on.
+    [[nodiscard]] Said busctl(const std::string& verb,
+                              const std::vector<std::string>& words = {}) const {
+        std::vector<std::string> line{"busctl",
+                                      "--user",
+                                      "--",
+                                      verb,
+                                      "app.velmora.Velmora",
+                                      "/app/velmora/Velmora/Mixer",
+                                      "app.velmora.Mixer1"};
+        line.insert(line.end(), words.begin(), words.end());
+        return run(line);
+    }
     void call(const std::string& method, const std::vector<std::string>& arguments = {}) const {
         const Said said = gdbus("app.velmora.Mixer1." + method, arguments);
         EXPECT_EQ(said.status, 0) << method << ": " << said.error;
@@ -145,6 +158,43 @@ TEST_F(BusProgram, IsWorkedWholeByAnotherLanguagesClient) {
     call("RemovePreset", {"Evening"});
     EXPECT_EQ(property("Presets"), "(<@as []>,)\n");
     call("Quit");
+    EXPECT_THAT(mixer.wait(patience), testing::Optional(0));
+}
+
+TEST_F(BusProgram, IsWorkedByTheSystemsOwnClientToo) {
+    const ToneApp app(session());
+    app.play("music", hz, hz, playedDb);
+    const Recorder mic(session(), microphone, {1});
+    monitorOnTheInterface();
+    ChildProcess mixer = headless();
+    const std::string source = playing(app.pid());
+    const auto called = [&](const std::vector<std::string>& words) {
+        const Said said = busctl("call", words);
+        EXPECT_EQ(said.status, 0) << words.front() << ": " << said.error;
+        return said.output;
+    };
+    const auto value = [&](const std::string& name) {
+        return busctl("get-property", {name}).output;
+    };
+
+    called({"Add", "s", source});
+    called({"Start"});
+    EXPECT_TRUE(mic.hears(0, hz, playedDb));
+    EXPECT_EQ(value("Running"), "b true\n");
+    called({"SetLevel", "sd", source, "-6"});
+    EXPECT_TRUE(mic.hears(0, hz, -26));
+    called({"SetEffects", "sa{ss}", source, "1", "level", "6"});
+    EXPECT_TRUE(mic.hears(0, hz, -20));
+    called({"SetVolume", "sd", "microphone", "-3"});
+    EXPECT_EQ(value("MicrophoneDb"), "d -3\n");
+    EXPECT_THAT(called({"Levels"}), HasSubstr("\"" + source + "\" 0."));
+    EXPECT_EQ(called({"Run", "as", "2", "names", "sources"}),
+              "iss 0 \"velmora_tone_app\\n\" \"\"\n");
+    EXPECT_THAT(busctl("call", {"SetVolume", "sd", "microphone", "7"}).error,
+                HasSubstr("from -60 to 6 dB"));
+    EXPECT_THAT(busctl("introspect").output,
+                testing::AllOf(HasSubstr(".SetSilenced "), HasSubstr(".Presets ")));
+    called({"Quit"});
     EXPECT_THAT(mixer.wait(patience), testing::Optional(0));
 }
 

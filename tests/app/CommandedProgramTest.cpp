@@ -150,6 +150,16 @@ TEST_F(CommandedProgram, NeedsADisplayForItsWindowsAloneAndSaysSo) {
     EXPECT_THAT(program.wait(patience), Optional(1));
 }
 
+TEST_F(CommandedProgram, SaysThatItsMixerIsNotInstalled) {
+    const auto copy = home.path() / "velmora";
+    std::filesystem::copy_file(VELMORA_PROGRAM, copy);
+
+    const Said said = run({copy, "--headless"});
+
+    EXPECT_EQ(said.status, 1);
+    EXPECT_THAT(said.error, HasSubstr("Velmora could not be opened."));
+}
+
 TEST_F(CommandedProgram, ExplainsItselfInTheKeptLanguageWithoutADisplay) {
     EXPECT_THAT(velmora({"--help"}).output, HasSubstr("set a source's level"));
     settings().set("language", std::string("fr"));

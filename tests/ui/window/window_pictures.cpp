@@ -244,6 +244,14 @@ const State states[] = {
          stage.scene.talk.setOn(true);
          mixAndStart(stage);
      }},
+    {"not-launched",
+     [](Stage& stage) {
+         stage.scene.mixPodcast();
+         stage.scene.engine.tell(
+             ProblemOrigin::recall,
+             {{.kind = Problem::Kind::notLaunched, .subject = "Video Call"},
+              {.kind = Problem::Kind::inputNotStarted, .subject = "Microphone", .status = -16}});
+     }},
     {"many",
      [](Stage& stage) {
          stage.scene.mixMany(12);

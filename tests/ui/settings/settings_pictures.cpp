@@ -6,7 +6,11 @@
 #include "capture/DAWModeManager.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
+#include "operations/PushToTalk.h"
+#include "operations/ShortcutKeys.h"
 #include "platform/simulated/SimulatedPlatform.h"
+#include "presets/PresetRecall.h"
+#include "presets/PresetStore.h"
 #include "settings/AppSettings.h"
 #include "ui/Ui.h"
 #include "ui/WindowPicture.h"
@@ -40,20 +44,34 @@ bool draw(const QDir& folder, const WindowLook& look) {
     AudioEngine mixer(machine.platform());
     SourceManager sources(machine.platform());
     DAWModeManager dawMode(machine.platform());
+    PresetStore presets(machine.defaults);
+    PresetRecall recall(machine.platform(), mixer);
+    PushToTalk talk(mixer);
+    ShortcutKeys keys({.platform = machine.platform(),
+                       .engine = mixer,
+                       .sources = sources,
+                       .presets = presets,
+                       .recall = recall,
+                       .settings = settings,
+                       .talk = talk});
     SettingsModel model({.platform = machine.platform(),
                          .engine = mixer,
                          .sources = sources,
                          .settings = settings,
                          .dawMode = dawMode,
+                         .keys = keys,
                          .version = {.release = "1.0", .build = "1"}});
     model.refresh();
     model.setMonitoring("interface#3");
     model.setDawInterface("interface");
     model.setDawEnabled(true);
-
-    QQmlEngine engine;
     settings.setAppearance(look.appearance);
     settings.setLanguage(look.language);
+    machine.shortcuts.appear();
+    keys.use(true); // in this language
+    talk.setOn(true);
+
+    QQmlEngine engine;
     installKit(engine, settings);
     installUi(engine);
     QQmlComponent component(&engine, QUrl("qrc:/qt/qml/Velmora/SettingsWindow.qml"));
@@ -65,7 +83,7 @@ bool draw(const QDir& folder, const WindowLook& look) {
         return false;
     }
     window->show();
-    for (const char* tab : {"general", "audio"}) {
+    for (const char* tab : {"general", "audio", "shortcuts"}) {
         QMetaObject::invokeMethod(findItem(*window, QString(tab) + "TabButton"), "clicked");
         const QString file = folder.filePath(QString::fromStdString(
             std::string("settings-") + tab + "-" + look.appearance + "-" + look.language + ".png"));

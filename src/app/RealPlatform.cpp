@@ -2,8 +2,14 @@
 
 #include "platform/desktop/ProcFiles.h"
 
+#include <string>
+#include <string_view>
+#include <utility>
+
 namespace velmora {
 namespace {
+
+constexpr std::string_view cardsKey = "cardDevices";
 
 std::uint64_t processStart(std::int32_t pid) {
     const auto stat = ProcFiles("/proc").stat(pid);
@@ -30,7 +36,9 @@ RealPlatform::RealPlatform(const std::filesystem::path& settingsFile)
       audio_(mainQueue_,
              {.identify = [this](const auto& claims) { return applications_.identify(claims); },
               .applicationPid = [this](std::int32_t pid) { return applications_.leader(pid); },
-              .processStart = processStart}) {
+              .processStart = processStart,
+              .keepCards = [this](std::string cards) { defaults_.set(cardsKey, std::move(cards)); },
+              .knownCards = defaults_.read<std::string>(cardsKey).value_or("")}) {
 }
 
 Platform RealPlatform::platform() {

@@ -40,18 +40,27 @@ void raiseFileLimit() {
 class PipeWireAudio::Impl {
 public:
     Impl(MainQueue& mainQueue, Options options)
-        : mainQueue_(mainQueue),
+        : mainQueue_(mainQueue), keepCards_(std::move(options.keepCards)),
           session_({.unknownApplications =
                         [this](pipewire::ProcessDirectory::Claims claims) {
                             post([claims = std::move(claims)](Impl& self) {
                                 self.applications_.resolve(claims);
                             });
                         },
+                    .cardsNamed =
+                        [this](std::string cards) {
+                            post([cards = std::move(cards)](Impl& self) {
+                                if (self.keepCards_) {
+                                    self.keepCards_(cards);
+                                }
+                            });
+                        },
                     .defaultOutputChanged =
                         [this] {
                             post([](Impl& self) { self.devices_.defaultOutputChanged().emit(); });
                         },
-                    .changed = [this] { postChanged(); }}),
+                    .changed = [this] { postChanged(); }},
+                   options.knownCards),
           applications_(session_,
                         {.identify = std::move(options.identify),
                          .leaderOf = std::move(options.applicationPid),
@@ -91,6 +100,7 @@ private:
     std::atomic<bool> isChangeDue_ = false;
     MainQueue& mainQueue_;
     std::shared_ptr<Impl*> self_ = std::make_shared<Impl*>(this); // main destroys it
+    std::function<void(std::string)> keepCards_;
     pipewire::Session session_;
     pipewire::ApplicationResolver applications_;
     pipewire::SessionDevices devices_;

@@ -39,6 +39,12 @@ public:
         /// When a process started, in any unit; 0 = unknown. It tells a process that connects again
         /// from another one that was given its number.
         std::function<std::uint64_t(std::int32_t pid)> processStart;
+        /// Keeps for later runs what is known of cards, so that their devices have the same UIDs
+        /// then. Not kept when empty.
+        std::function<void(std::string cards)> keepCards;
+
+        /// What `keepCards` was told last, in this run or one before.
+        std::string knownCards;
         /// Longest wait of the constructor for the first complete list of devices.
         std::chrono::milliseconds firstListing{2000};
     };

@@ -22,8 +22,8 @@ constexpr auto farewellLimit = 200ms;
 
 } // namespace
 
-Session::Session(Events events)
-    : loop_("velmora-control"), events_(std::move(events)), state_(getpid()),
+Session::Session(Events events, std::string_view knownCards)
+    : loop_("velmora-control"), events_(std::move(events)), state_(getpid(), knownCards),
       pass_(loop_, [this] { pass(); }),
       connection_(loop_.get(),
                   state_.graph,
@@ -102,6 +102,7 @@ void Session::pass() {
     passLosses();
     passNode();
     passRate();
+    passCards();
     passApplications();
     if (connection_.isListed()) {
         search_.end();
@@ -145,6 +146,12 @@ void Session::forgetRoutesOf(const std::string& node) {
 void Session::passRate() {
     if (connection_.isListed()) {
         state_.rate.configure(state_.graph.configuredRate());
+    }
+}
+
+void Session::passCards() {
+    if (connection_.isListed() && state_.cards.follow(state_.graph)) {
+        events_.cardsNamed(state_.cards.kept());
     }
 }
 
@@ -251,6 +258,7 @@ void Session::waitForListing(std::chrono::milliseconds limit) {
     Loop::Lock lock(loop_);
     lock.wait(limit, [this] { return !connection_.isOpen() || isAvailableLocked(); });
     passRate();
+    passCards();
     news_.start(surroundings());
 }
 

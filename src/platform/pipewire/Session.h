@@ -23,6 +23,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace velmora::pipewire {
@@ -36,6 +37,8 @@ class Session {
 public:
     struct Events {
         std::function<void(ProcessDirectory::Claims claims)> unknownApplications;
+        /// What a later run is to know of cards; see `CardNames::kept`.
+        std::function<void(std::string kept)> cardsNamed;
         // These are not told before `waitForListing` has returned, and in this order.
         std::function<void()> defaultOutputChanged;
         /// The service, a device or its channels, an application's process object or the rate is
@@ -43,7 +46,8 @@ public:
         std::function<void()> changed;
     };
 
-    explicit Session(Events events);
+    /// @param knownCards  what the latest `cardsNamed` told
+    Session(Events events, std::string_view knownCards);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -116,6 +120,7 @@ private:
     void passLosses();
     void passNode();
     void passRate();
+    void passCards();
     void passApplications();
     void passMutes();
     void passLinks();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/ApplicationTaps.h"
+#include "platform/pipewire/view/CardNames.h"
 #include "platform/pipewire/view/Devices.h"
 #include "platform/pipewire/view/Graph.h"
 #include "platform/pipewire/view/GraphRate.h"
@@ -26,13 +27,15 @@ struct SessionState {
     Graph graph;
     GraphRate rate;
     ObjectIds ids;
+    CardNames cards;
     ProcessDirectory processes;
     Routes routes;                                ///< links that the mix's parts want
     std::map<AudioObjectID, AudioObjectID> mutes; ///< tap to the process that it silences
     std::set<AudioObjectID> unsilenced; ///< processes that are heard although they are to be silent
     std::map<AudioObjectID, std::uint32_t> blockFrames; ///< asked for, per device
 
-    explicit SessionState(std::int32_t ownPid) : processes(ids, ownPid) {}
+    SessionState(std::int32_t ownPid, std::string_view knownCards)
+        : cards(knownCards), processes(ids, ownPid) {}
 
     /// One device by number. Numbers are given as devices are seen, hence not const.
     [[nodiscard]] std::optional<Device> device(AudioObjectID id);

@@ -86,13 +86,15 @@ protected:
                      }
                  });
              },
+         .cardsNamed = [](const auto&) {},
          .defaultOutputChanged = [this] { ++defaultOutputChanged; },
          .changed =
              [this] {
                  ++changed;
                  const CalledPart* const part = watched;
                  changedSinceDeath += part != nullptr && !part->isAlive();
-             }}};
+             }},
+        {}};
 };
 
 } // namespace velmora

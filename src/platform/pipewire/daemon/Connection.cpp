@@ -139,6 +139,8 @@ void Connection::onGlobal(GlobalId id, const std::string& type, const Properties
         graph_.addClient(id, properties);
         bind(id, bindClient(registry, id, serial, graph_, events_.changed));
         events_.clientCame();
+    } else if (type == PW_TYPE_INTERFACE_Device) {
+        graph_.addCard(id, properties);
     } else if (type == PW_TYPE_INTERFACE_Link) {
         graph_.addLink(id, properties);
     } else if (type == PW_TYPE_INTERFACE_Metadata) {

@@ -33,7 +33,7 @@ std::optional<LinkSet::Clock::time_point> AggregateSink::follow(LinkSet::Clock::
     }
     std::set<WantedLink> wanted;
     for (const std::string& uid : aggregate_.members) {
-        if (const Node* const member = graph_.nodeNamed(uid)) {
+        if (const Node* const member = graph_.nodeWithUid(uid)) {
             const auto links = linksTo(*member);
             wanted.insert(links.begin(), links.end());
         }
@@ -43,7 +43,7 @@ std::optional<LinkSet::Clock::time_point> AggregateSink::follow(LinkSet::Clock::
 
 bool AggregateSink::isComplete() const {
     return std::ranges::all_of(aggregate_.members, [this](const std::string& uid) {
-        const Node* const member = graph_.nodeNamed(uid);
+        const Node* const member = graph_.nodeWithUid(uid);
         const auto links = member == nullptr ? std::vector<WantedLink>{} : linksTo(*member);
         return member == nullptr ||
                (!links.empty() && std::ranges::all_of(links, [this](const WantedLink& link) {

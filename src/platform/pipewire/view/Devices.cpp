@@ -43,21 +43,21 @@ std::optional<Device> findDevice(const std::vector<Device>& devices, std::string
 }
 
 std::optional<Device> defaultOutput(const Graph& graph) {
-    const auto name = graph.defaultSinkName();
-    return name ? findDevice(listDevices(graph), *name) : std::nullopt;
+    const Node* const sink = graph.nodeNamed(graph.defaultSinkName().value_or(""));
+    return sink == nullptr ? std::nullopt : findDevice(listDevices(graph), sink->uid);
 }
 
 std::vector<Device> listDevices(const Graph& graph) {
     std::vector<Device> devices;
     for (const auto& [serial, node] : graph.nodes()) {
         const bool isDevice =
-            node.isDescribed && !node.name.empty() &&
+            node.isDescribed && !node.uid.empty() &&
             std::ranges::find(deviceClasses, node.mediaClass) != deviceClasses.end();
-        if (!isDevice || std::ranges::find(devices, node.name, &Device::uid) != devices.end()) {
+        if (!isDevice || std::ranges::find(devices, node.uid, &Device::uid) != devices.end()) {
             continue;
         }
         devices.push_back({.node = serial,
-                           .uid = node.name,
+                           .uid = node.uid,
                            .name = node.description,
                            .inputs = static_cast<std::uint32_t>(recordingPorts(node).size()),
                            .outputs = static_cast<std::uint32_t>(playbackPorts(node).size()),

@@ -13,7 +13,7 @@ namespace velmora::pipewire {
 
 struct Device {
     Serial node{};
-    std::string uid; ///< `node.name`
+    std::string uid; ///< `node.name`, mostly; see `CardNames`
     std::string name;
     std::uint32_t inputs{};  ///< channels that can be recorded
     std::uint32_t outputs{}; ///< channels that can be played to

@@ -110,6 +110,12 @@ void Graph::addClient(GlobalId id, const Properties& properties) {
     clients_[serial] = {.serial = serial};
 }
 
+void Graph::addCard(GlobalId id, const Properties& properties) {
+    const Serial serial = number(properties, "object.serial").value_or(id);
+    serials_[id] = serial;
+    cards_[serial] = text(properties, "device.name");
+}
+
 void Graph::addLink(GlobalId id, const Properties& properties) {
     const Serial serial = number(properties, "object.serial").value_or(id);
     serials_[id] = serial;
@@ -125,6 +131,7 @@ void Graph::remove(GlobalId id) {
     const Serial serial = serialOf(id);
     serials_.erase(id);
     clients_.erase(serial);
+    cards_.erase(serial);
     links_.erase(serial);
     if (const auto owner = portOwners_.find(serial); owner != portOwners_.end()) {
         if (const auto node = nodes_.find(owner->second); node != nodes_.end()) {
@@ -165,6 +172,11 @@ void Graph::describeNode(Serial serial, const Properties& properties) {
                      !flag(properties, "node.dont-reconnect") &&
                      !flag(properties, "node.dont-move");
     node.routeKey = routeKey(properties);
+    const auto card = cards_.find(serialOf(globalId(properties, "device.id")));
+    node.place = cardPlace(properties, card == cards_.end() ? std::string{} : card->second);
+    if (node.place.card.empty()) {
+        node.uid = node.name;
+    }
     node.isDescribed = true;
 }
 
@@ -185,6 +197,12 @@ void Graph::setRunning(Serial serial, bool running) {
 void Graph::setContent(Serial serial, std::vector<std::string> positions) {
     if (const auto found = nodes_.find(serial); found != nodes_.end()) {
         found->second.content = std::move(positions);
+    }
+}
+
+void Graph::setUid(Serial serial, const std::string& uid) {
+    if (const auto found = nodes_.find(serial); found != nodes_.end()) {
+        found->second.uid = uid;
     }
 }
 
@@ -227,6 +245,12 @@ const Node* Graph::nodeOfPort(Serial port) const {
 const Node* Graph::nodeNamed(std::string_view name) const {
     const auto found =
         std::ranges::find_if(nodes_, [name](const auto& one) { return one.second.name == name; });
+    return found == nodes_.end() ? nullptr : &found->second;
+}
+
+const Node* Graph::nodeWithUid(std::string_view uid) const {
+    const auto found =
+        std::ranges::find_if(nodes_, [uid](const auto& one) { return one.second.uid == uid; });
     return found == nodes_.end() ? nullptr : &found->second;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/ProgramClaim.h"
+#include "platform/pipewire/view/CardPlace.h"
 #include "platform/pipewire/view/Properties.h"
 #include "platform/pipewire/view/StoredRoute.h"
 
@@ -34,8 +35,10 @@ struct Node {
     GlobalId id{};
     Serial client{}; ///< 0 when the daemon itself made the node
     std::string name;
+    std::string uid; ///< under which the mixer knows it as a device: its name, or see `CardNames`
     std::string description;
     std::string mediaClass;
+    CardPlace place;
     std::string clientApi;
     std::string linkGroup;
     bool isHardware{};  ///< belongs to a device object and is no software node
@@ -90,6 +93,7 @@ public:
     void addNode(GlobalId id, const Properties& properties);
     void addPort(GlobalId id, const Properties& properties);
     void addClient(GlobalId id, const Properties& properties);
+    void addCard(GlobalId id, const Properties& properties);
     void addLink(GlobalId id, const Properties& properties);
     void remove(GlobalId id);
     void clear();
@@ -98,6 +102,7 @@ public:
     void describeClient(Serial serial, const Properties& properties);
     void setRunning(Serial serial, bool running);
     void setContent(Serial serial, std::vector<std::string> positions);
+    void setUid(Serial serial, const std::string& uid);
 
     /// See `change`.
     void setMetadata(const std::string& object,
@@ -116,6 +121,7 @@ public:
     [[nodiscard]] const Node* nodeWithId(GlobalId id) const;
     [[nodiscard]] const Node* nodeOfPort(Serial port) const;
     [[nodiscard]] const Node* nodeNamed(std::string_view name) const;
+    [[nodiscard]] const Node* nodeWithUid(std::string_view uid) const;
     /// Null when these two ports are not linked.
     [[nodiscard]] const Link* linkBetween(Serial outputPort, Serial inputPort) const;
 
@@ -135,6 +141,7 @@ private:
     std::map<Serial, Node> nodes_;
     std::map<Serial, Serial> portOwners_; // port to node
     std::map<Serial, Client> clients_;
+    std::map<Serial, std::string> cards_; // names
     std::map<Serial, Link> links_;
 
     struct Metadata {

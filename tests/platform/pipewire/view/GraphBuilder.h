@@ -19,6 +19,14 @@ public:
         return serial;
     }
 
+    /// A sound card; its nodes name it as their device.
+    Serial addCard(const std::string& name) {
+        const Serial serial = next();
+        graph.addCard(id(serial),
+                      {{"object.serial", std::to_string(serial)}, {"device.name", name}});
+        return serial;
+    }
+
     Serial addNode(const std::string& name,
                    const std::string& mediaClass,
                    Properties properties = {},

@@ -157,6 +157,19 @@ TEST_F(MutedRoute, IsKeptWhileItsDeviceIsAway) {
     EXPECT_EQ(after.metadata, before.metadata);
 }
 
+TEST_F(MutedRoute, IsKeptWhileItsDeviceIsAwayAndTheMuteEndsAtOnce) {
+    takeHeadsetAway();
+    const SessionMemory before = memoryOf(session());
+    const AudioSource source = muted(app);
+    mix({source});
+    ASSERT_TRUE(atSpeakers.isSilentAt(0, otherLeftHz));
+
+    engine.setDirectMuted(false, source);
+
+    EXPECT_TRUE(atSpeakers.hears(0, otherLeftHz, playedDb));
+    EXPECT_EQ(memoryOf(session()).files, before.files);
+}
+
 TEST_F(MutedRoute, IsKeptWhenTheMixerEndsOrIsKilled) {
     takeHeadsetAway();
     const SessionMemory before = memoryOf(session());

@@ -43,6 +43,11 @@ protected:
         return session().start(std::move(arguments), "paplay");
     }
 
+    /// As the user does it in a patch bay.
+    static void link(const std::string& output, const std::string& input) {
+        runToEnd({"pw-link", output, input}, session().environment());
+    }
+
     const SessionDevice headset{
         .name = "test.headset", .description = "Headset", .mediaClass = "Audio/Sink"};
 };
@@ -159,12 +164,23 @@ TEST_F(MutedByOthers, AStreamThatMayNotBeMovedOutlivesTheMuteThatItWasBornUnder)
     EXPECT_TRUE(atSpeakers.hears(0, leftHz, playedDb));
 }
 
-/// Through JACK, on six ports; it links two to the speakers, and two to the virtual microphone.
+/// Through JACK, on six ports; two are linked to the speakers, and two to the virtual microphone.
 TEST_F(MutedByOthers, AJackProgramIsHeardByThePortsThatItPlaysAndHasNoSwitch) {
     const auto file = session().folder() / "six.wav";
     writeWav(file, makeTone({.hz = {leftHz, rightHz, 700, 800, 900, 1100}, .db = playedDb}, 60));
-    const ChildProcess player =
-        session().start({"pw-jack", "mpv", "--no-video", "--ao=jack", "--no-config", file}, "mpv");
+    // Which outputs a JACK program finds by itself differs from one PipeWire to the next.
+    const ChildProcess player = session().start(
+        {"pw-jack", "mpv", "--no-video", "--no-config", "--ao=jack", "--jack-connect=no", file},
+        "mpv");
+    ASSERT_TRUE(waitUntil([] {
+        const AudioGraph graph = session().graph();
+        const GraphNode* const node = graph.node("mpv");
+        return node != nullptr && node->outputPorts == 6;
+    }));
+    link("mpv:out_0", speakers.name + ":playback_FL");
+    link("mpv:out_1", speakers.name + ":playback_FR");
+    link("mpv:out_2", std::string(microphone) + ":input_FL");
+    link("mpv:out_3", std::string(microphone) + ":input_FR");
     ASSERT_TRUE(atSpeakers.hears(0, leftHz, playedDb));
     ASSERT_TRUE(mic.hears(0, 700, playedDb)) << "by itself";
 

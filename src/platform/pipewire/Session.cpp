@@ -29,6 +29,10 @@ Session::Session(Events events, std::string_view knownCards)
                   state_.graph,
                   {.changed = [this] { pass_.request(); },
                    .clientCame = [this] { refresh_.clientCame(); },
+                   .metadataTold =
+                       [this](GlobalId stream, const std::string& key) {
+                           mutes_.hear(stream, key, Clock::now());
+                       },
                    .managerLost = [this] { onManagerLost(); },
                    .lost = [this] { onLost(); }}),
       search_(loop_, [this] { connect(); }), probe_(loop_, [this] { onProbeTime(); }),

@@ -131,10 +131,15 @@ private:
 
 class BoundMetadata final : public MetadataBinding {
 public:
-    BoundMetadata(
-        pw_proxy* proxy, std::string name, MetadataStart start, Graph& graph, Changed changed)
-        : graph_(graph), changed_(std::move(changed)), name_(std::move(name)),
-          isCollecting_(start == MetadataStart::collecting), proxy_(proxy) {}
+    BoundMetadata(pw_proxy* proxy,
+                  std::string name,
+                  MetadataStart start,
+                  Graph& graph,
+                  MetadataTold told,
+                  Changed changed)
+        : graph_(graph), told_(std::move(told)), changed_(std::move(changed)),
+          name_(std::move(name)), isCollecting_(start == MetadataStart::collecting), proxy_(proxy) {
+    }
 
     [[nodiscard]] pw_proxy* proxy() const override { return proxy_.get(); }
 
@@ -173,11 +178,13 @@ private:
             change(collected_, subject, name, std::move(entry));
         } else {
             graph_.setMetadata(name_, subject, name, std::move(entry));
+            told_(subject, name);
             changed_();
         }
     }
 
     Graph& graph_;
+    MetadataTold told_;
     Changed changed_;
     std::string name_;
     bool isCollecting_;
@@ -215,12 +222,14 @@ std::unique_ptr<MetadataBinding> bindMetadata(pw_registry* registry,
                                               const std::string& name,
                                               MetadataStart start,
                                               Graph& graph,
+                                              MetadataTold told,
                                               Changed changed) {
     auto* const proxy = bindGlobal(registry, id, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA);
     if (proxy == nullptr) {
         return nullptr;
     }
-    auto made = std::make_unique<BoundMetadata>(proxy, name, start, graph, std::move(changed));
+    auto made = std::make_unique<BoundMetadata>(
+        proxy, name, start, graph, std::move(told), std::move(changed));
     made->listen();
     return made;
 }

@@ -11,6 +11,8 @@
 namespace velmora::pipewire {
 
 using Changed = std::function<void()>;
+/// One entry of a metadata object; the graph has it by now.
+using MetadataTold = std::function<void(GlobalId subject, const std::string& key)>;
 
 /// Follows a node's properties, state and material. Threads: any, with the loop's lock.
 [[nodiscard]] std::unique_ptr<Binding>
@@ -40,6 +42,7 @@ enum class MetadataStart {
                                                             const std::string& name,
                                                             MetadataStart start,
                                                             Graph& graph,
+                                                            MetadataTold told,
                                                             Changed changed);
 
 } // namespace velmora::pipewire

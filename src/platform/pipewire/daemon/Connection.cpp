@@ -5,6 +5,7 @@
 #include <pipewire/extensions/metadata.h>
 
 #include <cerrno>
+#include <utility>
 
 namespace velmora::pipewire {
 namespace {
@@ -156,13 +157,15 @@ void Connection::onMetadata(GlobalId id, const std::string& name) {
     }
     graph_.addMetadata(id, name);
     auto* const registry = reinterpret_cast<pw_registry*>(registry_.get());
-    auto binding =
-        bindMetadata(registry, id, name, MetadataStart::following, graph_, events_.changed);
+    const auto follow = [&](MetadataTold told) {
+        return bindMetadata(
+            registry, id, name, MetadataStart::following, graph_, std::move(told), events_.changed);
+    };
     if (isSession) {
-        sessionMetadata_ = std::move(binding);
+        sessionMetadata_ = follow(events_.metadataTold);
         sessionMetadataId_ = id;
     } else {
-        bind(id, std::move(binding));
+        bind(id, follow([](GlobalId, const std::string&) {}));
     }
 }
 
@@ -173,6 +176,7 @@ void Connection::readSessionMetadataAgain() {
                                             "default",
                                             MetadataStart::collecting,
                                             graph_,
+                                            events_.metadataTold,
                                             events_.changed);
         nextSequence_ = pw_core_sync(core_.get(), PW_ID_CORE, 0);
     }

@@ -28,6 +28,8 @@ public:
     struct Events {
         std::function<void()> changed; ///< the graph changed
         std::function<void()> clientCame;
+        /// One entry of the session's metadata; the graph has it by now.
+        std::function<void(GlobalId subject, const std::string& key)> metadataTold;
         std::function<void()> managerLost; ///< the session's metadata, which it owns, has gone
         std::function<void()> lost; ///< nothing answers any more; `close` is still to be called
     };

@@ -134,10 +134,13 @@ bool executeLastWill(const Bequest& list) {
     Loop loop("velmora-give-back");
     Graph graph;
     const auto look = [&loop] { loop.notify(); };
-    Connection connection(
-        loop.get(),
-        graph,
-        {.changed = look, .clientCame = [] {}, .managerLost = look, .lost = look});
+    Connection connection(loop.get(),
+                          graph,
+                          {.changed = look,
+                           .clientCame = [] {},
+                           .metadataTold = [](GlobalId, const std::string&) {},
+                           .managerLost = look,
+                           .lost = look});
     const RouteMemory memory(graph);
     int names = 0;
     RouteWriter writer(

@@ -5,6 +5,7 @@
 #include "platform/pipewire/view/StreamTarget.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velmora::pipewire {
 namespace {
@@ -90,6 +91,26 @@ MuteSink::follow(const Node& stream, const Node& sink, Clock::time_point now) {
     removeLeftLinks(stream.serial, sink.serial);
     const auto listenAt = listen(stream, sent, now);
     return earliest(fetchAt, listenAt);
+}
+
+void MuteSink::hear(const Node& stream, const char* key, Clock::time_point now) {
+    const auto sent = std::ranges::find_if(
+        sent_, [&](const Sent& one) { return one.muted.stream == stream.serial; });
+    if (sent == sent_.end() || sent->isGivenUp) {
+        return;
+    }
+    if (auto chosen = takeOverChoice(tools_.graph, sent->muted, key)) {
+        sent->overtaken = std::move(chosen);
+        return;
+    }
+    const auto target = tools_.graph.metadata(sessionMetadata, stream.id, targetObjectKey);
+    const bool isOurOrder =
+        key == targetObjectKey && target && target->value == std::to_string(sent->muted.sink);
+    if (isOurOrder && sent->overtaken) {
+        // With that order went what was to be remembered before.
+        const std::string chosen = *std::exchange(sent->overtaken, std::nullopt);
+        tell(stream, *sent, chosen, now);
+    }
 }
 
 void MuteSink::removeLeftLinks(Serial stream, Serial sink) {
@@ -183,6 +204,7 @@ MuteSink::fetchBack(const Node& stream, Sent& sent, Clock::time_point now) {
     sent.fetched.push_back(now);
     const bool hasDevice = target && targetOf(tools_.graph, targetObjectKey, *target) != nullptr;
     takeOverTargets(tools_.graph, sent.muted);
+    sent.overtaken.reset();
     tell(stream, sent, hasDevice ? tools_.memory.device(stream, now) : "", now);
     return std::nullopt;
 }

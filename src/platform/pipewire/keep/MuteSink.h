@@ -56,6 +56,9 @@ public:
     std::optional<Clock::time_point> follow(const std::vector<Serial>& streams,
                                             Clock::time_point now);
 
+    /// To be called for every entry about a stream as it comes, see `RouteMemory::hear`.
+    void hear(const Node& stream, const char* key, Clock::time_point now);
+
     /// None of the streams is heard where it was; false until that is so again.
     [[nodiscard]] bool isSilencing() const { return isSilencing_; }
 
@@ -69,6 +72,8 @@ private:
         std::optional<Clock::time_point> askedAt{};   ///< to come here; not yet seen to be obeyed
         std::optional<Clock::time_point> awaySince{}; ///< somebody has sent it elsewhere
         std::optional<Clock::time_point> heardSince{};
+        /// A device that somebody chose before our order arrived; empty = none.
+        std::optional<std::string> overtaken{};
         bool isGivenUp = false; ///< somebody keeps sending it elsewhere
     };
     void makeSink(const std::vector<Serial>& streams);

@@ -1,6 +1,7 @@
 #include "platform/pipewire/keep/MuteSinks.h"
 
 #include "platform/pipewire/view/Earliest.h"
+#include "platform/pipewire/view/StreamTarget.h"
 
 #include <algorithm>
 #include <ranges>
@@ -34,6 +35,18 @@ MuteSinks::follow(const Mutes& wanted, const StreamsOf& streamsOf, Clock::time_p
         comeAgain = earliest(comeAgain, sink->follow(streamsOf(process), now));
     }
     return earliest(comeAgain, writer_.follow(now));
+}
+
+void MuteSinks::hear(GlobalId subject, const std::string& key, Clock::time_point now) {
+    const Node* const stream = tools_.graph.nodeWithId(subject);
+    for (const char* const one : {targetObjectKey, targetNodeKey}) {
+        if (stream != nullptr && key == one) {
+            memory_.hear(*stream, one, now);
+            for (const auto& sink : sinks_ | std::views::values) {
+                sink->hear(*stream, one, now);
+            }
+        }
+    }
 }
 
 void MuteSinks::keepOnly(const Mutes& wanted) {

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <string>
 
 namespace velmora::pipewire {
 
@@ -25,6 +26,8 @@ public:
     /// when to come again, if anything is to be looked at later.
     std::optional<Clock::time_point>
     follow(const Mutes& wanted, const StreamsOf& streamsOf, Clock::time_point now);
+    /// To be called for every entry of the session's metadata as it comes.
+    void hear(GlobalId subject, const std::string& key, Clock::time_point now);
     /// Ends those that are not wanted any more.
     void keepOnly(const Mutes& wanted);
     /// The processes that are wanted silent and are heard all the same.

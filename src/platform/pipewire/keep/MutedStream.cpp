@@ -16,6 +16,9 @@ namespace {
 constexpr const char* usualType = "Spa:Id";
 constexpr const char* ownType = "Spa:Int";
 
+/// The session manager's word for the default output.
+constexpr const char* noTarget = "-1";
+
 void write(std::ostream& out, const std::optional<MetadataValue>& value) {
     out << ' ' << value.has_value();
     if (value) {
@@ -70,10 +73,25 @@ void sendToSink(Connection& connection,
         MetadataValue{.type = usualType, .value = std::to_string(muted.sink)});
     // What is there from before would not be noticed, hence something that is no node first.
     for (const std::string& value :
-         {std::string("0"), device == nullptr ? "-1" : std::to_string(device->id)}) {
+         {std::string("0"), device == nullptr ? noTarget : std::to_string(device->id)}) {
         connection.setSessionMetadata(
             muted.id, targetNodeKey, MetadataValue{.type = ownType, .value = value});
     }
+}
+
+std::optional<std::string> takeOverChoice(const Graph& graph, MutedStream& muted, const char* key) {
+    const bool isObject = key == targetObjectKey;
+    const Target value = isObject ? targetObjectOf(graph, muted.id) : targetNodeOf(graph, muted.id);
+    const Node* const device = value ? targetOf(graph, key, *value) : nullptr;
+    // What names nothing may be a sink of ours that has gone.
+    const bool isChoice =
+        value ? device != nullptr ? !isMuteSink(*device) : value->value == noTarget : isObject;
+    Target& known = isObject ? muted.targetObject : muted.targetNode;
+    if (!isChoice || known == value) {
+        return std::nullopt;
+    }
+    known = value;
+    return device == nullptr ? std::string{} : device->name;
 }
 
 void takeOverTargets(const Graph& graph, MutedStream& muted) {

@@ -37,6 +37,11 @@ void sendToSink(Connection& connection,
                 const MutedStream& muted,
                 const std::string& stored);
 
+/// Takes over what the stream was given under `key` at this moment, if that is somebody's choice
+/// and another one than before; returns its device then, empty for a choice of none.
+[[nodiscard]] std::optional<std::string>
+takeOverChoice(const Graph& graph, MutedStream& muted, const char* key);
+
 /// Takes over what somebody else has set for the stream since we sent it away.
 void takeOverTargets(const Graph& graph, MutedStream& muted);
 

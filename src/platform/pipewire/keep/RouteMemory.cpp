@@ -41,29 +41,36 @@ fs::path RouteMemory::managerFolder() {
 }
 
 void RouteMemory::follow(Clock::time_point now) {
-    std::map<Place, std::string> targets;
+    std::erase_if(targets_,
+                  [this](const auto& one) { return graph_.node(one.first.first) == nullptr; });
     for (const auto& [serial, node] : graph_.nodes()) {
-        if (!isPlaybackStream(node) || node.routeKey.isEmpty()) {
-            continue;
-        }
         for (const char* const key : {targetNodeKey, targetObjectKey}) {
-            const auto value = graph_.metadata(sessionMetadata, node.id, key);
-            if (!value) {
-                continue;
-            }
-            const auto known = targets_.find({serial, key});
-            const bool isNew = known == targets_.end() || known->second != value->value;
-            const Node* const device = targetOf(graph_, key, *value);
-            if (isNew && !isFirst_ && device != nullptr && !isMuteSink(*device)) {
-                choices_[node.routeKey] = {.device = device->name, .time = now};
-            }
-            targets[{serial, key}] = value->value;
+            hear(node, key, now);
         }
     }
-    targets_ = std::move(targets);
     std::erase_if(choices_,
                   [now](const auto& one) { return now - one.second.time > writtenWithin; });
     isFirst_ = false;
+}
+
+void RouteMemory::hear(const Node& stream, const char* key, Clock::time_point now) {
+    const auto value = graph_.metadata(sessionMetadata, stream.id, key);
+    if (!isPlaybackStream(stream) || stream.routeKey.isEmpty()) {
+        return;
+    }
+    if (!value) {
+        targets_.erase({stream.serial, key});
+        return;
+    }
+    std::string& known = targets_[{stream.serial, key}];
+    if (known == value->value) {
+        return;
+    }
+    known = value->value;
+    const Node* const device = targetOf(graph_, key, *value);
+    if (!isFirst_ && device != nullptr && !isMuteSink(*device)) {
+        choices_[stream.routeKey] = {.device = device->name, .time = now};
+    }
 }
 
 void RouteMemory::clear() {

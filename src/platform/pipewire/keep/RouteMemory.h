@@ -26,6 +26,9 @@ public:
 
     /// To be called after every change of the graph.
     void follow(Clock::time_point now);
+    /// To be called for every entry about a stream as it comes: the next may be another already.
+    /// @param key  `targetObjectKey` or `targetNodeKey`
+    void hear(const Node& stream, const char* key, Clock::time_point now);
     /// The connection has gone, and the graph's objects with it.
     void clear();
 

@@ -1,6 +1,7 @@
 #include "platform/pipewire/keep/RouteMemory.h"
 
 #include "platform/pipewire/view/GraphBuilder.h"
+#include "platform/pipewire/view/StreamTarget.h"
 #include "support/TemporaryFolder.h"
 
 #include <fstream>
@@ -22,11 +23,14 @@ protected:
         std::ofstream(folder.path() / name)
             << "[" << name << "]\nOutput/Audio:media.role:Music:target=" << device << "\n";
     }
-    void send(Serial one, const std::string& key, Serial value) {
+    void give(Serial one, const std::string& key, Serial value) {
         builder.graph.setMetadata("default",
                                   GraphBuilder::id(one),
                                   key,
                                   MetadataValue{.type = "Spa:Id", .value = std::to_string(value)});
+    }
+    void send(Serial one, const std::string& key, Serial value) {
+        give(one, key, value);
         memory.follow(now);
     }
     [[nodiscard]] std::string device() const {
@@ -69,6 +73,16 @@ TEST_F(RouteMemoryTest, WhatIsWrittenIsWhatTheFileSaysWhateverWasChosenSince) {
 
     EXPECT_EQ(memory.written(music), "television");
     EXPECT_EQ(memory.written({.property = "media.role", .value = "Game"}), "");
+}
+
+TEST_F(RouteMemoryTest, IsWhatWasChosenEvenIfItWasReplacedBeforeWeLooked) {
+    write("restore-stream", "television");
+
+    give(stream, "target.object", headset);
+    memory.hear(*builder.graph.node(stream), targetObjectKey, now);
+    send(stream, "target.object", silent);
+
+    EXPECT_EQ(device(), "headset");
 }
 
 TEST_F(RouteMemoryTest, IsTheFilesAgainOnceThatIsWritten) {

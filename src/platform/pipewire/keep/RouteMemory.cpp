@@ -12,11 +12,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* queueingManagersFile = "stream-properties";
+
 /// Of the two kinds, the one that is in use; after an update both are there.
 std::optional<fs::path> newestFile(const fs::path& folder) {
     std::optional<fs::path> newest;
     fs::file_time_type time;
-    for (const char* const name : {"stream-properties", "restore-stream"}) {
+    for (const char* const name : {queueingManagersFile, "restore-stream"}) {
         std::error_code missing;
         const auto written = fs::last_write_time(folder / name, missing);
         if (!missing && (!newest || written > time)) {
@@ -84,6 +86,11 @@ std::optional<std::string> RouteMemory::lastChoice(const RouteKey& key,
     const auto chosen = choices_.find(key);
     const bool isFresh = chosen != choices_.end() && now - chosen->second.time <= writtenWithin;
     return isFresh ? std::optional(chosen->second.device) : std::nullopt;
+}
+
+bool RouteMemory::isManagerQueueing() const {
+    const auto path = newestFile(folder_);
+    return path && path->filename() == queueingManagersFile;
 }
 
 std::optional<std::string> RouteMemory::written(const RouteKey& key) const {

@@ -40,6 +40,9 @@ public:
     /// stored, no value when the files cannot be read.
     [[nodiscard]] std::optional<std::string> written(const RouteKey& key) const;
 
+    /// The session manager acts later on what it has told everybody of (WirePlumber 0.5).
+    [[nodiscard]] bool isManagerQueueing() const;
+
     /// How far behind the file is, or a little more on a busy machine.
     static constexpr std::chrono::seconds writtenWithin{3};
 

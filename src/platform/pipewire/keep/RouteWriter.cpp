@@ -23,6 +23,10 @@ constexpr std::array<std::chrono::milliseconds, 3> tellNamesakeAfter = {200ms, 5
 /// How long the session manager may take to tell everybody of a new target.
 constexpr auto heardWithin = 500ms;
 
+/// One that acts later has no use for what it is told of a stream that has gone by then. It ends no
+/// streams on the namesake's account.
+constexpr auto doneWithin = 200ms;
+
 /// It writes its file a second after a change.
 constexpr auto writtenSoonestAfter = 1300ms;
 
@@ -110,6 +114,10 @@ RouteWriter::followTold(StandIn& namesake, const Node& node, Clock::time_point n
     const auto end = *namesake.toldAt + heardWithin;
     if (now < end && !graph_.metadata(sessionMetadata, node.id, targetNodeKey)) {
         return end;
+    }
+    const auto done = *namesake.toldAt + doneWithin;
+    if (now < done && memory_.isManagerQueueing()) {
+        return done;
     }
     return leave(namesake, now);
 }

@@ -93,6 +93,15 @@ TEST_F(RouteMemoryTest, IsTheFilesAgainOnceThatIsWritten) {
     EXPECT_EQ(device(), "television");
 }
 
+TEST_F(RouteMemoryTest, TellsTheManagerThatActsLaterByItsFile) {
+    EXPECT_FALSE(memory.isManagerQueueing());
+    write("restore-stream", "television");
+    EXPECT_FALSE(memory.isManagerQueueing());
+
+    write("stream-properties", "television");
+    EXPECT_TRUE(memory.isManagerQueueing());
+}
+
 TEST_F(RouteMemoryTest, IsNeverASinkOfOurs) {
     write("restore-stream", "television");
 

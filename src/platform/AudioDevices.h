@@ -21,6 +21,16 @@ inline constexpr std::string_view virtualMicrophoneWord = "velmora";
 enum class Scope { input, output };
 enum class Transport { other, virtualDevice, aggregate };
 
+/// Who records from a device at this moment. Level meters, as the applets of mixers have them, are
+/// nobody, and neither is this program.
+struct Recorders {
+    bool areAny{};
+    /// Those of applications that have also played, ascending.
+    std::vector<AudioObjectID> processes{};
+
+    bool operator==(const Recorders&) const = default;
+};
+
 /// Reads give none when the object is gone or does not answer; requests give the status with which
 /// they were refused. Threads: main. Real-time: no.
 class AudioDevices {
@@ -44,6 +54,8 @@ public:
     [[nodiscard]] virtual std::optional<double> nominalRate(AudioObjectID device) const = 0; ///< Hz
     virtual Status requestBufferFrames(AudioObjectID device, std::uint32_t frames) = 0;
     [[nodiscard]] virtual std::optional<AudioObjectID> defaultOutputDevice() const = 0;
+    /// Its changes are told by `changed`.
+    [[nodiscard]] virtual std::optional<Recorders> recorders(AudioObjectID device) const = 0;
 
     /// Told on the main queue after the default output device has changed to another one that is
     /// there, and after the audio service came back.
@@ -51,8 +63,9 @@ public:
 
     /// Told on the main queue after anything else has changed on which a mix depends: the service
     /// was lost or answers again; a device came, went or has other channels; an application's
-    /// process object came or went; something that we opened died; the rate changed. Several
-    /// changes in a row may be told once; an observer reads what is so now.
+    /// process object came or went; somebody began or ceased to record; something that we opened
+    /// died; the rate changed. Several changes in a row may be told once; an observer reads what is
+    /// so now.
     [[nodiscard]] Signal& changed() { return changed_; }
 
 private:

@@ -116,6 +116,14 @@ void ToneApp::order(std::string_view verb,
     process_.send(line.str());
 }
 
+void ToneApp::hear(std::string_view stream, std::string_view device) const {
+    process_.send("hear " + std::string(stream) + " " + std::string(device));
+}
+
+void ToneApp::measure(std::string_view stream, std::string_view device) const {
+    process_.send("measure " + std::string(stream) + " " + std::string(device));
+}
+
 void ToneApp::mute(std::string_view stream) const {
     process_.send("mute " + std::string(stream));
 }

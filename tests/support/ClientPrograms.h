@@ -32,6 +32,10 @@ public:
     void pin(std::string_view stream, double leftHz, double rightHz, double db) const;
     /// Is an input device of that name, until it is told to stop.
     void sing(std::string_view device, double leftHz, double rightHz, double db) const;
+    /// Records from an input device, until it is told to stop.
+    void hear(std::string_view stream, std::string_view device) const;
+    /// As `hear`, as the level meter of a mixer.
+    void measure(std::string_view stream, std::string_view device) const;
     void mute(std::string_view stream) const; ///< the stream stays and plays silence
     void stop(std::string_view stream) const;
     void reconnect() const; ///< leaves the sound server with every stream, and joins it again

@@ -1,6 +1,7 @@
 #include "platform/pipewire/Session.h"
 
 #include "platform/pipewire/view/Earliest.h"
+#include "platform/pipewire/view/Recording.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -212,6 +213,7 @@ Surroundings Session::surroundings() const {
         for (const AudioObjectID process : state_.processes.objects()) {
             now.processes[process] = state_.sound(process);
         }
+        now.recorded = recordedDevices(state_.graph, state_.processes);
         now.rateHz = state_.rate.hz();
         now.defaultOutput = state_.defaultOutputUID();
         now.lacksMicrophone = microphone_.isMissing();

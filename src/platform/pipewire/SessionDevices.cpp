@@ -1,6 +1,7 @@
 #include "platform/pipewire/SessionDevices.h"
 
 #include "platform/pipewire/view/Devices.h"
+#include "platform/pipewire/view/Recording.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -90,6 +91,19 @@ std::optional<AudioObjectID> SessionDevices::defaultOutputDevice() const {
         const auto device = isAvailable ? defaultOutput(state.graph) : std::nullopt;
         return device ? std::optional(state.ids.ofDevice(device->uid)) : std::nullopt;
     });
+}
+
+std::optional<Recorders> SessionDevices::recorders(AudioObjectID device) const {
+    return session_.read(
+        [device](SessionState& state, bool isAvailable) -> std::optional<Recorders> {
+            const auto found = isAvailable ? state.device(device) : std::nullopt;
+            if (!found) {
+                return std::nullopt;
+            }
+            const auto recorded = recordedDevices(state.graph, state.processes);
+            const auto there = recorded.find(found->node);
+            return there == recorded.end() ? Recorders{} : there->second;
+        });
 }
 
 } // namespace velmora::pipewire

@@ -27,6 +27,7 @@ enum class Operation {
     nominalRate,
     requestBufferFrames,
     defaultOutputDevice,
+    recorders,
     tapRate,
     openTap,
     openTapDevice,

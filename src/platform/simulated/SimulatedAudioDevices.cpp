@@ -105,4 +105,11 @@ std::optional<AudioObjectID> SimulatedAudioDevices::defaultOutputDevice() const 
     });
 }
 
+std::optional<Recorders> SimulatedAudioDevices::recorders(AudioObjectID device) const {
+    return read(*graph_, Operation::recorders, device, [&] {
+        return graph_->device(device) == nullptr ? std::nullopt
+                                                 : std::optional(graph_->recorders(device));
+    });
+}
+
 } // namespace velmora

@@ -26,6 +26,7 @@ public:
     [[nodiscard]] std::optional<double> nominalRate(AudioObjectID device) const override;
     Status requestBufferFrames(AudioObjectID device, std::uint32_t frames) override;
     [[nodiscard]] std::optional<AudioObjectID> defaultOutputDevice() const override;
+    [[nodiscard]] std::optional<Recorders> recorders(AudioObjectID device) const override;
 
 private:
     void postChanged();

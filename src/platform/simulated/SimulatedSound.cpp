@@ -130,6 +130,23 @@ void SimulatedSound::endProcess(std::int32_t pid) {
                       [&](const ProcessState& item) { return item.pid == pid; }) > 0) {
         graph_->tellChanged();
     }
+    graph_->endRecordings(pid);
+}
+
+void SimulatedSound::record(std::int32_t pid, AudioObjectID device) {
+    const Guard guard(graph_->mutex);
+    graph_->recordings.push_back({.pid = pid, .device = device});
+    graph_->tellChanged();
+}
+
+void SimulatedSound::measure(std::int32_t pid, AudioObjectID device) {
+    const Guard guard(graph_->mutex);
+    graph_->recordings.push_back({.pid = pid, .device = device, .isMeter = true});
+}
+
+void SimulatedSound::stopRecording(std::int32_t pid) {
+    const Guard guard(graph_->mutex);
+    graph_->endRecordings(pid);
 }
 
 void SimulatedSound::setSound(std::int32_t pid, ApplicationSound sound) {

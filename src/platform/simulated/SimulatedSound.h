@@ -91,6 +91,11 @@ public:
     void pauseProcess(AudioObjectID process);
     /// The process disconnects from the audio service: its process objects are gone.
     void endProcess(std::int32_t pid);
+    /// A program records from the device, whether it has played or not, until it ceases or ends.
+    void record(std::int32_t pid, AudioObjectID device);
+    /// It does so only to show how loud the device is.
+    void measure(std::int32_t pid, AudioObjectID device);
+    void stopRecording(std::int32_t pid);
     /// What is special about an application that has played. It does not change what is heard.
     void setSound(std::int32_t pid, ApplicationSound sound);
     /// `helper` belongs to the application that `pid` leads.

@@ -44,6 +44,7 @@ AudioObjectID SoundGraph::idForUID(std::string_view uid) const {
 void SoundGraph::loseService() {
     isAvailable = false;
     processes.clear();
+    recordings.clear();
     killStarted();
     const auto killPointed = [](auto& units) {
         for (UnitState* const unit : units) {
@@ -95,6 +96,30 @@ ProcessState* SoundGraph::processOfPid(std::int32_t pid) {
 ProcessState& SoundGraph::makeProcess(std::int32_t pid) {
     tellChanged();
     return processes.emplace_back(ProcessState{.id = nextObject(), .pid = leaderOf(pid)});
+}
+
+Recorders SoundGraph::recorders(AudioObjectID device) {
+    Recorders found;
+    for (const RecordingState& recording : recordings) {
+        if (recording.device != device || recording.isMeter) {
+            continue;
+        }
+        found.areAny = true;
+        if (const ProcessState* const process = processOfPid(recording.pid)) {
+            found.processes.push_back(process->id);
+        }
+    }
+    std::ranges::sort(found.processes);
+    const auto repeated = std::ranges::unique(found.processes);
+    found.processes.erase(repeated.begin(), repeated.end());
+    return found;
+}
+
+void SoundGraph::endRecordings(std::int32_t pid) {
+    const auto isOver = [pid](const RecordingState& one) { return one.pid == pid; };
+    if (std::erase_if(recordings, isOver) > 0) {
+        tellChanged();
+    }
 }
 
 AudioObjectID SoundGraph::makeSink(const PublicSink& sink) {

@@ -52,6 +52,12 @@ struct ProcessState {
     Waveform signal = silence();
 };
 
+struct RecordingState {
+    std::int32_t pid{};
+    AudioObjectID device{};
+    bool isMeter{};
+};
+
 struct SinkState {
     AudioObjectID id{};
     PublicSink about;
@@ -101,6 +107,7 @@ struct SoundGraph {
 
     std::vector<ProcessState> processes;
     std::map<std::int32_t, std::int32_t> leaderOfHelper;
+    std::vector<RecordingState> recordings; ///< by other programs
 
     std::vector<SinkState> sinks; ///< they are devices as well
     std::size_t wrongReleases{};
@@ -134,6 +141,8 @@ struct SoundGraph {
     [[nodiscard]] std::int32_t leaderOf(std::int32_t pid) const;
     [[nodiscard]] ProcessState* processOfPid(std::int32_t pid);
     ProcessState& makeProcess(std::int32_t pid);
+    [[nodiscard]] Recorders recorders(AudioObjectID device);
+    void endRecordings(std::int32_t pid);
     /// It becomes a device for everybody, last in the list.
     AudioObjectID makeSink(const PublicSink& sink);
     bool removeSink(AudioObjectID id);

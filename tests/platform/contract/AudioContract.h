@@ -36,6 +36,8 @@ struct ContractDevice {
 ///   `returnService()`: it comes back without them;
 /// - `playTone(name, hz, db)`: starts an application that plays a sine on both channels of the
 ///   default output; returns its process id;
+/// - `record(pid, uid)`: the application records from the device; `measure(pid, uid)`: it does so
+///   only to show how loud the device is; `stopRecording(pid)`;
 /// - `feed(uid, channel, hz, db)`: from now on the device's input channel (1-based) carries a sine,
 ///   and its other channels are silent;
 /// - `listen(uid, channel, frames)`: what the device's output channel (1-based) plays from now on;
@@ -55,6 +57,10 @@ protected:
     const ContractDevice speakers{.uid = "contract.speakers", .name = "Speakers", .outputs = 2};
     const ContractDevice interface4{
         .uid = "contract.interface", .name = "Interface", .outputs = 4, .inputs = 4};
+
+    /// One that programs may record from by their own choice.
+    const ContractDevice recordable{
+        .uid = "contract.microphone", .name = "Microphone", .outputs = 2, .inputs = 2};
 
     AudioDevices& devices() { return rig.devices(); }
 

@@ -3,6 +3,8 @@
 
 #include "platform/contract/AudioContract.h"
 
+#include <atomic>
+
 namespace velmora {
 
 template <typename Rig>
@@ -101,6 +103,58 @@ TYPED_TEST_P(AudioDevicesContract, TellsThatAnApplicationBeganToPlay) {
     EXPECT_TRUE(this->rig.wait([&] { return wasThereWhenTold; }));
 }
 
+TYPED_TEST_P(AudioDevicesContract, KnowsWhoRecordsFromADevice) {
+    this->makeDefaultSpeakers();
+    const AudioObjectID device = this->make(this->recordable);
+    const std::int32_t pid = this->rig.playTone("player", 440, -20);
+    const AudioObjectID process = this->processOf(pid);
+    EXPECT_EQ(this->devices().recorders(device), Recorders{});
+    std::optional<Recorders> known;
+    const auto connection =
+        this->devices().changed().connect([&] { known = this->devices().recorders(device); });
+
+    this->rig.record(pid, this->recordable.uid);
+    const Recorders one{.areAny = true, .processes = {process}};
+    EXPECT_TRUE(this->rig.wait([&] { return known == one; }));
+
+    this->rig.stopRecording(pid);
+    EXPECT_TRUE(this->rig.wait([&] { return known == Recorders{}; }));
+}
+
+TYPED_TEST_P(AudioDevicesContract, CountsNoLevelMeterAmongThoseWhoRecord) {
+    this->makeDefaultSpeakers();
+    const AudioObjectID device = this->make(this->recordable);
+    const std::int32_t meter = this->rig.playTone("meter", 440, -20);
+    const std::int32_t recorder = this->rig.playTone("recorder", 550, -20);
+    const AudioObjectID process = this->processOf(recorder);
+
+    this->rig.measure(meter, this->recordable.uid);
+    this->rig.record(recorder, this->recordable.uid);
+
+    ASSERT_TRUE(this->rig.wait(
+        [&] { return this->devices().recorders(device).value_or(Recorders{}).areAny; }));
+    const Recorders one{.areAny = true, .processes = {process}};
+    EXPECT_TRUE(this->rig.wait([&] { return this->devices().recorders(device) == one; }));
+    this->rig.stopRecording(recorder);
+    EXPECT_TRUE(this->rig.wait([&] { return this->devices().recorders(device) == Recorders{}; }));
+}
+
+TYPED_TEST_P(AudioDevicesContract, CountsNotItselfAmongThoseWhoRecord) {
+    this->makeDefaultSpeakers();
+    const AudioObjectID device = this->make(this->recordable);
+    const auto unit = this->rig.units().makeInput();
+    std::atomic<std::size_t> heard = 0; // frames
+    ASSERT_EQ(unit->setDevice(device), statusOk);
+    ASSERT_EQ(unit->start([&](std::int64_t frames, std::span<const float* const>) {
+        heard += static_cast<std::size_t>(frames);
+    }),
+              statusOk);
+
+    ASSERT_TRUE(this->rig.wait([&] { return heard > TestFixture::settledFrames; }));
+    EXPECT_EQ(this->devices().recorders(device), Recorders{});
+    unit->stop();
+}
+
 TYPED_TEST_P(AudioDevicesContract, TellsThatTheServiceWentAndThatItIsBack) {
     this->makeDefaultSpeakers();
     std::vector<bool> known;
@@ -133,6 +187,7 @@ TYPED_TEST_P(AudioDevicesContract, KnowsNothingOfWhatIsNotThere) {
     constexpr AudioObjectID unknown = TestFixture::noSuchObject;
 
     EXPECT_EQ(this->devices().deviceName(unknown), std::nullopt);
+    EXPECT_EQ(this->devices().recorders(unknown), std::nullopt);
     EXPECT_NE(this->devices().requestBufferFrames(unknown, 128), statusOk);
 }
 
@@ -182,6 +237,9 @@ REGISTER_TYPED_TEST_SUITE_P(AudioDevicesContract,
                             TellsADefaultOutputChangeOnTheMainQueue,
                             TellsThatADeviceCameOrWent,
                             TellsThatAnApplicationBeganToPlay,
+                            KnowsWhoRecordsFromADevice,
+                            CountsNoLevelMeterAmongThoseWhoRecord,
+                            CountsNotItselfAmongThoseWhoRecord,
                             TellsThatTheServiceWentAndThatItIsBack,
                             TellsTheDefaultOutputOnceTheServiceIsBack,
                             KnowsNothingOfWhatIsNotThere,

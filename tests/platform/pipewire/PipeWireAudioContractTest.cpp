@@ -42,9 +42,11 @@ public:
                 positions.push_back("AUX" + std::to_string(at));
             }
         }
+        // The session manager links no recorder to a duplex device.
+        const std::string recording = device.outputs > 2 ? "Audio/Duplex" : "Audio/Source/Virtual";
         session().add({.name = device.uid,
                        .description = device.name,
-                       .mediaClass = device.inputs > 0 ? "Audio/Duplex" : "Audio/Sink",
+                       .mediaClass = device.inputs > 0 ? recording : "Audio/Sink",
                        .positions = positions});
         devices_.insert(device.uid);
     }
@@ -72,6 +74,9 @@ public:
         app.play("tone", hz, hz, db);
         return app.pid();
     }
+    void record(std::int32_t pid, const std::string& uid) { app(pid).hear("ear", uid); }
+    void measure(std::int32_t pid, const std::string& uid) { app(pid).measure("ear", uid); }
+    void stopRecording(std::int32_t pid) { app(pid).stop("ear"); }
     void feed(const std::string& uid, std::size_t channel, double hz, double db) {
         feeders_.push_back(
             std::make_unique<support::Feeder>(session(),
@@ -89,6 +94,9 @@ public:
     bool wait(const std::function<bool()>& condition) { return support::waitUntil(condition); }
 
 private:
+    support::ToneApp& app(std::int32_t pid) {
+        return *std::ranges::find(apps_, pid, &support::ToneApp::pid);
+    }
     static support::PrivateSession& session() {
         static const auto made = [] {
             auto one = std::make_unique<support::PrivateSession>(

@@ -43,6 +43,13 @@ public:
         machine_.sound.play(pid, sine(hz, static_cast<float>(support::fromDb(db))));
         return pid;
     }
+    void record(std::int32_t pid, const std::string& uid) {
+        machine_.sound.record(pid, ids_.at(uid));
+    }
+    void measure(std::int32_t pid, const std::string& uid) {
+        machine_.sound.measure(pid, ids_.at(uid));
+    }
+    void stopRecording(std::int32_t pid) { machine_.sound.stopRecording(pid); }
     void feed(const std::string& uid, std::size_t channel, double hz, double db) {
         const Waveform tone = sine(hz, static_cast<float>(support::fromDb(db)));
         machine_.sound.setInput(ids_.at(uid), [=](std::int64_t frame, std::size_t index) {

@@ -4,6 +4,8 @@
 //   play <stream> <left Hz> <right Hz> <dB>   starts a stream, or replaces one
 //   pin <stream> <left Hz> <right Hz> <dB>    the same, and it may not be moved
 //   sing <device> <left Hz> <right Hz> <dB>   is an input device that plays by itself
+//   hear <stream> <device>                    records from an input device
+//   measure <stream> <device>                 the same, only to show how loud it is
 //   mute <stream>                             keeps the stream and plays silence
 //   stop <stream>                             ends the stream
 //   reconnect                                 ends every stream and connects anew
@@ -132,6 +134,62 @@ const pw_stream_events ToneStream::events = [] {
     return result;
 }();
 
+/// Records from one device and forgets what it hears.
+class EarStream {
+public:
+    EarStream(pw_core* core, const std::string& name, const std::string& device, bool isMeter)
+        : stream_(pw_stream_new(core,
+                                name.c_str(),
+                                pw_properties_new(PW_KEY_NODE_NAME,
+                                                  name.c_str(),
+                                                  PW_KEY_MEDIA_TYPE,
+                                                  "Audio",
+                                                  PW_KEY_MEDIA_CATEGORY,
+                                                  "Capture",
+                                                  PW_KEY_TARGET_OBJECT,
+                                                  device.c_str(),
+                                                  PW_KEY_STREAM_MONITOR,
+                                                  isMeter ? "true" : "false",
+                                                  nullptr))) {
+        pw_stream_add_listener(stream_, &hook_, &events, this);
+        std::array<std::uint8_t, 1024> storage{};
+        spa_pod_builder builder{};
+        spa_pod_builder_init(&builder, storage.data(), storage.size());
+        spa_audio_info_raw format{};
+        format.format = SPA_AUDIO_FORMAT_F32;
+        format.rate = 48000;
+        format.channels = channels;
+        format.position[0] = SPA_AUDIO_CHANNEL_FL;
+        format.position[1] = SPA_AUDIO_CHANNEL_FR;
+        const spa_pod* parameter =
+            spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &format);
+        constexpr auto flags = static_cast<pw_stream_flags>(
+            PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS);
+        pw_stream_connect(stream_, PW_DIRECTION_INPUT, PW_ID_ANY, flags, &parameter, 1);
+    }
+    ~EarStream() { pw_stream_destroy(stream_); }
+    EarStream(const EarStream&) = delete;
+    EarStream& operator=(const EarStream&) = delete;
+
+private:
+    static const pw_stream_events events;
+
+    pw_stream* stream_;
+    spa_hook hook_{};
+};
+
+const pw_stream_events EarStream::events = [] {
+    pw_stream_events result{};
+    result.version = PW_VERSION_STREAM_EVENTS;
+    result.process = [](void* data) {
+        pw_stream* const stream = static_cast<EarStream*>(data)->stream_;
+        if (pw_buffer* const buffer = pw_stream_dequeue_buffer(stream)) {
+            pw_stream_queue_buffer(stream, buffer);
+        }
+    };
+    return result;
+}();
+
 class ToneApp {
 public:
     explicit ToneApp(const std::string& name)
@@ -181,6 +239,7 @@ private:
 
     void disconnect() {
         streams_.clear();
+        ears_.clear();
         if (core_ != nullptr) {
             pw_core_disconnect(core_);
         }
@@ -214,10 +273,15 @@ private:
                               : verb == "pin" ? ToneStream::Role::pinned
                                               : ToneStream::Role::inputDevice;
             streams_[name] = std::make_unique<ToneStream>(core_, role, name, leftHz, rightHz, db);
+        } else if ((verb == "hear" || verb == "measure") && core_ != nullptr) {
+            std::string device;
+            words >> device;
+            ears_[name] = std::make_unique<EarStream>(core_, name, device, verb == "measure");
         } else if (verb == "mute" && streams_.contains(name)) {
             streams_[name]->mute();
         } else if (verb == "stop") {
             streams_.erase(name);
+            ears_.erase(name);
         } else if (verb == "reconnect") {
             disconnect();
             core_ = connect();
@@ -234,6 +298,7 @@ private:
     pw_core* core_; // null when no sound server answers
     spa_hook coreHook_{};
     std::map<std::string, std::unique_ptr<ToneStream>> streams_;
+    std::map<std::string, std::unique_ptr<EarStream>> ears_;
     std::string pending_; // an unfinished line
 };
 

@@ -167,6 +167,7 @@ void Graph::describeNode(Serial serial, const Properties& properties) {
                       text(properties, "factory.name") != "support.null-audio-sink";
     node.isBluetooth =
         text(properties, "device.api") == "bluez5" || flag(properties, "bluez5.loopback");
+    node.isMeter = flag(properties, "stream.monitor") || flag(properties, "resample.peaks");
     // 0.3.65 names it by the first, later versions by the second as well.
     node.isMovable = flag(properties, "node.autoconnect") &&
                      !flag(properties, "node.dont-reconnect") &&

@@ -45,6 +45,7 @@ struct Node {
     bool isBluetooth{}; ///< of a headset, or what stands for its microphone while that is off
     bool isDescribed{}; ///< all properties have arrived, not only the registry's few
     bool isRunning{};
+    bool isMeter{};                   ///< takes sound only to show how loud it is
     bool isMovable{};                 ///< the session manager links it, and may link it elsewhere
     RouteKey routeKey;                ///< what the session manager remembers the node by
     std::vector<std::string> content; ///< positions of the material itself, before any remix

@@ -18,6 +18,7 @@ struct Surroundings {
     bool isAvailable{};
     std::vector<Device> devices{};
     std::map<AudioObjectID, ApplicationSound> processes{};
+    std::map<Serial, Recorders> recorded{};
     double rateHz{};
     std::optional<std::string> defaultOutput{}; ///< UID; none while it is not (yet) there
     /// The virtual microphone is to be there and is not yet. Whoever is told of a default output

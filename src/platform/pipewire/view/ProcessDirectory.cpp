@@ -42,7 +42,7 @@ void ProcessDirectory::update(const Graph& graph) {
     std::set<std::int32_t> liveLeaders;
     unresolved_.clear();
     for (const auto& [serial, client] : graph.clients()) {
-        if (const Owner* const owner = ownerOf(client)) {
+        if (const Owner* const owner = ownerOf(serial)) {
             liveLeaders.insert(owner->leader.pid);
         } else {
             ask(client);
@@ -57,7 +57,7 @@ void ProcessDirectory::update(const Graph& graph) {
         if (client == graph.clients().end() || !isOutputStream(node)) {
             continue;
         }
-        const Owner* const owner = ownerOf(client->second);
+        const Owner* const owner = ownerOf(client->first);
         if (owner != nullptr && owner->leader.pid != ownPid_) {
             Process& process = processes_[objectFor(owner->leader)];
             process.isHere = true;
@@ -79,8 +79,7 @@ void ProcessDirectory::forgetOwners(const Graph& graph) {
 }
 
 void ProcessDirectory::ask(const Client& client) {
-    const bool isOurs = client.claim.isVouchedFor && client.claim.pid == ownPid_;
-    if (client.isDescribed && !isOurs) {
+    if (client.isDescribed && !isOurs(client)) {
         unresolved_[client.serial] = client.claim;
     }
 }
@@ -128,6 +127,15 @@ AudioObjectID ProcessDirectory::objectOf(std::int32_t leader) const {
     return found == processes_.end() ? 0 : found->first;
 }
 
+AudioObjectID ProcessDirectory::objectOfClient(Serial client) const {
+    const Owner* const owner = ownerOf(client);
+    return owner == nullptr ? 0 : objectOf(owner->leader.pid);
+}
+
+bool ProcessDirectory::isOurs(const Client& client) const {
+    return client.claim.isVouchedFor && client.claim.pid == ownPid_;
+}
+
 std::string ProcessDirectory::name(std::int32_t leader) const {
     const Process* const process = here(objectOf(leader));
     return process == nullptr ? std::string{} : process->name;
@@ -149,8 +157,8 @@ const ProcessDirectory::Process* ProcessDirectory::here(AudioObjectID object) co
     return found == processes_.end() || !found->second.isHere ? nullptr : &found->second;
 }
 
-const ProcessDirectory::Owner* ProcessDirectory::ownerOf(const Client& client) const {
-    const auto found = owners_.find(client.serial);
+const ProcessDirectory::Owner* ProcessDirectory::ownerOf(Serial client) const {
+    const auto found = owners_.find(client);
     return found == owners_.end() ? nullptr : &found->second.owner;
 }
 

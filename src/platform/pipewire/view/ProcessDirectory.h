@@ -57,6 +57,10 @@ public:
     [[nodiscard]] std::int32_t pid(AudioObjectID object) const;
     /// 0 when no application with this leading process has played.
     [[nodiscard]] AudioObjectID objectOf(std::int32_t leader) const;
+    /// 0 as long as the client's application is unknown, or has not played.
+    [[nodiscard]] AudioObjectID objectOfClient(Serial client) const;
+    /// It is a connection of this program.
+    [[nodiscard]] bool isOurs(const Client& client) const;
     /// What the application calls itself; empty when it does not say, or never played.
     [[nodiscard]] std::string name(std::int32_t leader) const;
     /// The installed application that a stand-in is known to be; empty when nobody knows.
@@ -77,7 +81,7 @@ private:
         ProgramClaim claim; // the answer is about this one
         Owner owner;
     };
-    [[nodiscard]] const Owner* ownerOf(const Client& client) const;
+    [[nodiscard]] const Owner* ownerOf(Serial client) const;
     void forgetOwners(const Graph& graph);
     void ask(const Client& client);
     AudioObjectID objectFor(Leader leader);

@@ -86,6 +86,10 @@ TEST_F(NewsTest, TellEveryOtherChangeOnce) {
     now.devices.front().outputs = 4;
     EXPECT_TRUE(isChangeTold());
 
+    now.recorded = {{7, {.areAny = true}}};
+    EXPECT_TRUE(isChangeTold());
+    EXPECT_FALSE(isChangeTold());
+
     now.deaths = 1;
     EXPECT_TRUE(isChangeTold());
 

@@ -31,6 +31,14 @@ struct Recorders {
     bool operator==(const Recorders&) const = default;
 };
 
+/// What somebody made of a device in a mixer of the desktop.
+struct DeviceVolume {
+    float linear{1.0F}; ///< of its loudest channel
+    bool isMuted{};
+
+    bool operator==(const DeviceVolume&) const = default;
+};
+
 /// Reads give none when the object is gone or does not answer; requests give the status with which
 /// they were refused. Threads: main. Real-time: no.
 class AudioDevices {
@@ -56,6 +64,11 @@ public:
     [[nodiscard]] virtual std::optional<AudioObjectID> defaultOutputDevice() const = 0;
     /// Its changes are told by `changed`.
     [[nodiscard]] virtual std::optional<Recorders> recorders(AudioObjectID device) const = 0;
+    /// What those who record from a virtual source get of it; none for every other device. Its
+    /// changes are told by `changed`.
+    [[nodiscard]] virtual std::optional<DeviceVolume>
+    recordingVolume(AudioObjectID device) const = 0;
+    virtual Status setRecordingVolume(AudioObjectID device, const DeviceVolume& volume) = 0;
 
     /// Told on the main queue after the default output device has changed to another one that is
     /// there, and after the audio service came back.
@@ -63,7 +76,8 @@ public:
 
     /// Told on the main queue after anything else has changed on which a mix depends: the service
     /// was lost or answers again; a device came, went or has other channels; an application's
-    /// process object came or went; somebody began or ceased to record; something that we opened
+    /// process object came or went; somebody began or ceased to record; a recording
+    /// volume was set; something that we opened
     /// died; the rate changed. Several changes in a row may be told once; an observer reads what is
     /// so now.
     [[nodiscard]] Signal& changed() { return changed_; }

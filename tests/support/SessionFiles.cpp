@@ -95,11 +95,13 @@ std::string adapterArguments(const SessionDevice& device, std::string_view more)
         positions += position + " ";
     }
     const std::string priority = std::to_string(device.priority);
+    const bool isVirtualSource = device.mediaClass == "Audio/Source/Virtual";
     // WirePlumber 0.4.13 crashes when a device goes while it is waiting to be suspended.
     return "{ factory.name = support.null-audio-sink node.name = " + device.name +
            " node.description = \"" + device.description + "\" media.class = " + device.mediaClass +
            " audio.position = [ " + positions + "] priority.session = " + priority +
            " priority.driver = " + priority +
+           (isVirtualSource ? " monitor.channel-volumes = true" : "") +
            " session.suspend-timeout-seconds = 0 object.linger = true" + std::string(more) + " }";
 }
 

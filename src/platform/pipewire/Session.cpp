@@ -1,5 +1,6 @@
 #include "platform/pipewire/Session.h"
 
+#include "platform/pipewire/daemon/NodeVolume.h"
 #include "platform/pipewire/view/Earliest.h"
 #include "platform/pipewire/view/Recording.h"
 
@@ -288,6 +289,16 @@ Status Session::ensureVirtualMicrophone() {
         return connection_.isListed() && !microphone_.isMissing();
     });
     return isThere ? statusOk : -ETIMEDOUT;
+}
+
+Status Session::requestVolume(AudioObjectID device, const DeviceVolume& volume) {
+    const Loop::Lock lock(loop_);
+    const auto found = isAvailableLocked() ? state_.device(device) : std::nullopt;
+    if (!found || !found->volume) {
+        return -ENODEV;
+    }
+    return pipewire::requestVolume(
+        connection_, state_.graph.node(found->node)->id, found->inputs, volume);
 }
 
 Status Session::createAggregate(const PublicAggregate& aggregate) {

@@ -99,6 +99,9 @@ public:
     /// See `PipeWireAudio`.
     Status ensureVirtualMicrophone();
 
+    /// Asks for a virtual source's volume; the graph tells it when it is so.
+    Status requestVolume(AudioObjectID device, const DeviceVolume& volume);
+
     /// Makes a public aggregate and waits shortly until it can be played to.
     Status createAggregate(const PublicAggregate& aggregate);
     /// None when this is no public aggregate, neither one of ours nor one that is there.

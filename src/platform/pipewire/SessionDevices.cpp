@@ -106,4 +106,13 @@ std::optional<Recorders> SessionDevices::recorders(AudioObjectID device) const {
         });
 }
 
+std::optional<DeviceVolume> SessionDevices::recordingVolume(AudioObjectID device) const {
+    const auto found = deviceOf(session_, device);
+    return found ? found->volume : std::nullopt;
+}
+
+Status SessionDevices::setRecordingVolume(AudioObjectID device, const DeviceVolume& volume) {
+    return session_.requestVolume(device, volume);
+}
+
 } // namespace velmora::pipewire

@@ -24,6 +24,8 @@ public:
     Status requestBufferFrames(AudioObjectID device, std::uint32_t frames) override;
     [[nodiscard]] std::optional<AudioObjectID> defaultOutputDevice() const override;
     [[nodiscard]] std::optional<Recorders> recorders(AudioObjectID device) const override;
+    [[nodiscard]] std::optional<DeviceVolume> recordingVolume(AudioObjectID device) const override;
+    Status setRecordingVolume(AudioObjectID device, const DeviceVolume& volume) override;
 
 private:
     Session& session_;

@@ -28,6 +28,8 @@ enum class Operation {
     requestBufferFrames,
     defaultOutputDevice,
     recorders,
+    recordingVolume,
+    setRecordingVolume,
     tapRate,
     openTap,
     openTapDevice,

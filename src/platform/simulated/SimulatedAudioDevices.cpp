@@ -112,4 +112,25 @@ std::optional<Recorders> SimulatedAudioDevices::recorders(AudioObjectID device) 
     });
 }
 
+std::optional<DeviceVolume> SimulatedAudioDevices::recordingVolume(AudioObjectID device) const {
+    return read(*graph_, Operation::recordingVolume, device, [&] {
+        const DeviceState* const found = graph_->device(device);
+        return found == nullptr ? std::nullopt : found->recordingVolume();
+    });
+}
+
+Status SimulatedAudioDevices::setRecordingVolume(AudioObjectID device, const DeviceVolume& volume) {
+    const std::scoped_lock guard(graph_->mutex);
+    if (const auto refusal = graph_->refusals.find(Operation::setRecordingVolume, device)) {
+        return *refusal;
+    }
+    DeviceState* const found = graph_->isAvailable ? graph_->device(device) : nullptr;
+    if (found == nullptr || !found->recordingVolume()) {
+        return statusNoSuchObject;
+    }
+    found->volume = volume;
+    graph_->tellChanged();
+    return statusOk;
+}
+
 } // namespace velmora

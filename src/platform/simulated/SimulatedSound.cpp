@@ -46,6 +46,14 @@ void SimulatedSound::setInputChannels(AudioObjectID device, std::uint32_t channe
     graph_->tellChanged();
 }
 
+void SimulatedSound::setVolume(AudioObjectID device, const DeviceVolume& volume) {
+    const Guard guard(graph_->mutex);
+    if (DeviceState* found = graph_->device(device)) {
+        found->volume = volume;
+        graph_->tellChanged();
+    }
+}
+
 void SimulatedSound::setDefaultOutput(AudioObjectID device) {
     const Guard guard(graph_->mutex);
     const bool differs = std::exchange(graph_->defaultOutput, device) != device;

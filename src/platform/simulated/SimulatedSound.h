@@ -62,6 +62,8 @@ public:
     void setInput(AudioObjectID device, Waveform signal);
     /// Its input streams become one of so many channels, as while its channels come one by one.
     void setInputChannels(AudioObjectID device, std::uint32_t channels);
+    /// Somebody turns a virtual source down, or mutes it, in another mixer.
+    void setVolume(AudioObjectID device, const DeviceVolume& volume);
     /// 0 = there is none.
     void setDefaultOutput(AudioObjectID device);
 

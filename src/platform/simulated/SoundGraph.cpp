@@ -41,6 +41,12 @@ AudioObjectID SoundGraph::idForUID(std::string_view uid) const {
     return id;
 }
 
+std::optional<DeviceVolume> DeviceState::recordingVolume() const {
+    const bool isVirtualSource =
+        about.transport == Transport::virtualDevice && channels(Scope::input) > 0;
+    return isVirtualSource ? std::optional(volume) : std::nullopt;
+}
+
 void SoundGraph::loseService() {
     isAvailable = false;
     processes.clear();

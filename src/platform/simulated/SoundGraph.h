@@ -36,12 +36,14 @@ struct DeviceState {
     SimulatedDevice about;
     Waveform input = silence();
     std::vector<std::string> partUIDs{}; ///< where a public sink's sound goes
+    DeviceVolume volume{};               ///< shown, and without effect on what is heard
     std::uint32_t requestedFrames{};
     DeviceClock clock{};
     ChannelBlock playing{}; ///< this cycle's block
     ChannelBlock heard{};   ///< all blocks so far
 
     [[nodiscard]] std::uint32_t channels(Scope scope) const;
+    [[nodiscard]] std::optional<DeviceVolume> recordingVolume() const;
 };
 
 struct ProcessState {

@@ -38,6 +38,7 @@ struct ContractDevice {
 ///   default output; returns its process id;
 /// - `record(pid, uid)`: the application records from the device; `measure(pid, uid)`: it does so
 ///   only to show how loud the device is; `stopRecording(pid)`;
+/// - `turnTo(uid, volume)`: somebody sets the device's volume in another mixer;
 /// - `feed(uid, channel, hz, db)`: from now on the device's input channel (1-based) carries a sine,
 ///   and its other channels are silent;
 /// - `listen(uid, channel, frames)`: what the device's output channel (1-based) plays from now on;

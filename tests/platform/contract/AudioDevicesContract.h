@@ -155,6 +155,30 @@ TYPED_TEST_P(AudioDevicesContract, CountsNotItselfAmongThoseWhoRecord) {
     unit->stop();
 }
 
+TYPED_TEST_P(AudioDevicesContract, TellsWhatSomebodyMadeOfAVirtualSource) {
+    const AudioObjectID device = this->make(this->recordable);
+    EXPECT_TRUE(
+        this->rig.wait([&] { return this->devices().recordingVolume(device) == DeviceVolume{}; }));
+    std::optional<DeviceVolume> known;
+    const auto connection =
+        this->devices().changed().connect([&] { known = this->devices().recordingVolume(device); });
+
+    this->rig.turnTo(this->recordable.uid, {.linear = 0.125F, .isMuted = true});
+    EXPECT_TRUE(this->rig.wait(
+        [&] { return known && known->isMuted && std::abs(known->linear - 0.125F) < 0.001F; }));
+
+    EXPECT_EQ(this->devices().setRecordingVolume(device, {}), statusOk);
+    EXPECT_TRUE(this->rig.wait([&] { return known == DeviceVolume{}; }));
+}
+
+TYPED_TEST_P(AudioDevicesContract, GivesOnlyVirtualSourcesAVolume) {
+    const AudioObjectID device = this->make(this->speakers);
+
+    EXPECT_EQ(this->devices().recordingVolume(device), std::nullopt);
+    EXPECT_NE(this->devices().setRecordingVolume(device, {}), statusOk);
+    EXPECT_NE(this->devices().setRecordingVolume(TestFixture::noSuchObject, {}), statusOk);
+}
+
 TYPED_TEST_P(AudioDevicesContract, TellsThatTheServiceWentAndThatItIsBack) {
     this->makeDefaultSpeakers();
     std::vector<bool> known;
@@ -240,6 +264,8 @@ REGISTER_TYPED_TEST_SUITE_P(AudioDevicesContract,
                             KnowsWhoRecordsFromADevice,
                             CountsNoLevelMeterAmongThoseWhoRecord,
                             CountsNotItselfAmongThoseWhoRecord,
+                            TellsWhatSomebodyMadeOfAVirtualSource,
+                            GivesOnlyVirtualSourcesAVolume,
                             TellsThatTheServiceWentAndThatItIsBack,
                             TellsTheDefaultOutputOnceTheServiceIsBack,
                             KnowsNothingOfWhatIsNotThere,

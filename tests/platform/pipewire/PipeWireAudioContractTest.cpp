@@ -77,6 +77,10 @@ public:
     void record(std::int32_t pid, const std::string& uid) { app(pid).hear("ear", uid); }
     void measure(std::int32_t pid, const std::string& uid) { app(pid).measure("ear", uid); }
     void stopRecording(std::int32_t pid) { app(pid).stop("ear"); }
+    void turnTo(const std::string& uid, const DeviceVolume& volume) {
+        run({"pactl", "set-source-volume", uid, std::to_string(volume.linear)});
+        run({"pactl", "set-source-mute", uid, volume.isMuted ? "1" : "0"});
+    }
     void feed(const std::string& uid, std::size_t channel, double hz, double db) {
         feeders_.push_back(
             std::make_unique<support::Feeder>(session(),
@@ -94,6 +98,9 @@ public:
     bool wait(const std::function<bool()>& condition) { return support::waitUntil(condition); }
 
 private:
+    static void run(const std::vector<std::string>& command) {
+        support::runToEnd(command, session().environment());
+    }
     support::ToneApp& app(std::int32_t pid) {
         return *std::ranges::find(apps_, pid, &support::ToneApp::pid);
     }

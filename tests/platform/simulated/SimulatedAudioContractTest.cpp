@@ -22,6 +22,7 @@ public:
         }
         if (device.inputs > 0) {
             made.inputs = {device.inputs};
+            made.transport = Transport::virtualDevice;
         }
         ids_[device.uid] = machine_.sound.addDevice(made);
     }
@@ -50,6 +51,9 @@ public:
         machine_.sound.measure(pid, ids_.at(uid));
     }
     void stopRecording(std::int32_t pid) { machine_.sound.stopRecording(pid); }
+    void turnTo(const std::string& uid, const DeviceVolume& volume) {
+        machine_.sound.setVolume(ids_.at(uid), volume);
+    }
     void feed(const std::string& uid, std::size_t channel, double hz, double db) {
         const Waveform tone = sine(hz, static_cast<float>(support::fromDb(db)));
         machine_.sound.setInput(ids_.at(uid), [=](std::int64_t frame, std::size_t index) {

@@ -1,5 +1,7 @@
 #include "platform/pipewire/daemon/Bindings.h"
 
+#include "platform/pipewire/daemon/NodeVolume.h"
+
 #include <pipewire/extensions/metadata.h>
 #include <spa/param/audio/format-utils.h>
 #include <spa/param/audio/type-info.h>
@@ -29,6 +31,14 @@ std::vector<std::string> positions(const spa_audio_info_raw& format) {
         }
     }
     return names;
+}
+
+/// What is recorded from a virtual source follows its volume; from a silent device of the daemon's
+/// own that serves as one, only where it was made so.
+bool isTurnedDownForRecorders(const Properties& properties) {
+    return text(properties, "media.class") == "Audio/Source/Virtual" &&
+           (text(properties, "factory.name") != "support.null-audio-sink" ||
+            flag(properties, "monitor.channel-volumes"));
 }
 
 /// Common part of every binding; members go in the right order: hook first, then proxy.
@@ -61,8 +71,8 @@ public:
                             std::uint32_t id,
                             std::uint32_t,
                             std::uint32_t,
-                            const spa_pod* format) {
-                static_cast<NodeBinding*>(self)->onParam(id, format);
+                            const spa_pod* parameter) {
+                static_cast<NodeBinding*>(self)->onParam(id, parameter);
             };
             return made;
         }();
@@ -73,7 +83,9 @@ public:
 private:
     void onInfo(const pw_node_info& info) {
         if ((info.change_mask & PW_NODE_CHANGE_MASK_PROPS) != 0U) {
-            graph_.describeNode(serial_, readProperties(info.props));
+            const Properties properties = readProperties(info.props);
+            graph_.describeNode(serial_, properties);
+            followVolume(properties);
         }
         if ((info.change_mask & PW_NODE_CHANGE_MASK_STATE) != 0U) {
             graph_.setRunning(serial_, info.state == PW_NODE_STATE_RUNNING);
@@ -87,20 +99,43 @@ private:
         changed_();
     }
 
-    void onParam(std::uint32_t id, const spa_pod* format) {
+    void followVolume(const Properties& properties) {
+        if (!followsVolume_ && isTurnedDownForRecorders(properties)) {
+            followsVolume_ = true;
+            std::uint32_t volume = SPA_PARAM_Props;
+            pw_node_subscribe_params(reinterpret_cast<pw_node*>(proxy_.get()), &volume, 1);
+        }
+    }
+
+    void onParam(std::uint32_t id, const spa_pod* parameter) {
+        if (parameter == nullptr) {
+            return;
+        }
+        if (id == SPA_PARAM_Props) {
+            if (const auto volume = readVolume(*parameter)) {
+                graph_.setVolume(serial_, *volume);
+                changed_();
+            }
+        } else if (id == SPA_PARAM_EnumFormat) {
+            onFormat(*parameter);
+        }
+    }
+
+    void onFormat(const spa_pod& format) {
         std::uint32_t mediaType{};
         std::uint32_t subtype{};
         spa_audio_info_raw raw{};
-        const bool isRawAudio = id == SPA_PARAM_EnumFormat && format != nullptr &&
-                                spa_format_parse(format, &mediaType, &subtype) >= 0 &&
+        const bool isRawAudio = spa_format_parse(&format, &mediaType, &subtype) >= 0 &&
                                 mediaType == SPA_MEDIA_TYPE_audio &&
                                 subtype == SPA_MEDIA_SUBTYPE_raw &&
-                                spa_format_audio_raw_parse(format, &raw) >= 0;
+                                spa_format_audio_raw_parse(&format, &raw) >= 0;
         if (isRawAudio) {
             graph_.setContent(serial_, positions(raw));
             changed_();
         }
     }
+
+    bool followsVolume_ = false;
 };
 
 class ClientBinding final : public ObjectBinding {

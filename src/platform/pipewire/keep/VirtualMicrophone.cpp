@@ -59,6 +59,8 @@ void VirtualMicrophone::follow() {
                                     {"node.description", "Velmora Microphone"},
                                     {"audio.position", "[FL,FR]"},
                                     {"node.virtual", "true"},
+                                    // What is recorded follows its volume and mute.
+                                    {"monitor.channel-volumes", "true"},
                                     // As the clock it would add a block of delay to everything.
                                     {"priority.driver", "1"},
                                     // Never the default microphone by itself.

@@ -62,7 +62,8 @@ std::vector<Device> listDevices(const Graph& graph) {
                            .inputs = static_cast<std::uint32_t>(recordingPorts(node).size()),
                            .outputs = static_cast<std::uint32_t>(playbackPorts(node).size()),
                            .transport = transportOf(node),
-                           .isBluetooth = node.isBluetooth});
+                           .isBluetooth = node.isBluetooth,
+                           .volume = node.volume});
     }
     std::ranges::stable_partition(devices, [](const Device& one) { return one.uid != dawSinkUID; });
     return devices;

@@ -19,6 +19,7 @@ struct Device {
     std::uint32_t outputs{}; ///< channels that can be played to
     Transport transport{};
     bool isBluetooth{};
+    std::optional<DeviceVolume> volume{}; ///< see `AudioDevices::recordingVolume`
 
     bool operator==(const Device&) const = default;
 };

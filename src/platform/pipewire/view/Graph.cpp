@@ -195,6 +195,12 @@ void Graph::setRunning(Serial serial, bool running) {
     }
 }
 
+void Graph::setVolume(Serial serial, const DeviceVolume& volume) {
+    if (const auto found = nodes_.find(serial); found != nodes_.end()) {
+        found->second.volume = volume;
+    }
+}
+
 void Graph::setContent(Serial serial, std::vector<std::string> positions) {
     if (const auto found = nodes_.find(serial); found != nodes_.end()) {
         found->second.content = std::move(positions);

@@ -1,6 +1,7 @@
 // Graph.h: what the daemon has told about nodes, ports, clients and links, as plain values.
 #pragma once
 
+#include "platform/AudioDevices.h"
 #include "platform/ProgramClaim.h"
 #include "platform/pipewire/view/CardPlace.h"
 #include "platform/pipewire/view/Properties.h"
@@ -45,11 +46,12 @@ struct Node {
     bool isBluetooth{}; ///< of a headset, or what stands for its microphone while that is off
     bool isDescribed{}; ///< all properties have arrived, not only the registry's few
     bool isRunning{};
-    bool isMeter{};                   ///< takes sound only to show how loud it is
-    bool isMovable{};                 ///< the session manager links it, and may link it elsewhere
-    RouteKey routeKey;                ///< what the session manager remembers the node by
-    std::vector<std::string> content; ///< positions of the material itself, before any remix
-    std::vector<Port> ports;          ///< ascending by index within each direction
+    bool isMeter{};                     ///< takes sound only to show how loud it is
+    bool isMovable{};                   ///< the session manager links it, and may link it elsewhere
+    RouteKey routeKey;                  ///< what the session manager remembers the node by
+    std::optional<DeviceVolume> volume; ///< only followed on virtual sources
+    std::vector<std::string> content;   ///< positions of the material itself, before any remix
+    std::vector<Port> ports;            ///< ascending by index within each direction
 };
 
 struct Client {
@@ -102,6 +104,7 @@ public:
     void describeNode(Serial serial, const Properties& properties);
     void describeClient(Serial serial, const Properties& properties);
     void setRunning(Serial serial, bool running);
+    void setVolume(Serial serial, const DeviceVolume& volume);
     void setContent(Serial serial, std::vector<std::string> positions);
     void setUid(Serial serial, const std::string& uid);
 

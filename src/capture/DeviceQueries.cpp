@@ -1,6 +1,7 @@
 #include "capture/DeviceQueries.h"
 
 #include "capture/NameCompare.h"
+#include "platform/PublicSinks.h"
 
 #include <algorithm>
 #include <numeric>
@@ -123,6 +124,12 @@ std::optional<AudioObjectID> findVirtualMicDevice(const AudioDevices& devices) {
         }
     }
     return std::nullopt;
+}
+
+std::optional<AudioObjectID> findMixMicrophone(const AudioDevices& devices) {
+    return findVirtualMicDevice(devices).and_then([&](AudioObjectID device) {
+        return deviceUID(devices, device) == dawSinkUID ? std::nullopt : std::optional(device);
+    });
 }
 
 bool isVirtualMicName(std::string_view name) {

@@ -55,6 +55,11 @@ channelCount(const AudioDevices& devices, AudioObjectID device, Scope scope);
 /// name serves as well.
 [[nodiscard]] std::optional<AudioObjectID> findVirtualMicDevice(const AudioDevices& devices);
 
+/// The one that a mix plays into: never the device of DAW mode, whose name holds the microphone's
+/// word as well. It would play the mix into the interface, and is found while the microphone is
+/// away for a moment.
+[[nodiscard]] std::optional<AudioObjectID> findMixMicrophone(const AudioDevices& devices);
+
 /// Whether a device of this name carries our own mix or is a loopback: never offered as a source,
 /// never monitored on.
 [[nodiscard]] bool isVirtualMicName(std::string_view name);

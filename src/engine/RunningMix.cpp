@@ -8,7 +8,6 @@
 #include "engine/realtime/LevelMeter.h"
 #include "engine/realtime/ParamBox.h"
 #include "engine/realtime/RingBuffer.h"
-#include "platform/PublicSinks.h"
 
 #include <algorithm>
 #include <utility>
@@ -19,14 +18,6 @@ namespace {
 constexpr std::int64_t ringFloats = 192000; // two seconds of stereo at 48 kHz
 
 using Captures = std::vector<std::unique_ptr<SourceCapture>>;
-
-/// Never the device of DAW mode, whose name holds the microphone's word as well: it would play the
-/// mix into the interface, and is found while the microphone is away for a moment.
-std::optional<AudioObjectID> microphoneIn(const AudioDevices& devices) {
-    return findVirtualMicDevice(devices).and_then([&](AudioObjectID device) {
-        return deviceUID(devices, device) == dawSinkUID ? std::nullopt : std::optional(device);
-    });
-}
 
 /// Takes the capture of exactly this source out of `captures`; null when there is none.
 std::unique_ptr<SourceCapture> takeOut(Captures& captures, const AudioSource& source) {
@@ -46,7 +37,7 @@ RunningMix::RunningMix(const Platform& platform, const MixSettings& settings)
     : platform_(platform), settings_(settings),
       defaultOutput_(platform.devices.defaultOutputDevice()), stream_(settings.kept.streamVolume()),
       monitor_(settings.kept.headphoneVolume()) {
-    const auto microphone = microphoneIn(platform.devices);
+    const auto microphone = findMixMicrophone(platform.devices);
     if (!microphone) {
         throw VelmoraError::noVirtualMic();
     }
@@ -76,7 +67,7 @@ bool RunningMix::isUpToDate() const {
         return false;
     }
     const AudioObjectID device = stream_.target()->device;
-    const auto microphone = microphoneIn(platform_.devices);
+    const auto microphone = findMixMicrophone(platform_.devices);
     return !microphone || *microphone == device || deviceName(platform_.devices, device);
 }
 

@@ -12,8 +12,16 @@ namespace velmora {
 
 AudioEngine::AudioEngine(const Platform& platform)
     : platform_(platform), settings_(platform.defaults), keeper_(platform, mixSettings_),
+      // The first observer of its own: those that follow find the audience at rest.
+      ownConnection_(changed_.connect([this] {
+          if (!isRunning()) {
+              audience_.rest();
+          }
+      })),
+      tickConnection_(keeper_.ticked().connect([this] { audience_.tick(level() > 0.0F); })),
       keeperConnection_(keeper_.changed().connect([this] { notify(); })),
       levelsConnection_(keeper_.levelsMoved().connect([this] { changed_.emit(); })),
+      audienceConnection_(audience_.changed().connect([this] { notify(); })),
       deviceConnection_(
           platform.devices.changed().connect([this] { kept_.forgetEnded(sources_); })) {
     // What earlier runs have kept, once the program is up.
@@ -224,6 +232,13 @@ SourceCapture* AudioEngine::captureOf(const AudioSource& source) const {
     return mix == nullptr ? nullptr : mix->captureOf(source);
 }
 
+bool AudioEngine::isCaptured(const AudioSource& source) const {
+    const RunningMix* const mix = keeper_.mix();
+    return mix != nullptr && std::ranges::any_of(mix->captures(), [&](const auto& capture) {
+               return capture->source() == source;
+           });
+}
+
 void AudioEngine::add(const AudioSource& source) {
     const bool isAnother = kept_.meet(source);
     auto list = sources();
@@ -250,6 +265,18 @@ void AudioEngine::setPrimary(const AudioSource& source) {
         list.insert(list.begin(), source);
         editList(std::move(list), isAnother);
     }
+}
+
+void AudioEngine::replace(const AudioSource& source, const AudioSource& successor) {
+    auto list = sources();
+    if (source == successor || std::ranges::find(list, source) == list.end()) {
+        return;
+    }
+    const bool isAnother = kept_.meet(successor);
+    settings_.copy(source.id(), successor.id());
+    kept_.keepTie(successor);
+    std::ranges::replace(list, AudioSource(source), AudioSource(successor));
+    editList(std::move(list), isAnother);
 }
 
 void AudioEngine::editList(std::vector<AudioSource> list, bool isAnother) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effects/FXParams.h"
+#include "engine/Audience.h"
 #include "engine/AudioSource.h"
 #include "engine/Binding.h"
 #include "engine/EngineSettings.h"
@@ -51,6 +52,8 @@ public:
 
     /// The mix is on, also while it waits for the audio service, a device or an application.
     [[nodiscard]] bool isRunning() const { return keeper_.isOn(); }
+    /// Also for a moment after the audio service came back, while devices and applications follow.
+    [[nodiscard]] bool isServiceAway() const { return keeper_.isServiceAway(); }
     /// 0 ... 1, the loudest source.
     [[nodiscard]] float level() const { return keeper_.meters().level(); }
     /// By source id, 0 ... 1; a source that is not captured has none.
@@ -58,6 +61,11 @@ public:
         return keeper_.meters().sourceLevels();
     }
     [[nodiscard]] const std::vector<AudioSource>& sources() const { return sources_; }
+    [[nodiscard]] bool isCaptured(const AudioSource& source) const;
+    /// The source's process has ended, and its number is another's.
+    [[nodiscard]] bool isAnothers(const AudioSource& source) const {
+        return kept_.isAnothers(source);
+    }
 
     /// What is wrong now: what a recall could not find, what could not be launched, what the mix
     /// lacks, and whether the audio service is away.
@@ -84,6 +92,10 @@ public:
     [[nodiscard]] bool isMicrophoneClosed() const { return mixSettings_.isMicrophoneClosed; }
     void setMicrophoneClosed(bool closed);
 
+    /// The output's limiter takes something from it.
+    [[nodiscard]] bool isHeadphonesLimited() const { return keeper_.isMonitorLimited(); }
+    [[nodiscard]] bool isStreamLimited() const { return keeper_.isStreamLimited(); }
+
     /// Linear, 1.0 = unity, not bounded here.
     [[nodiscard]] float headphoneVolume() const { return settings_.headphoneVolume(); }
     void setHeadphoneVolume(float volume);
@@ -97,6 +109,10 @@ public:
     }
     /// While running, rebuilds the monitoring output and nothing else.
     void setMonitoringSelection(std::optional<std::string> selection);
+
+    /// Its changes are told by `changed`.
+    [[nodiscard]] const Audience& audience() const { return audience_; }
+    void restoreMicrophoneVolume() { audience_.restoreVolume(); }
 
     // -- settings of one source --
 
@@ -129,6 +145,10 @@ public:
     /// Puts `source` in the place of the first one. Deliberate: it is not looked for further down,
     /// so it can be in the list twice afterwards.
     void setPrimary(const AudioSource& source);
+
+    /// `successor` takes the place of `source`, with all that is kept for that one. Nothing happens
+    /// when `source` is not in the list.
+    void replace(const AudioSource& source, const AudioSource& successor);
 
     /// These two change the list only; the caller starts when its whole recall is done.
     void replaceSources(std::vector<AudioSource> sources);
@@ -178,8 +198,12 @@ private:
     std::vector<Problem> recallProblems_;
     std::vector<Problem> launchProblems_;
     MixKeeper keeper_;
+    Audience audience_{platform_};
+    Signal::Connection ownConnection_;
+    Signal::Connection tickConnection_;
     Signal::Connection keeperConnection_;
     Signal::Connection levelsConnection_;
+    Signal::Connection audienceConnection_;
     Signal::Connection deviceConnection_;
     std::shared_ptr<AudioEngine*> self_ = std::make_shared<AudioEngine*>(this);
 };

@@ -78,6 +78,22 @@ void EngineSettings::setMuteDirect(const std::string& id, bool muted) {
     store_.set(muteDirectKey, muteDirect_);
 }
 
+void EngineSettings::copy(const std::string& from, const std::string& to) {
+    forget({to});
+    if (const auto kept = gain(from)) {
+        setGain(to, *kept);
+    }
+    if (const auto kept = fxOf(from)) {
+        setFX(to, *kept);
+    }
+    if (const auto kept = muteDirect(from)) {
+        setMuteDirect(to, *kept);
+    }
+    if (const auto kept = store_.read<double>(gainBeforeMuteKey(from))) {
+        store_.set(gainBeforeMuteKey(to), *kept);
+    }
+}
+
 std::set<std::string> EngineSettings::ids() const {
     std::set<std::string> ids;
     const auto add = [&](const auto& map) {

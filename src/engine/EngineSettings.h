@@ -42,6 +42,9 @@ public:
     [[nodiscard]] std::optional<bool> muteDirect(const std::string& id) const;
     void setMuteDirect(const std::string& id, bool muted);
 
+    /// What is kept for `from` is kept for `to` as well, in the place of what was.
+    void copy(const std::string& from, const std::string& to);
+
     /// Of every source that anything is kept for.
     [[nodiscard]] std::set<std::string> ids() const;
     void forget(const std::set<std::string>& ids);

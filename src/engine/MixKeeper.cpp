@@ -42,8 +42,12 @@ bool MixKeeper::isServiceAway() const {
 }
 
 MixKeeper::Published MixKeeper::published() const {
-    return {
-        .isOn = isOn_, .isServiceAway = isServiceAway(), .problems = problems_, .meters = meters_};
+    return {.isOn = isOn_,
+            .isServiceAway = isServiceAway(),
+            .problems = problems_,
+            .meters = meters_,
+            .isStreamLimited = isStreamLimited(),
+            .isMonitorLimited = isMonitorLimited()};
 }
 
 /// Does the work and tells observers when it changed something.
@@ -211,12 +215,7 @@ void MixKeeper::build() {
             restart_.reset();
             mix_ = std::make_unique<RunningMix>(platform_, settings_);
             ticks_ = 0;
-            meterTimer_ = platform_.mainQueue.every(meterPeriod, [this] {
-                ticks_ = std::min(ticks_ + 1, ticksOfYouth);
-                if (meters_.tick(mix_->captures())) {
-                    levelsMoved_.emit();
-                }
-            });
+            meterTimer_ = platform_.mainQueue.every(meterPeriod, [this] { tick(); });
         }
         mix_->takeDefaultOutput();
         followMonitor();
@@ -224,6 +223,19 @@ void MixKeeper::build() {
     } catch (const std::exception& error) {
         drop();
         problems_ = {problemOf(error)};
+    }
+}
+
+void MixKeeper::tick() {
+    ticks_ = std::min(ticks_ + 1, ticksOfYouth);
+    const bool haveLevelsChanged = meters_.tick(mix_->captures());
+    const bool hasStreamLampChanged = streamLamp_.tick(mix_->streamLimiterGain());
+    const bool hasMonitorLampChanged = monitorLamp_.tick(mix_->monitorLimiterGain());
+    ticked_.emit();
+    if (hasStreamLampChanged || hasMonitorLampChanged) {
+        changed_.emit();
+    } else if (haveLevelsChanged) {
+        levelsMoved_.emit();
     }
 }
 
@@ -248,6 +260,8 @@ void MixKeeper::followLevels() {
 void MixKeeper::drop() {
     meterTimer_.reset();
     mix_.reset();
+    streamLamp_ = {};
+    monitorLamp_ = {};
     monitorProblem_.reset();
 }
 

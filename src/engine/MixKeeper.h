@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/AudioSource.h"
+#include "engine/LimiterLamp.h"
 #include "engine/MeterBank.h"
 #include "engine/MixOutput.h"
 #include "engine/Problem.h"
@@ -41,6 +42,8 @@ public:
     [[nodiscard]] Signal& changed() { return changed_; }
     /// The same where nothing but the levels has moved.
     [[nodiscard]] Signal& levelsMoved() { return levelsMoved_; }
+    /// Told 30 times a second while there is a mix.
+    [[nodiscard]] Signal& ticked() { return ticked_; }
 
     // -- what is so now --
 
@@ -51,6 +54,8 @@ public:
     /// devices and applications follow one by one.
     [[nodiscard]] bool isServiceAway() const;
     [[nodiscard]] const MeterBank& meters() const { return meters_; }
+    [[nodiscard]] bool isStreamLimited() const { return streamLamp_.isLit(); }
+    [[nodiscard]] bool isMonitorLimited() const { return monitorLamp_.isLit(); }
     /// Null while there is none.
     [[nodiscard]] RunningMix* mix() const { return mix_.get(); }
 
@@ -78,6 +83,8 @@ private:
         bool isServiceAway{};
         std::vector<Problem> problems;
         MeterBank meters;
+        bool isStreamLimited{};
+        bool isMonitorLimited{};
 
         bool operator==(const Published&) const = default;
     };
@@ -91,6 +98,7 @@ private:
     [[nodiscard]] bool diedYoung() const;
     void step();
     void build();
+    void tick();
     void followMonitor();
     void followLevels();
     void drop();
@@ -105,11 +113,14 @@ private:
     const MixSettings& settings_;
     Signal changed_;
     Signal levelsMoved_;
+    Signal ticked_;
 
     bool isOn_ = false;
     std::vector<AudioSource> sources_; ///< as of the last `begin`
     std::vector<Problem> problems_;
     MeterBank meters_;
+    LimiterLamp streamLamp_;
+    LimiterLamp monitorLamp_;
     std::unique_ptr<RunningMix> mix_;
 
     /// Where the second copy may play although another device is chosen: the user saw to it.

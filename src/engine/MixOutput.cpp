@@ -86,6 +86,10 @@ double MixOutput::sampleRate() const {
     return unit_ ? unit_->sampleRate() : 0.0;
 }
 
+float MixOutput::limiterGain() const {
+    return limiter_->latestGain();
+}
+
 void MixOutput::setVolume(float volume) {
     volume_->set(volume);
 }

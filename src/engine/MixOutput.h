@@ -60,6 +60,9 @@ public:
     /// Hz, as blocks come now; 0 while it is closed.
     [[nodiscard]] double sampleRate() const;
 
+    /// Of the limiter after the last block, linear; 1 = it does nothing.
+    [[nodiscard]] float limiterGain() const;
+
     void setVolume(float volume);
     /// Open from the beginning. Closed, it plays silence; while it runs, the change fades.
     void setOpen(bool open);

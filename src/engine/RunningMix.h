@@ -78,6 +78,9 @@ public:
     /// The first one whose source has the same id; null when there is none.
     [[nodiscard]] SourceCapture* captureOf(const AudioSource& source) const;
 
+    [[nodiscard]] float streamLimiterGain() const { return stream_.limiterGain(); }
+    [[nodiscard]] float monitorLimiterGain() const { return monitor_.limiterGain(); }
+
     void setStreamVolume(float volume) { stream_.setVolume(volume); }
     void setHeadphoneVolume(float volume) { monitor_.setVolume(volume); }
     /// The bypass was set anew.

@@ -11,6 +11,12 @@ namespace {
 constexpr double releaseSeconds = 0.08;
 constexpr float smallestPeak = 1e-9F; // keeps the division finite
 
+/// Others may be reading it.
+void publish(float& shared, float value) noexcept {
+    static_assert(std::atomic_ref<float>::is_always_lock_free);
+    std::atomic_ref(shared).store(value, std::memory_order_relaxed);
+}
+
 /// The next gain when nothing needs limiting.
 float returned(float gain, float release) noexcept {
     return gain > 1.0F ? 1.0F : 1.0F + release * (gain - 1.0F);
@@ -42,7 +48,7 @@ void Limiter::process(std::span<float> samples) noexcept {
         for (float& sample : samples) {
             sample *= g;
         }
-        gain = g;
+        publish(gain, g);
         return;
     }
     for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
@@ -56,7 +62,7 @@ void Limiter::process(std::span<float> samples) noexcept {
         samples[i] *= g;
         samples[i + 1] *= g;
     }
-    gain = g;
+    publish(gain, g);
 }
 
 } // namespace velmora

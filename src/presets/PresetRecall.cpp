@@ -57,6 +57,8 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
     // What an earlier preset still waits for does not belong into this setup.
     launcher_.forgetPending();
     late_.reset();
+    opening_.clear();
+    openingChanged_.emit();
     auto resolution = resolve(preset, options.launchClosedApps);
     const auto& [resolved, indices, missing, toLaunch] = resolution;
     const bool isWanted = engine_.isRunning() || pausedForLaunch_;
@@ -165,8 +167,12 @@ void PresetRecall::install(const Resolved& entry) {
 }
 
 void PresetRecall::launch(const ToLaunch& entry) {
+    opening_.push_back(entry.application.name);
+    openingChanged_.emit();
     launcher_.launch(entry.application,
                      [this, entry](const std::optional<RunningApplication>& running) {
+                         opening_.erase(std::ranges::find(opening_, entry.application.name));
+                         openingChanged_.emit();
                          addLaunched(entry, running);
                      });
 }

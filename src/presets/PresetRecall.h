@@ -49,6 +49,11 @@ public:
     /// nobody has edited the list. A mix that the user switches meanwhile stays as he left it.
     void apply(const Preset& preset, RecallOptions options);
 
+    /// The names of the applications that are coming up.
+    [[nodiscard]] const std::vector<std::string>& opening() const { return opening_; }
+    /// Told after a change of them.
+    [[nodiscard]] Signal& openingChanged() { return openingChanged_; }
+
 private:
     struct Resolved {
         AudioSource source;
@@ -99,6 +104,8 @@ private:
     Platform platform_;
     AudioEngine& engine_;
     AppLauncher launcher_;
+    std::vector<std::string> opening_;
+    Signal openingChanged_;
     std::optional<Late> late_;
     /// The mix was stopped because every source of the preset is still coming up.
     bool pausedForLaunch_ = false;

@@ -40,6 +40,29 @@ TEST_F(PresetRecallLaunchTest, AClosedApplicationJoinsAtItsPlaceAfterOneAndAHalf
     EXPECT_THAT(names(), ElementsAre("A", "B", "C"));
 }
 
+TEST_F(PresetRecallLaunchTest, SaysWhichApplicationsAreComingUp) {
+    install("A", "a", 10);
+    install("B", "b", 11);
+    int told = 0;
+    const auto connection = recall_->openingChanged().connect([&] { ++told; });
+
+    apply({app("A", "a"), app("B", "b")}, chosen);
+    EXPECT_THAT(recall_->opening(), ElementsAre("A", "B"));
+    EXPECT_GT(told, 0);
+
+    machine_.advance(1500ms);
+    EXPECT_THAT(recall_->opening(), IsEmpty());
+}
+
+TEST_F(PresetRecallLaunchTest, AnotherPresetAwaitsNothingOfTheOneBefore) {
+    install("A", "a", 10);
+    apply({app("A", "a")}, chosen);
+
+    apply({}, chosen);
+
+    EXPECT_THAT(recall_->opening(), IsEmpty());
+}
+
 TEST_F(PresetRecallLaunchTest, TheWaitBeginsWhenTheDesktopReportsBack) {
     install("B", "b", 11, 4s);
 

@@ -5,12 +5,18 @@
 
 namespace velmora {
 
-QRectF PopupPlace::beside(const QRectF& anchor, const QSizeF& wanted, const QRectF& room) {
+QRectF PopupPlace::beside(const QRectF& anchor,
+                          const QSizeF& wanted,
+                          const QRectF& room,
+                          const QRectF& window) {
     const double width =
         std::min(std::max(wanted.width(), anchor.width()), room.width() - 2 * margin);
     const double leftmost = room.left() + margin;
     const double rightmost = std::max(leftmost, room.right() - margin - width);
-    const double left = std::clamp(anchor.left(), leftmost, rightmost);
+    const bool endsWithAnchor =
+        anchor.left() + width > window.right() && anchor.right() - width >= window.left();
+    const double begin = endsWithAnchor ? anchor.right() - width : anchor.left();
+    const double left = std::clamp(begin, leftmost, rightmost);
 
     const double below = room.bottom() - margin - anchor.bottom() - gap;
     const double above = anchor.top() - gap - margin - room.top();

@@ -166,7 +166,9 @@ void PopupWindow::place() {
     }
     const QRectF anchor(anchor_->mapToGlobal(QPointF()), anchor_->size());
     const int rim = static_cast<int>(rim_);
-    const QRect content = PopupPlace::beside(anchor, wanted_, roomAround(anchor, *owner_)).toRect();
+    const QRect content =
+        PopupPlace::beside(anchor, wanted_, roomAround(anchor, *owner_), owner_->geometry())
+            .toRect();
     if (const QRect now = content.adjusted(-rim, -rim, rim, rim); now != geometry()) {
         setGeometry(now);
     }

@@ -15,6 +15,9 @@ namespace velmora {
 
 namespace {
 
+/// Such a device is nearly always meant whole.
+constexpr std::int64_t stereo = 2;
+
 /// Builds the menu's items one after the other.
 class Builder {
 public:
@@ -41,7 +44,10 @@ public:
         GumMenuItem item = choice(whole, QString::fromStdString(info.name));
         item.symbol = deviceSymbol(platform_.devices, info.deviceID);
         if (info.channels > 1) {
-            item.action = nullptr;
+            item.actsWithChildren = info.channels == stereo;
+            if (!item.actsWithChildren) {
+                item.action = nullptr;
+            }
             item.children = ranges(info, whole);
             item.checked = std::ranges::any_of(item.children, &GumMenuItem::checked);
         }

@@ -20,8 +20,9 @@ struct SourceMenuActions {
 };
 
 /// From what `sources` found at its last refresh. A device with several channels unfolds: the
-/// whole device, its pairs, its single channels. Of a stereo device the pair is left out, because
-/// it is the whole device. What holds the chosen one is marked as well, because it may be folded.
+/// whole device, its pairs, its single channels. A stereo device can be chosen as it is, too; its
+/// pair is left out, because it is the whole device. What holds the chosen one is marked as well,
+/// because it may be folded.
 ///
 /// Threads: main.
 [[nodiscard]] std::vector<GumMenuItem> sourceMenuItems(const SourceManager& sources,

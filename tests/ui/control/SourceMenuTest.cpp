@@ -142,6 +142,12 @@ TEST_F(SourceMenuTest, AStereoDeviceUnfoldsIntoItsChannels) {
               (std::vector<QString>{"Appareil entier", "Entrée 1", "Entrée 2"}));
 }
 
+TEST_F(SourceMenuTest, AStereoDeviceIsChosenAtOnceToo) {
+    const auto id = plugIn("Stereo", 2);
+    item("Stereo").action();
+    EXPECT_EQ(chosen, AudioSource(DeviceSource{id, "Stereo"}));
+}
+
 TEST_F(SourceMenuTest, EveryChannelRangeCanBeCaptured) {
     const auto id = plugIn("Interface", 4);
     std::vector<AudioSource> ranges;

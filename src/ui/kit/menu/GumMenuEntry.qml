@@ -15,11 +15,13 @@ FocusScope {
     required property real indent
     required property bool expandable
     required property bool expanded
+    required property bool acts
     required property bool deletable
     property bool isCurrent: false
     readonly property Item shown: kind === GumMenuModel.Action ? row : kind === GumMenuModel.Header ? caption : rule
 
     signal tap
+    signal unfoldTap
     signal deleteTap
 
     implicitWidth: shown.implicitWidth
@@ -37,10 +39,12 @@ FocusScope {
         playing: root.playing
         expandable: root.expandable
         isExpanded: root.expanded
+        acts: root.acts
         deletable: root.deletable
         indent: root.indent
         isCurrent: root.isCurrent
         onTap: root.tap()
+        onUnfoldTap: root.unfoldTap()
         onDeleteTap: root.deleteTap()
     }
     GumText {

@@ -35,6 +35,7 @@ struct GumMenuItem {
     bool playing{};   ///< makes sound now
     bool enabled{true};
     std::vector<GumMenuItem> children{}; ///< given, the entry unfolds instead of acting
+    bool actsWithChildren{};             ///< it acts all the same, and unfolds by its chevron
     std::function<void()> onDelete{};    ///< given, the row has a delete button
     std::function<void()> action{};
     GumMenuItemId id{freshGumMenuItemId()};

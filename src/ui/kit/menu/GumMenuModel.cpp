@@ -30,8 +30,8 @@ void GumMenuModel::activate(int row) {
         return;
     }
     const GumMenuItem& item = *at(row);
-    if (!item.children.empty()) {
-        setExpanded(row, !expanded_.contains(item.id));
+    if (!item.children.empty() && !item.actsWithChildren) {
+        toggleExpanded(row);
         return;
     }
     // The action may fill this menu anew, or end it.
@@ -42,6 +42,12 @@ void GumMenuModel::activate(int row) {
     }
     if (self) {
         Q_EMIT dismissed();
+    }
+}
+
+void GumMenuModel::toggleExpanded(int row) {
+    if (const GumMenuItem* const item = at(row)) {
+        setExpanded(row, !expanded_.contains(item->id));
     }
 }
 
@@ -136,6 +142,8 @@ QVariant GumMenuModel::data(const QModelIndex& index, int role) const {
         return !item->children.empty();
     case ExpandedRole:
         return !item->children.empty() && expanded_.contains(item->id);
+    case ActsRole:
+        return item->children.empty() || item->actsWithChildren;
     case DeletableRole:
         return bool(item->onDelete);
     default:
@@ -155,6 +163,7 @@ QHash<int, QByteArray> GumMenuModel::roleNames() const {
         {IndentRole, "indent"},
         {ExpandableRole, "expandable"},
         {ExpandedRole, "expanded"},
+        {ActsRole, "acts"},
         {DeletableRole, "deletable"},
     };
 }

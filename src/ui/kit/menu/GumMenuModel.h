@@ -34,6 +34,7 @@ public:
         IndentRole, ///< points
         ExpandableRole,
         ExpandedRole,
+        ActsRole, ///< choosing it does more than unfolding it
         DeletableRole,
     };
 
@@ -45,13 +46,14 @@ public:
     void setItems(std::vector<GumMenuItem> items);
     [[nodiscard]] const std::vector<GumMenuItem>& items() const { return items_; }
 
-    /// Chooses the row: one with children folds or unfolds; any other runs its action and then
-    /// dismisses the menu. Nothing happens on a row that cannot be chosen.
+    /// Chooses the row: it runs its action and then dismisses the menu; one that only has children
+    /// folds or unfolds. Nothing happens on a row that cannot be chosen.
     Q_INVOKABLE void activate(int row);
     /// Runs what the row's delete button does; the menu stays.
     Q_INVOKABLE void deleteRow(int row);
     /// Unfolds or folds a row with children; nothing on any other.
     Q_INVOKABLE void setExpanded(int row, bool expanded);
+    Q_INVOKABLE void toggleExpanded(int row);
 
     Q_INVOKABLE [[nodiscard]] bool isChoosable(int row) const;
     /// The next row that can be chosen, from `row` on in steps of `step` (1 or -1), `row` itself

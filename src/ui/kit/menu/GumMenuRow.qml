@@ -11,6 +11,8 @@ Item {
     property bool playing: false
     property bool expandable: false
     property bool isExpanded: false
+    // Choosing it does more than unfolding it.
+    property bool acts: true
     property bool deletable: false
     // The keyboard stands on it, or the pointer is over it.
     property bool isCurrent: false
@@ -19,6 +21,7 @@ Item {
     readonly property bool showsDelete: deletable && (hovering || (isCurrent && InputMode.keyboard))
 
     signal tap
+    signal unfoldTap
     signal deleteTap
 
     implicitWidth: leading.x + leading.width + 8 + titleText.implicitWidth + 16 + trailing.implicitWidth + 8
@@ -106,6 +109,15 @@ Item {
             name: root.isExpanded ? "chevron.down" : "chevron.right"
             color: Theme.ink60
             size: 12
+
+            MouseArea {
+                objectName: "unfold"
+                anchors.centerIn: parent
+                width: 28
+                height: root.height
+                enabled: root.expandable && root.acts
+                onClicked: root.unfoldTap()
+            }
         }
         Item {
             visible: root.deletable

@@ -78,6 +78,7 @@ FocusScope {
             isCurrent: ListView.isCurrentItem
             focus: isCurrent
             onTap: root.model.activate(index)
+            onUnfoldTap: root.model.toggleExpanded(index)
             onDeleteTap: root.model.deleteRow(index)
             Component.onCompleted: list.widest = Math.max(list.widest, implicitWidth)
         }

@@ -113,6 +113,21 @@ TEST_F(GumMenuModelTest, UnfoldsInPlaceInsteadOfActing) {
     EXPECT_EQ(dismissals.count(), 0);
 }
 
+TEST_F(GumMenuModelTest, ActsAndStillUnfoldsWhereBothAreAsked) {
+    auto items = sources();
+    items[3].actsWithChildren = true;
+    menu.setItems(std::move(items));
+    EXPECT_EQ(at(3, GumMenuModel::ActsRole), true);
+
+    menu.toggleExpanded(3);
+    EXPECT_EQ(at(3, GumMenuModel::ExpandedRole), true);
+    menu.activate(3);
+
+    EXPECT_EQ(happened, QStringList("Interface"));
+    EXPECT_EQ(dismissals.count(), 1);
+    EXPECT_EQ(at(3, GumMenuModel::ExpandedRole), true);
+}
+
 TEST_F(GumMenuModelTest, FoldsAgainAtTheSecondTap) {
     menu.setItems(sources());
     const QStringList folded = titles();

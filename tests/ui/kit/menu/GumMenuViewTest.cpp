@@ -86,6 +86,21 @@ TEST_F(GumMenuViewTest, TheChevronPointsRightWhenFoldedAndDownWhenUnfolded) {
     EXPECT_EQ(partOf("Interface", "chevron")->property("name"), "chevron.down");
 }
 
+TEST_F(GumMenuViewTest, AnEntryThatActsWithChildrenUnfoldsByItsChevron) {
+    auto items = sources();
+    items[3].actsWithChildren = true;
+    menu.setItems(std::move(items));
+    settle();
+
+    pointer().click(*partOf("Interface", "unfold"));
+    EXPECT_TRUE(isShown("Inputs 3-4"));
+    EXPECT_EQ(dismissals(), 0);
+
+    pointer().click(find("Interface"));
+    EXPECT_EQ(happened, QStringList("Interface"));
+    EXPECT_EQ(dismissals(), 1);
+}
+
 TEST_F(GumMenuViewTest, CaptionsAndDisabledEntriesDoNotAnswer) {
     pointer().click(find("Applications"));
     pointer().click(find("Gone"));

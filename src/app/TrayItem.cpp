@@ -1,6 +1,7 @@
 #include "app/TrayItem.h"
 
 #include "engine/AudioEngine.h"
+#include "operations/MuteToggle.h"
 #include "platform/Appearance.h"
 #include "settings/AppSettings.h"
 
@@ -27,7 +28,8 @@ TrayItem::TrayItem(const Platform& platform,
       open_(addCommand({}, &TrayItem::openRequested)),
       openSettings_(addCommand(Qt::CTRL | Qt::Key_Comma, &TrayItem::settingsRequested)),
       quit_(addCommand(Qt::CTRL | Qt::Key_Q, &TrayItem::quitRequested)),
-      settingsConnection_(settings.changed().connect([this] { relabel(); })) {
+      settingsConnection_(settings.changed().connect([this] { relabel(); })),
+      engineConnection_(engine.changed().connect([this] { followEngine(); })) {
     relabel();
     connect(&host_, &TrayHost::changed, this, &TrayItem::appear);
     platform.appearance.onChange([guard = std::weak_ptr(self_)] {
@@ -57,6 +59,33 @@ void TrayItem::relabel() {
     label(open_, "Ouvrir Velmora");
     label(openSettings_, "Réglages…");
     label(quit_, "Quitter Velmora");
+    told_.reset();
+    followEngine();
+}
+
+void TrayItem::followEngine() {
+    const auto reduction = engine_.audience().reduction();
+    const Told now{.isRunning = engine_.isRunning(),
+                   .isMuted =
+                       isMutedGain(engine_.streamVolume()) || (reduction && reduction->isMuted)};
+    if (told_ == now) {
+        return;
+    }
+    told_ = now;
+    tip_ = tip(now);
+    if (icon_) {
+        icon_->setToolTip(tip_);
+    }
+}
+
+/// What is worth knowing without opening the window.
+QString TrayItem::tip(const Told& state) const {
+    std::string words =
+        "Velmora — " + settings_.t(state.isRunning ? "mix en marche" : "mix arrêté");
+    if (state.isMuted) {
+        words += ", " + settings_.t("micro coupé");
+    }
+    return QString::fromStdString(words);
 }
 
 void TrayItem::appear() {
@@ -65,7 +94,7 @@ void TrayItem::appear() {
     }
     takesNames_ = host_.isStatusNotifier();
     icon_ = std::make_unique<QSystemTrayIcon>();
-    icon_->setToolTip(QStringLiteral("Velmora"));
+    icon_->setToolTip(tip_);
     icon_->setContextMenu(&menu_);
     connect(icon_.get(),
             &QSystemTrayIcon::activated,

@@ -44,8 +44,16 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
+    struct Told {
+        bool isRunning{};
+        bool isMuted{}; ///< what others record
+
+        bool operator==(const Told&) const = default;
+    };
     QAction& addCommand(const QKeySequence& shortcut, void (TrayItem::*request)());
     void relabel();
+    void followEngine();
+    [[nodiscard]] QString tip(const Told& state) const;
     void appear();
     void show(TrayGlyph glyph);
     void repaint();
@@ -62,7 +70,10 @@ private:
     bool takesNames_ = false; // the panel looks icons up by their names
     TrayGlyph glyph_;
     std::optional<GlyphFollower> follower_;
+    std::optional<Told> told_; // by the tip
+    QString tip_;
     Signal::Connection settingsConnection_;
+    Signal::Connection engineConnection_;
     /// The desktop's listener, which outlives this object, looks here first.
     std::shared_ptr<TrayItem*> self_ = std::make_shared<TrayItem*>(this);
 };

@@ -171,6 +171,36 @@ constexpr auto texts = std::to_array<TextPair>({
      "Push to talk is off: the key changes nothing"},
     {"Preset « {name} »", "Preset “{name}”"},
 
+    // What has become of a source
+    {"S'entend dans le micro", "Hears itself in the microphone"},
+    {"Cette app s'est fermée.", "This app has closed."},
+    {"Débranché : reprend dès son retour.", "Unplugged: resumes once it is back."},
+    {"N'a pas pu démarrer.", "Could not be started."},
+    {"Attend que cette app joue.", "Waiting for this app to play."},
+    {"Reprendre", "Take up again"},
+    {"Relancer", "Open again"},
+    {"Ouverture…", "Opening…"},
+    {"Ouverture de {name}…", "Opening {name}…"},
+
+    // What others do not hear of the mix
+    {"Aucun programme n'écoute le micro", "No program listens to the microphone"},
+    {"Coupé dans un autre mélangeur", "Muted in another mixer"},
+    {"Baissé à {percent} % dans un autre mélangeur", "Turned down to {percent}% in another mixer"},
+    {"Remettre à 100 %", "Back to 100%"},
+
+    // The effects of all sources, and the limiters
+    {"Effets de toutes les sources", "Effects of all sources"},
+    {"Entendre le mix sans effets", "Hear the mix without effects"},
+    {"Entendre le mix avec ses effets", "Hear the mix with its effects"},
+    {"Contournés", "Bypassed"},
+    {"Le limiteur travaille : baisse un peu les sources",
+     "The limiter is working: turn the sources down a little"},
+
+    // The item in the panel
+    {"mix en marche", "mix running"},
+    {"mix arrêté", "mix stopped"},
+    {"micro coupé", "microphone muted"},
+
     // The mix and its outputs
     {"En marche", "Running"},
     {"Arrêté", "Stopped"},

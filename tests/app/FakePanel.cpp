@@ -71,6 +71,26 @@ std::string FakePanel::iconName() const {
     return property("IconName").toString().toStdString();
 }
 
+std::string FakePanel::toolTip() const {
+    const auto argument = property("ToolTip").value<QDBusArgument>();
+    QString icon;
+    QString title;
+    argument.beginStructure();
+    argument >> icon;
+    argument.beginArray(); // its pictures
+    while (!argument.atEnd()) {
+        argument.beginStructure();
+        int width = 0;
+        int height = 0;
+        QByteArray pixels;
+        argument >> width >> height >> pixels;
+        argument.endStructure();
+    }
+    argument.endArray();
+    argument >> title;
+    return title.toStdString();
+}
+
 std::vector<FakePanel::Picture> FakePanel::pictures() const {
     std::vector<Picture> pictures;
     const auto argument = property("IconPixmap").value<QDBusArgument>();

@@ -73,6 +73,7 @@ public:
     [[nodiscard]] bool hasItem() const { return !watcher_.items().isEmpty(); }
 
     [[nodiscard]] std::string iconName() const;
+    [[nodiscard]] std::string toolTip() const;
     /// Width and height of each picture, and whether it is not wholly transparent.
     struct Picture {
         int width{};

@@ -80,6 +80,14 @@ TEST_F(TrayProgram, SpeaksTheLanguageThatIsKeptAndFollowsAnotherAtOnce) {
     EXPECT_TRUE(waitUntil([&] { return labels().front() == "Ouvrir Velmora"; }));
 }
 
+TEST_F(TrayProgram, SaysWhetherTheMixIsOnAndTheMicrophoneMuted) {
+    settings().set("streamVolume", 0.0);
+    ChildProcess program = launch();
+    ASSERT_TRUE(hasItemSoon());
+
+    EXPECT_EQ(panel->toolTip(), "Velmora — mix arrêté, micro coupé");
+}
+
 TEST_F(TrayProgram, EachCommandDoesWhatItSays) {
     ChildProcess program = launch();
     ASSERT_TRUE(hasItemSoon());
@@ -138,6 +146,7 @@ TEST_F(TrayProgram, ShowsTheLevelOfWhatItRestoredAtMostTenTimesASecond) {
         waitUntil([&] { return panel->pictures().front().pixels != atRest.front().pixels; }));
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begun;
     EXPECT_LE(panel->watcher().newIcons, 10 * seconds.count() + 1);
+    EXPECT_EQ(panel->toolTip(), "Velmora — mix en marche");
 
     toggleMix();
     EXPECT_TRUE(mic.isSilentAt(0, hz));

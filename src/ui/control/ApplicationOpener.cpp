@@ -4,6 +4,8 @@
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
 
+#include <algorithm>
+
 namespace velmora {
 
 namespace {
@@ -20,21 +22,28 @@ ApplicationOpener::ApplicationOpener(const Platform& platform,
     : platform_(platform), engine_(engine), sources_(sources), launcher_(platform) {
 }
 
-void ApplicationOpener::open(const InstalledApplication& application, const Found& found) {
+void ApplicationOpener::open(const InstalledApplication& application,
+                             const Found& found,
+                             const Failed& failed) {
     const auto instances = platform_.applications.byBundleID(application.bundleID);
     if (!instances.empty()) {
         found(sourceOf(application, instances.front()));
         return;
     }
-    launcher_.launch(application,
-                     [this, application, found](const std::optional<RunningApplication>& running) {
-                         opened(application, running, found);
-                     });
+    opening_.push_back(application.name);
+    changed_.emit();
+    launcher_.launch(
+        application,
+        [this, application, found, failed](const std::optional<RunningApplication>& running) {
+            opened(application, running, found, failed);
+        });
 }
 
 void ApplicationOpener::opened(const InstalledApplication& application,
                                const std::optional<RunningApplication>& running,
-                               const Found& found) {
+                               const Found& found,
+                               const Failed& failed) {
+    opening_.erase(std::ranges::find(opening_, application.name));
     if (running) {
         found(sourceOf(application, *running));
     } else {
@@ -42,7 +51,9 @@ void ApplicationOpener::opened(const InstalledApplication& application,
                          {.kind = Problem::Kind::notLaunched,
                           .subject = application.name,
                           .key = appKey(application.bundleID)});
+        failed();
     }
+    changed_.emit();
     sources_.refresh();
 }
 

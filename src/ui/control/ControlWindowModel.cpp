@@ -3,6 +3,8 @@
 #include "capture/RangeName.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
+#include "engine/Sentence.h"
+#include "engine/SourceCondition.h"
 #include "operations/ProblemText.h"
 #include "platform/DefaultsStore.h"
 #include "presets/PresetRecall.h"
@@ -54,10 +56,16 @@ ControlWindowModel::ControlWindowModel(const MixerParts& parts, FileChooser* fil
       engineConnection_(parts.engine.changed().connect([this] { follow(); })),
       presetsConnection_(parts.presets.changed().connect([this] { followPresets(); })),
       settingsConnection_(parts.settings.changed().connect([this] { follow(); })),
-      storeConnection_(parts.platform.defaults.problemsChanged().connect([this] { follow(); })) {
+      storeConnection_(parts.platform.defaults.problemsChanged().connect([this] { follow(); })),
+      openerConnection_(opener_.changed().connect([this] { followOpening(); })),
+      recallConnection_(parts.recall.openingChanged().connect([this] { followOpening(); })) {
     connect(&strips_, &SourceStripsModel::sourceRemoved, this, [this](const RemovedSource& source) {
         offerUndo(source);
     });
+    connect(&strips_,
+            &SourceStripsModel::sourceWantedBack,
+            this,
+            [this](const AudioSource& source) { takeBack(source); });
     connect(&presetFiles_, &PresetFilesModel::problemsChanged, this, [this] { follow(); });
     follow();
     followPresets();
@@ -116,6 +124,8 @@ void ControlWindowModel::follow() {
     if (takeOver(running_, parts_.engine.isRunning())) {
         Q_EMIT runningChanged();
     }
+    followEffects();
+    followOpening();
     if (takeOver(primaryCaption_, primaryName())) {
         Q_EMIT primaryCaptionChanged();
     }
@@ -137,6 +147,31 @@ void ControlWindowModel::follow() {
                  isCopyOffered ? QString::fromStdString(parts_.settings.t("Reprendre la copie"))
                                : QString())) {
         Q_EMIT problemActionChanged();
+    }
+}
+
+void ControlWindowModel::followEffects() {
+    const bool isOther = takeOver(effectsOn_, !parts_.engine.fxBypassed());
+    if (takeOver(hasEffects_, !effectsOn_ || parts_.engine.anyFXActive()) || isOther) {
+        Q_EMIT effectsChanged();
+    }
+}
+
+void ControlWindowModel::setEffectsOn(bool on) {
+    parts_.engine.setFxBypassed(!on);
+}
+
+void ControlWindowModel::followOpening() {
+    std::string names;
+    for (const auto* const opening : {&opener_.opening(), &parts_.recall.opening()}) {
+        for (const std::string& name : *opening) {
+            names += (names.empty() ? "" : ", ") + name;
+        }
+    }
+    const std::string text =
+        names.empty() ? "" : filled(parts_.settings.t("Ouverture de {name}…"), {{"{name}", names}});
+    if (takeOver(openingText_, QString::fromStdString(text))) {
+        Q_EMIT openingTextChanged();
     }
 }
 
@@ -200,6 +235,23 @@ void ControlWindowModel::browseForApp(bool asExtra) {
                      [this, asExtra](const AudioSource& source) { take(source, asExtra); });
     });
     Q_EMIT chooserRequested(asExtra);
+}
+
+/// A running instance takes the place of the one that has ended; else it is opened.
+void ControlWindowModel::takeBack(const AudioSource& source) {
+    if (const auto successor = successorOf(parts_.platform, parts_.engine, source)) {
+        parts_.engine.replace(source, *successor);
+        return;
+    }
+    const auto application = closedApplication(parts_.platform, source);
+    if (!application) {
+        return;
+    }
+    strips_.setOpening(source, true);
+    opener_.open(
+        *application,
+        [this, source](const AudioSource& opened) { parts_.engine.replace(source, opened); },
+        [this, source] { strips_.setOpening(source, false); });
 }
 
 void ControlWindowModel::apply(const Preset& preset) {

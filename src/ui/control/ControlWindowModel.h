@@ -33,6 +33,9 @@ class ControlWindowModel : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(bool running READ running NOTIFY runningChanged)
+    Q_PROPERTY(bool hasEffects READ hasEffects NOTIFY effectsChanged)
+    Q_PROPERTY(bool effectsOn READ effectsOn WRITE setEffectsOn NOTIFY effectsChanged)
+    Q_PROPERTY(QString openingText READ openingText NOTIFY openingTextChanged)
     Q_PROPERTY(QString problemText READ problemText NOTIFY problemTextChanged)
     Q_PROPERTY(bool canDismissProblems READ canDismissProblems NOTIFY canDismissProblemsChanged)
     Q_PROPERTY(QString problemAction READ problemAction NOTIFY problemActionChanged)
@@ -58,6 +61,15 @@ public:
     [[nodiscard]] bool running() const { return running_; }
     /// Starts a stopped mix and stops a running one.
     Q_INVOKABLE void toggleRunning();
+
+    /// Some source has effects, or they are bypassed: there is something to switch.
+    [[nodiscard]] bool hasEffects() const { return hasEffects_; }
+    /// Those of all sources are heard as they are set.
+    [[nodiscard]] bool effectsOn() const { return effectsOn_; }
+    void setEffectsOn(bool on);
+
+    /// Which applications are coming up; empty when there are none.
+    [[nodiscard]] const QString& openingText() const { return openingText_; }
 
     /// One line for each thing that is wrong; empty when all is well.
     [[nodiscard]] const QString& problemText() const { return problemText_; }
@@ -103,6 +115,8 @@ public:
 
 Q_SIGNALS:
     void runningChanged();
+    void effectsChanged();
+    void openingTextChanged();
     void problemTextChanged();
     void canDismissProblemsChanged();
     void problemActionChanged();
@@ -118,6 +132,8 @@ Q_SIGNALS:
 
 private:
     void follow();
+    void followEffects();
+    void followOpening();
     void followPresets();
     [[nodiscard]] QString primaryName() const;
     [[nodiscard]] std::vector<GumMenuItem> sourceItems(bool asExtra);
@@ -126,6 +142,7 @@ private:
     [[nodiscard]] std::vector<GumMenuItem> presetItems();
     void take(const AudioSource& source, bool asExtra);
     void browseForApp(bool asExtra);
+    void takeBack(const AudioSource& source);
     void apply(const Preset& preset);
     void remove(const Uuid& preset);
     void offerUndo(const RemovedSource& removed);
@@ -145,6 +162,9 @@ private:
     PresetFilesModel presetFiles_;
     // As last shown.
     bool running_ = false;
+    bool hasEffects_ = false;
+    bool effectsOn_ = true;
+    QString openingText_;
     QString problemText_;
     bool canDismissProblems_ = false;
     QString problemAction_;
@@ -155,6 +175,8 @@ private:
     Signal::Connection presetsConnection_;
     Signal::Connection settingsConnection_;
     Signal::Connection storeConnection_;
+    Signal::Connection openerConnection_;
+    Signal::Connection recallConnection_;
 };
 
 } // namespace velmora

@@ -191,6 +191,18 @@ Item {
             width: root.width - 2 * root.margin
             spacing: root.spacing
 
+            GumText {
+                objectName: "openingText"
+                width: parent.width
+                visible: text !== ""
+                text: root.model.openingText
+                textFormat: Text.PlainText
+                elide: Text.ElideMiddle
+                size: 11
+                color: Theme.ink60
+                Accessible.role: Accessible.AlertMessage
+                Accessible.name: text
+            }
             AddSourceRow {
                 id: addSource
                 objectName: "addSource"
@@ -212,6 +224,15 @@ Item {
                     width: parent.width
                     volume: root.model.stream
                     tip: I18n.t("Ce que les autres entendent ; double-clic : 0 dB")
+                }
+                EffectSwitch {
+                    objectName: "allEffects"
+                    width: parent.width
+                    visible: root.model.hasEffects
+                    title: I18n.t("Effets de toutes les sources")
+                    tip: root.model.effectsOn ? I18n.t("Entendre le mix sans effets") : I18n.t("Entendre le mix avec ses effets")
+                    checked: root.model.effectsOn
+                    onToggled: root.model.effectsOn = !root.model.effectsOn
                 }
             }
             Item {

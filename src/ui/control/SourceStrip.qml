@@ -56,6 +56,7 @@ Card {
             // "… Entrée 1" and "… Entrée 2" differ at their end.
             elide: Text.ElideMiddle
             font.weight: Font.DemiBold
+            color: root.strip.idle ? Theme.ink60 : Theme.ink
         }
         MiniVU {
             id: level
@@ -76,14 +77,23 @@ Card {
             GumButton {
                 id: effectsButton
                 objectName: "effectsButton"
+                readonly property bool bypassed: root.strip.fxActive && root.strip.fxBypassed
                 symbol: "slider.vertical.3"
-                color: !root.strip.fxActive ? Theme.ink60 : Theme.active
+                color: !root.strip.fxActive ? Theme.ink60 : bypassed ? Theme.ink40 : Theme.active
                 name: I18n.t("Effets") + " — " + root.sourceName
                 tip: I18n.t("Effets")
-                Accessible.description: root.strip.fxActive ? I18n.t("En marche") : I18n.t("Arrêté")
+                Accessible.description: !root.strip.fxActive ? I18n.t("Arrêté") : bypassed ? I18n.t("Contournés") : I18n.t("En marche")
                 Accessible.checkable: true
                 Accessible.checked: root.strip.fxOpen
                 onClicked: root.strip.fxOpen = !root.strip.fxOpen
+
+                MuteSlash {
+                    objectName: "bypassSlash"
+                    anchors.centerIn: parent
+                    width: 16
+                    height: 16
+                    visible: effectsButton.bypassed
+                }
             }
             GumButton {
                 id: monitoringButton
@@ -117,15 +127,14 @@ Card {
         gain: root.strip.gain
         onGainEdited: gain => root.strip.gain = gain
     }
-    GumText {
+    NoticeLine {
+        id: notice
         objectName: "sourceNotice"
         width: parent.width
-        visible: root.strip.notice !== ""
         text: I18n.t(root.strip.notice)
-        textFormat: Text.PlainText
-        wrapMode: Text.Wrap
-        size: 11
-        color: Theme.ink60
+        remedy: I18n.t(root.strip.remedy)
+        subject: root.sourceName
+        onActed: root.strip.applyRemedy()
     }
     // Made when it is opened first: a strip is light until then.
     Loader {

@@ -10,6 +10,11 @@ namespace velmora {
 
 namespace {
 
+using namespace std::chrono_literals;
+
+constexpr auto firstLook = 500ms;
+constexpr auto longestPause = 5000ms;
+
 QString iconOf(const AudioSource& source, const Platform& platform) {
     const auto* const app = source.app();
     return app != nullptr ? applicationIcon(platform.applications, app->bundleID) : QString();
@@ -53,8 +58,12 @@ SourceStripModel::SourceStripModel(const Platform& platform,
       effects_(engine, source, this), gain_(engine.gain(source)),
       directMuted_(engine.isDirectMuted(source)), sound_(soundOf(source, platform)),
       isHeadset_(isHeadsetMicrophone(source, platform)),
+      recordsMicrophone_(engine.audience().includes(source)), fxBypassed_(engine.fxBypassed()),
+      stage_(stage()), pause_(firstLook, longestPause),
       connection_(engine.changed().connect([this] { follow(); })),
       soundConnection_(platform.devices.changed().connect([this] { followSound(); })) {
+    followEcho();
+    followCondition();
     connect(&effects_, &EffectsModel::neutralChanged, this, &SourceStripModel::fxActiveChanged);
 }
 
@@ -91,6 +100,20 @@ bool SourceStripModel::canMuteDirect() const {
 }
 
 QString SourceStripModel::notice() const {
+    if (opening_) {
+        return QStringLiteral("Ouverture…");
+    }
+    switch (condition_) {
+    case SourceCondition::gone:
+        return isApplication() ? QStringLiteral("Cette app s'est fermée.")
+                               : QStringLiteral("Débranché : reprend dès son retour.");
+    case SourceCondition::failed:
+        return QStringLiteral("N'a pas pu démarrer.");
+    case SourceCondition::awaited:
+        return QStringLiteral("Attend que cette app joue.");
+    case SourceCondition::fine:
+        break;
+    }
     if (sound_.isUndecoded) {
         return QStringLiteral("Le son de cette app part sans être décodé : il ne peut pas être "
                               "mixé.");
@@ -98,10 +121,37 @@ QString SourceStripModel::notice() const {
     if (directMuted_ && sound_.isStillHeard) {
         return QStringLiteral("Cette app ne peut pas être coupée sur sa sortie directe.");
     }
+    if (hearsItself_) {
+        return QStringLiteral("S'entend dans le micro");
+    }
     if (isHeadset_) {
         return QStringLiteral("Micro Bluetooth : la lecture passe en qualité d'appel.");
     }
     return {};
+}
+
+QString SourceStripModel::remedy() const {
+    if (opening_) {
+        return {};
+    }
+    if (condition_ == SourceCondition::gone) {
+        return remedyForTheGone_;
+    }
+    return hearsItself_ && !idle() ? QStringLiteral("Retirer du mix") : QString();
+}
+
+void SourceStripModel::applyRemedy() {
+    if (condition_ == SourceCondition::gone) {
+        Q_EMIT wantedBack(source_);
+    } else if (hearsItself_) {
+        remove();
+    }
+}
+
+void SourceStripModel::setOpening(bool opening) {
+    if (takeOver(opening_, opening)) {
+        Q_EMIT soundChanged();
+    }
 }
 
 void SourceStripModel::setFxOpen(bool open) {
@@ -112,6 +162,7 @@ void SourceStripModel::setFxOpen(bool open) {
 
 void SourceStripModel::setFollowsLevel(bool follows) {
     followsLevel_ = follows;
+    followCondition();
     followLevel();
 }
 
@@ -127,10 +178,65 @@ void SourceStripModel::follow() {
         Q_EMIT directMutedChanged();
         Q_EMIT soundChanged();
     }
+    if (takeOver(fxBypassed_, engine_.fxBypassed())) {
+        Q_EMIT fxBypassedChanged();
+    }
+    followEcho();
+    if (takeOver(stage_, stage())) {
+        followCondition();
+    }
     followLevel();
 }
 
+SourceStripModel::Stage SourceStripModel::stage() const {
+    return {.isOn = engine_.isRunning(),
+            .isCaptured = engine_.isCaptured(source_),
+            .isServiceAway = engine_.isServiceAway()};
+}
+
+void SourceStripModel::followCondition() {
+    const bool isOther = takeOver(condition_, conditionNow());
+    if (takeOver(remedyForTheGone_, remedyForTheGone()) || isOther) {
+        Q_EMIT soundChanged();
+    }
+}
+
+SourceCondition SourceStripModel::conditionNow() {
+    const SourceCondition now = conditionOf(platform_, engine_, source_);
+    const auto* const app = source_.app();
+    const bool isToBeWatched = app != nullptr && followsLevel_ && !stage_.isServiceAway &&
+                               now != SourceCondition::gone &&
+                               platform_.taps.processForPid(app->pid).value_or(0) == 0;
+    if (isToBeWatched) {
+        look_ = platform_.mainQueue.after(pause_.next(), [this] { followCondition(); });
+    } else {
+        look_.reset();
+    }
+    return now;
+}
+
+QString SourceStripModel::remedyForTheGone() const {
+    if (condition_ != SourceCondition::gone) {
+        return {};
+    }
+    if (successorOf(platform_, engine_, source_)) {
+        return QStringLiteral("Reprendre");
+    }
+    return closedApplication(platform_, source_) ? QStringLiteral("Relancer") : QString();
+}
+
+/// What is silent in the mix is not in the microphone either.
+void SourceStripModel::followEcho() {
+    if (takeOver(hearsItself_, recordsMicrophone_ && engine_.isRunning() && !muted())) {
+        Q_EMIT soundChanged();
+    }
+}
+
 void SourceStripModel::followSound() {
+    recordsMicrophone_ = engine_.audience().includes(source_);
+    followEcho();
+    pause_.restart(); // something new was seen
+    followCondition();
     const bool isOther = takeOver(sound_, soundOf(source_, platform_));
     if (takeOver(isHeadset_, isHeadsetMicrophone(source_, platform_)) || isOther) {
         Q_EMIT soundChanged();

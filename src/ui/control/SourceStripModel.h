@@ -2,7 +2,10 @@
 #pragma once
 
 #include "engine/AudioSource.h"
+#include "engine/SourceCondition.h"
 #include "platform/ApplicationTaps.h"
+#include "platform/GrowingPause.h"
+#include "platform/MainQueue.h"
 #include "platform/Platform.h"
 #include "platform/Signal.h"
 #include "ui/control/EffectsModel.h"
@@ -11,6 +14,7 @@
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
+#include <memory>
 
 namespace velmora {
 
@@ -32,7 +36,10 @@ class SourceStripModel : public QObject {
     Q_PROPERTY(bool canMuteDirect READ canMuteDirect NOTIFY soundChanged)
     Q_PROPERTY(bool silenced READ silenced NOTIFY soundChanged)
     Q_PROPERTY(QString notice READ notice NOTIFY soundChanged)
+    Q_PROPERTY(QString remedy READ remedy NOTIFY soundChanged)
+    Q_PROPERTY(bool idle READ idle NOTIFY soundChanged)
     Q_PROPERTY(bool fxActive READ fxActive NOTIFY fxActiveChanged)
+    Q_PROPERTY(bool fxBypassed READ fxBypassed NOTIFY fxBypassedChanged)
     Q_PROPERTY(bool fxOpen READ fxOpen WRITE setFxOpen NOTIFY fxOpenChanged)
     Q_PROPERTY(velmora::EffectsModel* effects READ effects CONSTANT)
     Q_PROPERTY(double level READ level NOTIFY levelChanged)
@@ -71,8 +78,17 @@ public:
     [[nodiscard]] bool silenced() const { return directMuted_ && !sound_.isStillHeard; }
     /// In French: what the user does not get of this source, and why; empty when all is well.
     [[nodiscard]] QString notice() const;
+    /// In French: what can be done about it; empty when there is nothing.
+    [[nodiscard]] QString remedy() const;
+    Q_INVOKABLE void applyRemedy();
+    /// It is wanted, and nothing of it is in the mix.
+    [[nodiscard]] bool idle() const { return condition_ != SourceCondition::fine; }
+    /// Its application is being opened once more.
+    void setOpening(bool opening);
 
     [[nodiscard]] bool fxActive() const { return !effects_.neutral(); }
+    /// They are set and not heard.
+    [[nodiscard]] bool fxBypassed() const { return fxBypassed_; }
     /// Whether the effects are unfolded under the strip.
     [[nodiscard]] bool fxOpen() const { return fxOpen_; }
     void setFxOpen(bool open);
@@ -91,13 +107,20 @@ Q_SIGNALS:
     void directMutedChanged();
     void soundChanged();
     void fxActiveChanged();
+    void fxBypassedChanged();
     void fxOpenChanged();
     void levelChanged();
     void removed(const velmora::RemovedSource& source);
+    /// The source's application has ended and is wanted back.
+    void wantedBack(const velmora::AudioSource& source);
 
 private:
     void follow();
     void followSound();
+    void followEcho();
+    void followCondition();
+    [[nodiscard]] SourceCondition conditionNow();
+    [[nodiscard]] QString remedyForTheGone() const;
     void followLevel();
 
     Platform platform_;
@@ -110,7 +133,26 @@ private:
     float gain_;
     bool directMuted_;
     ApplicationSound sound_;
-    bool isHeadset_; ///< a Bluetooth microphone
+    bool isHeadset_;         ///< a Bluetooth microphone
+    bool recordsMicrophone_; ///< the virtual one
+    bool hearsItself_ = false;
+    SourceCondition condition_ = SourceCondition::fine;
+    QString remedyForTheGone_;
+    bool opening_ = false;
+    bool fxBypassed_;
+    /// Of what the condition depends on, what the engine tells.
+    struct Stage {
+        bool isOn{};
+        bool isCaptured{};
+        bool isServiceAway{};
+
+        bool operator==(const Stage&) const = default;
+    };
+    [[nodiscard]] Stage stage() const;
+    Stage stage_;
+    /// That an application without sound has ended is told by nobody.
+    GrowingPause pause_;
+    std::unique_ptr<MainQueue::Timer> look_;
     float level_ = 0.0F;
     bool followsLevel_ = false;
     bool fxOpen_ = false;

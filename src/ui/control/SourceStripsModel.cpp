@@ -37,6 +37,14 @@ void SourceStripsModel::setFollowsLevels(bool follows) {
     }
 }
 
+void SourceStripsModel::setOpening(const AudioSource& source, bool opening) {
+    for (auto* const strip : strips_) {
+        if (strip->source() == source) {
+            strip->setOpening(opening);
+        }
+    }
+}
+
 void SourceStripsModel::follow() {
     const auto& wanted = engine_.sources();
     const auto same = [](const SourceStripModel* strip, const AudioSource& source) {
@@ -94,6 +102,7 @@ void SourceStripsModel::insert(std::size_t row, const AudioSource& source) {
     auto* const strip = new SourceStripModel(platform_, engine_, source, this);
     strip->setFollowsLevel(followsLevels_);
     connect(strip, &SourceStripModel::removed, this, &SourceStripsModel::sourceRemoved);
+    connect(strip, &SourceStripModel::wantedBack, this, &SourceStripsModel::sourceWantedBack);
     const auto index = static_cast<int>(row);
     beginInsertRows({}, index, index);
     strips_.insert(strips_.begin() + index, strip);

@@ -41,11 +41,14 @@ public:
 
     /// Whether the strips tell their levels.
     void setFollowsLevels(bool follows);
+    /// The application of this source is being opened once more.
+    void setOpening(const AudioSource& source, bool opening);
 
 Q_SIGNALS:
     void countChanged();
     /// By its strip's own button.
     void sourceRemoved(const velmora::RemovedSource& source);
+    void sourceWantedBack(const velmora::AudioSource& source);
 
 private:
     void follow();

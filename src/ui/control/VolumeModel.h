@@ -7,7 +7,9 @@
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace velmora {
 
@@ -25,8 +27,10 @@ class VolumeModel : public QObject {
     Q_PROPERTY(QString name READ name NOTIFY nameChanged)
     Q_PROPERTY(double value READ value WRITE setValue NOTIFY valueChanged)
     Q_PROPERTY(bool muted READ muted NOTIFY valueChanged)
-    Q_PROPERTY(bool closed READ closed NOTIFY talkChanged)
-    Q_PROPERTY(QString talkNote READ talkNote NOTIFY talkChanged)
+    Q_PROPERTY(bool limited READ limited NOTIFY limitedChanged)
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
+    Q_PROPERTY(QString remedy READ remedy NOTIFY noticeChanged)
+    Q_PROPERTY(bool closed READ closed NOTIFY noticeChanged)
 
 public:
     /// Which of the engine's outputs, and how it is shown.
@@ -35,6 +39,8 @@ public:
         const char* frenchName;
         const char* premuteKey; ///< of the gain before muting
         Binding<float> volume;
+        std::function<bool()> isLimited;
+        PushToTalk* talk = nullptr; ///< of the virtual microphone, which others hear
         PushToTalk* talk = nullptr; ///< that may close it; null = nothing does
     };
     [[nodiscard]] static Output headphones(AudioEngine& engine);
@@ -56,18 +62,27 @@ public:
     Q_INVOKABLE void toggleMute();
     /// Silent, whatever its volume is.
     [[nodiscard]] bool closed() const { return closed_; }
-    /// What its key does now; empty while push to talk is off, or has nothing to do with it.
-    [[nodiscard]] const QString& talkNote() const { return talkNote_; }
+    /// The limiter takes something from it.
+    [[nodiscard]] bool limited() const { return limited_; }
+
+    /// What others do not hear of it, and why; empty when all is well. In the user's language.
+    [[nodiscard]] const QString& notice() const { return notice_; }
+    /// What can be done about it; empty when there is nothing.
+    [[nodiscard]] const QString& remedy() const { return remedy_; }
+    Q_INVOKABLE void applyRemedy();
 
 Q_SIGNALS:
     void nameChanged();
     void valueChanged();
-    void talkChanged();
+    void limitedChanged();
+    void noticeChanged();
 
 private:
     void followEngine();
-    void followTalk();
+    void followNotice();
     void followLanguage();
+    [[nodiscard]] QString text(std::string_view french) const;
+    [[nodiscard]] QString noticeNow() const;
 
     Output output_;
     AudioEngine& engine_;
@@ -76,7 +91,9 @@ private:
     QString name_; // as last shown, like the value
     float value_;
     bool closed_ = false;
-    QString talkNote_;
+    bool limited_ = false;
+    QString notice_;
+    QString remedy_;
     Signal::Connection engineConnection_;
     Signal::Connection talkConnection_;
     Signal::Connection settingsConnection_;

@@ -2,7 +2,7 @@ import QtQuick
 import Velmora
 import Velmora.Kit
 
-// The volume of one output; its symbol mutes.
+// The volume of one output; its symbol mutes. Below it, what is the matter with it.
 Item {
     id: root
     required property VolumeModel volume
@@ -10,7 +10,7 @@ Item {
 
     readonly property real lineHeight: 28
 
-    implicitHeight: lineHeight + (talkNote.visible ? talkNote.implicitHeight : 0)
+    implicitHeight: lineHeight + (note.visible ? note.implicitHeight + 2 : 0)
 
     GumButton {
         id: mute
@@ -25,6 +25,14 @@ Item {
         Accessible.checked: root.volume.muted
         onClicked: root.volume.toggleMute()
     }
+    LimiterLamp {
+        objectName: "limiterLamp"
+        anchors.right: mute.right
+        anchors.rightMargin: -4
+        anchors.top: mute.top
+        anchors.topMargin: -2
+        visible: root.volume.limited
+    }
     BalanceFader {
         objectName: "volumeFader"
         anchors.left: mute.right
@@ -36,20 +44,17 @@ Item {
         gain: root.volume.value
         onGainEdited: gain => root.volume.value = gain
     }
-    GumText {
-        id: talkNote
-        objectName: "talkNote"
+    NoticeLine {
+        id: note
+        objectName: "volumeNotice"
         anchors.left: mute.right
         anchors.leftMargin: 6
         anchors.right: parent.right
         y: root.lineHeight
-        visible: text !== ""
-        text: root.volume.talkNote
-        size: 11
-        color: root.volume.closed ? Theme.ink : Theme.ink60
-        textFormat: Text.PlainText
-        elide: Text.ElideRight
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        text: root.volume.notice
+        remedy: root.volume.remedy
+        strong: root.volume.closed
+        subject: root.volume.name
+        onActed: root.volume.applyRemedy()
     }
 }

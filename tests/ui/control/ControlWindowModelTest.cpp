@@ -240,6 +240,89 @@ TEST_F(ControlWindowModelTest, AChosenApplicationThatDoesNotStartIsTold) {
     EXPECT_EQ(model.problemText(), "Impossible de lancer Radio");
 }
 
+TEST_F(ControlWindowModelTest, SaysWhichApplicationIsComingUp) {
+    machine.applications.install(
+        {.bundleID = "org.radio", .name = "Radio", .location = "/applications/org.radio"});
+    choose(*model.openExtraMenu(), "Choisir une application…");
+    model.chooser()->choose(0);
+    EXPECT_EQ(model.openingText(), "Ouverture de Radio…");
+    settings.setLanguage("en");
+    EXPECT_EQ(model.openingText(), "Opening Radio…");
+    machine.advance(2s);
+    EXPECT_EQ(model.openingText(), "");
+}
+
+TEST_F(ControlWindowModelTest, TakesTheInstanceThatWasStartedAgainWithItsSettings) {
+    machine.sound.play(4711, constant(0.25F));
+    engine.replaceSources({browser, player});
+    engine.setGain(0.5F, player);
+    machine.quitApplication(4711);
+    machine.startApplication(6000, "Player", "org.player");
+    machine.sound.play(6000, constant(0.25F));
+    machine.advance(100ms);
+
+    model.strips()->strip(1)->applyRemedy();
+
+    const AudioSource again = AppSource{6000, "Player", "org.player"};
+    EXPECT_EQ(engine.sources(), (std::vector{browser, again}));
+    EXPECT_EQ(engine.gain(again), 0.5F);
+}
+
+TEST_F(ControlWindowModelTest, OpensAnApplicationThatHasEndedAndPutsItInItsPlace) {
+    machine.sound.play(4711, constant(0.25F));
+    machine.applications.install(
+        {.bundleID = "org.player", .name = "Player", .location = "/applications/org.player"});
+    engine.replaceSources({player, browser});
+    engine.setGain(0.5F, player);
+    machine.quitApplication(4711);
+    machine.advance(100ms);
+
+    model.strips()->strip(0)->applyRemedy();
+    EXPECT_EQ(model.strips()->strip(0)->notice(), "Ouverture…");
+    machine.advance(2s);
+
+    ASSERT_EQ(engine.sources().size(), 2U);
+    EXPECT_NE(engine.sources().front(), player);
+    EXPECT_EQ(engine.sources().front().name(), "Player");
+    EXPECT_EQ(engine.gain(engine.sources().front()), 0.5F);
+    EXPECT_EQ(engine.sources().back(), browser);
+}
+
+TEST_F(ControlWindowModelTest, AnApplicationThatCannotBeOpenedAgainStaysGone) {
+    machine.sound.play(4711, constant(0.25F));
+    machine.applications.install(
+        {.bundleID = "org.player", .name = "Player", .location = "/applications/org.player"});
+    machine.applications.planLaunch("/applications/org.player", {.result = std::nullopt});
+    engine.replaceSources({player});
+    machine.quitApplication(4711);
+    machine.advance(100ms);
+
+    model.strips()->strip(0)->applyRemedy();
+    machine.advance(2s);
+
+    EXPECT_EQ(model.strips()->strip(0)->notice(), "Cette app s'est fermée.");
+    EXPECT_EQ(model.problemText(), "Impossible de lancer Player");
+}
+
+TEST_F(ControlWindowModelTest, TheEffectsOfAllSourcesCanBeSwitchedOnceThereAreAny) {
+    QSignalSpy changes(&model, &ControlWindowModel::effectsChanged);
+    engine.add(player);
+    EXPECT_FALSE(model.hasEffects());
+
+    engine.setFX({.lowcut = 1}, player);
+    EXPECT_TRUE(model.hasEffects());
+    EXPECT_TRUE(model.effectsOn());
+
+    model.setEffectsOn(false);
+    EXPECT_TRUE(engine.fxBypassed());
+    EXPECT_FALSE(model.effectsOn());
+    engine.setFX({}, player);
+    EXPECT_TRUE(model.hasEffects()) << "the way back stays";
+    model.setEffectsOn(true);
+    EXPECT_FALSE(model.hasEffects());
+    EXPECT_EQ(changes.count(), 3);
+}
+
 TEST_F(ControlWindowModelTest, TheFooterAsksForSettingsAndForTheEnd) {
     QSignalSpy settingsAsked(&model, &ControlWindowModel::settingsRequested);
     QSignalSpy quitAsked(&model, &ControlWindowModel::quitRequested);

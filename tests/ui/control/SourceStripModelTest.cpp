@@ -233,5 +233,132 @@ TEST_F(SourceStripSound, IsThatOfADeviceNever) {
     EXPECT_EQ(device->notice(), "");
 }
 
+class SourceStripEcho : public SourceStripSound {
+protected:
+    SourceStripEcho() {
+        engine.add(player);
+        engine.start();
+        machine.advance(100ms);
+    }
+    void record() {
+        machine.sound.record(4711, mic);
+        machine.mainQueue.advance(0ms);
+    }
+};
+
+TEST_F(SourceStripEcho, SaysThatTheApplicationHearsItselfAndTakesItOut) {
+    EXPECT_EQ(model->notice(), "");
+
+    record();
+
+    EXPECT_EQ(model->notice(), "S'entend dans le micro");
+    EXPECT_EQ(model->remedy(), "Retirer du mix");
+    model->applyRemedy();
+    EXPECT_TRUE(engine.sources().empty());
+}
+
+TEST_F(SourceStripEcho, SaysNothingOfWhatIsMutedOrOff) {
+    record();
+    engine.setGain(0.0F, player);
+    EXPECT_EQ(model->notice(), "");
+
+    engine.setGain(1.0F, player);
+    EXPECT_EQ(model->notice(), "S'entend dans le micro");
+
+    engine.stop();
+    EXPECT_EQ(model->notice(), "");
+    EXPECT_EQ(model->remedy(), "");
+}
+
+TEST_F(SourceStripEcho, SaysNothingOfAnotherWhoRecords) {
+    machine.sound.record(4712, mic);
+    machine.mainQueue.advance(0ms);
+
+    EXPECT_EQ(model->notice(), "");
+}
+
+class SourceStripEnd : public SourceStripSound {
+protected:
+    SourceStripEnd() {
+        engine.replaceSources({player});
+        machine.advance(100ms);
+    }
+    void quitPlayer() {
+        machine.quitApplication(4711);
+        machine.advance(100ms);
+    }
+
+    QSignalSpy wanted{model.get(), &SourceStripModel::wantedBack};
+};
+
+TEST_F(SourceStripEnd, SaysThatTheApplicationHasEnded) {
+    quitPlayer();
+
+    EXPECT_EQ(model->notice(), "Cette app s'est fermée.");
+    EXPECT_EQ(model->remedy(), "") << "nothing can be opened";
+    EXPECT_TRUE(model->idle());
+}
+
+TEST_F(SourceStripEnd, OffersTheInstanceThatWasStartedAgain) {
+    quitPlayer();
+
+    machine.startApplication(6000, "Player", "org.player");
+    machine.sound.play(6000, constant(0.25F));
+    machine.advance(100ms);
+
+    EXPECT_EQ(model->remedy(), "Reprendre");
+    model->applyRemedy();
+    EXPECT_EQ(wanted.count(), 1);
+}
+
+TEST_F(SourceStripEnd, OffersToOpenWhatIsInstalled) {
+    machine.applications.install(
+        {.bundleID = "org.player", .name = "Player", .location = "/apps/org.player.desktop"});
+    quitPlayer();
+    EXPECT_EQ(model->remedy(), "Relancer");
+
+    model->setOpening(true);
+
+    EXPECT_EQ(model->notice(), "Ouverture…");
+    EXPECT_EQ(model->remedy(), "");
+}
+
+TEST_F(SourceStripEnd, ASilentApplicationsEndIsNoticedWhileItIsSeen) {
+    machine.startApplication(6000, "Radio", "org.radio");
+    const AudioSource radio = AppSource{6000, "Radio", "org.radio"};
+    engine.add(radio);
+    engine.start();
+    const auto silent = strip(radio);
+    silent->setFollowsLevel(true);
+    EXPECT_EQ(silent->notice(), "Attend que cette app joue.");
+
+    machine.applications.quit(6000);
+    machine.advance(6s);
+
+    EXPECT_EQ(silent->notice(), "Cette app s'est fermée.");
+}
+
+TEST_F(SourceStripModelTest, SaysThatADeviceIsUnpluggedAndThatItsInputFailed) {
+    const auto id = machine.sound.addDevice({.uid = "usb", .name = "USB", .inputs = {2}});
+    const auto input = strip(DeviceSource{id, "USB"});
+    engine.replaceSources({player, DeviceSource{id, "USB"}});
+    machine.sound.play(4711, constant(0.25F));
+    machine.sound.refuse(Operation::startInput);
+    engine.start();
+    EXPECT_EQ(input->notice(), "N'a pas pu démarrer.");
+
+    machine.sound.removeDevice(id);
+    machine.advance(100ms);
+
+    EXPECT_EQ(input->notice(), "Débranché : reprend dès son retour.");
+}
+
+TEST_F(SourceStripModelTest, SaysThatItsEffectsAreBypassed) {
+    QSignalSpy bypasses(model.get(), &SourceStripModel::fxBypassedChanged);
+    engine.setFxBypassed(true);
+    EXPECT_TRUE(model->fxBypassed());
+    EXPECT_EQ(bypasses.count(), 1);
+}
+
 } // namespace
 } // namespace velmora

@@ -3,6 +3,7 @@
 //
 // window_pictures <folder> [<state>]       QT_SCALE_FACTOR chooses the pixels per point
 
+#include "capture/DeviceQueries.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "settings/AppSettings.h"
 #include "ui/Ui.h"
@@ -230,6 +231,32 @@ const State states[] = {
      [](Stage& stage) {
          mixAndStart(stage);
          stage.hover("monitoringButton");
+     }},
+    {"tells",
+     [](Stage& stage) {
+         stage.scene.mixPodcast();
+         stage.scene.engine.setGain(1.0F, stage.scene.browser);
+         stage.machine.sound.play(4711, constant(1.0F));
+         stage.scene.engine.start();
+         const AudioObjectID mic = *findMixMicrophone(stage.machine.devices);
+         stage.machine.sound.record(4711, mic);
+         stage.machine.sound.setVolume(mic, {.linear = 0.125F});
+         stage.machine.quitApplication(4712);
+         stage.machine.startApplication(6000, "Music Player", "org.player");
+         stage.machine.sound.play(6000, sine(660, 0.25F));
+         stage.scene.engine.setFxBypassed(true);
+         stage.run(500ms);
+     }},
+    {"unheard",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         stage.run(3s);
+     }},
+    {"opening",
+     [](Stage& stage) {
+         mixAndStart(stage);
+         stage.scene.model.openExtraMenu()->activate(0);
+         stage.press("confirmChoice");
      }},
     {"problem",
      [](Stage& stage) {

@@ -36,7 +36,7 @@ Item {
         id: button
         objectName: root.objectName + "Remedy"
         anchors.right: parent.right
-        anchors.rightMargin: -8
+        anchors.rightMargin: -12 // its own padding
         anchors.verticalCenter: parent.verticalCenter
         visible: root.remedy !== ""
         text: root.remedy

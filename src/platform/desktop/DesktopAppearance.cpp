@@ -1,13 +1,13 @@
 #include "platform/desktop/DesktopAppearance.h"
 
-#include "platform/desktop/PortalColorScheme.h"
+#include "platform/desktop/PortalSettings.h"
 
 #include <utility>
 
 namespace velmora {
 
 DesktopAppearance::DesktopAppearance(const std::string& busAddress)
-    : portal_(std::make_unique<PortalColorScheme>(QString::fromStdString(busAddress),
+    : portal_(std::make_unique<PortalSettings>(QString::fromStdString(busAddress),
                                                   [this](bool isDark) { setDark(isDark); })) {
 }
 

@@ -10,7 +10,7 @@
 
 namespace velmora {
 
-class PortalColorScheme;
+class PortalSettings;
 
 /// Follows the colour scheme of org.freedesktop.portal.Settings. Asks without waiting: light until
 /// the answer comes, and where there is no bus, no portal, or no preference.
@@ -32,7 +32,7 @@ private:
 
     bool isDark_ = false;
     std::vector<std::function<void()>> listeners_;
-    std::unique_ptr<PortalColorScheme> portal_;
+    std::unique_ptr<PortalSettings> portal_;
 };
 
 } // namespace velmora

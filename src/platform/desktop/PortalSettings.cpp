@@ -1,4 +1,4 @@
-#include "platform/desktop/PortalColorScheme.h"
+#include "platform/desktop/PortalSettings.h"
 
 #include "platform/desktop/PortalRequest.h"
 
@@ -29,7 +29,7 @@ QDBusConnection connection(const QString& address, const QString& name) {
 
 } // namespace
 
-PortalColorScheme::PortalColorScheme(const QString& busAddress, Receiver receiver)
+PortalSettings::PortalSettings(const QString& busAddress, Receiver receiver)
     : bus_(QString{}),
       ownBusName_(busAddress.isEmpty() ? QString{} : QUuid::createUuid().toString()),
       receiver_(std::move(receiver)) {
@@ -51,17 +51,17 @@ PortalColorScheme::PortalColorScheme(const QString& busAddress, Receiver receive
     }
     auto* watcher = new QDBusServiceWatcher(
         portalService, bus_, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalColorScheme::read);
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalSettings::read);
     read();
 }
 
-PortalColorScheme::~PortalColorScheme() {
+PortalSettings::~PortalSettings() {
     if (!ownBusName_.isEmpty()) {
         QDBusConnection::disconnectFromBus(ownBusName_);
     }
 }
 
-void PortalColorScheme::read() {
+void PortalSettings::read() {
     auto question =
         QDBusMessage::createMethodCall(portalService, portalPath, settings, QStringLiteral("Read"));
     question << appearanceGroup << colorSchemeKey;
@@ -75,7 +75,7 @@ void PortalColorScheme::read() {
     });
 }
 
-void PortalColorScheme::settingChanged(const QString& group,
+void PortalSettings::settingChanged(const QString& group,
                                        const QString& key,
                                        const QDBusVariant& value) {
     if (group == appearanceGroup && key == colorSchemeKey) {
@@ -83,7 +83,7 @@ void PortalColorScheme::settingChanged(const QString& group,
     }
 }
 
-void PortalColorScheme::receive(const QVariant& value) {
+void PortalSettings::receive(const QVariant& value) {
     // Read wraps the number in two variants, the signal in one.
     QVariant inner = value;
     while (inner.metaType() == QMetaType::fromType<QDBusVariant>()) {

@@ -1,4 +1,4 @@
-// PortalColorScheme.h: the desktop portal's colour-scheme setting, over D-Bus.
+// PortalSettings.h: the desktop portal's colour-scheme setting, over D-Bus.
 #pragma once
 
 #include <QDBusConnection>
@@ -10,7 +10,7 @@
 namespace velmora {
 
 /// Reads the setting once, and again whenever it changes or a portal appears. Threads: main.
-class PortalColorScheme : public QObject {
+class PortalSettings : public QObject {
     Q_OBJECT
 
 public:
@@ -18,8 +18,8 @@ public:
 
     /// @param busAddress  empty = the session bus
     /// @param receiver    called later, from the event loop, for every value that is read
-    PortalColorScheme(const QString& busAddress, Receiver receiver);
-    ~PortalColorScheme() override;
+    PortalSettings(const QString& busAddress, Receiver receiver);
+    ~PortalSettings() override;
 
 private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);

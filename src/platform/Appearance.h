@@ -1,4 +1,4 @@
-// Appearance.h: whether the desktop is light or dark.
+// Appearance.h: how the desktop wants programs to look.
 #pragma once
 
 #include <functional>
@@ -8,12 +8,24 @@ namespace velmora {
 /// Threads: main.
 class Appearance {
 public:
+    /// What the desktop asks for; these values where it does not say.
+    struct Look {
+        bool isDark = false;
+        bool isHighContrast = false;
+        bool isStill = false;   ///< nothing moves for the sake of moving
+        double textScale = 1.0; ///< texts are this many times as large; above 0
+
+        bool operator==(const Look&) const = default;
+    };
+
     virtual ~Appearance() = default;
 
-    /// What the desktop asks for now; light when it does not say.
-    [[nodiscard]] virtual bool isDark() const = 0;
+    /// At this moment.
+    [[nodiscard]] virtual Look look() const = 0;
     /// Called on the main thread after each change. Lives as long as this object.
     virtual void onChange(std::function<void()> listener) = 0;
+
+    [[nodiscard]] bool isDark() const { return look().isDark; }
 };
 
 } // namespace velmora

@@ -1,19 +1,23 @@
-// DesktopAppearance.h: light or dark, as the desktop portal says.
+// DesktopAppearance.h: how programs shall look, as the desktop portal says.
 #pragma once
 
 #include "platform/Appearance.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace velmora {
 
+class PaletteWatch;
 class PortalSettings;
 
-/// Follows the colour scheme of org.freedesktop.portal.Settings. Asks without waiting: light until
-/// the answer comes, and where there is no bus, no portal, or no preference.
+/// Follows the settings of the desktop portal: colour scheme, contrast, animations, size of texts.
+/// Asks without waiting: nothing special until the answers come, and where there is no bus or no
+/// portal. A desktop that prefers neither light nor dark, or does not say, is as dark as the
+/// colours that it gives to this program's windows.
 ///
 /// Threads: main; needs a QCoreApplication and its running event loop.
 class DesktopAppearance final : public Appearance {
@@ -24,14 +28,26 @@ public:
     DesktopAppearance(const DesktopAppearance&) = delete;
     DesktopAppearance& operator=(const DesktopAppearance&) = delete;
 
-    [[nodiscard]] bool isDark() const override { return isDark_; }
+    [[nodiscard]] Look look() const override { return look_; }
     void onChange(std::function<void()> listener) override;
 
 private:
-    void setDark(bool isDark);
+    /// As the desktop has said last.
+    struct Said {
+        std::optional<bool> isDark; // none = no preference
+        bool wantsContrast = false;
+        bool hasContrastTheme = false;
+        bool wantsStillness = false;
+        bool hasAnimations = true;
+        double textScale = 1.0;
+    };
 
-    bool isDark_ = false;
+    void update();
+
+    Said said_;
+    Look look_;
     std::vector<std::function<void()>> listeners_;
+    std::unique_ptr<PaletteWatch> palette_;
     std::unique_ptr<PortalSettings> portal_;
 };
 

@@ -15,11 +15,8 @@ namespace velmora {
 
 namespace {
 
-const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
-const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
-const QString colorSchemeKey = QStringLiteral("color-scheme");
+const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 
-constexpr uint prefersDark = 1; // 0 = no preference, 2 = prefers light
 constexpr int answerMilliseconds = 2000;
 
 QDBusConnection connection(const QString& address, const QString& name) {
@@ -27,12 +24,20 @@ QDBusConnection connection(const QString& address, const QString& name) {
                              : QDBusConnection::connectToBus(address, name);
 }
 
+/// Read wraps a value in two variants, the signal in one.
+QVariant unwrapped(QVariant value) {
+    while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
+        value = value.value<QDBusVariant>().variant();
+    }
+    return value;
+}
+
 } // namespace
 
-PortalSettings::PortalSettings(const QString& busAddress, Receiver receiver)
+PortalSettings::PortalSettings(const QString& busAddress, std::vector<Setting> settings)
     : bus_(QString{}),
       ownBusName_(busAddress.isEmpty() ? QString{} : QUuid::createUuid().toString()),
-      receiver_(std::move(receiver)) {
+      settings_(std::move(settings)) {
     // Without this, connecting the signal fails now and then when it is the program's first use of
     // D-Bus: the slot's type is not known yet (Qt 6.4.2).
     qDBusRegisterMetaType<QDBusVariant>();
@@ -42,17 +47,17 @@ PortalSettings::PortalSettings(const QString& busAddress, Receiver receiver)
     }
     const bool follows = bus_.connect(portalService,
                                       portalPath,
-                                      settings,
+                                      settingsInterface,
                                       QStringLiteral("SettingChanged"),
                                       this,
                                       SLOT(settingChanged(QString, QString, QDBusVariant)));
     if (!follows) {
-        qWarning("The desktop's colour scheme is read once and not followed.");
+        qWarning("The desktop's settings are read once and not followed.");
     }
     auto* watcher = new QDBusServiceWatcher(
         portalService, bus_, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalSettings::read);
-    read();
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalSettings::readAll);
+    readAll();
 }
 
 PortalSettings::~PortalSettings() {
@@ -61,35 +66,34 @@ PortalSettings::~PortalSettings() {
     }
 }
 
-void PortalSettings::read() {
-    auto question =
-        QDBusMessage::createMethodCall(portalService, portalPath, settings, QStringLiteral("Read"));
-    question << appearanceGroup << colorSchemeKey;
+void PortalSettings::readAll() {
+    for (const Setting& setting : settings_) {
+        read(setting);
+    }
+}
+
+void PortalSettings::read(const Setting& setting) {
+    auto question = QDBusMessage::createMethodCall(
+        portalService, portalPath, settingsInterface, QStringLiteral("Read"));
+    question << setting.group << setting.key;
     auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(question, answerMilliseconds), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [answer, &setting] {
         answer->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *answer;
-        if (reply.isValid()) {
-            receive(reply.value().variant());
+        if (reply.isValid()) { // not every desktop has every setting
+            setting.receive(unwrapped(reply.value().variant()));
         }
     });
 }
 
 void PortalSettings::settingChanged(const QString& group,
-                                       const QString& key,
-                                       const QDBusVariant& value) {
-    if (group == appearanceGroup && key == colorSchemeKey) {
-        receive(value.variant());
+                                    const QString& key,
+                                    const QDBusVariant& value) {
+    for (const Setting& setting : settings_) {
+        if (setting.group == group && setting.key == key) {
+            setting.receive(unwrapped(value.variant()));
+        }
     }
-}
-
-void PortalSettings::receive(const QVariant& value) {
-    // Read wraps the number in two variants, the signal in one.
-    QVariant inner = value;
-    while (inner.metaType() == QMetaType::fromType<QDBusVariant>()) {
-        inner = inner.value<QDBusVariant>().variant();
-    }
-    receiver_(inner.toUInt() == prefersDark);
 }
 
 } // namespace velmora

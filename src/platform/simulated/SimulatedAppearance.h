@@ -1,4 +1,4 @@
-// SimulatedAppearance.h: a desktop that turns dark when a test says so.
+// SimulatedAppearance.h: a desktop that looks as a test says.
 #pragma once
 
 #include "platform/Appearance.h"
@@ -11,25 +11,29 @@ namespace velmora {
 /// Threads: main.
 class SimulatedAppearance : public Appearance {
 public:
-    [[nodiscard]] bool isDark() const override { return dark_; }
+    [[nodiscard]] Look look() const override { return look_; }
     void onChange(std::function<void()> listener) override {
         listeners_.push_back(std::move(listener));
     }
 
-    void setDark(bool dark) {
-        if (dark_ == dark) {
+    void setLook(const Look& look) {
+        if (std::exchange(look_, look) == look) {
             return;
         }
-        dark_ = dark;
         // A listener may add another, which is told from the next time on.
         const auto listeners = listeners_;
         for (const auto& listener : listeners) {
             listener();
         }
     }
+    void setDark(bool dark) {
+        Look look = look_;
+        look.isDark = dark;
+        setLook(look);
+    }
 
 private:
-    bool dark_ = false;
+    Look look_;
     std::vector<std::function<void()>> listeners_;
 };
 

@@ -1,4 +1,4 @@
-// AppearanceContract.h: what every Appearance does, whoever decides on light and dark.
+// AppearanceContract.h: what every Appearance does, whoever decides on it.
 #pragma once
 
 #include "platform/Appearance.h"
@@ -11,19 +11,20 @@
 
 namespace velmora {
 
-/// A rig is a desktop that starts light and has `appearance()`; `turn(dark)`, which makes it dark
-/// or light; and `runUntil(condition)`, which runs the main thread's work until the condition holds
-/// and gives up after long enough.
+/// A rig is a desktop that starts with nothing special and has `appearance()`; `ask(look)`, which
+/// makes it ask for that; and `runUntil(condition)`, which runs the main thread's work until the
+/// condition holds and gives up after long enough.
 template <typename Rig>
 class AppearanceContract : public testing::Test {
 protected:
     Appearance& appearance() { return rig.appearance(); }
 
     /// Returns when the change has arrived.
-    void turn(bool dark) {
-        rig.turn(dark);
-        EXPECT_TRUE(rig.runUntil([&] { return appearance().isDark() == dark; }));
+    void ask(const Appearance::Look& look) {
+        rig.ask(look);
+        EXPECT_TRUE(rig.runUntil([&] { return appearance().look() == look; }));
     }
+    void turn(bool dark) { ask({.isDark = dark}); }
 
     Rig rig;
 };
@@ -35,6 +36,20 @@ TYPED_TEST_P(AppearanceContract, FollowsTheDesktopToDarkAndBack) {
 
     this->turn(true);
     this->turn(false);
+}
+
+TYPED_TEST_P(AppearanceContract, FollowsWhatEyesAndMindsAskForAndTellsIt) {
+    int told = 0;
+    this->appearance().onChange([&] { ++told; });
+
+    this->ask({.isHighContrast = true});
+    this->ask({});
+    this->ask({.isStill = true});
+    this->ask({});
+    this->ask({.textScale = 1.25});
+    this->ask({});
+
+    EXPECT_EQ(told, 6);
 }
 
 TYPED_TEST_P(AppearanceContract, TellsEachChangeOnceWhenItHasHappened) {
@@ -105,7 +120,7 @@ TYPED_TEST_P(AppearanceContract, SaysNothingWhenNothingChanged) {
     int told = 0;
     this->appearance().onChange([&] { ++told; });
 
-    this->rig.turn(true);
+    this->rig.ask({.isDark = true});
     this->turn(false); // changes keep their order: with this one, the other has come
 
     EXPECT_EQ(told, 1);
@@ -113,6 +128,7 @@ TYPED_TEST_P(AppearanceContract, SaysNothingWhenNothingChanged) {
 
 REGISTER_TYPED_TEST_SUITE_P(AppearanceContract,
                             FollowsTheDesktopToDarkAndBack,
+                            FollowsWhatEyesAndMindsAskForAndTellsIt,
                             TellsEachChangeOnceWhenItHasHappened,
                             TellsOnTheMainThread,
                             TellsEveryListener,

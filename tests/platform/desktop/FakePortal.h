@@ -8,6 +8,7 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
+#include <QMap>
 #include <QVariant>
 #include <gtest/gtest.h>
 #include <string>
@@ -18,13 +19,17 @@ inline constexpr uint noPreference = 0;
 inline constexpr uint prefersDark = 1;
 inline constexpr uint prefersLight = 2;
 
+inline const QString everyDesktop = QStringLiteral("org.freedesktop.appearance");
+inline const QString gnomeInterface = QStringLiteral("org.gnome.desktop.interface");
+inline const QString gnomeAccess = QStringLiteral("org.gnome.desktop.a11y.interface");
 inline const QString colorScheme = QStringLiteral("color-scheme");
+inline const QString textScale = QStringLiteral("text-scaling-factor");
 
-/// The settings of a desktop portal, as far as colours go.
+/// The settings of a desktop portal; it has those that a test has set.
 class FakePortal : public QDBusVirtualObject {
 public:
     FakePortal(const std::string& address, uint scheme)
-        : scheme_(scheme),
+        : values_{{everyDesktop + colorScheme, scheme}},
           bus_(QDBusConnection::connectToBus(QString::fromStdString(address), "fake-portal")) {
         EXPECT_TRUE(bus_.registerVirtualObject(portalPath, this));
         EXPECT_TRUE(bus_.registerService(portalService));
@@ -33,31 +38,30 @@ public:
     FakePortal(const FakePortal&) = delete;
     FakePortal& operator=(const FakePortal&) = delete;
 
-    void change(uint value, const QString& key = colorScheme) {
-        if (key == colorScheme) {
-            scheme_ = value;
-        }
+    void change(const QString& key, const QVariant& value, const QString& group = everyDesktop) {
+        values_[group + key] = value;
         auto signal = QDBusMessage::createSignal(
             portalPath, "org.freedesktop.portal.Settings", "SettingChanged");
-        signal << "org.freedesktop.appearance" << key << QVariant::fromValue(QDBusVariant(value));
+        signal << group << key << QVariant::fromValue(QDBusVariant(value));
         EXPECT_TRUE(bus_.send(signal));
     }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
         const auto question = message.arguments();
-        if (message.member() != "Read" || question.value(0) != "org.freedesktop.appearance" ||
-            question.value(1) != colorScheme) {
+        const auto value =
+            values_.constFind(question.value(0).toString() + question.value(1).toString());
+        if (message.member() != "Read" || value == values_.constEnd()) {
             return false;
         }
-        // As portals answer: the number in a variant, in a variant.
-        const QDBusVariant number{QVariant(scheme_)};
+        // As portals answer: the value in a variant, in a variant.
+        const QDBusVariant number{*value};
         const QDBusVariant wrapped{QVariant::fromValue(number)};
         return connection.send(message.createReply(QVariant::fromValue(wrapped)));
     }
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
 
 private:
-    uint scheme_;
+    QMap<QString, QVariant> values_;
     QDBusConnection bus_;
 };
 

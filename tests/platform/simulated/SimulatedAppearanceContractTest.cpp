@@ -6,7 +6,7 @@ namespace velmora {
 class SimulatedAppearanceRig {
 public:
     Appearance& appearance() { return appearance_; }
-    void turn(bool dark) { appearance_.setDark(dark); }
+    void ask(const Appearance::Look& look) { appearance_.setLook(look); }
     bool runUntil(const std::function<bool()>& condition) { return condition(); }
 
 private:

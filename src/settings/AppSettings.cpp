@@ -1,6 +1,5 @@
 #include "settings/AppSettings.h"
 
-#include "platform/Appearance.h"
 #include "platform/DefaultsStore.h"
 #include "platform/MainQueue.h"
 #include "settings/Texts.h"
@@ -63,6 +62,10 @@ ColorScheme AppSettings::colorScheme() const {
 void AppSettings::applyAppearance() {
     forcedScheme_ = schemeForcedBy(appearance_);
     changed_.emit();
+}
+
+Appearance::Look AppSettings::desktopLook() const {
+    return platform_.appearance.look();
 }
 
 std::string AppSettings::t(std::string_view french) const {

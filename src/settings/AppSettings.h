@@ -1,6 +1,7 @@
 // AppSettings.h: the interface's two preferences, and the lookup of its texts.
 #pragma once
 
+#include "platform/Appearance.h"
 #include "platform/Platform.h"
 #include "platform/Signal.h"
 #include "settings/Color.h"
@@ -42,6 +43,8 @@ public:
     /// What the application shows: forced by `appearance`, or the desktop's at this moment.
     [[nodiscard]] ColorScheme colorScheme() const;
     void applyAppearance();
+    /// What the desktop asks of every program's looks, whatever is preferred here.
+    [[nodiscard]] Appearance::Look desktopLook() const;
 
     /// `french` in the user's language; a text without a translation comes back unchanged.
     [[nodiscard]] std::string t(std::string_view french) const;
@@ -49,7 +52,7 @@ public:
     [[nodiscard]] std::array<Choice, 3> appearanceChoices() const;
     [[nodiscard]] static std::array<Choice, 2> languageChoices();
 
-    /// A preference, or the scheme that is shown, may have changed.
+    /// A preference, the scheme that is shown, or what the desktop asks for may have changed.
     [[nodiscard]] Signal& changed() { return changed_; }
 
 private:

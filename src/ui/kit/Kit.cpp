@@ -1,7 +1,9 @@
 #include "ui/kit/Kit.h"
 
+#include "ui/kit/access/SpokenItem.h"
 #include "ui/kit/controls/WheelGesture.h"
 #include "ui/kit/theme/AppTexts.h"
+#include "ui/kit/theme/Comfort.h"
 #include "ui/kit/theme/Fonts.h"
 #include "ui/kit/theme/GlyphProvider.h"
 #include "ui/kit/theme/ThemeColors.h"
@@ -27,8 +29,10 @@ void installKit(QQmlEngine& engine, AppSettings& settings) {
     engine.addImageProvider(QStringLiteral("glyph"), new GlyphProvider);
     new WheelGesture(&engine);
     loadFonts();
+    installSpokenItems();
     give<AppTexts>(engine, settings);
     give<ThemeColors>(engine, settings);
+    give<Comfort>(engine, settings);
 }
 
 } // namespace velmora

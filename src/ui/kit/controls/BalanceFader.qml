@@ -10,6 +10,8 @@ FocusScope {
     property real minDB: -60
     property real maxDB: 6
     readonly property string valueText: Scales.gainText(gain)
+    // A screen reader leaves an infinity out.
+    readonly property string spokenText: gain > 0 ? valueText : I18n.t("Silence")
 
     signal gainEdited(real gain)
 
@@ -24,7 +26,7 @@ FocusScope {
         anchors.rightMargin: 10
         height: parent.height
         name: root.name
-        valueText: root.valueText
+        valueText: root.spokenText
         position: Scales.faderPosition(root.gain, root.minDB, root.maxDB)
         minimumValue: root.minDB
         maximumValue: root.maxDB
@@ -40,7 +42,7 @@ FocusScope {
         width: 40
         height: parent.height
         text: root.valueText
-        color: Theme.ink60
+        color: Theme.soft
         font.pointSize: Scales.fontSize(10.5)
         horizontalAlignment: Text.AlignRight
         verticalAlignment: Text.AlignVCenter

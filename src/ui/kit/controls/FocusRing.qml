@@ -15,5 +15,5 @@ Rectangle {
     visible: InputMode.keyboard && control.activeFocus
     color: "transparent"
     border.width: 2
-    border.color: Theme.lagoon
+    border.color: Theme.ring
 }

@@ -16,7 +16,7 @@ Pressable {
     implicitHeight: 28
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.ComboBox
-    Accessible.description: label
+    description: label
     Keys.onDownPressed: toggle()
     tip: shownLabel.truncated ? label : ""
     onClicked: toggle()

@@ -25,7 +25,7 @@ Item {
         width: root.thickness
         height: parent.height
         radius: width / 2
-        color: area.containsMouse || area.pressed ? Theme.ink60 : Theme.ink40
+        color: area.containsMouse || area.pressed ? Theme.ink : Theme.ink60
     }
     MouseArea {
         id: area

@@ -8,7 +8,7 @@ Pressable {
     required property bool chosen
     // One stop for the whole row; arrows go on from there.
     required property bool isStop
-    readonly property color textColor: chosen ? Theme.onOcean : Theme.ink60
+    readonly property color textColor: chosen ? Theme.onOcean : Theme.soft
     readonly property bool isDots: label.startsWith("●")
 
     activeFocusOnTab: isStop

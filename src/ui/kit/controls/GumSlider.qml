@@ -84,7 +84,7 @@ Item {
         width: parent.width
         height: 4
         radius: 2
-        color: Theme.ink15
+        color: Theme.groove
     }
     Rectangle {
         readonly property real start: thumb.travel * root.origin + (root.origin === 0 ? 0 : thumb.width / 2)

@@ -31,6 +31,7 @@ Pressable {
         border.color: Theme.ink
 
         Behavior on color {
+            enabled: !Comfort.still
             ColorAnimation {
                 duration: 220
                 easing.type: Easing.InOutQuad
@@ -50,14 +51,17 @@ Pressable {
             height: width
             color: root.checked ? Theme.sun : Theme.paper
             outlineColor: Theme.ink
+            textureSize: Comfort.texture(width, height, Comfort.scale)
 
             Behavior on x {
+                enabled: !Comfort.still
                 NumberAnimation {
                     duration: 220
                     easing.type: Easing.InOutQuad
                 }
             }
             Behavior on color {
+                enabled: !Comfort.still
                 ColorAnimation {
                     duration: 220
                     easing.type: Easing.InOutQuad

@@ -2,6 +2,9 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPointingDevice>
+#include <utility>
 
 namespace velmora {
 
@@ -34,11 +37,22 @@ InputMode::InputMode(QObject* parent) : QObject(parent) {
 bool InputMode::eventFilter(QObject*, QEvent* event) {
     if (event->type() == QEvent::MouseButtonPress) {
         setKeyboard(false);
+        const auto* const device = static_cast<QMouseEvent*>(event)->pointingDevice();
+        setTouch(device != nullptr && device->type() == QInputDevice::DeviceType::TouchScreen);
+    } else if (event->type() == QEvent::TouchBegin) {
+        setKeyboard(false);
+        setTouch(true);
     } else if (event->type() == QEvent::KeyPress &&
                movesAbout(static_cast<QKeyEvent*>(event)->key())) {
         setKeyboard(true);
     }
     return false;
+}
+
+void InputMode::setTouch(bool touch) {
+    if (std::exchange(touch_, touch) != touch) {
+        Q_EMIT touchChanged();
+    }
 }
 
 void InputMode::setKeyboard(bool keyboard) {

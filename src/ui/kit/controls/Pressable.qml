@@ -7,6 +7,8 @@ Item {
     property string name
     // What it does, for whoever hesitates; may be empty.
     property string tip
+    // What a screen reader adds to the name.
+    property string description: tip === name ? "" : tip
     readonly property bool tipWanted: tip !== "" && (hovered || (activeFocus && InputMode.keyboard))
     readonly property bool hovered: area.containsMouse
     readonly property bool down: area.pressed && area.containsMouse
@@ -24,6 +26,7 @@ Item {
     activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: name
+    Accessible.description: description
     Accessible.focusable: true
     Accessible.onPressAction: clicked()
     Keys.onPressed: event => {
@@ -40,6 +43,12 @@ Item {
         onPressed: {
             Tips.withdraw(root);
             root.forceActiveFocus(Qt.MouseFocusReason);
+        }
+        // A finger that stays asks what it would do.
+        onPressAndHold: mouse => {
+            mouse.accepted = InputMode.touch && root.tip !== "";
+            if (mouse.accepted)
+                Tips.tell(root, root.tip);
         }
         onClicked: root.clicked()
     }

@@ -12,10 +12,7 @@ constexpr int longestShown = 8000; // ms
 } // namespace
 
 Tips::Tips(QObject* parent) : QObject(parent), pause_(hesitation), lifetime_(longestShown) {
-    connect(&pause_, &QAbstractAnimation::finished, this, [this] {
-        setShown(true);
-        lifetime_.start();
-    });
+    connect(&pause_, &QAbstractAnimation::finished, this, &Tips::show);
     connect(&lifetime_, &QAbstractAnimation::finished, this, [this] { setShown(false); });
 }
 
@@ -25,6 +22,17 @@ void Tips::offer(QQuickItem* control, const QString& words) {
     words_ = words;
     pause_.stop();
     pause_.start();
+}
+
+void Tips::tell(QQuickItem* control, const QString& words) {
+    offer(control, words);
+    pause_.stop();
+    show();
+}
+
+void Tips::show() {
+    setShown(true);
+    lifetime_.start();
 }
 
 void Tips::withdraw(QQuickItem* control) {

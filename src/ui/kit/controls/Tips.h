@@ -29,6 +29,8 @@ public:
     [[nodiscard]] const QString& words() const { return words_; }
 
     Q_INVOKABLE void offer(QQuickItem* control, const QString& words);
+    /// Without a pause.
+    Q_INVOKABLE void tell(QQuickItem* control, const QString& words);
     /// Also before anything was shown; whoever does not ask is not heeded.
     Q_INVOKABLE void withdraw(QQuickItem* control);
 
@@ -36,6 +38,7 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void show();
     void setShown(bool shown);
 
     QPointer<QQuickItem> asking_;

@@ -56,7 +56,7 @@ FocusScope {
         topPadding: 6
         text: root.title
         size: 11
-        color: Theme.ink60
+        color: Theme.soft
         font.weight: Font.DemiBold
         elide: Text.ElideRight
         textFormat: Text.PlainText

@@ -30,7 +30,7 @@ Item {
         id: popup
         title: root.name
         anchor: root.anchor
-        wanted: Qt.size(view.implicitWidth, view.implicitHeight)
+        wanted: Qt.size(Math.ceil(view.implicitWidth * Comfort.scale), Math.ceil(view.implicitHeight * Comfort.scale))
         onDismissed: root.menu = null
         onLeft: root.closed()
 
@@ -39,16 +39,18 @@ Item {
             anchors.fill: parent
             onPressed: popup.dismiss()
         }
-        GumMenuView {
-            id: view
-            anchors.fill: parent
-            anchors.margins: popup.rim
-            cornerRadius: popup.rim > 0 ? 10 : 0
-            model: root.menu
-            name: root.name
-            onDismiss: popup.dismiss()
+        Enlarged {
+            GumMenuView {
+                id: view
+                anchors.fill: parent
+                anchors.margins: popup.rim / Comfort.scale
+                cornerRadius: popup.rim > 0 ? 10 : 0
+                model: root.menu
+                name: root.name
+                onDismiss: popup.dismiss()
+            }
+            TipBubble {}
         }
-        TipBubble {}
     }
     // Where the desktop leaves presses beside the menu to the window that was pressed.
     MouseArea {

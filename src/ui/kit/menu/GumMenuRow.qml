@@ -18,7 +18,16 @@ Item {
     property bool isCurrent: false
     property real indent: 0
     readonly property bool hovering: hover.hovered
-    readonly property bool showsDelete: deletable && (hovering || (isCurrent && InputMode.keyboard))
+    readonly property bool showsDelete: deletable && (hovering || InputMode.touch || (isCurrent && InputMode.keyboard))
+    // What is drawn beside the title, in words.
+    readonly property string spokenMarks: {
+        const words = [];
+        if (playing)
+            words.push(I18n.t("Du son en sort"));
+        if (expandable)
+            words.push(I18n.t("Sous-menu"), isExpanded ? I18n.t("Ouvert") : I18n.t("Fermé"));
+        return words.join(", ");
+    }
 
     signal tap
     signal unfoldTap
@@ -29,6 +38,7 @@ Item {
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.MenuItem
     Accessible.name: title
+    Accessible.description: spokenMarks
     Accessible.focusable: true
     Accessible.checkable: checked
     Accessible.checked: checked
@@ -58,8 +68,8 @@ Item {
             anchors.centerIn: parent
             width: 16
             height: 16
-            sourceSize.width: width
-            sourceSize.height: height
+            sourceSize.width: Math.ceil(width * Comfort.scale)
+            sourceSize.height: Math.ceil(height * Comfort.scale)
             source: root.icon
         }
         Symbol {
@@ -130,7 +140,9 @@ Item {
                 anchors.fill: parent
                 visible: root.showsDelete
                 activeFocusOnTab: false
-                name: I18n.t("Supprimer")
+                name: I18n.t("Supprimer") + " — " + root.title
+                tip: I18n.t("Supprimer")
+                description: ""
                 symbol: "xmark"
                 symbolSize: 9
                 color: Theme.ink40

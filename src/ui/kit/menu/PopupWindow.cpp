@@ -164,7 +164,8 @@ void PopupWindow::place() {
     if (!isOpen_ || owner_ == nullptr || anchor_ == nullptr) {
         return;
     }
-    const QRectF anchor(anchor_->mapToGlobal(QPointF()), anchor_->size());
+    const QSizeF size = anchor_->mapRectToScene({QPointF(), anchor_->size()}).size();
+    const QRectF anchor(anchor_->mapToGlobal(QPointF()), size);
     const int rim = static_cast<int>(rim_);
     const QRect content =
         PopupPlace::beside(anchor, wanted_, roomAround(anchor, *owner_), owner_->geometry())

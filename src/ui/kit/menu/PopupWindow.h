@@ -22,7 +22,7 @@ class PopupWindow : public QQuickWindow {
     QML_ELEMENT
     /// What it stands beside; in a window that is shown.
     Q_PROPERTY(QQuickItem* anchor READ anchor WRITE setAnchor NOTIFY anchorChanged)
-    /// The size of its content, in points; it gets less where the screen has less.
+    /// The size of its content, in points of the screen; it gets less where the screen has less.
     Q_PROPERTY(QSizeF wanted READ wanted WRITE setWanted NOTIFY wantedChanged)
     /// Points around its content, for a shadow; 0 on a desktop without translucent windows.
     Q_PROPERTY(double rim READ rim NOTIFY rimChanged)

@@ -8,14 +8,16 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 namespace velmora {
 
 namespace {
 
-constexpr double thickness = 1.75; // points
-constexpr double fade = 0.12;      // of the width, at each end
+constexpr double thickness = 1.75;    // points
+constexpr double fade = 0.12;         // of the width, at each end
+constexpr double longestUnrest = 4.5; // seconds, after what runs has stopped
 
 /// Opacity at a place, 0 … 1 along the view: the lines fade out at both ends.
 double opacityAt(double x) {
@@ -89,6 +91,29 @@ void WaveformView::paint(QPainter* painter) {
 void WaveformView::tick() {
     seconds_ += std::chrono::duration<double>(FrameClock::period).count();
     update();
+    if (!running_) {
+        restless_ += std::chrono::duration<double>(FrameClock::period).count();
+        decide();
+    }
+}
+
+void WaveformView::setRunning(bool running) {
+    if (std::exchange(running_, running) != running) {
+        restless_ = 0.0;
+        decide();
+        Q_EMIT runningChanged();
+    }
+}
+
+void WaveformView::setStill(bool still) {
+    if (std::exchange(still_, still) != still) {
+        decide();
+        Q_EMIT stillChanged();
+    }
+}
+
+void WaveformView::decide() {
+    setMoving(!still_ && (running_ || restless_ < longestUnrest));
 }
 
 } // namespace velmora

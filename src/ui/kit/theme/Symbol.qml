@@ -10,7 +10,7 @@ Image {
 
     width: size
     height: size
-    sourceSize.width: size
-    sourceSize.height: size
+    sourceSize.width: Math.ceil(size * Comfort.scale)
+    sourceSize.height: Math.ceil(size * Comfort.scale)
     source: name === "" ? "" : "image://glyph/" + name + "?" + String(color).slice(1)
 }

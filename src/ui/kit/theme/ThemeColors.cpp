@@ -19,12 +19,25 @@ QColor shown(const Color& color) {
 constexpr Color deep{0.02, 0.08, 0.1};
 constexpr DynamicColor shadowLayer{deep.withOpacity(0.035), deep.withOpacity(0.14)};
 constexpr DynamicColor veilOver{deep.withOpacity(0.28), deep.withOpacity(0.6)};
-constexpr DynamicColor activeOnPaper{Theme::ocean, Theme::lagoon};
+/// Relatives of ocean, lagoon and coral that can be read where those cannot.
+constexpr Color deepOcean = colorFromHex(0x0B6B77);
+constexpr Color paleLagoon = colorFromHex(0x1FB0BC);
+constexpr Color foam = colorFromHex(0x3FC4CF);
+constexpr DynamicColor activeOnPaper{Theme::ocean, paleLagoon};
+constexpr DynamicColor activeInHighContrast{deepOcean, foam};
+constexpr DynamicColor focusRing{Theme::ocean, Theme::lagoon};
+constexpr DynamicColor alarming{colorFromHex(0xB83A26), Theme::coral};
+constexpr DynamicColor alarmingInHighContrast{colorFromHex(0x9C2A18), colorFromHex(0xFF8A78)};
+
+constexpr double softOpacity = 0.75;
+constexpr double faintestOpacity = 0.25;
+constexpr double grooveOpacity = 0.15;
 
 } // namespace
 
 ThemeColors::ThemeColors(AppSettings& settings, QObject* parent)
     : QObject(parent), settings_(settings), scheme_(settings.colorScheme()),
+      isHighContrast_(settings.desktopLook().isHighContrast),
       connection_(settings.changed().connect([this] { follow(); })) {
 }
 
@@ -37,15 +50,15 @@ QColor ThemeColors::ink() const {
 }
 
 QColor ThemeColors::ink60() const {
-    return shown(Theme::ink60.in(scheme_));
+    return inkAt(Theme::ink60.light.alpha, 1);
 }
 
 QColor ThemeColors::ink40() const {
-    return shown(Theme::ink40.in(scheme_));
+    return inkAt(Theme::ink40.light.alpha, 0.8);
 }
 
 QColor ThemeColors::ink15() const {
-    return shown(Theme::ink15.in(scheme_));
+    return inkAt(Theme::ink15.light.alpha, 0.6);
 }
 
 QColor ThemeColors::paper() const {
@@ -60,8 +73,37 @@ QColor ThemeColors::shore() const {
     return shown(Theme::shore.in(scheme_));
 }
 
+QColor ThemeColors::soft() const {
+    return inkAt(softOpacity, 1);
+}
+
+QColor ThemeColors::faintest() const {
+    return inkAt(faintestOpacity, 0.8);
+}
+
+QColor ThemeColors::groove() const {
+    return inkAt(grooveOpacity, grooveOpacity);
+}
+
+QColor ThemeColors::meterGroove() const {
+    // The meter's bright colours stand out from what is dark only.
+    return dark() ? groove() : inkAt(grooveOpacity, 1);
+}
+
 QColor ThemeColors::active() const {
-    return shown(activeOnPaper.in(scheme_));
+    return shown((isHighContrast_ ? activeInHighContrast : activeOnPaper).in(scheme_));
+}
+
+QColor ThemeColors::silenced() const {
+    return isHighContrast_ ? active() : ocean();
+}
+
+QColor ThemeColors::alarm() const {
+    return shown((isHighContrast_ ? alarmingInHighContrast : alarming).in(scheme_));
+}
+
+QColor ThemeColors::ring() const {
+    return isHighContrast_ ? ink() : shown(focusRing.in(scheme_));
 }
 
 QColor ThemeColors::shadow() const {
@@ -106,11 +148,17 @@ QColor ThemeColors::palm() const {
 
 void ThemeColors::follow() {
     const ColorScheme scheme = settings_.colorScheme();
-    if (scheme == scheme_) {
+    const bool isHighContrast = settings_.desktopLook().isHighContrast;
+    if (scheme == scheme_ && isHighContrast == isHighContrast_) {
         return;
     }
     scheme_ = scheme;
+    isHighContrast_ = isHighContrast;
     Q_EMIT changed();
+}
+
+QColor ThemeColors::inkAt(double opacity, double inHighContrast) const {
+    return shown(Theme::ink.in(scheme_).withOpacity(isHighContrast_ ? inHighContrast : opacity));
 }
 
 } // namespace velmora

@@ -124,6 +124,29 @@ TEST_F(WaveformViewTest, DrawsNoFrameWhileItsWindowIsHiddenOrMinimised) {
     EXPECT_GT(framesIn(500ms), 0);
 }
 
+TEST_F(WaveformViewTest, RestsWithinFiveSecondsOfAStopAndDriftsAgainAtAStart) {
+    view.setProperty("running", false);
+    EXPECT_GT(framesIn(1s), 0);
+    advance(4s);
+    EXPECT_FALSE(FrameClock::of(window()).isTicking());
+    EXPECT_EQ(framesIn(1s), 0);
+
+    view.setProperty("running", true);
+    advance(6s);
+    EXPECT_GT(framesIn(1s), 0);
+}
+
+TEST_F(WaveformViewTest, StandsStillWhereNothingShallMove) {
+    view.setProperty("still", true);
+    EXPECT_FALSE(FrameClock::of(window()).isTicking());
+    const QImage before = grab();
+    EXPECT_EQ(framesIn(500ms), 0);
+    EXPECT_EQ(grab(), before);
+
+    view.setProperty("still", false);
+    EXPECT_GT(framesIn(500ms), 0);
+}
+
 TEST_F(WaveformViewTest, TheClockOfAWindowThatIsClosedStops) {
     ASSERT_TRUE(FrameClock::of(window()).isTicking());
 

@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QStyleHints>
+#include <cmath>
 
 namespace velmora {
 
@@ -90,7 +91,8 @@ bool DragArea::isInListThatScrolls() const {
 }
 
 void DragArea::drag(const QMouseEvent& event) {
-    if (didResetInThisGesture_) {
+    // What Qt makes of a finger may have moved to nowhere (6.4.2).
+    if (didResetInThisGesture_ || !std::isfinite(event.position().x())) {
         return;
     }
     constexpr auto resetKeys = Qt::AltModifier | Qt::ControlModifier;

@@ -20,14 +20,15 @@ constexpr Color deep{0.02, 0.08, 0.1};
 constexpr DynamicColor shadowLayer{deep.withOpacity(0.035), deep.withOpacity(0.14)};
 constexpr DynamicColor veilOver{deep.withOpacity(0.28), deep.withOpacity(0.6)};
 /// Relatives of ocean, lagoon and coral that can be read where those cannot.
-constexpr Color deepOcean = colorFromHex(0x0B6B77);
+constexpr Color deepOcean = colorFromHex(0x07545E);
 constexpr Color paleLagoon = colorFromHex(0x1FB0BC);
-constexpr Color foam = colorFromHex(0x3FC4CF);
+constexpr Color foam = colorFromHex(0x55D3DC);
 constexpr DynamicColor activeOnPaper{Theme::ocean, paleLagoon};
 constexpr DynamicColor activeInHighContrast{deepOcean, foam};
 constexpr DynamicColor focusRing{Theme::ocean, Theme::lagoon};
 constexpr DynamicColor alarming{colorFromHex(0xB83A26), Theme::coral};
-constexpr DynamicColor alarmingInHighContrast{colorFromHex(0x9C2A18), colorFromHex(0xFF8A78)};
+constexpr DynamicColor alarmingInHighContrast{colorFromHex(0x8A2413), colorFromHex(0xFFB0A4)};
+constexpr DynamicColor palmInHighContrast{colorFromHex(0x1A6B45), colorFromHex(0x4CC79A)};
 
 constexpr double softOpacity = 0.75;
 constexpr double faintestOpacity = 0.25;
@@ -143,7 +144,7 @@ QColor ThemeColors::sun() const {
 }
 
 QColor ThemeColors::palm() const {
-    return shown(Theme::palm);
+    return shown(isHighContrast_ ? palmInHighContrast.in(scheme_) : Theme::palm);
 }
 
 void ThemeColors::follow() {

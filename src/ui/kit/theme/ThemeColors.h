@@ -53,7 +53,7 @@ class ThemeColors : public QObject {
     Q_PROPERTY(QColor lagoon READ lagoon CONSTANT)
     Q_PROPERTY(QColor coral READ coral CONSTANT)
     Q_PROPERTY(QColor sun READ sun CONSTANT)
-    Q_PROPERTY(QColor palm READ palm CONSTANT)
+    Q_PROPERTY(QColor palm READ palm NOTIFY changed)
 
 public:
     /// `settings` outlives this object.

@@ -12,7 +12,8 @@ RowButton {
     DashedBorder {
         anchors.fill: parent
         radius: root.radius
-        color: root.hovered ? Theme.ink60 : Theme.ink40
+        textureSize: Comfort.texture(width, height, Comfort.scale)
+        color: root.hovered ? Theme.ink : Theme.ink60
     }
     Symbol {
         id: sign
@@ -29,6 +30,6 @@ RowButton {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         text: root.name
-        color: sign.color
+        color: root.hovered ? Theme.ink : Theme.soft
     }
 }

@@ -83,7 +83,7 @@ Sheet {
                 objectName: "nothingFound"
                 visible: list.count === 0
                 text: I18n.t("Aucune application trouvée")
-                color: Theme.ink60
+                color: Theme.soft
             }
         }
         Row {

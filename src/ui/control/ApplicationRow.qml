@@ -28,8 +28,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: 20
         height: 20
-        sourceSize.width: 20
-        sourceSize.height: 20
+        sourceSize.width: Math.ceil(width * Comfort.scale)
+        sourceSize.height: Math.ceil(height * Comfort.scale)
         visible: root.icon !== ""
         source: root.icon
     }

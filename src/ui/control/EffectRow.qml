@@ -9,6 +9,8 @@ Column {
     required property string rowId
     required property string title
     required property string summary
+    // The summary in words.
+    property string spoken: summary
     property string tip
     // Strength drawn as dots instead of the summary; none = -1 or 0.
     property int dots: 0
@@ -25,7 +27,7 @@ Column {
         radius: 6
         ringGap: 0
         name: root.title
-        description: root.summary
+        description: root.spoken
         tip: root.tip
         onClicked: root.effects.toggle(root.rowId)
         Accessible.checkable: true
@@ -53,7 +55,7 @@ Column {
                 objectName: root.rowId + "Summary"
                 visible: root.dots === 0
                 text: root.summary
-                color: Theme.ink60
+                color: Theme.soft
             }
             StrengthDots {
                 id: dotRow

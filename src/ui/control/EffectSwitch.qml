@@ -6,6 +6,7 @@ Item {
     id: root
     required property string title
     required property bool checked
+    property string name: title
     property string tip
     signal toggled
 
@@ -22,7 +23,7 @@ Item {
         id: control
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        name: root.title
+        name: root.name
         tip: root.tip
         checked: root.checked
         onToggled: root.toggled()

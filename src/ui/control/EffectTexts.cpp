@@ -16,7 +16,8 @@ constexpr float smallestMix = 0.005F; // of 1; below it no room is heard
 
 constexpr std::array<const char*, 3> cutOffs{"Off", "75 Hz", "150 Hz"};
 constexpr std::array<const char*, 4> strengths{"Off", "●", "●●", "●●●"};
-constexpr std::array<const char*, strengths.size()> strengthNames{"Off", "1", "2", "3"};
+constexpr std::array<const char*, strengths.size()> strengthNames{
+    "Off", "Légère", "Moyenne", "Forte"};
 constexpr std::array<const char*, 3> characters{"Studio", "Plate", "Hall"};
 
 int stepIn(std::size_t count, std::int64_t value) {

@@ -46,18 +46,21 @@ Column {
         }
     }
     EffectRow {
+        id: tone
         width: parent.width
         effects: root.effects
         rowId: "tilt"
         title: I18n.t("Tonalité")
         tip: I18n.t("Plus sombre ou plus brillant")
         summary: root.effects.tiltSummary
+        // A screen reader leaves a dash out.
+        spoken: summary === "—" ? I18n.t("Neutre") : summary
 
         ToneSlider {
             width: parent.width
             tilt: root.effects.tilt
             range: root.effects.tiltRange
-            summary: root.effects.tiltSummary
+            summary: tone.spoken
             onMoved: amount => root.effects.tilt = amount
         }
     }
@@ -69,12 +72,14 @@ Column {
         tip: I18n.t("Rapproche les sons forts des sons faibles")
         summary: root.effects.compSummary
         dots: root.effects.compDots
+        spoken: strength.names[root.effects.compDots]
 
         GumSegments {
+            id: strength
             width: parent.width
             name: I18n.t("Compression")
             options: root.effects.compSteps
-            names: root.effects.compNames
+            names: [I18n.t(root.effects.compNames[0]), I18n.t(root.effects.compNames[1]), I18n.t(root.effects.compNames[2]), I18n.t(root.effects.compNames[3])]
             current: root.effects.compDots
             onPicked: index => root.effects.comp = index
         }

@@ -5,15 +5,21 @@ import Velmora.Kit
 // that the user gives it by its edge is kept, until it is pulled to the whole again.
 Window {
     id: root
+    default property alias content: stage.data
     required property real contentWidth
     required property real contentHeight
     required property real leastHeight
+
+    // Of the screen's points; the content counts those that it is drawn with.
+    readonly property real wide: Math.ceil(contentWidth * Comfort.scale)
+    readonly property real whole: Math.ceil(contentHeight * Comfort.scale)
+    readonly property real lowest: leastHeight * Comfort.scale
 
     // What a title bar and the desktop's own edges may need.
     readonly property int spared: 48
     // The available height is that of all screens together, where several stand on each other.
     property real tallest: Math.max(240, Math.min(Screen.height, Screen.desktopAvailableHeight) - spared)
-    readonly property real fitting: Math.min(contentHeight, tallest)
+    readonly property real fitting: Math.min(whole, tallest)
     // The user's; 0 = as the content asks.
     property real chosenHeight: 0
     // A desktop answers late, and perhaps with what was asked for before.
@@ -23,7 +29,7 @@ Window {
     // Window managers hold a height within the bounds they know at that moment: the bounds give way
     // before the height changes, and close around it afterwards.
     function fit(): void {
-        const least = Math.min(leastHeight, fitting);
+        const least = Math.min(lowest, fitting);
         maximumHeight = Math.max(maximumHeight, fitting);
         minimumHeight = Math.min(minimumHeight, least);
         askedHeight = chosenHeight > 0 ? Math.max(least, Math.min(chosenHeight, fitting)) : fitting;
@@ -34,11 +40,11 @@ Window {
     }
 
     color: Theme.sand
-    width: contentWidth
-    minimumWidth: contentWidth
-    maximumWidth: contentWidth
+    width: wide
+    minimumWidth: wide
+    maximumWidth: wide
     onFittingChanged: fit()
-    onLeastHeightChanged: fit()
+    onLowestChanged: fit()
     onHeightChanged: {
         if (!visible)
             return;
@@ -49,5 +55,9 @@ Window {
     }
     Component.onCompleted: fit()
 
-    TipBubble {}
+    Enlarged {
+        id: stage
+
+        TipBubble {}
+    }
 }

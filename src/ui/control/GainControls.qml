@@ -11,6 +11,7 @@ Column {
         objectName: "autoGain"
         width: parent.width
         title: "Auto"
+        name: I18n.t("Gain automatique")
         tip: I18n.t("Le gain suit la voix")
         checked: root.effects.autoGain
         onToggled: root.effects.autoGain = !root.effects.autoGain
@@ -26,7 +27,7 @@ Column {
             anchors.right: amount.left
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
-            name: I18n.t("Gain")
+            name: I18n.t("Gain fixe")
             valueText: root.effects.manualText
             tip: I18n.t("Gain fixe ; double-clic : 0 dB")
             value: root.effects.manualDB
@@ -41,7 +42,7 @@ Column {
             width: 40
             horizontalAlignment: Text.AlignRight
             text: root.effects.manualText
-            color: Theme.ink60
+            color: Theme.soft
             size: 11
         }
     }

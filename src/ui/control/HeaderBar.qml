@@ -13,8 +13,8 @@ Item {
         id: logo
         anchors.verticalCenter: parent.verticalCenter
         source: "qrc:/qt/qml/Velmora/Kit/logo.svg"
-        sourceSize.width: 30
-        sourceSize.height: 30
+        sourceSize.width: Math.ceil(width * Comfort.scale)
+        sourceSize.height: Math.ceil(height * Comfort.scale)
         width: 30
         height: 30
 

@@ -6,10 +6,12 @@ RowButton {
     id: root
     required property string title
     required property string shortcut
+    // The same, key by key.
+    required property string spokenShortcut
 
     implicitHeight: 36
     name: title
-    description: shortcut
+    description: spokenShortcut
     ringGap: -4
 
     Label {
@@ -26,6 +28,6 @@ RowButton {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         text: root.shortcut
-        color: Theme.ink60
+        color: Theme.soft
     }
 }

@@ -28,7 +28,7 @@ Item {
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
         size: 11
-        color: root.strong ? Theme.ink : Theme.ink60
+        color: root.strong ? Theme.ink : Theme.soft
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }

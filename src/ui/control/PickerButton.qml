@@ -37,7 +37,7 @@ Item {
             x: 12
             visible: text !== ""
             text: root.prefix
-            color: Theme.ink60
+            color: Theme.soft
             size: 11
             font.weight: Font.DemiBold
         }
@@ -62,6 +62,7 @@ Item {
             size: 16
             rotation: root.opened ? 180 : 0
             Behavior on rotation {
+                enabled: !Comfort.still
                 NumberAnimation {
                     duration: 120
                     easing.type: Easing.OutQuad

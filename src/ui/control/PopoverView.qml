@@ -126,16 +126,26 @@ Item {
                 onToggled: root.model.toggleRunning()
             }
             WaveformView {
+                objectName: "waveform"
                 width: parent.width
                 height: 28
+                textureSize: Comfort.texture(width, height, Comfort.scale)
+                running: root.model.running
+                still: Comfort.still
             }
             ProblemCard {
+                id: problems
                 objectName: "problemCard"
                 width: parent.width
                 visible: text !== ""
                 text: root.model.problemText
                 dismissable: root.model.canDismissProblems
-                onDismissed: root.model.dismissProblems()
+                onDismissed: {
+                    const goesOn = root.hasFocus(problems);
+                    root.model.dismissProblems();
+                    if (goesOn)
+                        sourcePicker.takeFocus();
+                }
                 action: root.model.problemAction
                 onActed: root.model.actOnProblem()
                 onUndoPressed: root.model.undo.undo()
@@ -270,6 +280,7 @@ Item {
                     width: parent.width
                     title: I18n.t("Réglages…")
                     shortcut: "Ctrl+,"
+                    spokenShortcut: I18n.t("Touches : {keys}").replace("{keys}", I18n.t("Contrôle") + " " + I18n.t("virgule"))
                     onClicked: root.model.openSettings()
                 }
                 Rectangle {
@@ -282,6 +293,7 @@ Item {
                     width: parent.width
                     title: I18n.t("Quitter Velmora")
                     shortcut: "Ctrl+Q"
+                    spokenShortcut: I18n.t("Touches : {keys}").replace("{keys}", I18n.t("Contrôle") + " Q")
                     onClicked: root.model.quit()
                 }
             }

@@ -13,11 +13,18 @@ Rectangle {
     property string action
     signal acted
 
-    readonly property int maximumTextHeight: 132
+    readonly property int maximumTextHeight: 140
     readonly property real textHeight: Math.min(words.implicitHeight, maximumTextHeight)
 
-    implicitHeight: textHeight + 20 + (remedy.visible ? remedy.height + 8 : 0)
+    implicitHeight: textHeight + 12 + (remedy.visible ? remedy.height + 8 : 0)
     radius: 12
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: text
+    Keys.onEscapePressed: event => {
+        event.accepted = dismissable;
+        if (dismissable)
+            dismissed();
+    }
     color: Qt.alpha(Theme.coral, 0.12)
     border.color: Qt.alpha(Theme.coral, 0.4)
     border.width: 1
@@ -27,7 +34,7 @@ Rectangle {
         x: 12
         y: 10
         name: "exclamationmark.triangle"
-        color: Theme.coral
+        color: Theme.alarm
         size: 18
     }
     ScrollArea {
@@ -36,7 +43,7 @@ Rectangle {
         anchors.right: root.dismissable ? cross.left : parent.right
         anchors.rightMargin: root.dismissable ? 4 : 12
         anchors.top: parent.top
-        anchors.topMargin: 10
+        anchors.topMargin: 6
         height: root.textHeight
         contentHeight: words.implicitHeight
 
@@ -44,6 +51,9 @@ Rectangle {
             id: words
             objectName: "problemText"
             width: parent.width
+            // One line is as high as a finger needs.
+            topPadding: 4
+            bottomPadding: 4
             text: root.text
             color: Theme.ink
             selectionColor: Theme.ocean
@@ -53,6 +63,8 @@ Rectangle {
             wrapMode: Text.Wrap
             textFormat: Text.PlainText
             readOnly: true
+            selectByKeyboard: true
+            activeFocusOnTab: true
             Keys.onPressed: event => {
                 event.accepted = event.matches(StandardKey.Undo);
                 if (event.accepted)
@@ -60,9 +72,16 @@ Rectangle {
             }
             selectByMouse: true
             activeFocusOnPress: true
-            Accessible.role: Accessible.AlertMessage
-            Accessible.name: root.text
+            Accessible.role: Accessible.EditableText
+            Accessible.name: I18n.t("Message")
             Accessible.readOnly: true
+            Accessible.multiLine: true
+
+            FocusRing {
+                control: words
+                cornerRadius: 4
+                gap: 0
+            }
         }
     }
     GumButton {

@@ -26,7 +26,7 @@ Column {
             anchors.right: amount.left
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
-            name: I18n.t("Réverbération")
+            name: I18n.t("Quantité de réverbération")
             valueText: root.effects.reverbText
             tip: I18n.t("Quantité de réverbération ; double-clic : aucune")
             position: root.effects.reverbMix
@@ -41,7 +41,7 @@ Column {
             width: 40
             horizontalAlignment: Text.AlignRight
             text: root.effects.reverbText
-            color: Theme.ink60
+            color: Theme.soft
             size: 11
         }
     }

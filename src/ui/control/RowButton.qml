@@ -4,12 +4,9 @@ import Velmora.Kit
 // A whole row or card that can be pressed. What it shows goes inside.
 Pressable {
     id: root
-    property string description
     property real radius: 8
     // Space between the shape and its focus ring; negative = the ring lies inside.
     property real ringGap: 2
-
-    Accessible.description: description
 
     Feedback {
         radius: root.radius

@@ -33,7 +33,7 @@ Sheet {
         Label {
             width: parent.width
             text: I18n.t("Sources, balances et volumes seront rappelés d'un clic. Un nom déjà utilisé met à jour ce preset.")
-            color: Theme.ink60
+            color: Theme.soft
             size: 12
             lineHeight: 1.15
             wrapMode: Text.Wrap

@@ -6,8 +6,9 @@ import Velmora.Kit
 GumButton {
     id: root
     required property SourceStripModel strip
+    required property string sourceName
 
-    name: I18n.t("Couper le son") + " — " + strip.nameIn(I18n.t("Entrée"), I18n.t("Entrées"))
+    name: I18n.t("Couper le son") + " — " + sourceName
     tip: strip.muted ? I18n.t("Remettre dans le mix") : I18n.t("Couper dans le mix")
     Accessible.checkable: true
     Accessible.checked: strip.muted
@@ -22,16 +23,16 @@ GumButton {
             anchors.fill: parent
             visible: root.strip.icon !== ""
             source: root.strip.icon
-            sourceSize.width: 20
-            sourceSize.height: 20
-            opacity: root.strip.muted ? 0.35 : 1
+            sourceSize.width: Math.ceil(width * Comfort.scale)
+            sourceSize.height: Math.ceil(height * Comfort.scale)
+            opacity: root.strip.muted ? (Theme.highContrast ? 0.8 : 0.35) : 1
         }
         Symbol {
             anchors.fill: parent
             visible: root.strip.icon === ""
             name: root.strip.symbol === "" ? "app" : root.strip.symbol
             size: 20
-            opacity: root.strip.muted ? 0.35 : 1
+            opacity: root.strip.muted ? (Theme.highContrast ? 0.8 : 0.35) : 1
         }
         MuteSlash {
             objectName: "muteSlash"

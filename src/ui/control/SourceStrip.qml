@@ -7,6 +7,8 @@ Card {
     id: root
     required property SourceStripModel strip
     readonly property string sourceName: strip.nameIn(I18n.t("Entrée"), I18n.t("Entrées"))
+    // Where several are called the same, a screen reader counts them.
+    readonly property string spokenName: strip.twin > 1 ? sourceName + " (" + strip.twin + ")" : sourceName
 
     // What the keyboard can act on, in the order of Tab.
     readonly property list<Item> stops: [icon, effectsButton, monitoringButton, removeButton, fader]
@@ -33,6 +35,8 @@ Card {
     }
 
     spacing: 4
+    Accessible.role: Accessible.Grouping
+    Accessible.name: I18n.t("Source") + " — " + spokenName
 
     Item {
         width: parent.width
@@ -44,6 +48,7 @@ Card {
             anchors.verticalCenter: parent.verticalCenter
             x: -4
             strip: root.strip
+            sourceName: root.spokenName
         }
         Label {
             anchors.left: icon.right
@@ -64,6 +69,7 @@ Card {
             anchors.right: buttons.left
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
+            name: I18n.t("Niveau") + " — " + root.spokenName
             active: !root.strip.muted
             level: root.strip.level
         }
@@ -80,9 +86,9 @@ Card {
                 readonly property bool bypassed: root.strip.fxActive && root.strip.fxBypassed
                 symbol: "slider.vertical.3"
                 color: !root.strip.fxActive ? Theme.ink60 : bypassed ? Theme.ink40 : Theme.active
-                name: I18n.t("Effets") + " — " + root.sourceName
+                name: I18n.t("Effets") + " — " + root.spokenName
                 tip: I18n.t("Effets")
-                Accessible.description: !root.strip.fxActive ? I18n.t("Arrêté") : bypassed ? I18n.t("Contournés") : I18n.t("En marche")
+                description: !root.strip.fxActive ? I18n.t("Arrêté") : bypassed ? I18n.t("Contournés") : I18n.t("En marche")
                 Accessible.checkable: true
                 Accessible.checked: root.strip.fxOpen
                 onClicked: root.strip.fxOpen = !root.strip.fxOpen
@@ -100,8 +106,8 @@ Card {
                 objectName: "monitoringButton"
                 visible: root.strip.canMuteDirect
                 symbol: root.strip.silenced ? "speaker.slash.fill" : "speaker.wave.2"
-                color: root.strip.silenced ? Theme.ocean : Theme.ink40
-                name: I18n.t("Couper la sortie directe") + " — " + root.sourceName
+                color: root.strip.silenced ? Theme.silenced : Theme.ink40
+                name: I18n.t("Couper la sortie directe") + " — " + root.spokenName
                 tip: root.strip.directMuted ? I18n.t("Réentendre l'application chez toi (le mix l'entend toujours)") : I18n.t("Couper l'application chez toi seulement (le mix l'entend toujours)")
                 Accessible.checkable: true
                 Accessible.checked: root.strip.silenced
@@ -112,7 +118,7 @@ Card {
                 objectName: "removeButton"
                 symbol: "xmark"
                 color: Theme.ink60
-                name: I18n.t("Retirer") + " — " + root.sourceName
+                name: I18n.t("Retirer") + " — " + root.spokenName
                 tip: I18n.t("Retirer du mix")
                 onClicked: root.strip.remove()
             }
@@ -122,7 +128,7 @@ Card {
         id: fader
         objectName: "gainFader"
         width: parent.width
-        name: I18n.t("Gain") + " — " + root.sourceName
+        name: I18n.t("Gain") + " — " + root.spokenName
         tip: I18n.t("Niveau dans le mix ; double-clic : 0 dB")
         gain: root.strip.gain
         onGainEdited: gain => root.strip.gain = gain
@@ -133,7 +139,7 @@ Card {
         width: parent.width
         text: I18n.t(root.strip.notice)
         remedy: I18n.t(root.strip.remedy)
-        subject: root.sourceName
+        subject: root.spokenName
         onActed: root.strip.applyRemedy()
     }
     // Made when it is opened first: a strip is light until then.

@@ -160,6 +160,12 @@ void SourceStripModel::setFxOpen(bool open) {
     }
 }
 
+void SourceStripModel::setTwin(int twin) {
+    if (takeOver(twin_, twin)) {
+        Q_EMIT twinChanged();
+    }
+}
+
 void SourceStripModel::setFollowsLevel(bool follows) {
     followsLevel_ = follows;
     followCondition();

@@ -41,6 +41,7 @@ class SourceStripModel : public QObject {
     Q_PROPERTY(bool fxActive READ fxActive NOTIFY fxActiveChanged)
     Q_PROPERTY(bool fxBypassed READ fxBypassed NOTIFY fxBypassedChanged)
     Q_PROPERTY(bool fxOpen READ fxOpen WRITE setFxOpen NOTIFY fxOpenChanged)
+    Q_PROPERTY(int twin READ twin NOTIFY twinChanged)
     Q_PROPERTY(velmora::EffectsModel* effects READ effects CONSTANT)
     Q_PROPERTY(double level READ level NOTIFY levelChanged)
 
@@ -94,6 +95,10 @@ public:
     void setFxOpen(bool open);
     [[nodiscard]] EffectsModel* effects() { return &effects_; }
 
+    /// Which one it is of the strips of this name, from 1.
+    [[nodiscard]] int twin() const { return twin_; }
+    void setTwin(int twin);
+
     /// 0 ... 1, as last followed.
     [[nodiscard]] double level() const { return static_cast<double>(level_); }
     /// While off, no level is told: a window that nobody sees draws nothing.
@@ -109,6 +114,7 @@ Q_SIGNALS:
     void fxActiveChanged();
     void fxBypassedChanged();
     void fxOpenChanged();
+    void twinChanged();
     void levelChanged();
     void removed(const velmora::RemovedSource& source);
     /// The source's application has ended and is wanted back.
@@ -156,6 +162,7 @@ private:
     float level_ = 0.0F;
     bool followsLevel_ = false;
     bool fxOpen_ = false;
+    int twin_ = 1;
     Signal::Connection connection_;
     Signal::Connection soundConnection_;
 };

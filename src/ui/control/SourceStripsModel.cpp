@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 
 namespace velmora {
 
@@ -69,6 +70,7 @@ void SourceStripsModel::follow() {
     for (std::size_t index = 0; index < edited.size(); ++index) {
         place(first + index, strips_.size() - kept, edited[index]);
     }
+    countTwins();
     if (count() != before) {
         Q_EMIT countChanged();
     }
@@ -117,6 +119,13 @@ void SourceStripsModel::remove(std::size_t row) {
     endRemoveRows();
     // A view may still show the strip for the rest of this turn of the event loop.
     strip->deleteLater();
+}
+
+void SourceStripsModel::countTwins() {
+    std::map<QString, int> seen;
+    for (auto* const strip : strips_) {
+        strip->setTwin(++seen[strip->name()]);
+    }
 }
 
 void SourceStripsModel::move(std::size_t from, std::size_t to) {

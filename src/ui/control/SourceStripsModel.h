@@ -59,6 +59,7 @@ private:
     void insert(std::size_t row, const AudioSource& source);
     void remove(std::size_t row);
     void move(std::size_t from, std::size_t to);
+    void countTwins();
 
     Platform platform_;
     AudioEngine& engine_;

@@ -20,7 +20,7 @@ FocusScope {
         anchors.fill: parent
         radius: 6
         color: Theme.sand
-        border.color: input.activeFocus ? Theme.lagoon : Theme.ink40
+        border.color: input.activeFocus ? Theme.ring : Theme.ink60
         border.width: input.activeFocus ? 2 : 1
     }
     Symbol {
@@ -36,11 +36,12 @@ FocusScope {
         anchors.fill: input
         visible: input.text === "" && input.preeditText === ""
         text: root.placeholder
-        color: Theme.ink60
+        color: Theme.soft
     }
     TextInput {
         id: input
         objectName: "input"
+        readonly property string spokenName: root.placeholder
         anchors.left: root.symbol === "" ? parent.left : sign.right
         anchors.leftMargin: root.symbol === "" ? 8 : 6
         anchors.right: parent.right
@@ -58,7 +59,7 @@ FocusScope {
         verticalAlignment: TextInput.AlignVCenter
         selectByMouse: true
         Accessible.role: Accessible.EditableText
-        Accessible.name: root.placeholder
+        Accessible.name: spokenName
         onAccepted: root.accepted()
     }
 }

@@ -24,7 +24,7 @@ Item {
         anchors.right: bright.left
         anchors.margins: 8
         anchors.verticalCenter: parent.verticalCenter
-        name: I18n.t("Tonalité")
+        name: I18n.t("Tonalité, de sombre à brillant")
         valueText: root.summary
         tip: I18n.t("De sombre à brillant ; double-clic : neutre")
         value: root.tilt

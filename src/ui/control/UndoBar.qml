@@ -70,7 +70,7 @@ FocusScope {
             height: 32
             filled: true
             text: I18n.t("Défaire")
-            Accessible.description: root.undo.text
+            description: root.undo.text
             onClicked: root.undo.undo()
         }
         GumButton {

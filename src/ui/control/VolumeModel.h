@@ -41,7 +41,6 @@ public:
         Binding<float> volume;
         std::function<bool()> isLimited;
         PushToTalk* talk = nullptr; ///< of the virtual microphone, which others hear
-        PushToTalk* talk = nullptr; ///< that may close it; null = nothing does
     };
     [[nodiscard]] static Output headphones(AudioEngine& engine);
     [[nodiscard]] static Output stream(AudioEngine& engine, PushToTalk& talk);

@@ -19,7 +19,7 @@ Item {
         y: (root.lineHeight - height) / 2
         symbol: root.volume.symbol
         symbolSize: 18
-        color: root.volume.muted || root.volume.closed ? Qt.alpha(Theme.ink, 0.25) : Theme.ink60
+        color: root.volume.muted || root.volume.closed ? Theme.faintest : Theme.ink60
         name: I18n.t("Couper le son") + " — " + root.volume.name
         Accessible.checkable: true
         Accessible.checked: root.volume.muted

@@ -37,7 +37,7 @@ Column {
                 GumDropdown {
                     objectName: "dawInterfaceMenu"
                     width: 182
-                    name: "Mode DAW"
+                    name: I18n.t("Interface du mode DAW")
                     options: root.model.dawInterfaceOptions
                     current: root.model.dawInterface
                     onPicked: tag => root.model.dawInterface = tag
@@ -73,7 +73,7 @@ Column {
             horizontalAlignment: Text.AlignRight
             text: I18n.t("Sur chaque tranche source")
             size: 12
-            color: Theme.ink60
+            color: Theme.soft
             textFormat: Text.PlainText
         }
     }

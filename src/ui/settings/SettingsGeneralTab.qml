@@ -64,7 +64,7 @@ Column {
             GumText {
                 objectName: "version"
                 text: root.model.version
-                color: Theme.ink60
+                color: Theme.soft
                 textFormat: Text.PlainText
                 Accessible.role: Accessible.StaticText
                 Accessible.name: "Version " + text

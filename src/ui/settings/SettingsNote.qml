@@ -7,7 +7,7 @@ GumText {
     visible: text !== ""
     bottomPadding: 6
     size: 12
-    color: Theme.coral
+    color: Theme.alarm
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
     Accessible.role: Accessible.AlertMessage

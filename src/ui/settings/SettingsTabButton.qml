@@ -7,7 +7,7 @@ Pressable {
     required property string symbol
     required property string label
     required property bool chosen
-    readonly property color shade: chosen ? Theme.onOcean : Theme.ink60
+    readonly property color shade: chosen ? Theme.onOcean : Theme.soft
 
     implicitWidth: 84
     implicitHeight: 52

@@ -59,9 +59,9 @@ TEST_F(Effects, ASteppedValueOutOfRangeShowsTheStepThatPlays) {
 TEST_F(Effects, TheCompressorsSegmentsWriteItsStrength) {
     openWithEffects();
     click("compTitle");
+    const QStringList labels{"Off", QString::fromUtf8("Légère"), "Moyenne", "Forte"};
     for (int strength = 3; strength >= 0; --strength) {
-        const QString label = strength == 0 ? QString("Off") : QString::number(strength);
-        pointer().click(segment("compRow", label));
+        pointer().click(segment("compRow", labels.at(strength)));
         EXPECT_EQ(fx().comp, strength);
     }
 }
@@ -131,7 +131,7 @@ TEST_F(Effects, TheManualGainIsThereWhileAutoIsOff) {
     EXPECT_EQ(textOf("gainSummary"), "Auto");
     click("gainTitle");
     EXPECT_FALSE(isShown("manualGain"));
-    click("Auto");
+    click("Gain automatique");
     EXPECT_FALSE(fx().autoGain);
     drag(find("manualGain"), 1);
     EXPECT_EQ(fx().manualDB, 12.0F);

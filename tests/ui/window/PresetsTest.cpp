@@ -161,8 +161,8 @@ TEST_F(Footer, TheCommandKeyIsControlAndMeta) {
 
 TEST_F(Footer, ShowsTheShortcuts) {
     open();
-    EXPECT_EQ(spokenDescription(find("settingsRow")), "Ctrl+,");
-    EXPECT_EQ(spokenDescription(find("quitRow")), "Ctrl+Q");
+    EXPECT_EQ(spokenDescription(find("settingsRow")), u"Touches : Contrôle virgule");
+    EXPECT_EQ(spokenDescription(find("quitRow")), u"Touches : Contrôle Q");
 }
 
 } // namespace

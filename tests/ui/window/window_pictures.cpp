@@ -173,6 +173,23 @@ const State states[] = {
              stage.key(Qt::Key_Tab);
          }
      }},
+    {"high-contrast",
+     [](Stage& stage) {
+         stage.machine.appearance.setLook({.isHighContrast = true});
+         openEffects(stage);
+     }},
+    {"larger-texts",
+     [](Stage& stage) {
+         stage.machine.appearance.setLook({.textScale = 1.25});
+         openEffects(stage);
+         stage.press("compTitle");
+     }},
+    {"larger-menu",
+     [](Stage& stage) {
+         stage.machine.appearance.setLook({.textScale = 1.5});
+         mixAndStart(stage);
+         stage.press("addSource");
+     }},
     {"source-menu",
      [](Stage& stage) {
          mixAndStart(stage);

@@ -1,0 +1,90 @@
+// The window under fingers, which hover over nothing.
+
+#include "ui/window/WindowTest.h"
+
+#include <QPointingDevice>
+
+namespace velmora {
+
+namespace {
+
+class Touch : public WindowTest {
+protected:
+    void tap(QQuickItem& item) {
+        QQuickWindow* const where = item.window();
+        const QPoint at = item.mapToScene({item.width() / 2, item.height() / 2}).toPoint();
+        QTest::touchEvent(where, screen_).press(0, at, where);
+        settle();
+        QTest::touchEvent(where, screen_).release(0, at, where);
+        settle();
+    }
+    void expectTargets(QQuickItem& root) {
+        const auto targets = visibleItems(root, [](QQuickItem& item) {
+            return item.property("tipWanted").isValid() || item.activeFocusOnTab();
+        });
+        EXPECT_FALSE(targets.empty());
+        for (QQuickItem* target : targets) {
+            EXPECT_GE(target->width(), 24) << spokenName(*target).toStdString();
+            EXPECT_GE(target->height(), 24) << spokenName(*target).toStdString();
+        }
+    }
+
+private:
+    QPointingDevice* screen_ = QTest::createTouchDevice();
+};
+
+TEST_F(Touch, DeletesAPresetInTheMenu) {
+    scene.mixPodcast();
+    open();
+    tap(find("presetPicker"));
+    tap(find(QString::fromUtf8("Supprimer — Podcast")));
+    EXPECT_TRUE(scene.presets.presets().empty());
+}
+
+TEST_F(Touch, ShowsTheCrossesOfAMenuUntilTheMouseIsBack) {
+    scene.mixPodcast();
+    open();
+    tap(find("presetPicker"));
+    EXPECT_TRUE(isShown("delete"));
+    key(Qt::Key_Escape);
+    click("presetPicker");
+    EXPECT_FALSE(isShown("delete"));
+}
+
+TEST_F(Touch, MovesAFaderOpensEffectsAndChooses) {
+    openWithBrowser();
+    QQuickItem& fader = trackOf(find("gainFader"));
+    tap(fader);
+    EXPECT_NEAR(decibels(gain()), -27, 0.5);
+    tap(find("effectsButton"));
+    EXPECT_TRUE(isShown("effectsPanel"));
+    tap(find("addSource"));
+    tap(find("Music Player"));
+    EXPECT_EQ(scene.engine.sources().size(), 2U);
+}
+
+TEST_F(Touch, FindsTargetsOfTwentyFourPointsAtLeastEverywhere) {
+    scene.mixPodcast();
+    scene.engine.tell(ProblemOrigin::recall, {inWords("Un souci\nsur deux lignes")});
+    open();
+    click("effectsButton");
+    for (const char* row : {"compTitle", "reverbTitle", "tiltTitle", "gainTitle"}) {
+        click(row);
+        expectTargets(*window().contentItem());
+    }
+    tap(find("presetPicker"));
+    expectTargets(*find("Podcast").window()->contentItem());
+    EXPECT_GE(find("Podcast").height(), 24);
+    key(Qt::Key_Escape);
+    Q_EMIT scene.model.savePromptRequested();
+    settle();
+    expectTargets(find("savePrompt"));
+    key(Qt::Key_Escape);
+    scene.model.openExtraMenu()->activate(0);
+    settle();
+    expectTargets(find("chooser"));
+}
+
+} // namespace
+
+} // namespace velmora

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 
 namespace velmora {
@@ -64,6 +65,18 @@ public:
     [[nodiscard]] virtual bool isAlive() const = 0;
 };
 
+/// How the blocks come in which every started unit and every open tap exchange their sound.
+struct BlockReport {
+    std::uint32_t frames{}; ///< of the latest block; 0 while there is none
+    /// Blocks that the clock went on without, because somebody was late; so far.
+    std::uint64_t missed{};
+    /// Whether the audio thread goes before other programs; none while that is not known.
+    std::optional<bool> isRealTime{};
+
+    bool operator==(const BlockReport&) const = default;
+};
+
+/// Threads: main. Real-time: no.
 class AudioUnits {
 public:
     virtual ~AudioUnits() = default;
@@ -71,6 +84,11 @@ public:
     /// Null when the platform has no unit to give.
     [[nodiscard]] virtual std::unique_ptr<OutputUnit> makeOutput() = 0;
     [[nodiscard]] virtual std::unique_ptr<InputUnit> makeInput() = 0;
+
+    /// From now on units and taps ask for blocks of at least so many frames, whatever was requested
+    /// for their devices; 0 = as requested. Other programs may want smaller ones, and get them.
+    virtual void askForBlocksOf(std::uint32_t leastFrames) = 0;
+    [[nodiscard]] virtual BlockReport blocks() const = 0;
 };
 
 } // namespace velmora

@@ -118,6 +118,10 @@ public:
         letSoundGoOn();
         return machine_.units.makeInput();
     }
+    void askForBlocksOf(std::uint32_t leastFrames) override {
+        machine_.units.askForBlocksOf(leastFrames);
+    }
+    BlockReport blocks() const override { return machine_.units.blocks(); }
 
 private:
     void letSoundGoOn() {

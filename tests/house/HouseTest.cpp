@@ -14,7 +14,7 @@ const Library glib{"gio/", "glib"};
 const Library json{"nlohmann/"};
 const Library xcb{"xcb/"};
 const Library busGlue{"mixer1_adaptor.h"}; // made from its description
-const Library system{"fcntl.h", "spawn.h", "sys/", "unistd.h"};
+const Library system{"fcntl.h", "sched.h", "spawn.h", "sys/", "unistd.h"};
 const Library threads{"pthread.h"};
 const Library processor{"immintrin.h"};
 const Library sanitizer{"sanitizer/"};

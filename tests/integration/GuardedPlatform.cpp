@@ -69,6 +69,8 @@ public:
     std::unique_ptr<InputUnit> makeInput() override {
         return std::make_unique<GuardedInput>(real_.makeInput());
     }
+    void askForBlocksOf(std::uint32_t leastFrames) override { real_.askForBlocksOf(leastFrames); }
+    BlockReport blocks() const override { return real_.blocks(); }
 
 private:
     AudioUnits& real_;

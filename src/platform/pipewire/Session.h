@@ -91,6 +91,10 @@ public:
         return Part::open(*std::move(node), std::forward<Arguments>(arguments)...);
     }
 
+    /// See `AudioUnits`.
+    void askForBlocksOf(std::uint32_t leastFrames) { mixNodes_.askForAtLeast(leastFrames); }
+    [[nodiscard]] BlockReport blocks() const { return mixNodes_.blocks(); }
+
     /// Keeps a part connected; one whose node is dead is not.
     [[nodiscard]] RouteId addRoute(PartRoute route);
     /// Takes the links away; then the ports can serve another part of `node`.

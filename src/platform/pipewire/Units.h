@@ -13,6 +13,10 @@ public:
 
     [[nodiscard]] std::unique_ptr<OutputUnit> makeOutput() override;
     [[nodiscard]] std::unique_ptr<InputUnit> makeInput() override;
+    void askForBlocksOf(std::uint32_t leastFrames) override {
+        session_.askForBlocksOf(leastFrames);
+    }
+    [[nodiscard]] BlockReport blocks() const override { return session_.blocks(); }
 
 private:
     Session& session_;

@@ -226,4 +226,17 @@ std::unique_ptr<InputUnit> SimulatedAudioUnits::makeInput() {
     return makeUnit<SimulatedInputUnit>(graph_, Operation::makeInput);
 }
 
+void SimulatedAudioUnits::askForBlocksOf(std::uint32_t leastFrames) {
+    const std::scoped_lock guard(graph_->mutex);
+    graph_->leastFrames = leastFrames;
+}
+
+BlockReport SimulatedAudioUnits::blocks() const {
+    const std::scoped_lock guard(graph_->mutex);
+    const bool isCalled = graph_->isAnythingStarted();
+    return {.frames = isCalled ? static_cast<std::uint32_t>(graph_->nextBlockFrames()) : 0,
+            .missed = graph_->missedCycles,
+            .isRealTime = isCalled ? std::optional(graph_->isRealTime) : std::nullopt};
+}
+
 } // namespace velmora

@@ -14,6 +14,8 @@ public:
 
     [[nodiscard]] std::unique_ptr<OutputUnit> makeOutput() override;
     [[nodiscard]] std::unique_ptr<InputUnit> makeInput() override;
+    void askForBlocksOf(std::uint32_t leastFrames) override;
+    [[nodiscard]] BlockReport blocks() const override;
 
 private:
     std::shared_ptr<SoundGraph> graph_;

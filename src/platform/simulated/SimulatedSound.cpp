@@ -235,12 +235,22 @@ void SimulatedSound::setClockSkew(AudioObjectID device, double ppm) {
 
 void SimulatedSound::setBlockFrames(std::int64_t frames) {
     const Guard guard(graph_->mutex);
-    graph_->blockFrames = frames;
+    graph_->wantedFrames = frames;
 }
 
 std::int64_t SimulatedSound::blockFrames() const {
     const Guard guard(graph_->mutex);
-    return graph_->blockFrames;
+    return graph_->nextBlockFrames();
+}
+
+std::uint32_t SimulatedSound::leastBlockFrames() const {
+    const Guard guard(graph_->mutex);
+    return static_cast<std::uint32_t>(graph_->leastFrames);
+}
+
+void SimulatedSound::setRealTime(bool isRealTime) {
+    const Guard guard(graph_->mutex);
+    graph_->isRealTime = isRealTime;
 }
 
 void SimulatedSound::setRate(double rateHz) {
@@ -254,7 +264,7 @@ void SimulatedSound::setRate(double rateHz) {
 
 std::chrono::nanoseconds SimulatedSound::cyclePeriod() const {
     const Guard guard(graph_->mutex);
-    const std::chrono::duration<double> period{static_cast<double>(graph_->blockFrames) /
+    const std::chrono::duration<double> period{static_cast<double>(graph_->nextBlockFrames()) /
                                                graph_->rateHz};
     return std::chrono::round<std::chrono::nanoseconds>(period);
 }

@@ -127,7 +127,7 @@ public:
     /// For the next `cycles` cycles no output runs.
     void skipOutputs(std::int64_t cycles);
     /// For the next `cycles` cycles neither captures nor outputs run, as if the process were
-    /// stopped; devices and applications go on.
+    /// stopped; devices and applications go on. Each of them was missed.
     void standStill(std::int64_t cycles);
     /// From now on the device is faster than the machine's clock by so many millionths. Taps of
     /// applications run with the default output.
@@ -135,9 +135,14 @@ public:
 
     // -- the cycle --
 
-    /// Frames per block, from the next cycle on. 128 at the start.
+    /// Frames per block, from the next cycle on, whatever units and taps ask for. Before that it is
+    /// what they ask for, 128 at the least.
     void setBlockFrames(std::int64_t frames);
     [[nodiscard]] std::int64_t blockFrames() const;
+    /// What units and taps ask for at the least.
+    [[nodiscard]] std::uint32_t leastBlockFrames() const;
+    /// Whether the machine's audio thread goes before other programs. It does at the start.
+    void setRealTime(bool isRealTime);
     /// Of cycles, taps and the devices that are there. 48 kHz at the start.
     void setRate(double rateHz);
     /// How long one cycle lasts.

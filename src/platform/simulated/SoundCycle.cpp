@@ -34,12 +34,15 @@ channelOf(const Waveform& signal, std::size_t channel, std::int64_t first, std::
 } // namespace
 
 void SoundGraph::runCycle() {
+    blockFrames = nextBlockFrames();
     for (DeviceState& item : devices) {
         item.clock.beginCycle(blockFrames);
         item.playing = silentBlock(item.channels(Scope::output), item.clock.blocks() * blockFrames);
     }
     if (standstillCycles == 0) {
         runCallbacks();
+    } else if (isAnythingStarted()) {
+        ++missedCycles;
     }
     playApplications();
     keepHeard();

@@ -47,6 +47,17 @@ std::optional<DeviceVolume> DeviceState::recordingVolume() const {
     return isVirtualSource ? std::optional(volume) : std::nullopt;
 }
 
+bool SoundGraph::isAnythingStarted() const {
+    const auto isStarted = [](const auto* one) { return one->startedAs != 0; };
+    return std::ranges::any_of(taps, isStarted) || std::ranges::any_of(outputUnits, isStarted) ||
+           std::ranges::any_of(inputUnits, isStarted);
+}
+
+std::int64_t SoundGraph::nextBlockFrames() const {
+    constexpr std::int64_t usual = 128;
+    return wantedFrames.value_or(isAnythingStarted() ? std::max(usual, leastFrames) : usual);
+}
+
 void SoundGraph::loseService() {
     isAvailable = false;
     processes.clear();

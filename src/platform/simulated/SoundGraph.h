@@ -125,7 +125,11 @@ struct SoundGraph {
     std::int64_t delayedCaptureCycles{};
     std::int64_t skippedOutputCycles{};
     std::int64_t standstillCycles{};
-    std::int64_t blockFrames{128};
+    std::int64_t blockFrames{128};            ///< of the cycle under way
+    std::optional<std::int64_t> wantedFrames; ///< by somebody else, whatever we ask for
+    std::int64_t leastFrames{};               ///< asked for by our units
+    std::uint64_t missedCycles{};
+    bool isRealTime{true};
     double rateHz{48000.0};
     std::int64_t frame{}; ///< frames since the first cycle
     std::function<void()> callbackEntered;
@@ -148,6 +152,9 @@ struct SoundGraph {
     /// It becomes a device for everybody, last in the list.
     AudioObjectID makeSink(const PublicSink& sink);
     bool removeSink(AudioObjectID id);
+
+    [[nodiscard]] bool isAnythingStarted() const;
+    [[nodiscard]] std::int64_t nextBlockFrames() const;
 
     /// Ends every tap, every unit that has a device and every application's connection for good.
     void loseService();

@@ -255,7 +255,41 @@ TYPED_TEST_P(AudioUnitsContract, AreDeadForGoodOnceTheServiceWent) {
     EXPECT_TRUE(next->isAlive());
 }
 
+TYPED_TEST_P(AudioUnitsContract, AsksForBlocksOfAtLeastSoManyFrames) {
+    const AudioObjectID device = this->make(this->interface4);
+    AudioUnits& units = this->rig.units();
+    EXPECT_EQ(units.blocks().frames, 0U);
+    EXPECT_EQ(units.blocks().isRealTime, std::nullopt);
+    auto unit = this->outputOn(device);
+    ASSERT_EQ(unit->start(this->tones(440, 1000, -20)), statusOk);
+    const auto haveFrames = [&](std::uint32_t frames) {
+        return this->rig.wait([&] { return units.blocks().frames == frames; });
+    };
+    EXPECT_TRUE(haveFrames(128));
+
+    units.askForBlocksOf(1024);
+    EXPECT_TRUE(haveFrames(1024));
+    units.askForBlocksOf(0);
+    EXPECT_TRUE(haveFrames(128));
+
+    EXPECT_NE(units.blocks().isRealTime, std::nullopt);
+    unit.reset();
+    EXPECT_TRUE(haveFrames(0));
+}
+
+TYPED_TEST_P(AudioUnitsContract, AsksForThemOnceAUnitStarts) {
+    const AudioObjectID device = this->make(this->interface4);
+    this->rig.units().askForBlocksOf(512);
+    auto unit = this->outputOn(device);
+
+    ASSERT_EQ(unit->start(this->tones(440, 1000, -20)), statusOk);
+
+    EXPECT_TRUE(this->rig.wait([&] { return this->rig.units().blocks().frames == 512; }));
+}
+
 REGISTER_TYPED_TEST_SUITE_P(AudioUnitsContract,
+                            AsksForBlocksOfAtLeastSoManyFrames,
+                            AsksForThemOnceAUnitStarts,
                             PlaysAPairIntoADevicesFirstTwoChannels,
                             PlaysIntoTheChannelsOfItsMap,
                             CallsAnOutputNoMoreOnceItStopped,

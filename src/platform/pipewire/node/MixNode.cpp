@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <new>
+#include <utility>
 
 /// From PipeWire 1.1 on; null where the library at hand is older.
 extern "C" __attribute__((weak)) pw_loop* pw_filter_get_data_loop(pw_filter* filter);
@@ -31,7 +33,20 @@ pw_loop* dataLoop(pw_filter* filter, pw_context* context) {
                : pw_data_loop_get_loop(pw_context_get_data_loop(context));
 }
 
-Properties nodeProperties(const MixNode::Setup& setup) {
+/// What a clock says of itself; only later versions of PipeWire tell what it lost.
+template <typename Clock>
+Cycle cycleOf(const Clock& clock) {
+    Cycle cycle{.clock = clock.id,
+                .position = clock.position,
+                .frames = static_cast<std::uint32_t>(clock.duration),
+                .rateHz = clock.rate.denom};
+    if constexpr (requires { clock.xrun; }) {
+        cycle.clockLost = clock.xrun;
+    }
+    return cycle;
+}
+
+Properties nodeProperties(const MixNode::Setup& setup, const std::string& latency) {
     return {
         {PW_KEY_NODE_NAME, setup.name},
         {PW_KEY_NODE_DESCRIPTION, "Velmora Mix"},
@@ -40,7 +55,7 @@ Properties nodeProperties(const MixNode::Setup& setup) {
         {PW_KEY_MEDIA_ROLE, "DSP"},
         // Nobody but us links this node.
         {PW_KEY_NODE_AUTOCONNECT, "false"},
-        {PW_KEY_NODE_LATENCY, fraction(setup.blockFrames, setup.rateHz)},
+        {PW_KEY_NODE_LATENCY, latency},
         {"node.max-latency", fraction(largestBacklogFrames, setup.rateHz)},
         // Called on while nothing is linked to it.
         {PW_KEY_NODE_GROUP, "velmora"},
@@ -51,7 +66,9 @@ Properties nodeProperties(const MixNode::Setup& setup) {
 } // namespace
 
 MixNode::MixNode(const Setup& setup)
-    : callsPause_(callsExpectedWithin), name_(setup.name), died_(setup.died), loop_("velmora-mix") {
+    : blockSeconds_(setup.blockFrames / setup.rateHz), rateHz_(setup.rateHz),
+      leastFrames_(setup.leastFrames), callsPause_(callsExpectedWithin), name_(setup.name),
+      died_(setup.died), loop_("velmora-mix") {
 }
 
 StatusOr<std::shared_ptr<MixNode>> MixNode::open(const Setup& setup) {
@@ -78,7 +95,6 @@ MixNode::~MixNode() {
 }
 
 Status MixNode::start(const Setup& setup) {
-    blockSeconds_ = setup.blockFrames / setup.rateHz;
     context_ = makeRealtimeContext(loop_.get());
     if (!context_) {
         return -(errno == 0 ? EIO : errno);
@@ -112,8 +128,10 @@ Status MixNode::connect(const Setup& setup) {
 
     core_.reset(pw_context_connect(context_.get(), nullptr, 0));
     if (core_) {
-        filter_.reset(pw_filter_new(
-            core_.get(), setup.name.c_str(), makeProperties(nodeProperties(setup)).release()));
+        filter_.reset(
+            pw_filter_new(core_.get(),
+                          setup.name.c_str(),
+                          makeProperties(nodeProperties(setup, wishedLatency())).release()));
     }
     if (!filter_) {
         return -(errno == 0 ? EIO : errno);
@@ -127,13 +145,34 @@ Status MixNode::connect(const Setup& setup) {
     return std::min(status, statusOk);
 }
 
+std::string MixNode::wishedLatency() const {
+    const auto wished = std::llround(blockSeconds_ * rateHz_);
+    return fraction(std::max<std::int64_t>(wished, leastFrames_), rateHz_);
+}
+
+void MixNode::tellWish() {
+    const auto wish = makeProperties({{PW_KEY_NODE_LATENCY, wishedLatency()}});
+    pw_filter_update_properties(filter_.get(), nullptr, &wish->dict);
+}
+
 void MixNode::askForBlocksOf(std::uint32_t frames, double rateHz) {
     const Loop::Lock lock(loop_);
     if (frames / rateHz < blockSeconds_) {
         blockSeconds_ = frames / rateHz;
-        const auto wish = makeProperties({{PW_KEY_NODE_LATENCY, fraction(frames, rateHz)}});
-        pw_filter_update_properties(filter_.get(), nullptr, &wish->dict);
+        rateHz_ = rateHz;
+        tellWish();
     }
+}
+
+void MixNode::askForAtLeast(std::uint32_t frames) {
+    const Loop::Lock lock(loop_);
+    if (std::exchange(leastFrames_, frames) != frames) {
+        tellWish();
+    }
+}
+
+std::optional<bool> MixNode::isRealTime() const {
+    return pipewire::isRealTime(callingThread_.load(std::memory_order_relaxed));
 }
 
 void MixNode::portsAreClear(std::vector<std::string> names) {
@@ -193,6 +232,8 @@ void MixNode::betweenCalls(Change change) {
 
 void MixNode::onState(pw_filter_state state) {
     if (state == PW_FILTER_STATE_STREAMING) {
+        life_->cycles().restart();
+        betweenCalls([this] { callingThread_.store(currentThread(), std::memory_order_relaxed); });
         callsSeen_ = calls_.load(std::memory_order_relaxed);
         watchdog_->start(callsPause_.next());
     } else if (state <= PW_FILTER_STATE_UNCONNECTED) {
@@ -217,23 +258,43 @@ void MixNode::onProcess(const spa_io_position* position) noexcept {
         return;
     }
     flushDenormals();
-    life_->setRate(position->clock.rate.denom);
-    const auto frames = static_cast<std::uint32_t>(position->clock.duration);
+    const Cycle cycle = cycleOf(position->clock);
+    life_->cycles().begin(cycle);
     for (const MixPart* const part : parts_) {
-        part->handler_.process(*part, frames);
+        part->handler_.process(*part, cycle.frames);
     }
 }
 
-StatusOr<std::shared_ptr<MixNode>> MixNodes::take(const MixNode::Setup& setup) {
+StatusOr<std::shared_ptr<MixNode>> MixNodes::take(MixNode::Setup setup) {
     if (auto node = latest_.lock(); node && node->life()->isAlive()) {
         node->askForBlocksOf(setup.blockFrames, setup.rateHz);
         return node;
     }
+    setup.leastFrames = leastFrames_;
     auto opened = MixNode::open(setup);
     if (opened) {
+        missedBefore_ = blocks().missed;
         latest_ = *opened;
+        latestLife_ = (*opened)->life();
     }
     return opened;
+}
+
+void MixNodes::askForAtLeast(std::uint32_t frames) {
+    leastFrames_ = frames;
+    if (const auto node = latest_.lock()) {
+        node->askForAtLeast(frames);
+    }
+}
+
+BlockReport MixNodes::blocks() const {
+    BlockReport report{.missed =
+                           missedBefore_ + (latestLife_ ? latestLife_->cycles().missed() : 0)};
+    if (const auto node = latest_.lock(); node && node->life()->isAlive()) {
+        report.frames = latestLife_->cycles().frames();
+        report.isRealTime = node->isRealTime();
+    }
+    return report;
 }
 
 } // namespace velmora::pipewire

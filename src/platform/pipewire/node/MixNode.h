@@ -1,10 +1,12 @@
 // MixNode.h: the one node of ours that everything passes through.
 #pragma once
 
+#include "platform/AudioUnits.h"
 #include "platform/GrowingPause.h"
 #include "platform/Status.h"
 #include "platform/pipewire/daemon/Handles.h"
 #include "platform/pipewire/daemon/Loop.h"
+#include "platform/pipewire/daemon/ThreadRights.h"
 #include "platform/pipewire/node/NodeLife.h"
 #include "platform/pipewire/node/NodePorts.h"
 
@@ -13,6 +15,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,7 +38,8 @@ public:
         std::string name;            ///< `node.name`, never used before
         std::uint32_t blockFrames{}; ///< wanted frames per cycle, at `rateHz`
         double rateHz{};
-        std::function<void()> died; ///< called on the node's own thread, which must not wait
+        std::uint32_t leastFrames{}; ///< see `askForAtLeast`
+        std::function<void()> died;  ///< called on the node's own thread, which must not wait
     };
 
     /// Errors: the status when the client configuration cannot be loaded, no daemon answers or
@@ -50,6 +54,10 @@ public:
     [[nodiscard]] const std::shared_ptr<NodeLife>& life() const { return life_; }
     /// The smallest wish so far counts.
     void askForBlocksOf(std::uint32_t frames, double rateHz);
+    /// Smaller blocks than this are not asked for, whatever was wished.
+    void askForAtLeast(std::uint32_t frames);
+    /// Whether its real-time thread has the priority of one; none before its first cycle.
+    [[nodiscard]] std::optional<bool> isRealTime() const;
     /// The daemon has no link to or from these ports any more; they serve again when it has told
     /// this node so too. Threads: any.
     void portsAreClear(std::vector<std::string> names);
@@ -64,6 +72,8 @@ private:
     void onProcess(const spa_io_position* position) noexcept;
     void onDone(int sequence);
     void checkCalls();
+    [[nodiscard]] std::string wishedLatency() const;
+    void tellWish();
 
     // For the parts. Threads: any, with the node's lock.
     /// Null when there is no memory.
@@ -78,7 +88,10 @@ private:
 
     std::atomic<std::uint64_t> calls_{0}; // written by the real-time thread
     std::vector<MixPart*> parts_;         // captures first; written between calls only
-    double blockSeconds_ = 0;             // asked for
+    double blockSeconds_;                 // the smallest wish
+    double rateHz_;                       // of that wish
+    std::uint32_t leastFrames_;
+    std::atomic<ThreadId> callingThread_{0};
     std::uint64_t callsSeen_ = 0;
     GrowingPause callsPause_;
     std::string name_;
@@ -102,10 +115,17 @@ private:
 class MixNodes {
 public:
     /// Errors: as `MixNode::open`.
-    [[nodiscard]] StatusOr<std::shared_ptr<MixNode>> take(const MixNode::Setup& setup);
+    [[nodiscard]] StatusOr<std::shared_ptr<MixNode>> take(MixNode::Setup setup);
+    /// Of the node that is there, and of those to come; see `MixNode::askForAtLeast`.
+    void askForAtLeast(std::uint32_t frames);
+    /// Of the node that is there; what was missed, of all so far.
+    [[nodiscard]] BlockReport blocks() const;
 
 private:
     std::weak_ptr<MixNode> latest_;
+    std::shared_ptr<NodeLife> latestLife_; // also once it has gone
+    std::uint64_t missedBefore_ = 0;       // by the nodes before
+    std::uint32_t leastFrames_ = 0;
 };
 
 } // namespace velmora::pipewire

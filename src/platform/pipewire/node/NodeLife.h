@@ -1,6 +1,8 @@
 // NodeLife.h: what a node of ours tells about itself.
 #pragma once
 
+#include "platform/pipewire/node/CycleCount.h"
+
 #include <atomic>
 #include <cstdint>
 
@@ -20,26 +22,20 @@ public:
         auto expected = Stage::alive;
         stage_.compare_exchange_strong(expected, Stage::dead, std::memory_order_relaxed);
     }
-    /// Hz, of the latest cycle; 0 before the first.
-    [[nodiscard]] std::uint32_t rateHz() const noexcept {
-        return rateHz_.load(std::memory_order_relaxed);
-    }
-    /// Threads: the node's real-time thread.
-    void setRate(std::uint32_t hz) noexcept { rateHz_.store(hz, std::memory_order_relaxed); }
+    [[nodiscard]] CycleCount& cycles() noexcept { return cycles_; }
 
     /// We close it ourselves.
     void close() noexcept { stage_.store(Stage::closed, std::memory_order_relaxed); }
 
 private:
     enum class Stage { alive, dead, closed };
-    static_assert(std::atomic<Stage>::is_always_lock_free &&
-                  std::atomic<std::uint32_t>::is_always_lock_free);
+    static_assert(std::atomic<Stage>::is_always_lock_free);
 
     [[nodiscard]] Stage stage() const noexcept { return stage_.load(std::memory_order_relaxed); }
 
-    // Neither says anything about other memory, hence relaxed.
+    // Says nothing about other memory, hence relaxed.
     std::atomic<Stage> stage_{Stage::alive};
-    std::atomic<std::uint32_t> rateHz_{0};
+    CycleCount cycles_;
 };
 
 } // namespace velmora::pipewire

@@ -54,7 +54,7 @@ void NodeWatch::measure() {
         return;
     }
     const double before = rate_.hz();
-    rate_.measure(life_->rateHz());
+    rate_.measure(life_->cycles().rateHz());
     if (rate_.hz() != before) {
         rateChanged_();
     }

@@ -66,6 +66,8 @@ public:
     [[nodiscard]] bool isAnothers(const AudioSource& source) const {
         return kept_.isAnothers(source);
     }
+    /// How sound comes while the mix runs.
+    [[nodiscard]] const BlockStatus& blocks() const { return keeper_.blocks().status(); }
 
     /// What is wrong now: what a recall could not find, what could not be launched, what the mix
     /// lacks, and whether the audio service is away.

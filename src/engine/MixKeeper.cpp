@@ -23,13 +23,15 @@ constexpr auto longestPause = 5000ms;
 constexpr auto settlingTime = 1000ms;
 constexpr int ticksPerSecond = 30;
 constexpr std::chrono::nanoseconds meterPeriod = std::chrono::nanoseconds(1s) / ticksPerSecond;
-constexpr int ticksOfYouth = ticksPerSecond; // one second
+constexpr std::int64_t ticksOfYouth = ticksPerSecond; // one second
+/// As often as blocks that were missed may wait to be answered: no wake-ups of its own.
+constexpr int ticksPerLook = 8;
 
 } // namespace
 
 MixKeeper::MixKeeper(const Platform& platform, const MixSettings& settings)
-    : platform_(platform), settings_(settings), wasAway_(!platform.devices.isAvailable()),
-      pause_(shortestPause, longestPause),
+    : platform_(platform), settings_(settings), blocks_(platform.units),
+      wasAway_(!platform.devices.isAvailable()), pause_(shortestPause, longestPause),
       deviceConnection_(platform.devices.changed().connect([this] { onChange(); })),
       defaultOutputConnection_(
           platform.devices.defaultOutputChanged().connect([this] { onDefaultOutputChange(); })) {
@@ -47,7 +49,8 @@ MixKeeper::Published MixKeeper::published() const {
             .problems = problems_,
             .meters = meters_,
             .isStreamLimited = isStreamLimited(),
-            .isMonitorLimited = isMonitorLimited()};
+            .isMonitorLimited = isMonitorLimited(),
+            .blocks = blocks_.status()};
 }
 
 /// Does the work and tells observers when it changed something.
@@ -216,10 +219,13 @@ void MixKeeper::build() {
             mix_ = std::make_unique<RunningMix>(platform_, settings_);
             ticks_ = 0;
             meterTimer_ = platform_.mainQueue.every(meterPeriod, [this] { tick(); });
+            blocks_.begin();
         }
         mix_->takeDefaultOutput();
         followMonitor();
         problems_ = mix_->takeSources(sources_);
+        isRecorded_ = mix_->isRecorded();
+        blocks_.setHeard(isHeard());
     } catch (const std::exception& error) {
         drop();
         problems_ = {problemOf(error)};
@@ -227,16 +233,26 @@ void MixKeeper::build() {
 }
 
 void MixKeeper::tick() {
-    ticks_ = std::min(ticks_ + 1, ticksOfYouth);
+    const BlockStatus blocks = blocks_.status();
+    ++ticks_;
+    if (ticks_ % ticksPerLook == 0) {
+        blocks_.setHeard(isHeard());
+        blocks_.look(ticksPerLook * std::chrono::floor<std::chrono::milliseconds>(meterPeriod));
+    }
     const bool haveLevelsChanged = meters_.tick(mix_->captures());
     const bool hasStreamLampChanged = streamLamp_.tick(mix_->streamLimiterGain());
     const bool hasMonitorLampChanged = monitorLamp_.tick(mix_->monitorLimiterGain());
     ticked_.emit();
-    if (hasStreamLampChanged || hasMonitorLampChanged) {
+    if (hasStreamLampChanged || hasMonitorLampChanged || blocks_.status() != blocks) {
         changed_.emit();
     } else if (haveLevelsChanged) {
         levelsMoved_.emit();
     }
+}
+
+/// Where it cannot be known, somebody may listen.
+bool MixKeeper::isHeard() const {
+    return isRecorded_ || (mix_->monitorTarget() && settings_.kept.headphoneVolume() > 0.0F);
 }
 
 void MixKeeper::followMonitor() {
@@ -259,6 +275,7 @@ void MixKeeper::followLevels() {
 
 void MixKeeper::drop() {
     meterTimer_.reset();
+    blocks_.end();
     mix_.reset();
     streamLamp_ = {};
     monitorLamp_ = {};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/AudioSource.h"
+#include "engine/BlockKeeper.h"
 #include "engine/LimiterLamp.h"
 #include "engine/MeterBank.h"
 #include "engine/MixOutput.h"
@@ -13,6 +14,7 @@
 #include "platform/Signal.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -56,6 +58,7 @@ public:
     [[nodiscard]] const MeterBank& meters() const { return meters_; }
     [[nodiscard]] bool isStreamLimited() const { return streamLamp_.isLit(); }
     [[nodiscard]] bool isMonitorLimited() const { return monitorLamp_.isLit(); }
+    [[nodiscard]] const BlockKeeper& blocks() const { return blocks_; }
     /// Null while there is none.
     [[nodiscard]] RunningMix* mix() const { return mix_.get(); }
 
@@ -85,6 +88,7 @@ private:
         MeterBank meters;
         bool isStreamLimited{};
         bool isMonitorLimited{};
+        BlockStatus blocks;
 
         bool operator==(const Published&) const = default;
     };
@@ -99,6 +103,7 @@ private:
     void step();
     void build();
     void tick();
+    [[nodiscard]] bool isHeard() const;
     void followMonitor();
     void followLevels();
     void drop();
@@ -121,6 +126,7 @@ private:
     MeterBank meters_;
     LimiterLamp streamLamp_;
     LimiterLamp monitorLamp_;
+    BlockKeeper blocks_;
     std::unique_ptr<RunningMix> mix_;
 
     /// Where the second copy may play although another device is chosen: the user saw to it.
@@ -128,7 +134,8 @@ private:
     std::optional<Problem> monitorProblem_; ///< never told
     bool wasAway_ = false;                  ///< when the last step looked
     GrowingPause pause_;                    ///< before the next retry
-    int ticks_ = 0;                         ///< of the meters since the mix was built
+    bool isRecorded_ = true; ///< somebody records the microphone, as of the last step
+    std::int64_t ticks_ = 0; ///< of the meters since the mix was built
 
     std::unique_ptr<MainQueue::Timer> meterTimer_;
     std::unique_ptr<MainQueue::Timer> restart_; ///< after a change of the default output

@@ -26,6 +26,8 @@ class RemoteMixer : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_PROPERTY(bool Running READ running)
     Q_PROPERTY(bool Bypassed READ bypassed)
+    Q_PROPERTY(uint BlockFrames READ blockFrames)
+    Q_PROPERTY(uint MissedBlocks READ missedBlocks)
     Q_PROPERTY(double MicrophoneDb READ microphoneDb)
     Q_PROPERTY(bool MicrophoneClosed READ microphoneClosed)
     Q_PROPERTY(double HeadphonesDb READ headphonesDb)
@@ -79,6 +81,8 @@ public:
 
     [[nodiscard]] bool running() const { return state_.isRunning; }
     [[nodiscard]] bool bypassed() const { return state_.isBypassed; }
+    [[nodiscard]] uint blockFrames() const { return state_.blocks.frames; }
+    [[nodiscard]] uint missedBlocks() const { return state_.blocks.missedLastMinute; }
     [[nodiscard]] double microphoneDb() const;
     [[nodiscard]] bool microphoneClosed() const { return state_.isMicrophoneClosed; }
     [[nodiscard]] double headphonesDb() const;

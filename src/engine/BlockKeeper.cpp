@@ -23,7 +23,7 @@ void BlockKeeper::begin() {
 void BlockKeeper::end() {
     missed_.fill(0);
     sinceSecond_ = {};
-    status_ = {};
+    status_ = {.lacksRights = status_.lacksRights};
 }
 
 void BlockKeeper::setHeard(bool isHeard) {
@@ -59,10 +59,11 @@ void BlockKeeper::ask() {
 }
 
 void BlockKeeper::followRights(const std::optional<bool>& isRealTime) {
-    const bool lackedRights = std::exchange(lacksRights_, !isRealTime.value_or(!lacksRights_));
-    if (lacksRights_ && !lackedRights) {
+    const bool lacksRights = isRealTime ? !*isRealTime : status_.lacksRights;
+    if (lacksRights && !std::exchange(status_.lacksRights, lacksRights)) {
         size_.beginAtLargest();
     }
+    status_.lacksRights = lacksRights;
 }
 
 void BlockKeeper::keepMissed(std::uint32_t missed, BlockSize::Time passed) {

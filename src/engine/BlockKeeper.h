@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/BlockSize.h"
+#include "engine/BlockStatus.h"
 #include "platform/AudioUnits.h"
 
 #include <array>
@@ -11,14 +12,6 @@
 #include <optional>
 
 namespace velmora {
-
-/// How sound comes at this moment.
-struct BlockStatus {
-    std::uint32_t frames{};           ///< of a block; 0 while no mix runs
-    std::uint32_t missedLastMinute{}; ///< blocks
-
-    bool operator==(const BlockStatus&) const = default;
-};
 
 /// Short blocks while somebody listens, as short as the machine holds them; the longest while
 /// nobody does, because each block wakes everyone whose sound is in the mix.
@@ -37,8 +30,6 @@ public:
     void look(BlockSize::Time passed);
 
     [[nodiscard]] const BlockStatus& status() const { return status_; }
-    /// Whether it is known that the machine gives our audio thread no priority.
-    [[nodiscard]] bool lacksRights() const { return lacksRights_; }
 
 private:
     void ask();
@@ -50,7 +41,6 @@ private:
     std::uint32_t asked_ = BlockSize::smallest;
     bool isHeard_ = true;
     BlockSize::Time unheard_{};
-    bool lacksRights_ = false;
     std::uint64_t missedBefore_ = 0;
     std::array<std::uint32_t, 60> missed_{}; ///< in each second of the last minute
     std::size_t second_ = 0;                 ///< the one under way

@@ -57,6 +57,8 @@ std::string stateJson(const MixerState& state) {
     microphone["closed"] = state.isMicrophoneClosed;
     return text({{"running", state.isRunning},
                  {"bypassed", state.isBypassed},
+                 {"blockFrames", state.blocks.frames},
+                 {"missedBlocks", state.blocks.missedLastMinute},
                  {"microphone", microphone},
                  {"headphones", fader(state.headphones)},
                  {"monitor", state.monitor},

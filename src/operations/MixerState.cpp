@@ -35,6 +35,7 @@ MixerState stateOf(const MixerParts& parts) {
     const AudioEngine& engine = parts.engine;
     MixerState state{.isRunning = engine.isRunning(),
                      .isBypassed = engine.fxBypassed(),
+                     .blocks = engine.blocks(),
                      .microphone = engine.streamVolume(),
                      .isMicrophoneClosed = engine.isMicrophoneClosed(),
                      .headphones = engine.headphoneVolume(),

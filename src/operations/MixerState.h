@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effects/FXParams.h"
+#include "engine/BlockStatus.h"
 #include "operations/MixerParts.h"
 
 #include <optional>
@@ -27,6 +28,7 @@ struct SourceState {
 struct MixerState {
     bool isRunning{};
     bool isBypassed{};
+    BlockStatus blocks{};
     float microphone{};        ///< linear
     bool isMicrophoneClosed{}; ///< by push to talk
     float headphones{};        ///< linear

@@ -1,5 +1,6 @@
 #include "operations/MixerText.h"
 
+#include "engine/Sentence.h"
 #include "operations/EffectWords.h"
 #include "operations/MuteToggle.h"
 #include "operations/Numbers.h"
@@ -70,6 +71,9 @@ std::string stateText(const MixerState& state, const AppSettings& settings) {
     std::string text = runningLine(state, settings) + '\n' + microphoneLine(state, settings) +
                        '\n' + faderLine("Casque", state.headphones, settings) + '\n' +
                        monitorLine(state, settings) + '\n' + presetLine(state) + '\n';
+    if (const std::string blocks = blocksText(state.blocks, settings); !blocks.empty()) {
+        text += blocks + '\n';
+    }
     if (state.isBypassed) {
         text += bypassLine(state, settings) + '\n';
     }
@@ -78,6 +82,15 @@ std::string stateText(const MixerState& state, const AppSettings& settings) {
         text += "! " + problem + '\n';
     }
     return text;
+}
+
+std::string blocksText(const BlockStatus& blocks, const AppSettings& settings) {
+    if (blocks.frames == 0) {
+        return {};
+    }
+    return filled(settings.t("Blocs de {frames} échantillons, {missed} manqués en une minute"),
+                  {{"{frames}", std::to_string(blocks.frames)},
+                   {"{missed}", std::to_string(blocks.missedLastMinute)}});
 }
 
 std::string sourcesText(const MixerState& state, const AppSettings& settings) {

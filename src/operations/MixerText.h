@@ -29,6 +29,9 @@ class AppSettings;
 [[nodiscard]] std::string levelsText(const MixerState& state,
                                      const std::map<std::string, float>& levels);
 
+/// How sound comes, as one line without line break; empty while the mix is stopped.
+[[nodiscard]] std::string blocksText(const BlockStatus& blocks, const AppSettings& settings);
+
 /// A line, without line break, for everything that differs.
 [[nodiscard]] std::vector<std::string>
 changeLines(const MixerState& before, const MixerState& after, const AppSettings& settings);

@@ -226,6 +226,8 @@ constexpr auto texts = std::to_array<TextPair>({
     {"Arrêté", "Stopped"},
     {"Casque", "Headphones"},
     {"Micro virtuel", "Virtual microphone"},
+    {"Blocs de {frames} échantillons, {missed} manqués en une minute",
+     "Blocks of {frames} samples, {missed} missed in a minute"},
 });
 
 } // namespace

@@ -369,7 +369,7 @@ TEST_F(CommandsTest, StatusIsDescribedByItsMembers) {
     engine.setDirectMuted(true, player);
 
     const Json expected = Json::parse(R"({
-        "running": false, "bypassed": false,
+        "running": false, "bypassed": false, "blockFrames": 0, "missedBlocks": 0,
         "microphone": {"db": 0.0, "muted": false, "closed": false}, "headphones": {"db": 0.0, "muted": false},
         "monitor": "", "preset": null, "problems": [],
         "sources": [{"number": 1, "id": "app-org.player-4711", "name": "Player",
@@ -397,6 +397,17 @@ TEST_F(CommandsTest, StatusTellsPresetsThatCouldNotBeRead) {
     EXPECT_THAT(later.run(words).output, HasSubstr("! Some saved presets cannot be read."));
     unread.markSetAsideTold();
     EXPECT_THAT(later.run(words).output, Not(HasSubstr("!")));
+}
+
+TEST_F(CommandsTest, StatusSaysHowSoundComesWhileTheMixRuns) {
+    engine.replaceSources({player});
+    engine.start();
+    machine.advance(std::chrono::seconds(1));
+
+    EXPECT_THAT(command("status").output,
+                HasSubstr("\nBlocks of 128 samples, 0 missed in a minute\n"));
+    EXPECT_EQ(json("status")["blockFrames"], 128);
+    EXPECT_EQ(json("status")["missedBlocks"], 0);
 }
 
 TEST_F(CommandsTest, StatusReadsInTheUsersLanguage) {

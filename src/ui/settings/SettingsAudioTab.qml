@@ -77,4 +77,15 @@ Column {
             textFormat: Text.PlainText
         }
     }
+    GumText {
+        objectName: "blocksNote"
+        width: parent.width
+        visible: text !== ""
+        horizontalAlignment: Text.AlignHCenter
+        text: root.model.blocks
+        size: 12
+        color: Theme.ink60
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
 }

@@ -3,6 +3,7 @@
 #include "capture/DAWModeManager.h"
 #include "capture/SourceManager.h"
 #include "engine/AudioEngine.h"
+#include "operations/MixerText.h"
 #include "platform/LoginItem.h"
 
 #include <QVariantMap>
@@ -45,11 +46,12 @@ SettingsModel::SettingsModel(const Parts& parts, QObject* parent)
     : QObject(parent), parts_(parts), version_(versionText(parts.version)),
       launchAtLogin_(parts.platform.loginItem.isEnabled()), shortcuts_(parts.keys, parts.settings),
       settingsConnection_(parts.settings.changed().connect([this] { followSettings(); })),
-      engineConnection_(parts.engine.changed().connect([this] { followMonitoring(); })),
+      engineConnection_(parts.engine.changed().connect([this] { followEngine(); })),
       sourcesConnection_(parts.sources.changed().connect([this] { readDevices(); })),
       pluggingConnection_(parts.platform.devices.changed().connect([this] { followPlugging(); })),
       dawConnection_(parts.dawMode.changed().connect([this] { Q_EMIT dawChanged(); })) {
     readDevices();
+    followBlocks();
 }
 
 void SettingsModel::setVisible(bool visible) {
@@ -152,12 +154,26 @@ QString SettingsModel::dawError() const {
 
 void SettingsModel::followSettings() {
     readDevices(); // their entries have texts as well
+    followBlocks();
     Q_EMIT settingsChanged();
     Q_EMIT dawChanged();
 }
 
+/// The engine tells every level; only what is shown here is news.
+void SettingsModel::followEngine() {
+    followMonitoring();
+    followBlocks();
+}
+
+void SettingsModel::followBlocks() {
+    QString now = QString::fromStdString(blocksText(parts_.engine.blocks(), parts_.settings));
+    if (now != blocks_) {
+        blocks_ = std::move(now);
+        Q_EMIT blocksChanged();
+    }
+}
+
 void SettingsModel::followMonitoring() {
-    // The engine tells every level; only another choice is news here.
     if (QString now = monitoring(); now != monitoring_) {
         monitoring_ = std::move(now);
         Q_EMIT monitoringChanged();

@@ -52,6 +52,7 @@ class SettingsModel : public QObject {
     Q_PROPERTY(QString dawInterface READ dawInterface WRITE setDawInterface NOTIFY dawChanged)
     Q_PROPERTY(QString dawError READ dawError NOTIFY dawChanged)
     Q_PROPERTY(velmora::ShortcutsModel* shortcuts READ shortcuts CONSTANT)
+    Q_PROPERTY(QString blocks READ blocks NOTIFY blocksChanged)
 
 public:
     /// All of them outlive the model.
@@ -107,6 +108,8 @@ public:
     [[nodiscard]] QString dawError() const;
 
     [[nodiscard]] ShortcutsModel* shortcuts() { return &shortcuts_; }
+    /// How sound comes, in one line; empty while the mix is stopped.
+    [[nodiscard]] const QString& blocks() const { return blocks_; }
 
 Q_SIGNALS:
     void visibleChanged();
@@ -115,10 +118,13 @@ Q_SIGNALS:
     void devicesChanged();
     void monitoringChanged();
     void dawChanged();
+    void blocksChanged();
 
 private:
     void followSettings();
+    void followEngine();
     void followMonitoring();
+    void followBlocks();
     void followPlugging();
     void readDevices();
 
@@ -131,6 +137,7 @@ private:
     DeviceOptions dawOptions_;
     QString monitoring_; // as last shown
     ShortcutsModel shortcuts_;
+    QString blocks_;
     Signal::Connection settingsConnection_;
     Signal::Connection engineConnection_;
     Signal::Connection sourcesConnection_;

@@ -111,6 +111,28 @@ TEST_F(SettingsModelTest, AnotherLanguageRelabelsTheOptionsAtOnce) {
     EXPECT_THAT(plain(model.dawInterfaceOptions()), Contains(Pair("", "Choose…")));
 }
 
+// -- how sound comes --
+
+TEST_F(SettingsModelTest, ShowsTheBlocksAndWhatIsMissedOfThemInOneLine) {
+    EXPECT_EQ(model.blocks(), "");
+    machine.sound.play(4711, constant(0.25F));
+    engine.add(player);
+    engine.start();
+    machine.advance(std::chrono::seconds(1));
+    EXPECT_EQ(model.blocks(), "Blocs de 128 échantillons, 0 manqués en une minute");
+
+    machine.sound.standStill(2);
+    const int tellings =
+        told(&SettingsModel::blocksChanged, [&] { machine.advance(std::chrono::seconds(1)); });
+    EXPECT_GT(tellings, 0);
+    EXPECT_EQ(model.blocks(), "Blocs de 256 échantillons, 2 manqués en une minute");
+
+    settings.setLanguage("en");
+    EXPECT_EQ(model.blocks(), "Blocks of 256 samples, 2 missed in a minute");
+    engine.stop();
+    EXPECT_EQ(model.blocks(), "");
+}
+
 // -- launch at login --
 
 TEST_F(SettingsModelTest, ShowsWhetherTheLoginItemIsEnabledWhenItIsMade) {

@@ -37,6 +37,12 @@ Form formOf(Kind kind) {
         return {ofSource, "Unité audio indisponible", ""};
     case Kind::outputNotAssigned:
         return {"", "Impossible d'assigner la sortie", withStatus};
+    case Kind::noRealTimeRights:
+        return {"",
+                "Le système ne donne pas la priorité temps réel à Velmora : le son vient en blocs "
+                "plus longs, donc avec un peu plus de retard. Installe rtkit, ou ajoute ton compte "
+                "au groupe « pipewire », puis rouvre ta session.",
+                ""};
     case Kind::pairMissing:
         return {"", "Sorties {pair} indisponibles ({channels} canaux)", ""};
     case Kind::pairNotRouted:

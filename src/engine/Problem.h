@@ -20,6 +20,7 @@ struct Problem {
         noSource,
         noVirtualMic,
         serviceAway,
+        noRealTimeRights,
         // an output
         noUnit, ///< an input's as well
         outputNotAssigned,

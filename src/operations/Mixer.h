@@ -6,6 +6,7 @@
 #include "engine/AudioEngine.h"
 #include "operations/MixerParts.h"
 #include "operations/PushToTalk.h"
+#include "operations/RightsNotice.h"
 #include "operations/ShortcutKeys.h"
 #include "platform/Platform.h"
 #include "presets/PresetRecall.h"
@@ -31,6 +32,7 @@ public:
 private:
     Platform platform_;
     AudioEngine engine_;
+    RightsNotice rights_{engine_, platform_.defaults};
     SourceManager sources_;
     PresetStore presetStore_;
     AppSettings settings_;

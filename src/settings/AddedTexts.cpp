@@ -45,6 +45,12 @@ constexpr auto texts = std::to_array<TextPair>({
 
     // The audio service
     {"Service audio injoignable", "Audio service not reachable"},
+    {"Le système ne donne pas la priorité temps réel à Velmora : le son vient en blocs "
+     "plus longs, donc avec un peu plus de retard. Installe rtkit, ou ajoute ton compte "
+     "au groupe « pipewire », puis rouvre ta session.",
+     "The system gives Velmora no real-time priority: sound comes in longer blocks, and so "
+     "a little later. Install rtkit, or add your account to the group “pipewire”, then log in "
+     "again."},
 
     // Starting the program
     {"Velmora est déjà ouvert.", "Velmora is already open."},

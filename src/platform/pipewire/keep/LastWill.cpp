@@ -160,7 +160,7 @@ bool executeLastWill(const Bequest& list) {
             const Node* const node = graph.node(stream);
             const std::string stored =
                 node == nullptr ? "" : memory.device(*node, RouteMemory::Clock::now());
-            if (giveBack(connection, graph, muted, stored)) {
+            if (giveBack(connection, graph, muted, stored, /*isOrderUnderWay=*/false)) {
                 routes.insert({node->routeKey, stored}); // an entry of the list is newer
             }
         }

@@ -39,7 +39,8 @@ MuteSink::~MuteSink() {
     for (const Sent& sent : sent_) {
         const Node* const stream = tools_.graph.node(sent.muted.stream);
         const std::string stored = stream == nullptr ? "" : tools_.memory.device(*stream, now);
-        if (giveBack(tools_.connection, tools_.graph, sent.muted, stored)) {
+        const bool isOrderUnderWay = sent.askedAt.has_value() && !sent.isGivenUp;
+        if (giveBack(tools_.connection, tools_.graph, sent.muted, stored, isOrderUnderWay)) {
             tools_.remember(stream->routeKey, stored);
         }
     }

@@ -107,10 +107,12 @@ void takeOverTargets(const Graph& graph, MutedStream& muted) {
 bool giveBack(Connection& connection,
               const Graph& graph,
               MutedStream muted,
-              const std::string& stored) {
+              const std::string& stored,
+              bool isOrderUnderWay) {
     const Node* const stream = graph.node(muted.stream);
     const Target object = targetObjectOf(graph, muted.id);
-    if (stream == nullptr || !object || object->value != std::to_string(muted.sink)) {
+    const bool isOurs = object && object->value == std::to_string(muted.sink);
+    if (stream == nullptr || (!isOurs && !isOrderUnderWay)) {
         return false;
     }
     takeOverTargets(graph, muted);

@@ -47,9 +47,14 @@ void takeOverTargets(const Graph& graph, MutedStream& muted);
 
 /// Gives the stream back the target that it had, unless it has gone or somebody has sent it
 /// elsewhere since.
-/// @param stored  as above. Returns whether the session manager does not remember that after this.
-[[nodiscard]] bool
-giveBack(Connection& connection, const Graph& graph, MutedStream muted, const std::string& stored);
+/// @param stored           as above
+/// @param isOrderUnderWay  what is seen of its target is from before our order, which comes yet
+/// Returns whether the session manager does not remember `stored` after this.
+[[nodiscard]] bool giveBack(Connection& connection,
+                            const Graph& graph,
+                            MutedStream muted,
+                            const std::string& stored,
+                            bool isOrderUnderWay);
 
 /// One entry of words, for another process of ours to read; the state of `in` tells whether all of
 /// it came.

@@ -73,8 +73,8 @@ TEST_F(TrayProgram, SpeaksTheLanguageThatIsKeptAndFollowsAnotherAtOnce) {
 
     panel->choose("Settings…");
     ASSERT_TRUE(showsSoon("Velmora Settings"));
-    // Both tabs, the appearance, the language: its menu's other entry.
-    press("Velmora Settings", {"Tab", "Tab", "Tab", "Tab", "space", "Up", "Return"});
+    // All three tabs, the appearance, the language: its menu's other entry.
+    press("Velmora Settings", {"Tab", "Tab", "Tab", "Tab", "Tab", "space", "Up", "Return"});
 
     EXPECT_TRUE(showsSoon("Réglages Velmora"));
     EXPECT_TRUE(waitUntil([&] { return labels().front() == "Ouvrir Velmora"; }));

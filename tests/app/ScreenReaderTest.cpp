@@ -32,6 +32,8 @@ struct Words {
     QString presetName;
     QString settings;
     QString settingsTitle;
+    QString shortcuts;
+    QString shortcutsElsewhere;
 };
 
 const Words french{.language = "fr",
@@ -45,7 +47,11 @@ const Words french{.language = "fr",
                    .saveSetup = "Enregistrer le setup actuel…",
                    .presetName = "Nom du preset",
                    .settings = "Réglages…",
-                   .settingsTitle = "Réglages Velmora"};
+                   .settingsTitle = "Réglages Velmora",
+                   .shortcuts = "Raccourcis",
+                   .shortcutsElsewhere =
+                       "Chaque commande de Velmora (« velmora --help ») peut avoir sa touche dans "
+                       "les réglages du clavier du bureau."};
 const Words english{.language = "en",
                     .effects = "Effects — First pair",
                     .lowCut = "Low cut",
@@ -57,7 +63,10 @@ const Words english{.language = "en",
                     .saveSetup = "Save current setup…",
                     .presetName = "Preset name",
                     .settings = "Settings…",
-                    .settingsTitle = "Velmora Settings"};
+                    .settingsTitle = "Velmora Settings",
+                    .shortcuts = "Shortcuts",
+                    .shortcutsElsewhere = "Any of Velmora's commands (“velmora --help”) can be "
+                                          "given a key in the desktop's keyboard settings."};
 
 class SpokenProgram : public DesktopRig, public testing::WithParamInterface<Words> {
 protected:
@@ -215,6 +224,9 @@ TEST_P(SpokenProgram, IsTheSameAsEverInTheSettings) {
     press(window, "Audio");
     EXPECT_TRUE(findSoon(window, "Monitoring").isThere());
     expectKept(window, "settings-audio");
+    press(window, words.shortcuts);
+    EXPECT_TRUE(findSoon(window, words.shortcutsElsewhere).isThere());
+    expectKept(window, "settings-shortcuts");
 }
 
 INSTANTIATE_TEST_SUITE_P(, SpokenProgram, testing::Values(french, english), [](const auto& one) {

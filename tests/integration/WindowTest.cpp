@@ -79,9 +79,9 @@ TEST_F(WindowOnAMix, WhatIsDoneInTheWindowIsHeardInTheMicrophone) {
     // The strongest compressor, without the automatic level, as the chain makes it.
     window.click("effectsButton", &window.strip(1));
     window.click("gainTitle", &window.strip(1));
-    window.click("Auto", &window.find("gainRow", &window.strip(1)));
+    window.click("Gain automatique", &window.find("gainRow", &window.strip(1)));
     window.click("compTitle", &window.strip(1));
-    window.click("3", &window.find("compRow", &window.strip(1)));
+    window.click("Forte", &window.find("compRow", &window.strip(1)));
     const FXParams squeezed{.comp = 3, .autoGain = false};
     EXPECT_EQ(window.engine().fx(window.engine().sources()[1]), squeezed);
     const double squeezedDb =

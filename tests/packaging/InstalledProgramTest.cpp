@@ -135,8 +135,8 @@ protected:
     void switchLoginStartOn() const {
         panel->choose("Réglages…");
         ASSERT_TRUE(showsSoon("Réglages Velmora"));
-        // Both tabs, the appearance, the language, the switch.
-        press("Réglages Velmora", {"Tab", "Tab", "Tab", "Tab", "Tab", "space"});
+        // All three tabs, the appearance, the language, the switch.
+        press("Réglages Velmora", {"Tab", "Tab", "Tab", "Tab", "Tab", "Tab", "space"});
         ASSERT_TRUE(waitUntil([&] { return fs::exists(loginEntry()); }));
     }
     void openAndStartTheMix() const {

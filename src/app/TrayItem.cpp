@@ -29,7 +29,7 @@ TrayItem::TrayItem(const Platform& platform,
       openSettings_(addCommand(Qt::CTRL | Qt::Key_Comma, &TrayItem::settingsRequested)),
       quit_(addCommand(Qt::CTRL | Qt::Key_Q, &TrayItem::quitRequested)),
       settingsConnection_(settings.changed().connect([this] { relabel(); })),
-      engineConnection_(engine.changed().connect([this] { followEngine(); })) {
+      engineConnection_(engine.changedBesidesLevels().connect([this] { followEngine(); })) {
     relabel();
     connect(&host_, &TrayHost::changed, this, &TrayItem::appear);
     platform.appearance.onChange([guard = std::weak_ptr(self_)] {

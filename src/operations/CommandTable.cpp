@@ -17,9 +17,8 @@ constexpr auto commands = std::to_array<CommandInfo>({
      0,
      0,
      "montrer ce qui est réglé maintenant",
-     "{running, bypassed, microphone: {db, muted, closed}, headphones: {db, muted}, monitor, "
-     "preset, "
-     "sources, problems}"},
+     "{running, bypassed, blockFrames, missedBlocks, microphone: {db, muted, closed}, "
+     "headphones: {db, muted}, monitor, preset, sources, problems}"},
     {"on", "", 0, 0, "mettre le mixage en marche"},
     {"off", "", 0, 0, "arrêter le mixage"},
     {"toggle", "", 0, 0, "mettre le mixage en marche ou l'arrêter"},

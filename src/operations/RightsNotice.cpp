@@ -12,7 +12,7 @@ constexpr auto toldKey = "realTimeRightsTold"; // a boolean
 
 RightsNotice::RightsNotice(AudioEngine& engine, DefaultsStore& defaults)
     : engine_(engine), defaults_(defaults),
-      connection_(engine.changed().connect([this] { look(); })) {
+      connection_(engine.changedBesidesLevels().connect([this] { look(); })) {
 }
 
 void RightsNotice::look() {

@@ -53,7 +53,7 @@ ControlWindowModel::ControlWindowModel(const MixerParts& parts, FileChooser* fil
       presetFiles_(
           {.presets = parts.presets, .settings = parts.settings, .undo = undo_, .files = files},
           this),
-      engineConnection_(parts.engine.changed().connect([this] { follow(); })),
+      engineConnection_(parts.engine.changedBesidesLevels().connect([this] { follow(); })),
       presetsConnection_(parts.presets.changed().connect([this] { followPresets(); })),
       settingsConnection_(parts.settings.changed().connect([this] { follow(); })),
       storeConnection_(parts.platform.defaults.problemsChanged().connect([this] { follow(); })),

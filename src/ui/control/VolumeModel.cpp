@@ -39,7 +39,7 @@ VolumeModel::VolumeModel(Output output,
                          QObject* parent)
     : QObject(parent), output_(std::move(output)), engine_(engine), settings_(settings),
       defaults_(defaults), name_(text(output_.frenchName)), value_(output_.volume.get()),
-      engineConnection_(engine.changed().connect([this] { followEngine(); })),
+      engineConnection_(engine.changedBesidesLevels().connect([this] { followEngine(); })),
       settingsConnection_(settings.changed().connect([this] { followLanguage(); })) {
     if (output_.talk != nullptr) {
         talkConnection_ = output_.talk->changed().connect([this] { followNotice(); });

@@ -46,7 +46,7 @@ SettingsModel::SettingsModel(const Parts& parts, QObject* parent)
     : QObject(parent), parts_(parts), version_(versionText(parts.version)),
       launchAtLogin_(parts.platform.loginItem.isEnabled()), shortcuts_(parts.keys, parts.settings),
       settingsConnection_(parts.settings.changed().connect([this] { followSettings(); })),
-      engineConnection_(parts.engine.changed().connect([this] { followEngine(); })),
+      engineConnection_(parts.engine.changedBesidesLevels().connect([this] { followEngine(); })),
       sourcesConnection_(parts.sources.changed().connect([this] { readDevices(); })),
       pluggingConnection_(parts.platform.devices.changed().connect([this] { followPlugging(); })),
       dawConnection_(parts.dawMode.changed().connect([this] { Q_EMIT dawChanged(); })) {
@@ -159,7 +159,6 @@ void SettingsModel::followSettings() {
     Q_EMIT dawChanged();
 }
 
-/// The engine tells every level; only what is shown here is news.
 void SettingsModel::followEngine() {
     followMonitoring();
     followBlocks();

@@ -60,13 +60,8 @@ bool isIn(const QQuickItem* item, const QString& name) {
 
 class Contrast : public WindowTest {
 protected:
-    void openEverything() {
-        scene.mixPodcast();
-        scene.engine.tell(ProblemOrigin::recall, {inWords("Un souci")});
-        open();
-        click("effectsButton");
-        click("gainTitle");
-        scene.engine.setFX({.tilt = -1, .autoGain = false, .manualDB = -12}, scene.browser);
+    void openEverythingMuted() {
+        openEverything();
         scene.engine.setHeadphoneVolume(0);
         settle();
     }
@@ -122,7 +117,7 @@ private:
 };
 
 TEST_F(Contrast, IsEnoughForEveryTextAndSymbol) {
-    openEverything();
+    openEverythingMuted();
     inBothAppearances([this] {
         expectContrast(*window().contentItem(), isText, forTexts);
         expectContrast(*window().contentItem(), isSymbol, forSymbols, fixedSymbols);
@@ -159,7 +154,7 @@ TEST_F(Contrast, IsEnoughInItsMenus) {
 
 TEST_F(Contrast, IsEnoughForWhatIsFixedAsWellWhereTheDesktopAsksForIt) {
     askForHighContrast();
-    openEverything();
+    openEverythingMuted();
     inBothAppearances([this] {
         expectContrast(*window().contentItem(), isText, 7); // WCAG 2.1, 1.4.6
         expectContrast(*window().contentItem(), isSymbol, forSymbols);
@@ -171,7 +166,7 @@ TEST_F(Contrast, IsEnoughForWhatIsFixedAsWellWhereTheDesktopAsksForIt) {
 }
 
 TEST_F(Contrast, FollowsTheDesktopWhileTheWindowIsOpen) {
-    openEverything();
+    openEverythingMuted();
     const QColor before = colors().ink60();
 
     askForHighContrast();

@@ -14,15 +14,6 @@ bool isText(QQuickItem& item) {
 /// The window in each language and appearance, with much to read.
 class Look : public WindowTest {
 protected:
-    void openEverything() {
-        scene.mixPodcast();
-        scene.engine.tell(ProblemOrigin::recall, {inWords("Un souci")});
-        open();
-        click("effectsButton");
-        click("gainTitle");
-        scene.engine.setFX({.tilt = -1, .autoGain = false, .manualDB = -12}, scene.browser);
-        settle();
-    }
     void expectNothingCut(const std::string& where) {
         for (QQuickItem* text : visibleItems(*window().contentItem(), isText)) {
             const auto words = text->property("text").toString().toStdString();

@@ -17,6 +17,11 @@ inline void PrintTo(const QString& text, std::ostream* out) {
 
 namespace velmora {
 
+/// A problem that speaks for itself.
+[[nodiscard]] inline Problem inWords(std::string words) {
+    return {.kind = Problem::Kind::ownWords, .detail = std::move(words)};
+}
+
 /// Threads: main.
 class WindowTest : public QmlTest {
 protected:
@@ -35,6 +40,17 @@ protected:
     void openWithBrowser() {
         scene.engine.add(scene.browser);
         open();
+    }
+
+    /// Opens the window with much to read: a message, and effects with one of them unfolded.
+    void openEverything() {
+        scene.mixPodcast();
+        scene.engine.tell(ProblemOrigin::recall, {inWords("Un souci")});
+        open();
+        click("effectsButton");
+        click("gainTitle");
+        scene.engine.setFX({.tilt = -1, .autoGain = false, .manualDB = -12}, scene.browser);
+        settle();
     }
 
     /// Opens the window with the browser's effects unfolded.
@@ -98,11 +114,6 @@ private:
         return fader.property("name").toString();
     }
 };
-
-/// A problem that speaks for itself.
-[[nodiscard]] inline Problem inWords(std::string words) {
-    return {.kind = Problem::Kind::ownWords, .detail = std::move(words)};
-}
 
 /// Linear to decibels.
 [[nodiscard]] inline double decibels(float gain) {

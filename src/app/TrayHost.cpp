@@ -12,8 +12,8 @@
 namespace velmora {
 namespace {
 
-const QString service = QStringLiteral("org.kde.StatusNotifierWatcher");
-const QString path = QStringLiteral("/StatusNotifierWatcher");
+const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 
 constexpr std::chrono::milliseconds embedderPeriod{1000};
 /// After the desktop has started; each look wakes the machine up.
@@ -26,7 +26,7 @@ constexpr std::chrono::milliseconds patienceWithWatcher{10000};
 
 TrayHost::TrayHost(Desktop desktop, QObject* parent)
     : QObject(parent), desktop_(desktop), bus_(QDBusConnection::sessionBus()),
-      watcher_(service, bus_, QDBusServiceWatcher::WatchForOwnerChange) {
+      watcher_(watcherService, bus_, QDBusServiceWatcher::WatchForOwnerChange) {
     sinceStart_.start();
     connect(&watcher_,
             &QDBusServiceWatcher::serviceOwnerChanged,
@@ -38,7 +38,8 @@ TrayHost::TrayHost(Desktop desktop, QObject* parent)
             });
     for (const char* const signal :
          {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
-        bus_.connect(service, path, service, signal, this, SLOT(askStatusNotifier()));
+        bus_.connect(
+            watcherService, watcherPath, watcherService, signal, this, SLOT(askStatusNotifier()));
     }
     askStatusNotifier();
 
@@ -47,9 +48,12 @@ TrayHost::TrayHost(Desktop desktop, QObject* parent)
 }
 
 void TrayHost::askStatusNotifier() {
-    auto question = QDBusMessage::createMethodCall(
-        service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    question << service << QStringLiteral("IsStatusNotifierHostRegistered");
+    auto question =
+        QDBusMessage::createMethodCall(watcherService,
+                                       watcherPath,
+                                       QStringLiteral("org.freedesktop.DBus.Properties"),
+                                       QStringLiteral("Get"));
+    question << watcherService << QStringLiteral("IsStatusNotifierHostRegistered");
     question.setAutoStartService(false);
     auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {

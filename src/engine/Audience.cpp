@@ -1,6 +1,7 @@
 #include "engine/Audience.h"
 
 #include "capture/DeviceQueries.h"
+#include "engine/MeterBank.h"
 #include "platform/ApplicationTaps.h"
 
 #include <algorithm>
@@ -10,17 +11,16 @@
 namespace velmora {
 namespace {
 
-constexpr int ticksPerSecond = 30;
 /// A program that starts to record, or begins anew, is waited for.
-constexpr int patience = 2 * ticksPerSecond;
+constexpr int patience = 2 * meterTicksPerSecond;
 /// Between two songs, or two sentences.
-constexpr int longestPause = 5 * ticksPerSecond;
+constexpr int longestSilence = 5 * meterTicksPerSecond;
 constexpr float wholeVolume = 0.999F; // linear; mixers round
 
 } // namespace
 
 Audience::Audience(const Platform& platform)
-    : platform_(platform), silentTicks_(longestPause),
+    : platform_(platform), silentTicks_(longestSilence),
       connection_(platform.devices.changed().connect([this] { followService(); })) {
     followService();
 }
@@ -42,8 +42,8 @@ void Audience::followService() {
 }
 
 void Audience::tick(bool isSounding) {
-    silentTicks_ = isSounding ? 0 : std::min(silentTicks_ + 1, longestPause);
-    const bool isUnheard = silentTicks_ < longestPause && recorders_ && !recorders_->areAny;
+    silentTicks_ = isSounding ? 0 : std::min(silentTicks_ + 1, longestSilence);
+    const bool isUnheard = silentTicks_ < longestSilence && recorders_ && !recorders_->areAny;
     unheardTicks_ = isUnheard ? std::min(unheardTicks_ + 1, patience) : 0;
     const bool isMissing = unheardTicks_ == patience;
     if (std::exchange(isMissing_, isMissing) != isMissing) {
@@ -52,7 +52,7 @@ void Audience::tick(bool isSounding) {
 }
 
 void Audience::rest() {
-    silentTicks_ = longestPause;
+    silentTicks_ = longestSilence;
     unheardTicks_ = 0;
     isMissing_ = false;
 }

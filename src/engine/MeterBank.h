@@ -10,6 +10,8 @@ namespace velmora {
 
 class SourceCapture;
 
+inline constexpr int meterTicksPerSecond = 30;
+
 /// Rises at once to a new peak and falls by a fixed factor per tick.
 ///
 /// Units: linear peak, 0 ... 1. Threads: main.

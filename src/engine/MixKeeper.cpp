@@ -21,9 +21,8 @@ constexpr auto longestPause = 5000ms;
 /// Devices and applications come back one by one after the service; until then it would be noise
 /// to tell each that is still missing.
 constexpr auto settlingTime = 1000ms;
-constexpr int ticksPerSecond = 30;
-constexpr std::chrono::nanoseconds meterPeriod = std::chrono::nanoseconds(1s) / ticksPerSecond;
-constexpr std::int64_t ticksOfYouth = ticksPerSecond; // one second
+constexpr std::chrono::nanoseconds meterPeriod = std::chrono::nanoseconds(1s) / meterTicksPerSecond;
+constexpr std::int64_t ticksOfYouth = meterTicksPerSecond; // one second
 /// As often as blocks that were missed may wait to be answered: no wake-ups of its own.
 constexpr int ticksPerLook = 8;
 

@@ -7,7 +7,7 @@ namespace velmora {
 namespace {
 
 // {name} and the like stand for what the commands put in.
-constexpr auto texts = std::to_array<TextPair>({
+constexpr auto textsOfCommands = std::to_array<TextPair>({
     // What the commands do
     {"montrer ce qui est réglé maintenant", "show what is set now"},
     {"mettre le mixage en marche", "start the mix"},
@@ -134,7 +134,7 @@ constexpr auto texts = std::to_array<TextPair>({
 } // namespace
 
 std::span<const TextPair> commandTexts() {
-    return texts;
+    return textsOfCommands;
 }
 
 } // namespace velmora

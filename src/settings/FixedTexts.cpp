@@ -6,7 +6,7 @@ namespace velmora {
 
 namespace {
 
-constexpr auto texts = std::to_array<TextPair>({
+constexpr auto textsOfWindows = std::to_array<TextPair>({
     {"Choisir une source", "Choose a source"},
     {"Ajouter une source", "Add a source"},
     {"Réglages…", "Settings…"},
@@ -54,7 +54,7 @@ constexpr auto texts = std::to_array<TextPair>({
 } // namespace
 
 std::span<const TextPair> fixedTexts() {
-    return texts;
+    return textsOfWindows;
 }
 
 } // namespace velmora

@@ -15,14 +15,14 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Optional;
 
-constexpr double hz = 2300;
-constexpr double playedDb = -20;
+constexpr double toneHz = 2300;
+constexpr double toneDb = -20;
 
 class CommandedProgram : public CommandRig {};
 
 TEST_F(CommandedProgram, IsWorkedWholeByCommandsAlone) {
     const ToneApp app(session());
-    app.play("music", hz, hz, playedDb);
+    app.play("music", toneHz, toneHz, toneDb);
     const Recorder mic(session(), microphone, {1});
     const Recorder atSpeakers(session(), speakers.name, {1});
     const Recorder atHeadphones(session(), interface4.name, {3});
@@ -31,41 +31,41 @@ TEST_F(CommandedProgram, IsWorkedWholeByCommandsAlone) {
 
     command({"add", playing(app.pid())});
     command({"on"});
-    EXPECT_TRUE(mic.hears(0, hz, playedDb));
-    EXPECT_TRUE(atHeadphones.hears(0, hz, playedDb));
+    EXPECT_TRUE(mic.hears(0, toneHz, toneDb));
+    EXPECT_TRUE(atHeadphones.hears(0, toneHz, toneDb));
 
     command({"gain", "1", "-6"});
-    EXPECT_TRUE(mic.hears(0, hz, -26));
+    EXPECT_TRUE(mic.hears(0, toneHz, -26));
     command({"mute", "1"});
-    EXPECT_TRUE(mic.isSilentAt(0, hz));
+    EXPECT_TRUE(mic.isSilentAt(0, toneHz));
     command({"mute", "1", "off"});
-    EXPECT_TRUE(mic.hears(0, hz, -26));
+    EXPECT_TRUE(mic.hears(0, toneHz, -26));
 
     command({"volume", "microphone", "-3"});
     command({"volume", "headphones", "-12"});
-    EXPECT_TRUE(mic.hears(0, hz, -29));
-    EXPECT_TRUE(atHeadphones.hears(0, hz, -38));
+    EXPECT_TRUE(mic.hears(0, toneHz, -29));
+    EXPECT_TRUE(atHeadphones.hears(0, toneHz, -38));
 
     command({"effects", "1", "level=6"});
-    EXPECT_TRUE(mic.hears(0, hz, -23));
+    EXPECT_TRUE(mic.hears(0, toneHz, -23));
     command({"bypass", "on"});
-    EXPECT_TRUE(mic.hears(0, hz, -29));
+    EXPECT_TRUE(mic.hears(0, toneHz, -29));
     command({"bypass", "off"});
-    EXPECT_TRUE(mic.hears(0, hz, -23));
+    EXPECT_TRUE(mic.hears(0, toneHz, -23));
     command({"effects", "1", "reset"});
-    EXPECT_TRUE(mic.hears(0, hz, -29));
+    EXPECT_TRUE(mic.hears(0, toneHz, -29));
 
     command({"silence", "1", "on"});
-    EXPECT_TRUE(atSpeakers.isSilentAt(0, hz));
-    EXPECT_TRUE(mic.hears(0, hz, -29));
+    EXPECT_TRUE(atSpeakers.isSilentAt(0, toneHz));
+    EXPECT_TRUE(mic.hears(0, toneHz, -29));
     command({"silence", "1", "off"});
-    EXPECT_TRUE(atSpeakers.hears(0, hz, playedDb));
+    EXPECT_TRUE(atSpeakers.hears(0, toneHz, toneDb));
 
     command({"preset", "save", "Evening"});
     command({"gain", "1", "-40"});
-    EXPECT_TRUE(mic.hears(0, hz, -63, 1.5));
+    EXPECT_TRUE(mic.hears(0, toneHz, -63, 1.5));
     command({"off"});
-    EXPECT_TRUE(mic.isSilentAt(0, hz));
+    EXPECT_TRUE(mic.isSilentAt(0, toneHz));
     EXPECT_EQ(json({"status"})["running"], false);
     command({"quit"});
     EXPECT_THAT(mixer.wait(patience), Optional(0));
@@ -73,7 +73,7 @@ TEST_F(CommandedProgram, IsWorkedWholeByCommandsAlone) {
 
 TEST_F(CommandedProgram, RefusesWithASentenceAndChangesNothing) {
     const ToneApp app(session());
-    app.play("music", hz, hz, playedDb);
+    app.play("music", toneHz, toneHz, toneDb);
     ChildProcess mixer = headless();
     command({"add", playing(app.pid())});
     const auto before = json({"status"});

@@ -16,8 +16,8 @@ using support::Recorder;
 using support::ToneApp;
 using support::waitUntil;
 
-constexpr int hz = 440;
-constexpr double playedDb = -20.0;
+constexpr int spokenHz = 440;
+constexpr double spokenDb = -20.0;
 
 class ShortcutsProgram : public CommandRig {
 protected:
@@ -44,7 +44,7 @@ protected:
 
 TEST_F(ShortcutsProgram, IsWorkedByTheKeysOfThePortal) {
     const ToneApp app(session());
-    app.play("music", hz, hz, playedDb);
+    app.play("music", spokenHz, spokenHz, spokenDb);
     const Recorder mic(session(), microphone, {1});
     settings().set("globalShortcuts", true);
     monitorOnTheInterface();
@@ -54,23 +54,23 @@ TEST_F(ShortcutsProgram, IsWorkedByTheKeysOfThePortal) {
     command({"add", playing(app.pid())});
 
     tap("mix");
-    EXPECT_TRUE(mic.hears(0, hz, playedDb));
+    EXPECT_TRUE(mic.hears(0, spokenHz, spokenDb));
     EXPECT_TRUE(says("The mix is running"));
     tap("mute");
-    EXPECT_TRUE(mic.isSilentAt(0, hz));
+    EXPECT_TRUE(mic.isSilentAt(0, spokenHz));
     EXPECT_TRUE(says("The virtual microphone is muted"));
     tap("mute");
-    EXPECT_TRUE(mic.hears(0, hz, playedDb));
+    EXPECT_TRUE(mic.hears(0, spokenHz, spokenDb));
     tap("bypass");
     EXPECT_TRUE(says("Effects bypassed"));
     tap("mix");
-    EXPECT_TRUE(mic.isSilentAt(0, hz));
+    EXPECT_TRUE(mic.isSilentAt(0, spokenHz));
     EXPECT_TRUE(says("The mix is stopped"));
 }
 
 TEST_F(ShortcutsProgram, IsHeardWhileTheKeyIsHeldAndNeverAfterThePortalHasGone) {
     const ToneApp app(session());
-    app.play("music", hz, hz, playedDb);
+    app.play("music", spokenHz, spokenHz, spokenDb);
     const Recorder mic(session(), microphone, {1});
     settings().set("globalShortcuts", true);
     monitorOnTheInterface();
@@ -79,26 +79,26 @@ TEST_F(ShortcutsProgram, IsHeardWhileTheKeyIsHeldAndNeverAfterThePortalHasGone) 
     ASSERT_TRUE(binds());
     command({"add", playing(app.pid())});
     command({"on"});
-    EXPECT_TRUE(mic.hears(0, hz, playedDb));
+    EXPECT_TRUE(mic.hears(0, spokenHz, spokenDb));
 
     command({"push-to-talk", "on"});
-    EXPECT_TRUE(mic.isSilentAt(0, hz));
+    EXPECT_TRUE(mic.isSilentAt(0, spokenHz));
     EXPECT_TRUE(isClosed());
     portal->press("talk");
-    EXPECT_TRUE(mic.hears(0, hz, playedDb));
+    EXPECT_TRUE(mic.hears(0, spokenHz, spokenDb));
     EXPECT_TRUE(says("The microphone is open"));
     portal.reset();
-    EXPECT_TRUE(mic.isSilentAt(0, hz));
+    EXPECT_TRUE(mic.isSilentAt(0, spokenHz));
     EXPECT_TRUE(isClosed());
 
     makePortal();
     ASSERT_TRUE(binds());
     portal->press("talk");
-    EXPECT_TRUE(mic.hears(0, hz, playedDb));
+    EXPECT_TRUE(mic.hears(0, spokenHz, spokenDb));
     portal->release("talk");
-    EXPECT_TRUE(mic.isSilentAt(0, hz));
+    EXPECT_TRUE(mic.isSilentAt(0, spokenHz));
     command({"push-to-talk", "off"});
-    EXPECT_TRUE(mic.hears(0, hz, playedDb));
+    EXPECT_TRUE(mic.hears(0, spokenHz, spokenDb));
 }
 
 TEST_F(ShortcutsProgram, AsksThePortalForNothingUntilTheUserWantsIt) {

@@ -7,12 +7,10 @@
 namespace velmora {
 namespace {
 
-constexpr double rate = 48000.0;
-
 /// The gain in dB that a constant level settles at.
 double settledGainDb(std::int64_t strength, float level) {
     Compressor compressor;
-    compressor.retune({.comp = strength}, rate);
+    compressor.retune({.comp = strength}, usualRate);
     auto samples = constant(48000, level);
     processEveryFrame(compressor, samples);
     return 20.0 * std::log10(static_cast<double>(samples.back() / level));
@@ -25,7 +23,7 @@ float db(double level) {
 TEST(Compressor, IsOffAtZeroAndBelow) {
     Compressor compressor;
     for (const std::int64_t strength : {0, -4}) {
-        compressor.retune({.comp = strength}, rate);
+        compressor.retune({.comp = strength}, usualRate);
         EXPECT_FALSE(compressor.isOn());
     }
 }
@@ -48,7 +46,7 @@ TEST(Compressor, TakesEveryStrengthAboveThreeAsThree) {
 
 TEST(Compressor, ReachesSixtyThreePercentOfAPeakAfterFiveMilliseconds) {
     Compressor compressor;
-    compressor.retune({.comp = 1}, rate);
+    compressor.retune({.comp = 1}, usualRate);
     auto samples = constant(240, 1.0F);
 
     processEveryFrame(compressor, samples);
@@ -60,7 +58,7 @@ TEST(Compressor, ReachesSixtyThreePercentOfAPeakAfterFiveMilliseconds) {
 
 TEST(Compressor, AppliesOneGainToBothChannels) {
     Compressor compressor;
-    compressor.retune({.comp = 3}, rate);
+    compressor.retune({.comp = 3}, usualRate);
     std::vector<float> samples(2 * 4800);
     for (std::size_t i = 0; i < samples.size(); i += 2) {
         samples[i] = 1.0F;
@@ -74,7 +72,7 @@ TEST(Compressor, AppliesOneGainToBothChannels) {
 
 TEST(Compressor, RecoversFromBadSamples) {
     Compressor compressor;
-    compressor.retune({.comp = 1}, rate);
+    compressor.retune({.comp = 1}, usualRate);
     std::vector<float> bad{infinity, 0.0F};
     processEveryFrame(compressor, bad);
     std::vector<float> worse{notANumber, 0.0F};
@@ -88,7 +86,7 @@ TEST(Compressor, RecoversFromBadSamples) {
 
 TEST(Compressor, ForgetsItsEnvelopeInAReset) {
     Compressor compressor;
-    compressor.retune({.comp = 1}, rate);
+    compressor.retune({.comp = 1}, usualRate);
     auto loud = constant(4800, 1.0F);
     processEveryFrame(compressor, loud);
 

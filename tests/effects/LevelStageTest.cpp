@@ -7,9 +7,7 @@
 namespace velmora {
 namespace {
 
-constexpr double rate = 48000.0;
-
-LevelStage tuned(const FXParams& params, double sampleRate = rate) {
+LevelStage tuned(const FXParams& params, double sampleRate = usualRate) {
     LevelStage stage;
     stage.retune(params, sampleRate);
     return stage;
@@ -95,7 +93,7 @@ TEST(LevelStage, KeepsItsGainWhenItTurnsManual) {
     auto stage = tuned(automatic);
     (void)gainAfter(stage, 20.0, 1.0);
 
-    stage.retune({.autoGain = false}, rate);
+    stage.retune({.autoGain = false}, usualRate);
 
     std::vector<float> samples{0.5F, 0.5F};
     processEveryFrame(stage, samples);

@@ -7,11 +7,9 @@
 namespace velmora {
 namespace {
 
-constexpr double rate = 48000.0;
-
 std::vector<float> throughLowCut(std::int64_t step, std::vector<float> samples) {
     LowCut lowCut;
-    lowCut.retune({.lowcut = step}, rate);
+    lowCut.retune({.lowcut = step}, usualRate);
     processEveryFrame(lowCut, samples);
     return samples;
 }
@@ -19,7 +17,7 @@ std::vector<float> throughLowCut(std::int64_t step, std::vector<float> samples) 
 TEST(LowCut, IsOffAtStepZeroAndBelow) {
     LowCut lowCut;
     for (const std::int64_t step : {0, -1}) {
-        lowCut.retune({.lowcut = step}, rate);
+        lowCut.retune({.lowcut = step}, usualRate);
         EXPECT_FALSE(lowCut.isOn());
     }
 }
@@ -52,7 +50,7 @@ TEST(LowCut, KeepsLeftAndRightApart) {
 
 TEST(LowCut, ForgetsItsHistoryInAReset) {
     LowCut used;
-    used.retune({.lowcut = 1}, rate);
+    used.retune({.lowcut = 1}, usualRate);
     auto before = sine(100, 50.0, 0.5);
     processEveryFrame(used, before);
 

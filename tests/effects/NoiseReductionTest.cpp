@@ -7,11 +7,9 @@
 namespace velmora {
 namespace {
 
-constexpr double rate = 48000.0;
-
 NoiseReduction tuned() {
     NoiseReduction reduction;
-    reduction.retune({.denoise = true}, rate);
+    reduction.retune({.denoise = true}, usualRate);
     return reduction;
 }
 
@@ -23,7 +21,7 @@ public:
     /// Runs a low tone for a while; returns the gain over the last block.
     double run(double seconds, double amplitude) {
         double gain = 0.0;
-        for (int block = 0; block < static_cast<int>(seconds * rate / 1024.0); ++block) {
+        for (int block = 0; block < static_cast<int>(seconds * usualRate / 1024.0); ++block) {
             auto samples = constant(1024, static_cast<float>(amplitude));
             processEveryFrame(reduction_, samples);
             gain = rms(samples) / amplitude;

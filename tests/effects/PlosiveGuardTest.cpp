@@ -7,11 +7,9 @@
 namespace velmora {
 namespace {
 
-constexpr double rate = 48000.0;
-
 std::vector<float> guarded(std::vector<float> samples) {
     PlosiveGuard guard;
-    guard.retune({.plosive = true}, rate);
+    guard.retune({.plosive = true}, usualRate);
     processEveryFrame(guard, samples);
     return samples;
 }
@@ -66,7 +64,7 @@ TEST(PlosiveGuard, PassesSilence) {
 
 TEST(PlosiveGuard, RecoversFromBadSamples) {
     PlosiveGuard guard;
-    guard.retune({.plosive = true}, rate);
+    guard.retune({.plosive = true}, usualRate);
     auto bad = std::vector<float>{notANumber, 0.0F, infinity, -infinity, 0.5F, notANumber};
     processEveryFrame(guard, bad);
 
@@ -80,7 +78,7 @@ TEST(PlosiveGuard, RecoversFromBadSamples) {
 
 TEST(PlosiveGuard, StartsAfreshAfterAReset) {
     PlosiveGuard guard;
-    guard.retune({.plosive = true}, rate);
+    guard.retune({.plosive = true}, usualRate);
     auto before = sine(4800, 60.0, 0.8);
     processEveryFrame(guard, before);
 
@@ -93,12 +91,12 @@ TEST(PlosiveGuard, StartsAfreshAfterAReset) {
 
 TEST(PlosiveGuard, GoesOnFromItsStateAfterAPause) {
     PlosiveGuard guard;
-    guard.retune({.plosive = true}, rate);
+    guard.retune({.plosive = true}, usualRate);
     auto before = sine(4800, 60.0, 0.8);
     processEveryFrame(guard, before);
 
-    guard.retune({.plosive = false}, rate);
-    guard.retune({.plosive = true}, rate);
+    guard.retune({.plosive = false}, usualRate);
+    guard.retune({.plosive = true}, usualRate);
 
     auto samples = sine(4800, 60.0, 0.8);
     processEveryFrame(guard, samples);

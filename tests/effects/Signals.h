@@ -3,12 +3,13 @@
 
 #include "effects/FXParams.h"
 
+#include "support/NotNumbers.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <numbers>
 #include <random>
 #include <span>
@@ -16,8 +17,7 @@
 
 namespace velmora {
 
-inline constexpr float infinity = std::numeric_limits<float>::infinity();
-inline constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
+inline constexpr double usualRate = 48000.0; // Hz
 
 /// Interleaved stereo, both channels alike.
 inline std::vector<float> constant(std::size_t frames, float value) {

@@ -82,7 +82,6 @@ struct Turner {
     std::array<float, blockFrames> row{};
 };
 
-constexpr double rate = 48000.0;
 constexpr FXParams counting{.lowcut = 1};
 constexpr FXParams countingAndTurning{.lowcut = 1, .denoise = true};
 
@@ -102,8 +101,8 @@ TEST(Stages, RunInTheOrderOfTheirList) {
     for (const std::size_t frames : {1U, 4U, 7U, 128U, 131U, 1000U}) {
         Stages<Counter<0>, Doubler> countFirst;
         Stages<Doubler, Counter<0>> doubleFirst;
-        countFirst.retune(counting, rate);
-        doubleFirst.retune(counting, rate);
+        countFirst.retune(counting, usualRate);
+        doubleFirst.retune(counting, usualRate);
 
         const auto counted = leftThrough(countFirst, frames, 10.0F);
         const auto doubled = leftThrough(doubleFirst, frames, 10.0F);
@@ -118,19 +117,19 @@ TEST(Stages, RunInTheOrderOfTheirList) {
 
 TEST(Stages, FreezeWhatIsOff) {
     Stages<Counter<0>> stages;
-    stages.retune(counting, rate);
+    stages.retune(counting, usualRate);
     (void)leftThrough(stages, 4, 10.0F);
 
-    stages.retune({}, rate);
+    stages.retune({}, usualRate);
     EXPECT_EQ(leftThrough(stages, 4, 10.0F), std::vector<float>(4, 10.0F));
 
-    stages.retune(counting, rate);
+    stages.retune(counting, usualRate);
     EXPECT_EQ(leftThrough(stages, 2, 10.0F), (std::vector<float>{15, 16}));
 }
 
 TEST(Stages, ResetEachOfThem) {
     Stages<Counter<0>, Counter<1>> stages;
-    stages.retune(counting, rate);
+    stages.retune(counting, usualRate);
     auto samples = constant(130, 10.0F);
     stages.process(samples);
 
@@ -143,28 +142,28 @@ TEST(Stages, ResetEachOfThem) {
 
 TEST(Stages, FinishABlockStepBeforeTheStageBehindIt) {
     Stages<Counter<0>, Turner<0>, Doubler> stages;
-    stages.retune(countingAndTurning, rate);
+    stages.retune(countingAndTurning, usualRate);
 
     EXPECT_EQ(leftThrough(stages, 8, 0.0F), (std::vector<float>{16, 14, 12, 10, 8, 6, 4, 2}));
 }
 
 TEST(Stages, MayHaveSeveralBlockSteps) {
     Stages<Counter<0>, Turner<0>, Doubler, Turner<1>> stages;
-    stages.retune(countingAndTurning, rate);
+    stages.retune(countingAndTurning, usualRate);
 
     EXPECT_EQ(leftThrough(stages, 8, 0.0F), (std::vector<float>{2, 4, 6, 8, 10, 12, 14, 16}));
 }
 
 TEST(Stages, PassABlockStepThatIsOff) {
     Stages<Counter<0>, Turner<0>, Doubler> stages;
-    stages.retune(counting, rate);
+    stages.retune(counting, usualRate);
 
     EXPECT_EQ(leftThrough(stages, 8, 0.0F), (std::vector<float>{2, 4, 6, 8, 10, 12, 14, 16}));
 }
 
 TEST(Stages, RepeatABlockWithChecksWhenItLeavesABadState) {
     Stages<Counter<1>, Counter<0>> stages;
-    stages.retune(counting, rate);
+    stages.retune(counting, usualRate);
     auto bad = constant(128, 10.0F);
     bad[2 * 27] = infinity;
 

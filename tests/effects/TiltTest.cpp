@@ -7,12 +7,10 @@
 namespace velmora {
 namespace {
 
-constexpr double rate = 48000.0;
-
 /// The gain of a tilt at one frequency, in dB.
 double gainDb(float amount, double hz) {
     Tilt tilt;
-    tilt.retune({.tilt = amount}, rate);
+    tilt.retune({.tilt = amount}, usualRate);
     auto samples = sine(48000, hz, 0.5);
     const double before = settledRms(samples);
     processEveryFrame(tilt, samples);
@@ -22,14 +20,14 @@ double gainDb(float amount, double hz) {
 TEST(Tilt, StaysOffUpToOneHundredth) {
     Tilt tilt;
     for (const float amount : {0.0F, 0.005F, 0.01F, -0.01F, notANumber}) {
-        tilt.retune({.tilt = amount}, rate);
+        tilt.retune({.tilt = amount}, usualRate);
         EXPECT_FALSE(tilt.isOn()) << amount;
     }
 }
 
 TEST(Tilt, MovesByAboutFiveHundredthsOfADbJustAboveItsThreshold) {
     Tilt tilt;
-    tilt.retune({.tilt = 0.011F}, rate);
+    tilt.retune({.tilt = 0.011F}, usualRate);
 
     EXPECT_TRUE(tilt.isOn());
     EXPECT_NEAR(gainDb(0.011F, 20.0), -0.0495, 0.005);
@@ -48,21 +46,21 @@ TEST(Tilt, DoesTheOppositeWhenNegative) {
 
 TEST(Tilt, GoesOffEntirelyAtZero) {
     Tilt tilt;
-    tilt.retune({.tilt = 0.5F}, rate);
+    tilt.retune({.tilt = 0.5F}, usualRate);
 
-    tilt.retune({.tilt = 0.0F}, rate);
+    tilt.retune({.tilt = 0.0F}, usualRate);
 
     EXPECT_FALSE(tilt.isOn());
 }
 
 TEST(Tilt, KeepsItsHistoryWhenRetuned) {
     Tilt glided;
-    glided.retune({.tilt = 0.5F}, rate);
+    glided.retune({.tilt = 0.5F}, usualRate);
     auto before = constant(100, 0.5F);
     processEveryFrame(glided, before);
-    glided.retune({.tilt = 0.6F}, rate);
+    glided.retune({.tilt = 0.6F}, usualRate);
     Tilt fresh;
-    fresh.retune({.tilt = 0.6F}, rate);
+    fresh.retune({.tilt = 0.6F}, usualRate);
 
     std::vector<float> glidedFrame{0.5F, 0.5F};
     std::vector<float> freshFrame{0.5F, 0.5F};

@@ -14,7 +14,7 @@ namespace {
 using namespace support;
 using namespace std::chrono_literals;
 
-constexpr std::size_t second = 48000; // frames
+constexpr std::size_t oneSecond = 48000; // frames
 constexpr int fastPpm = 250;
 constexpr int slowPpm = -250;
 
@@ -72,12 +72,12 @@ TEST_F(Drift, TwoDevicesThatDriftApartAreOneClockToTheMixAndNoRingNoticesThem) {
     mixOverBothDevices();
     EXPECT_TRUE(mic.hasClock(fastPpm));
     EXPECT_TRUE(atSlow.hasClock(fastPpm));
-    ASSERT_TRUE(mic.waitForMore(second)); // until everyone who has just joined is done
+    ASSERT_TRUE(mic.waitForMore(oneSecond)); // until everyone who has just joined is done
     const std::size_t from = mic.frames();
     const auto before = rings();
 
     // Apart, they would differ by 288 frames then, more than two blocks.
-    ASSERT_TRUE(mic.waitForMore(12 * second, 60s));
+    ASSERT_TRUE(mic.waitForMore(12 * oneSecond, 60s));
 
     const auto after = rings();
     EXPECT_EQ(after.size(), 4U);
@@ -89,14 +89,14 @@ TEST_F(Drift, TwoDevicesThatDriftApartAreOneClockToTheMixAndNoRingNoticesThem) {
 TEST_F(Drift, WhenTheFasterClockEndsTheMixGoesOnByTheOtherAndNoLater) {
     mixOverBothDevices();
     ASSERT_TRUE(mic.hasClock(fastPpm));
-    ASSERT_TRUE(mic.waitForMore(second));
+    ASSERT_TRUE(mic.waitForMore(oneSecond));
     const auto before = rings();
 
     session().remove(clockOf(speakers.name));
 
     ASSERT_TRUE(mic.hasClock(slowPpm));
     const std::size_t from = mic.frames();
-    ASSERT_TRUE(mic.waitForMore(second + second / 4)); // what a level is measured over
+    ASSERT_TRUE(mic.waitForMore(oneSecond + oneSecond / 4)); // what a level is measured over
     EXPECT_NEAR(mic.toneDb(0, leftHz), playedDb, 0.5);
     EXPECT_NEAR(mic.toneDb(0, inputLeftHz), playedDb, 0.5);
     const auto after = rings();
@@ -104,7 +104,7 @@ TEST_F(Drift, WhenTheFasterClockEndsTheMixGoesOnByTheOtherAndNoLater) {
     for (std::size_t ring = 0; ring < after.size(); ++ring) {
         EXPECT_EQ(after[ring].backlog, before[ring].backlog) << "ring " << ring;
     }
-    EXPECT_EQ(countBreaks(mic.all().channel(0, from + second), leftHz), 0);
+    EXPECT_EQ(countBreaks(mic.all().channel(0, from + oneSecond), leftHz), 0);
 }
 
 } // namespace

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 /// How long a mix may take from a known default output to being whole.
-constexpr auto bound = 3s;
+constexpr auto wholeAgain = 3s;
 constexpr int rounds = 20;
 
 class ServiceLoss : public MixerTest {
@@ -100,7 +100,7 @@ protected:
             }
         }
         RecordProperty("slowestMilliseconds", milliseconds(slowest));
-        EXPECT_LE(milliseconds(slowest), milliseconds(bound));
+        EXPECT_LE(milliseconds(slowest), milliseconds(wholeAgain));
         EXPECT_TRUE(isHeard());
         EXPECT_LT(longestLook, 1s) << "the main thread was held up";
         // The last program that came and went may still be taken leave of.

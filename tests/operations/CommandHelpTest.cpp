@@ -2,7 +2,7 @@
 
 #include "operations/CommandTable.h"
 #include "operations/EffectWords.h"
-#include "settings/Texts.h"
+#include "operations/Lookups.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,10 +12,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-
-std::string english(std::string_view french) {
-    return std::string(inEnglish(french));
-}
 
 TEST(CommandHelp, NamesEveryCommandOptionAndEffectWithWhatItDoes) {
     const std::string help = helpText(english);

@@ -4,8 +4,8 @@
 #include "operations/CommandTable.h"
 #include "operations/Completions.h"
 #include "operations/EffectWords.h"
+#include "operations/Lookups.h"
 #include "operations/ManualPage.h"
-#include "settings/Texts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,14 +16,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-
-std::string english(std::string_view french) {
-    return std::string(inEnglish(french));
-}
-
-std::string french(std::string_view text) {
-    return std::string(text);
-}
 
 /// As a reader sees it.
 std::string plain(const std::string& roff) {

@@ -1,6 +1,7 @@
 #include "operations/MuteToggle.h"
 
 #include "platform/simulated/SimulatedDefaultsStore.h"
+#include "support/NotNumbers.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -9,8 +10,6 @@ namespace velmora {
 namespace {
 
 constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
-
 TEST(MuteToggle, AGainUpToAThousandthIsMuted) {
     EXPECT_TRUE(isMutedGain(0.0F));
     EXPECT_TRUE(isMutedGain(0.001F));

@@ -1,18 +1,19 @@
 #include "operations/Numbers.h"
 
+#include "support/NotNumbers.h"
+
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace velmora {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double infiniteDb = infinity;
 
 TEST(Numbers, AreWholeWords) {
     EXPECT_EQ(numberFrom("-6.5"), -6.5);
     EXPECT_EQ(numberFrom("+3"), 3.0);
-    EXPECT_EQ(numberFrom("-inf"), -infinity);
+    EXPECT_EQ(numberFrom("-inf"), -infiniteDb);
     EXPECT_TRUE(std::isnan(numberFrom("nan").value_or(0)));
     for (const char* word : {"", "+", "-", "+-3", "6dB", "6 ", " 6", "0x10", "1,5"}) {
         EXPECT_EQ(numberFrom(word), std::nullopt) << word;
@@ -23,15 +24,15 @@ TEST(Numbers, AreWrittenWithoutWhatSaysNothing) {
     EXPECT_EQ(numberText(20, 0), "20");
     EXPECT_EQ(numberText(-1.46, 1), "-1.5");
     EXPECT_EQ(numberText(-0.01, 1), "0");
-    EXPECT_EQ(numberText(-infinity, 1), "-inf");
+    EXPECT_EQ(numberText(-infiniteDb, 1), "-inf");
 }
 
 TEST(Numbers, AFaderTakesItsRangeAndSilence) {
     EXPECT_EQ(gainFromDb(0), 1.0F);
-    EXPECT_EQ(gainFromDb(-infinity), 0.0F);
+    EXPECT_EQ(gainFromDb(-infiniteDb), 0.0F);
     EXPECT_TRUE(gainFromDb(6).has_value());
     EXPECT_TRUE(gainFromDb(-60).has_value());
-    for (const double db : {6.01, -60.01, infinity, std::nan("")}) {
+    for (const double db : {6.01, -60.01, infiniteDb, std::nan("")}) {
         EXPECT_EQ(gainFromDb(db), std::nullopt) << db;
     }
 }
@@ -40,7 +41,7 @@ TEST(Numbers, ALevelReadsAsItWasWritten) {
     for (const double db : {-59.9, -12.5, -6.0, 0.0, 3.7, 6.0}) {
         EXPECT_EQ(dbFromGain(*gainFromDb(db)), db);
     }
-    EXPECT_EQ(dbFromGain(0), -infinity);
+    EXPECT_EQ(dbFromGain(0), -infiniteDb);
 }
 
 TEST(Numbers, ALevelIsShownWithOneDecimal) {

@@ -11,8 +11,8 @@ namespace velmora::support {
 namespace {
 
 constexpr double heardSeconds = 0.25;
-constexpr std::uint32_t rateHz = 48000;
-constexpr auto heardFrames = static_cast<std::size_t>(heardSeconds * rateHz);
+constexpr std::uint32_t recordedHz = 48000;
+constexpr auto heardFrames = static_cast<std::size_t>(heardSeconds * recordedHz);
 
 } // namespace
 
@@ -23,13 +23,14 @@ std::size_t Recording::frames() const {
 }
 
 Sound Recording::all() const {
-    return latest(static_cast<double>(frames()) / rateHz);
+    return latest(static_cast<double>(frames()) / recordedHz);
 }
 
 Sound Recording::latest(double seconds) const {
-    Sound sound{.samples = {}, .channels = channels_, .rateHz = rateHz};
+    Sound sound{.samples = {}, .channels = channels_, .rateHz = recordedHz};
     const std::size_t present = frames();
-    const auto wanted = std::min(present, static_cast<std::size_t>(std::llround(seconds * rateHz)));
+    const auto wanted =
+        std::min(present, static_cast<std::size_t>(std::llround(seconds * recordedHz)));
     sound.samples.resize(wanted * channels_);
     std::ifstream in(file_, std::ios::binary);
     in.seekg(static_cast<std::streamoff>((present - wanted) * channels_ * sizeof(float)));

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <set>
 #include <tuple>
 
@@ -22,10 +21,6 @@ constexpr double settledSeconds = 10;
 
 std::string idOf(const DesktopEntry* entry) {
     return entry == nullptr ? std::string{} : entry->id;
-}
-
-std::string fileName(const std::string& path) {
-    return std::filesystem::path(path).filename();
 }
 
 /// Whether `child` was typed into a terminal that `parent` does not live in.

@@ -1,21 +1,13 @@
 #include "platform/desktop/ClaimedProcesses.h"
 
+#include "platform/desktop/ProgramName.h"
 #include "platform/desktop/SandboxNames.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <ranges>
 #include <string_view>
 
 namespace velmora {
-
-namespace {
-
-std::string fileName(const std::string& path) {
-    return std::filesystem::path(path).filename();
-}
-
-} // namespace
 
 ClaimedProcesses::ClaimedProcesses(const ProcFiles& processes)
     : processes_(processes), host_(processes.hostName()) {

@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view suffix = ".desktop";
+constexpr std::string_view entrySuffix = ".desktop";
 constexpr int deepest = 8; // a folder linked into itself must end somewhere
 
 using Files = std::map<std::string, fs::path>;
@@ -37,8 +37,8 @@ void listFolder(
             if (depth < deepest) {
                 listFolder(file->path(), prefix + name + "-", depth + 1, files, onFolder);
             }
-        } else if (name.ends_with(suffix)) {
-            files.emplace(prefix + name.substr(0, name.size() - suffix.size()), file->path());
+        } else if (name.ends_with(entrySuffix)) {
+            files.emplace(prefix + name.substr(0, name.size() - entrySuffix.size()), file->path());
         }
     }
 }

@@ -14,7 +14,7 @@ namespace {
 
 const QString service = QStringLiteral("org.freedesktop.Notifications");
 
-constexpr int answerMilliseconds = 2000;
+constexpr int noticeMilliseconds = 2000;
 constexpr int shownMilliseconds = 2500;
 constexpr uchar lowUrgency = 0; // 1 = normal, 2 = critical
 
@@ -54,7 +54,7 @@ void DesktopNotices::send(const QString& sentence) {
          << shownMilliseconds;
     isSending_ = true;
     auto* const answer =
-        new QDBusPendingCallWatcher(bus_.asyncCall(call, answerMilliseconds), &answers_);
+        new QDBusPendingCallWatcher(bus_.asyncCall(call, noticeMilliseconds), &answers_);
     QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer, [this, answer] {
         answer->deleteLater();
         const QDBusPendingReply<uint> reply = *answer;

@@ -14,8 +14,6 @@ namespace velmora {
 
 namespace {
 
-constexpr int answerMilliseconds = 10000; // a portal may have to be started first
-
 QDBusConnection connection(const QString& address, const QString& name) {
     return address.isEmpty() ? QDBusConnection::sessionBus()
                              : QDBusConnection::connectToBus(address, name);
@@ -62,8 +60,8 @@ private:
             portalService, portalPath, "org.freedesktop.DBus.Properties", "Get");
         question << "org.freedesktop.portal.GlobalShortcuts"
                  << "version";
-        answer_ =
-            std::make_unique<QDBusPendingCallWatcher>(bus_.asyncCall(question, answerMilliseconds));
+        answer_ = std::make_unique<QDBusPendingCallWatcher>(
+            bus_.asyncCall(question, portalAnswerMilliseconds));
         QObject::connect(answer_.get(), &QDBusPendingCallWatcher::finished, answer_.get(), [this] {
             const QDBusPendingReply<QDBusVariant> reply = *answer_;
             answer_.release()->deleteLater();

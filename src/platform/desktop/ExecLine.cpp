@@ -6,7 +6,7 @@ namespace {
 constexpr std::string_view reserved = " \t\n\"'\\><~|&;$*?#()`";
 constexpr std::string_view escapedInQuotes = "\"`$\\";
 
-std::string quoted(std::string_view argument) {
+std::string quotedWord(std::string_view argument) {
     if (argument.find_first_of(reserved) == argument.npos) {
         return std::string(argument);
     }
@@ -34,7 +34,7 @@ std::string withoutFieldCodes(std::string_view argument) {
 } // namespace
 
 std::string execLine(std::string_view program) {
-    return quoted(withoutFieldCodes(program));
+    return quotedWord(withoutFieldCodes(program));
 }
 
 } // namespace velmora

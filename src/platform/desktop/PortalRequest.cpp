@@ -12,8 +12,6 @@ namespace velmora {
 namespace {
 
 // The portal answers at once that it asks; the user's own answer comes by signal.
-constexpr int answerMilliseconds = 10000;
-
 } // namespace
 
 QString portalToken() {
@@ -44,7 +42,7 @@ PortalRequest::PortalRequest(const QDBusConnection& bus,
         portalService, portalPath, question.interface, question.method);
     call.setArguments(question.arguments + QVariantList{options});
     auto* const answer =
-        new QDBusPendingCallWatcher(bus_.asyncCall(call, answerMilliseconds), this);
+        new QDBusPendingCallWatcher(bus_.asyncCall(call, portalAnswerMilliseconds), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         const QDBusPendingReply<QDBusObjectPath> reply = *answer;

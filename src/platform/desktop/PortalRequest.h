@@ -13,6 +13,8 @@ namespace velmora {
 
 inline const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
 inline const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+/// A portal may have to be started first.
+inline constexpr int portalAnswerMilliseconds = 10000;
 
 /// Asks, tells the answer and deletes itself; deleted earlier, it tells nothing.
 ///

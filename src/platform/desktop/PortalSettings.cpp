@@ -17,7 +17,7 @@ namespace {
 
 const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 
-constexpr int answerMilliseconds = 2000;
+constexpr int settingMilliseconds = 2000;
 
 QDBusConnection connection(const QString& address, const QString& name) {
     return address.isEmpty() ? QDBusConnection::sessionBus()
@@ -76,7 +76,7 @@ void PortalSettings::read(const Setting& setting) {
     auto question = QDBusMessage::createMethodCall(
         portalService, portalPath, settingsInterface, QStringLiteral("Read"));
     question << setting.group << setting.key;
-    auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(question, answerMilliseconds), this);
+    auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(question, settingMilliseconds), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [answer, &setting] {
         answer->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *answer;

@@ -42,8 +42,6 @@ const QString programId = QStringLiteral("app.velmora.Velmora");
 /// The same at every launch: some desktops keep the keys under it.
 const QString sessionToken = QStringLiteral("velmora");
 
-constexpr int answerMilliseconds = 10000;
-
 QDBusConnection ownConnection(const QString& address, const QString& name) {
     return address.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)
                              : QDBusConnection::connectToBus(address, name);
@@ -78,7 +76,7 @@ void PortalShortcuts::introduce() {
     auto call = QDBusMessage::createMethodCall(portalService, portalPath, registry, "Register");
     call << programId << QVariantMap();
     auto* const answer =
-        new QDBusPendingCallWatcher(bus_.asyncCall(call, answerMilliseconds), this);
+        new QDBusPendingCallWatcher(bus_.asyncCall(call, portalAnswerMilliseconds), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         if (!hasEnded_) {

@@ -51,10 +51,6 @@ bool isVersioned(std::string_view program, std::string_view name) {
            program.find_first_not_of("0123456789.", name.size()) == std::string_view::npos;
 }
 
-std::string_view fileName(std::string_view path) {
-    return path.substr(path.rfind('/') + 1);
-}
-
 /// The first word that is not an option.
 std::string_view scriptAmong(std::span<const std::string> words) {
     const auto script =
@@ -75,6 +71,10 @@ std::span<const std::string> withoutEnv(std::span<const std::string> words) {
 }
 
 } // namespace
+
+std::string_view fileName(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
+}
 
 bool isShell(std::string_view program) {
     return std::ranges::find(shells, program) != shells.end();

@@ -7,6 +7,9 @@
 
 namespace velmora {
 
+/// What follows the last slash.
+[[nodiscard]] std::string_view fileName(std::string_view path);
+
 /// Runs what somebody else typed or wrote; never itself the application.
 [[nodiscard]] bool isShell(std::string_view program);
 

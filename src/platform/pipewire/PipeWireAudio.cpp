@@ -17,15 +17,6 @@
 namespace velmora {
 namespace {
 
-/// The library's own start and end.
-class Library {
-public:
-    Library() { pw_init(nullptr, nullptr); }
-    ~Library() { pw_deinit(); }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-};
-
 /// The buffers of every linked port are open files, and the usual soft limit is 1024.
 void raiseFileLimit() {
     rlimit limit{};
@@ -96,6 +87,14 @@ private:
         }
     }
 
+    /// The library's own start and end.
+    class Library {
+    public:
+        Library() { pw_init(nullptr, nullptr); }
+        ~Library() { pw_deinit(); }
+        Library(const Library&) = delete;
+        Library& operator=(const Library&) = delete;
+    };
     Library library_;
     std::atomic<bool> isChangeDue_ = false;
     MainQueue& mainQueue_;

@@ -7,12 +7,10 @@
 namespace velmora {
 namespace {
 
-constexpr double rate = 48000.0;
-
 BiquadLanes tuned() {
     BiquadLanes sections;
-    sections.retune(0, Biquad::lowPass(400.0, rate));
-    sections.retune(1, Biquad::highPass(3000.0, rate));
+    sections.retune(0, Biquad::lowPass(400.0, usualRate));
+    sections.retune(1, Biquad::highPass(3000.0, usualRate));
     return sections;
 }
 
@@ -30,10 +28,10 @@ TEST(BiquadLanes, PassTheirInputUnchangedByDefault) {
 TEST(BiquadLanes, BehaveAsFourSections) {
     std::mt19937 random(1);
     BiquadLanes sections = tuned();
-    std::array<Biquad, 4> plain{Biquad::lowPass(400.0, rate),
-                                Biquad::lowPass(400.0, rate),
-                                Biquad::highPass(3000.0, rate),
-                                Biquad::highPass(3000.0, rate)};
+    std::array<Biquad, 4> plain{Biquad::lowPass(400.0, usualRate),
+                                Biquad::lowPass(400.0, usualRate),
+                                Biquad::highPass(3000.0, usualRate),
+                                Biquad::highPass(3000.0, usualRate)};
     for (int i = 0; i < 5000; ++i) {
         // Every hundredth input is any 32 bits at all.
         const auto samples = i % 100 == 0 ? arbitraryBits(random, 2) : noise(random, 2, 1.0F);

@@ -9,7 +9,7 @@ namespace {
 
 const Biquad design = Biquad::lowShelf(250.0, -4.5, 48000.0);
 
-StereoSection tuned() {
+StereoSection tunedSection() {
     StereoSection section;
     section.retune(design);
     return section;
@@ -34,7 +34,7 @@ TEST(StereoSection, PassesItsInputUnchangedByDefault) {
 
 TEST(StereoSection, BehavesAsOneSectionForEachChannelAtAnyNumberOfFrames) {
     std::mt19937 random(1);
-    StereoSection section = tuned();
+    StereoSection section = tunedSection();
     Biquad left = design;
     Biquad right = design;
     for (int i = 0; i < 3000; ++i) {
@@ -51,7 +51,7 @@ TEST(StereoSection, BehavesAsOneSectionForEachChannelAtAnyNumberOfFrames) {
 
 TEST(StereoSection, KeepsItsHistoryWhenRetunedAndForgetsItWhenCleared) {
     const Biquad delay{.b0 = 0.0F, .b1 = 1.0F}; // gives the sample before
-    StereoSection retuned = tuned();
+    StereoSection retuned = tunedSection();
     (void)retuned.process<Check::everyFrame>(quadOf(std::vector(quadSamples, 0.5F)), 4);
     StereoSection cleared = retuned;
 
@@ -64,7 +64,7 @@ TEST(StereoSection, KeepsItsHistoryWhenRetunedAndForgetsItWhenCleared) {
 }
 
 TEST(StereoSection, KeepsABadFeedbackUntilTheEndWhenUnchecked) {
-    StereoSection section = tuned();
+    StereoSection section = tunedSection();
     (void)section.process<Check::atTheEnd>(quadOf({notANumber}), 4);
     for (int i = 0; i < 1000; ++i) {
         (void)section.process<Check::atTheEnd>(quadOf(std::vector(quadSamples, 0.1F)), 4);

@@ -1,19 +1,17 @@
 #include "engine/realtime/Limiter.h"
 
+#include "support/NotNumbers.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <random>
 #include <vector>
 
 namespace velmora {
 namespace {
-
-constexpr float infinity = std::numeric_limits<float>::infinity();
-constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
 
 TEST(Limiter, StartsAtMinusOneDbFullGainAnd80Milliseconds) {
     const Limiter limiter;

@@ -2,19 +2,16 @@
 
 #include "platform/AudioUnits.h"
 #include "support/CountedAllocations.h"
+#include "support/NotNumbers.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <cmath>
-#include <limits>
 #include <thread>
 
 namespace velmora {
 namespace {
-
-constexpr float infinity = std::numeric_limits<float>::infinity();
-constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
 
 static_assert(OutputMix::largestPart >= largestBlockFrames, "whole blocks stay whole");
 

@@ -9,9 +9,9 @@
 namespace velmora {
 namespace {
 
-RingSetBox::Rings ringsOf(std::size_t count, std::int64_t capacity) {
+RingSetBox::Rings ringsOf(std::size_t count, std::int64_t frames) {
     RingSetBox::Rings rings(count);
-    std::ranges::generate(rings, [&] { return std::make_shared<RingBuffer>(capacity); });
+    std::ranges::generate(rings, [&] { return std::make_shared<RingBuffer>(frames); });
     return rings;
 }
 

@@ -45,6 +45,10 @@ std::vector<QQuickItem*> visibleItems(QQuickWindow& window,
     return found;
 }
 
+bool isText(const QQuickItem& item) {
+    return item.inherits("QQuickText") && !item.property("text").toString().isEmpty();
+}
+
 QQuickItem* findItem(QQuickItem& root, const QString& name) {
     const auto named =
         visibleItems(root, [&](QQuickItem& item) { return item.objectName() == name; });

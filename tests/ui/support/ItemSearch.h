@@ -22,6 +22,9 @@ namespace velmora {
 [[nodiscard]] std::vector<QQuickItem*> visibleItems(QQuickWindow& window,
                                                     const std::function<bool(QQuickItem&)>& wanted);
 
+/// Whether it is a text, and says something.
+[[nodiscard]] bool isText(const QQuickItem& item);
+
 /// The first visible item with this objectName, else the first that a screen reader calls so;
 /// none = nullptr.
 [[nodiscard]] QQuickItem* findItem(QQuickItem& root, const QString& name);

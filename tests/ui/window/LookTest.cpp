@@ -7,10 +7,6 @@ namespace velmora {
 
 namespace {
 
-bool isText(QQuickItem& item) {
-    return item.inherits("QQuickText") && !item.property("text").toString().isEmpty();
-}
-
 /// The window in each language and appearance, with much to read.
 class Look : public WindowTest {
 protected:

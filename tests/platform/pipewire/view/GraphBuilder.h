@@ -3,11 +3,15 @@
 
 #include "platform/pipewire/view/Graph.h"
 
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 
 namespace velmora::pipewire {
+
+/// The process of the mixer itself.
+inline constexpr std::int32_t mixerPid = 1000;
 
 /// Gives ids and serials in the order of the calls; an id equals its serial unless it is reused.
 class GraphBuilder {

@@ -12,8 +12,6 @@ using testing::IsEmpty;
 using testing::Pair;
 using testing::SizeIs;
 
-constexpr std::int32_t ownPid = 1000;
-
 class ProcessDirectoryTest : public testing::Test {
 protected:
     Serial addClient(std::int32_t pid) {
@@ -44,7 +42,7 @@ protected:
     GraphBuilder builder;
     std::uint64_t started = 1; // when every process started
     ObjectIds ids;
-    ProcessDirectory directory{ids, ownPid};
+    ProcessDirectory directory{ids, mixerPid};
 };
 
 TEST_F(ProcessDirectoryTest, HasNoObjectForAClientThatNeverPlayed) {
@@ -255,7 +253,7 @@ TEST_F(ProcessDirectoryTest, NamesAnApplicationAsItNamesItself) {
 }
 
 TEST_F(ProcessDirectoryTest, LeavesItselfOut) {
-    builder.addStream(addClient(ownPid), {"FL", "FR"});
+    builder.addStream(addClient(mixerPid), {"FL", "FR"});
 
     resolveAll();
 
@@ -264,7 +262,7 @@ TEST_F(ProcessDirectoryTest, LeavesItselfOut) {
 
 TEST_F(ProcessDirectoryTest, ListsASandboxedProgramThatCountsItselfUnderOurNumber) {
     const Serial client = builder.addClient(
-        {{"client.api", "pipewire-pulse"}, {"application.process.id", std::to_string(ownPid)}});
+        {{"client.api", "pipewire-pulse"}, {"application.process.id", std::to_string(mixerPid)}});
     const Serial stream = builder.addStream(client, {"FL", "FR"});
     update();
     answer(client, {.program = {.pid = 500}, .leader = {.pid = 500}});
@@ -278,7 +276,7 @@ TEST_F(ProcessDirectoryTest, LeavesHelpersOfItselfOut) {
     const Serial helper = addClient(1001);
     builder.addStream(helper, {"FL", "FR"});
     update();
-    answer(helper, {.program = {.pid = 1001}, .leader = {.pid = ownPid}});
+    answer(helper, {.program = {.pid = 1001}, .leader = {.pid = mixerPid}});
 
     update();
 

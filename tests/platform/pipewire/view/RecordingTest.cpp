@@ -11,8 +11,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-constexpr std::int32_t ownPid = 1000;
-
 class RecordingTest : public testing::Test {
 protected:
     RecordingTest() { builder.addPorts(microphone, "out", {"FL", "FR"}); }
@@ -41,7 +39,7 @@ protected:
     GraphBuilder builder;
     const Serial microphone = builder.addNode("mic", "Audio/Source/Virtual");
     ObjectIds ids;
-    ProcessDirectory directory{ids, ownPid};
+    ProcessDirectory directory{ids, mixerPid};
 };
 
 TEST_F(RecordingTest, IsNobodysWhileNothingIsLinked) {
@@ -96,7 +94,7 @@ TEST_F(RecordingTest, CountsNobodyWhoPauses) {
 }
 
 TEST_F(RecordingTest, CountsNothingOfOurs) {
-    builder.addLink(microphone, addRecorder(addClient(ownPid)));
+    builder.addLink(microphone, addRecorder(addClient(mixerPid)));
 
     EXPECT_THAT(recorded(), IsEmpty());
 }

@@ -12,7 +12,7 @@ constexpr double minDB = -60.0;
 constexpr double maxDB = 6.0;
 constexpr double rangeDb = 66.0;
 
-double fromDecibels(double db) {
+double gainOf(double db) {
     return std::pow(10.0, db / 20.0);
 }
 double position(double gain) {
@@ -32,11 +32,11 @@ TEST(ScalesGainText, RoundsToWholeDecibelsWithTheTypographicMinus) {
 }
 
 TEST(ScalesGainText, ReadsZeroBelowHalfADecibelOnBothSides) {
-    EXPECT_EQ(Scales::gainText(fromDecibels(0.49)), "0 dB");
-    EXPECT_EQ(Scales::gainText(fromDecibels(-0.49)), "0 dB");
-    EXPECT_EQ(Scales::gainText(fromDecibels(-0.51)), "\u22121 dB");
-    EXPECT_EQ(Scales::gainText(fromDecibels(6.0)), "+6 dB");
-    EXPECT_EQ(Scales::gainText(fromDecibels(-60.0)), "\u221260 dB");
+    EXPECT_EQ(Scales::gainText(gainOf(0.49)), "0 dB");
+    EXPECT_EQ(Scales::gainText(gainOf(-0.49)), "0 dB");
+    EXPECT_EQ(Scales::gainText(gainOf(-0.51)), "\u22121 dB");
+    EXPECT_EQ(Scales::gainText(gainOf(6.0)), "+6 dB");
+    EXPECT_EQ(Scales::gainText(gainOf(-60.0)), "\u221260 dB");
 }
 
 TEST(ScalesDecibelText, RoundsAHalfToTheEvenNeighbour) {
@@ -54,26 +54,26 @@ TEST(ScalesFader, DrawsSilenceAtTheVeryLeftAndNothingElse) {
     EXPECT_EQ(position(0.0), 0.0);
     EXPECT_EQ(position(-0.5), 0.0);
     EXPECT_EQ(position(std::numeric_limits<double>::quiet_NaN()), 0.0);
-    EXPECT_EQ(position(fromDecibels(-60.0)), 0.001);
+    EXPECT_EQ(position(gainOf(-60.0)), 0.001);
     EXPECT_EQ(position(1e-9), 0.001);
 }
 
 TEST(ScalesFader, DrawsMoreThanItsRangeAtTheRight) {
-    EXPECT_EQ(position(fromDecibels(6.0)), 1.0);
+    EXPECT_EQ(position(gainOf(6.0)), 1.0);
     EXPECT_EQ(position(100.0), 1.0);
 }
 
 TEST(ScalesFader, GivesExactSilenceInTheLeftmostThousandth) {
     EXPECT_EQ(gainAt(0.0), 0.0);
     EXPECT_EQ(gainAt(0.001), 0.0);
-    EXPECT_NEAR(gainAt(0.0011), fromDecibels(-60.0 + 0.0011 * rangeDb), 1e-12);
+    EXPECT_NEAR(gainAt(0.0011), gainOf(-60.0 + 0.0011 * rangeDb), 1e-12);
 }
 
 TEST(ScalesFader, GivesTheGainOfEachPlace) {
     EXPECT_NEAR(gainAt(60.0 / rangeDb), 1.0, 1e-12);
-    EXPECT_NEAR(gainAt(1.0), fromDecibels(6.0), 1e-12);
+    EXPECT_NEAR(gainAt(1.0), gainOf(6.0), 1e-12);
     for (const double db : {-59.0, -30.0, -6.0, 0.0, 3.5}) {
-        EXPECT_NEAR(gainAt(position(fromDecibels(db))), fromDecibels(db), 1e-9) << db;
+        EXPECT_NEAR(gainAt(position(gainOf(db))), gainOf(db), 1e-9) << db;
     }
 }
 

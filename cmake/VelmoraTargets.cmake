@@ -7,9 +7,14 @@ target_compile_features(velmora_options INTERFACE cxx_std_23)
 # The sound is defined sample by sample: no contraction into fused multiply-adds, no fast maths.
 target_compile_options(velmora_options INTERFACE -ffp-contract=off)
 
+# Of files that are compiled as one, each hides names of the others.
+set(shadow -Wshadow)
+if(CMAKE_UNITY_BUILD)
+  set(shadow -Wshadow=local)
+endif()
 add_library(velmora_warnings INTERFACE)
 target_compile_options(
-  velmora_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  velmora_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion ${shadow}
                              $<$<BOOL:${VELMORA_WERROR}>:-Werror>)
 
 # velmora_library(<name> SOURCES <file>... [LINKS <target>...] [PRIVATE_LINKS <target>...])

@@ -159,6 +159,9 @@ TYPED_TEST_P(AudioDevicesContract, TellsWhatSomebodyMadeOfAVirtualSource) {
     const AudioObjectID device = this->make(this->recordable);
     EXPECT_TRUE(
         this->rig.wait([&] { return this->devices().recordingVolume(device) == DeviceVolume{}; }));
+    const auto unit = this->rig.units().makeInput(); // PipeWire 1.4 turns only what runs
+    ASSERT_EQ(unit->setDevice(device), statusOk);
+    ASSERT_EQ(unit->start([](std::int64_t, std::span<const float* const>) {}), statusOk);
     std::optional<DeviceVolume> known;
     const auto connection =
         this->devices().changed().connect([&] { known = this->devices().recordingVolume(device); });

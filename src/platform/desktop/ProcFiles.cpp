@@ -1,5 +1,6 @@
 #include "platform/desktop/ProcFiles.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <fcntl.h>
@@ -63,6 +64,7 @@ std::vector<std::int32_t> ProcFiles::pids() const {
             pids.push_back(pid);
         }
     }
+    std::ranges::sort(pids);
     return pids;
 }
 

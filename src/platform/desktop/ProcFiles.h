@@ -18,6 +18,7 @@ class ProcFiles {
 public:
     explicit ProcFiles(std::filesystem::path root) : root_(std::move(root)) {}
 
+    /// In ascending order, whatever the file system's own is.
     [[nodiscard]] std::vector<std::int32_t> pids() const;
 
     /// None when no such process runs.

@@ -7,9 +7,9 @@ namespace velmora::pipewire {
 
 /// The metadata object that the session manager obeys, and the two keys about a stream that name
 /// its target: by serial, which wins, and by global id.
-inline constexpr const char* sessionMetadata = "default";
-inline constexpr const char* targetObjectKey = "target.object";
-inline constexpr const char* targetNodeKey = "target.node";
+inline constexpr char sessionMetadata[] = "default";
+inline constexpr char targetObjectKey[] = "target.object";
+inline constexpr char targetNodeKey[] = "target.node";
 
 /// A stream that the session manager knows as one that plays.
 [[nodiscard]] inline bool isPlaybackStream(const Node& node) {

@@ -58,8 +58,10 @@ Session::~Session() {
         state_.mutes.clear();
         mutes_.clear();
         connection_.startRoundTrip();
-        lock.wait(farewellLimit,
-                  [this] { return connection_.isListed() || !connection_.isOpen(); });
+        lock.wait(farewellLimit, [this] {
+            const bool isTaken = connection_.isListed() && mutes_.isSettled(Clock::now());
+            return isTaken || !connection_.isOpen();
+        });
     }
     loop_.stop();
     forgetObjects();

@@ -3,6 +3,7 @@
 #include "platform/InstalledFile.h"
 #include "platform/pipewire/daemon/Connection.h"
 #include "platform/pipewire/daemon/Loop.h"
+#include "platform/pipewire/keep/GivenBackStreams.h"
 #include "platform/pipewire/keep/RouteMemory.h"
 
 #include <array>
@@ -23,6 +24,8 @@ namespace {
 
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
+
+using Clock = RouteMemory::Clock;
 
 constexpr const char* programPath = "libexec/velmora/velmora-give-back";
 
@@ -134,11 +137,19 @@ bool executeLastWill(const Bequest& list) {
     Loop loop("velmora-give-back");
     Graph graph;
     const auto look = [&loop] { loop.notify(); };
+    GivenBackStreams givenBack(graph);
     Connection connection(loop.get(),
                           graph,
                           {.changed = look,
                            .clientCame = [] {},
-                           .metadataTold = [](GlobalId, const std::string&) {},
+                           .metadataTold =
+                               [&](GlobalId stream, const std::string& key) {
+                                   const auto again = givenBack.hear(stream, key, Clock::now());
+                                   if (again) {
+                                       connection.setSessionMetadata(
+                                           stream, again->key, again->value);
+                                   }
+                               },
                            .managerLost = look,
                            .lost = look});
     const RouteMemory memory(graph);
@@ -158,19 +169,21 @@ bool executeLastWill(const Bequest& list) {
         StoredRoutes routes = list.routes;
         for (const auto& [stream, muted] : list.streams) {
             const Node* const node = graph.node(stream);
-            const std::string stored =
-                node == nullptr ? "" : memory.device(*node, RouteMemory::Clock::now());
-            if (giveBack(connection, graph, muted, stored, /*isOrderUnderWay=*/false)) {
+            const std::string stored = node == nullptr ? "" : memory.device(*node, Clock::now());
+            GivenBack given = giveBack(connection, graph, muted, stored, /*isOrderUnderWay=*/false);
+            if (!given.isRemembered) {
                 routes.insert({node->routeKey, stored}); // an entry of the list is newer
             }
+            givenBack.add(stream, std::move(given.orders), Clock::now());
         }
         for (const auto& [key, device] : routes) {
             writer.write(key, device);
         }
         connection.startRoundTrip();
         isDone = isDone && lock.wait(answerExpectedWithin, [&] { return connection.isListed(); });
-        for (auto now = RouteWriter::Clock::now(); const auto due = writer.follow(now);
-             now = RouteWriter::Clock::now()) {
+        static_cast<void>(
+            lock.wait(answerExpectedWithin, [&] { return givenBack.isSettled(Clock::now()); }));
+        for (auto now = Clock::now(); const auto due = writer.follow(now); now = Clock::now()) {
             const auto pause = std::chrono::ceil<std::chrono::milliseconds>(*due - now);
             static_cast<void>(lock.wait(pause, [] { return false; }));
         }

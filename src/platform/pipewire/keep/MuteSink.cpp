@@ -34,15 +34,29 @@ void MuteTools::remember(const RouteKey& key, const std::string& device) const {
     writer.write(key, device);
 }
 
+void MuteTools::gaveBack(Serial stream,
+                         GivenBack given,
+                         std::chrono::steady_clock::time_point now) const {
+    for (const TargetOrder& order : given.orders) {
+        if (order.value) {
+            memory.expect(stream, order.key, order.value->value, now);
+        }
+    }
+    givenBack.add(stream, std::move(given.orders), now);
+}
+
 MuteSink::~MuteSink() {
     const auto now = Clock::now();
     for (const Sent& sent : sent_) {
         const Node* const stream = tools_.graph.node(sent.muted.stream);
         const std::string stored = stream == nullptr ? "" : tools_.memory.device(*stream, now);
         const bool isOrderUnderWay = sent.askedAt.has_value() && !sent.isGivenUp;
-        if (giveBack(tools_.connection, tools_.graph, sent.muted, stored, isOrderUnderWay)) {
+        GivenBack given =
+            giveBack(tools_.connection, tools_.graph, sent.muted, stored, isOrderUnderWay);
+        if (!given.isRemembered) {
             tools_.remember(stream->routeKey, stored);
         }
+        tools_.gaveBack(sent.muted.stream, std::move(given), now);
     }
     forgetTargets();
 }
@@ -154,6 +168,7 @@ MuteSink::Sent& MuteSink::send(const Node& stream, Serial sink, Clock::time_poin
     Sent& sent = isNew ? sent_.emplace_back() : *known;
     if (isNew) {
         sent.muted = muteOf(tools_.graph, stream, sink);
+        tools_.givenBack.remove(stream.serial);
     }
     sent.muted.sink = sink; // what a known one names now is our own sink before this one
     tell(stream, sent, tools_.memory.device(stream, now), now);

@@ -3,6 +3,7 @@
 
 #include "platform/pipewire/daemon/Connection.h"
 #include "platform/pipewire/daemon/Handles.h"
+#include "platform/pipewire/keep/GivenBackStreams.h"
 #include "platform/pipewire/keep/LastWill.h"
 #include "platform/pipewire/keep/MutedStream.h"
 #include "platform/pipewire/keep/RouteMemory.h"
@@ -23,11 +24,14 @@ struct MuteTools {
     Connection& connection;
     const Graph& graph;
     LastWill& will;
-    const RouteMemory& memory;
+    RouteMemory& memory;
     RouteWriter& writer;
+    GivenBackStreams& givenBack;
     /// Gives a `node.name` that was never used before, so that a remembered one cannot match.
     std::function<std::string()> newName;
 
+    /// The stream has been given its targets back.
+    void gaveBack(Serial stream, GivenBack given, std::chrono::steady_clock::time_point now) const;
     /// Has the session manager remember a device (see `RouteMemory`), also when we end before.
     void remember(const RouteKey& key, const std::string& device) const;
 };

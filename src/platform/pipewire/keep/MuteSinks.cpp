@@ -15,12 +15,13 @@ MuteSinks::MuteSinks(Connection& connection,
     : memory_(graph),
       writer_(
           connection, graph, memory_, newName, [this](const RouteKey& key) { will_.remove(key); }),
-      tools_{.connection = connection,
-             .graph = graph,
-             .will = will_,
-             .memory = memory_,
-             .writer = writer_,
-             .newName = std::move(newName)} {
+      givenBack_(graph), tools_{.connection = connection,
+                                .graph = graph,
+                                .will = will_,
+                                .memory = memory_,
+                                .writer = writer_,
+                                .givenBack = givenBack_,
+                                .newName = std::move(newName)} {
 }
 
 std::optional<MuteSinks::Clock::time_point>
@@ -47,6 +48,9 @@ void MuteSinks::hear(GlobalId subject, const std::string& key, Clock::time_point
             }
         }
     }
+    if (const auto again = givenBack_.hear(subject, key, now)) {
+        tools_.connection.setSessionMetadata(subject, again->key, again->value);
+    }
 }
 
 void MuteSinks::keepOnly(const Mutes& wanted) {
@@ -67,6 +71,7 @@ std::set<AudioObjectID> MuteSinks::unsilenced() const {
 }
 
 void MuteSinks::forgetTargets() {
+    givenBack_.clear();
     for (const auto& sink : sinks_ | std::views::values) {
         sink->forgetTargets();
     }

@@ -38,11 +38,14 @@ public:
     void lose();
     /// To be called before the connection closes: gives everything back.
     void clear();
+    /// What was given back has arrived.
+    [[nodiscard]] bool isSettled(Clock::time_point now) const { return givenBack_.isSettled(now); }
 
 private:
     RouteMemory memory_;
     LastWill will_;
     RouteWriter writer_;
+    GivenBackStreams givenBack_;
     MuteTools tools_;
     std::map<AudioObjectID, std::unique_ptr<MuteSink>> sinks_; // by process
 };

@@ -47,6 +47,10 @@ Target targetNodeOf(const Graph& graph, GlobalId stream) {
     return value && value->type == ownType ? std::nullopt : value;
 }
 
+Target valueOf(const Graph& graph, GlobalId stream, const char* key) {
+    return key == targetObjectKey ? targetObjectOf(graph, stream) : targetNodeOf(graph, stream);
+}
+
 std::string deviceOf(const Graph& graph, const char* key, const Target& value) {
     const Node* const device = value ? targetOf(graph, key, *value) : nullptr;
     return device == nullptr ? std::string{} : device->name;
@@ -79,19 +83,24 @@ void sendToSink(Connection& connection,
     }
 }
 
-std::optional<std::string> takeOverChoice(const Graph& graph, MutedStream& muted, const char* key) {
-    const bool isObject = key == targetObjectKey;
-    const Target value = isObject ? targetObjectOf(graph, muted.id) : targetNodeOf(graph, muted.id);
-    const Node* const device = value ? targetOf(graph, key, *value) : nullptr;
+bool isChoice(const Graph& graph, GlobalId stream, const char* key) {
+    const Target value = valueOf(graph, stream, key);
+    if (!value) {
+        return key == targetObjectKey;
+    }
     // What names nothing may be a sink of ours that has gone.
-    const bool isChoice =
-        value ? device != nullptr ? !isMuteSink(*device) : value->value == noTarget : isObject;
-    Target& known = isObject ? muted.targetObject : muted.targetNode;
-    if (!isChoice || known == value) {
+    const Node* const device = targetOf(graph, key, *value);
+    return device == nullptr ? value->value == noTarget : !isMuteSink(*device);
+}
+
+std::optional<std::string> takeOverChoice(const Graph& graph, MutedStream& muted, const char* key) {
+    const Target value = valueOf(graph, muted.id, key);
+    Target& known = key == targetObjectKey ? muted.targetObject : muted.targetNode;
+    if (!isChoice(graph, muted.id, key) || known == value) {
         return std::nullopt;
     }
     known = value;
-    return device == nullptr ? std::string{} : device->name;
+    return deviceOf(graph, key, value);
 }
 
 void takeOverTargets(const Graph& graph, MutedStream& muted) {
@@ -104,34 +113,35 @@ void takeOverTargets(const Graph& graph, MutedStream& muted) {
     }
 }
 
-bool giveBack(Connection& connection,
-              const Graph& graph,
-              MutedStream muted,
-              const std::string& stored,
-              bool isOrderUnderWay) {
+GivenBack giveBack(Connection& connection,
+                   const Graph& graph,
+                   MutedStream muted,
+                   const std::string& stored,
+                   bool isOrderUnderWay) {
     const Node* const stream = graph.node(muted.stream);
     const Target object = targetObjectOf(graph, muted.id);
     const bool isOurs = object && object->value == std::to_string(muted.sink);
     if (stream == nullptr || (!isOurs && !isOrderUnderWay)) {
-        return false;
+        return {};
     }
     takeOverTargets(graph, muted);
     // The one that is in force goes last: until then the stream stays where it is.
-    connection.setSessionMetadata(muted.id, targetNodeKey, muted.targetNode);
-    connection.setSessionMetadata(muted.id, targetObjectKey, muted.targetObject);
+    GivenBack given{
+        .orders = {{targetNodeKey, muted.targetNode}, {targetObjectKey, muted.targetObject}}};
     // Of all this, the session manager remembers the last.
-    if (deviceOf(graph, targetObjectKey, muted.targetObject) == stored) {
-        return false;
+    if (deviceOf(graph, targetObjectKey, muted.targetObject) != stored) {
+        if (muted.targetNode && deviceOf(graph, targetNodeKey, muted.targetNode) == stored) {
+            given.orders.push_back(
+                {targetNodeKey, MetadataValue{.type = ownType, .value = muted.targetNode->value}});
+            given.orders.push_back({targetNodeKey, muted.targetNode});
+        } else {
+            given.isRemembered = stream->routeKey.isEmpty();
+        }
     }
-    if (muted.targetNode && deviceOf(graph, targetNodeKey, muted.targetNode) == stored) {
-        connection.setSessionMetadata(
-            muted.id,
-            targetNodeKey,
-            MetadataValue{.type = ownType, .value = muted.targetNode->value});
-        connection.setSessionMetadata(muted.id, targetNodeKey, muted.targetNode);
-        return false;
+    for (const TargetOrder& order : given.orders) {
+        connection.setSessionMetadata(muted.id, order.key, order.value);
     }
-    return !stream->routeKey.isEmpty();
+    return given;
 }
 
 std::ostream& operator<<(std::ostream& out, const MutedStream& muted) {

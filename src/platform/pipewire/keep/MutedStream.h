@@ -6,6 +6,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace velmora::pipewire {
 
@@ -37,6 +38,9 @@ void sendToSink(Connection& connection,
                 const MutedStream& muted,
                 const std::string& stored);
 
+/// What the stream was given under `key` at this moment is somebody's choice, and no order of ours.
+[[nodiscard]] bool isChoice(const Graph& graph, GlobalId stream, const char* key);
+
 /// Takes over what the stream was given under `key` at this moment, if that is somebody's choice
 /// and another one than before; returns its device then, empty for a choice of none.
 [[nodiscard]] std::optional<std::string>
@@ -45,16 +49,28 @@ takeOverChoice(const Graph& graph, MutedStream& muted, const char* key);
 /// Takes over what somebody else has set for the stream since we sent it away.
 void takeOverTargets(const Graph& graph, MutedStream& muted);
 
+/// One of a stream's keys, and what it is to be; no value = none.
+struct TargetOrder {
+    const char* key{}; ///< `targetObjectKey` or `targetNodeKey`
+    std::optional<MetadataValue> value{};
+
+    bool operator==(const TargetOrder&) const = default;
+};
+
+struct GivenBack {
+    std::vector<TargetOrder> orders{}; ///< what was told, in that order; none when nothing was
+    bool isRemembered{true};           ///< the session manager remembers `stored` after this
+};
+
 /// Gives the stream back the target that it had, unless it has gone or somebody has sent it
 /// elsewhere since.
 /// @param stored           as above
 /// @param isOrderUnderWay  what is seen of its target is from before our order, which comes yet
-/// Returns whether the session manager does not remember `stored` after this.
-[[nodiscard]] bool giveBack(Connection& connection,
-                            const Graph& graph,
-                            MutedStream muted,
-                            const std::string& stored,
-                            bool isOrderUnderWay);
+[[nodiscard]] GivenBack giveBack(Connection& connection,
+                                 const Graph& graph,
+                                 MutedStream muted,
+                                 const std::string& stored,
+                                 bool isOrderUnderWay);
 
 /// One entry of words, for another process of ours to read; the state of `in` tells whether all of
 /// it came.

@@ -12,6 +12,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// By then everybody has heard of what we told, on a busy machine as well.
+constexpr std::chrono::seconds heardWithin{1};
+
 constexpr const char* queueingManagersFile = "stream-properties";
 
 /// Of the two kinds, the one that is in use; after an update both are there.
@@ -45,6 +48,7 @@ fs::path RouteMemory::managerFolder() {
 void RouteMemory::follow(Clock::time_point now) {
     std::erase_if(targets_,
                   [this](const auto& one) { return graph_.node(one.first.first) == nullptr; });
+    std::erase_if(own_, [now](const auto& one) { return now - one.second.time > heardWithin; });
     for (const auto& [serial, node] : graph_.nodes()) {
         for (const char* const key : {targetNodeKey, targetObjectKey}) {
             hear(node, key, now);
@@ -64,18 +68,33 @@ void RouteMemory::hear(const Node& stream, const char* key, Clock::time_point no
         targets_.erase({stream.serial, key});
         return;
     }
-    std::string& known = targets_[{stream.serial, key}];
+    const Place place{stream.serial, key};
+    std::string& known = targets_[place];
     if (known == value->value) {
         return;
     }
     known = value->value;
     const Node* const device = targetOf(graph_, key, *value);
-    if (!isFirst_ && device != nullptr && !isMuteSink(*device)) {
+    const bool isChoice = !isFirst_ && !isOwn(place, value->value, now);
+    if (isChoice && device != nullptr && !isMuteSink(*device)) {
         choices_[stream.routeKey] = {.device = device->name, .time = now};
     }
 }
 
+void RouteMemory::expect(Serial stream,
+                         const char* key,
+                         const std::string& value,
+                         Clock::time_point now) {
+    own_[{stream, key}] = {.value = value, .time = now};
+}
+
+bool RouteMemory::isOwn(const Place& place, const std::string& value, Clock::time_point now) const {
+    const auto own = own_.find(place);
+    return own != own_.end() && own->second.value == value && now - own->second.time <= heardWithin;
+}
+
 void RouteMemory::clear() {
+    own_.clear();
     isFirst_ = true;
     targets_.clear();
     choices_.clear();

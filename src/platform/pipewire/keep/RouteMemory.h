@@ -29,6 +29,8 @@ public:
     /// To be called for every entry about a stream as it comes: the next may be another already.
     /// @param key  `targetObjectKey` or `targetNodeKey`
     void hear(const Node& stream, const char* key, Clock::time_point now);
+    /// We tell the session manager this ourselves: when it is heard, it is nobody's choice.
+    void expect(Serial stream, const char* key, const std::string& value, Clock::time_point now);
     /// The connection has gone, and the graph's objects with it.
     void clear();
 
@@ -59,10 +61,18 @@ private:
     };
     using Place = std::pair<Serial, const char*>; ///< a stream and which of its keys
 
+    struct Own {
+        std::string value;
+        Clock::time_point time;
+    };
+    [[nodiscard]] bool
+    isOwn(const Place& place, const std::string& value, Clock::time_point now) const;
+
     const Graph& graph_;
     std::filesystem::path folder_;
     bool isFirst_ = true; // what is there already may be of any age
     std::map<Place, std::string> targets_;
+    std::map<Place, Own> own_;
     std::map<RouteKey, Choice> choices_;
 };
 

@@ -44,8 +44,9 @@ protected:
     Serial headset = builder.addSink("headset", {"FL", "FR"});
     Serial speakers = builder.addSink("speakers", {"FL", "FR"});
     Serial silent = builder.addNode("velmora.mute.1", "Audio/Sink/Internal");
-    Serial stream = builder.addNode("one", "Stream/Output/Audio", {{"media.role", "Music"}});
-    Serial other = builder.addNode("two", "Stream/Output/Audio", {{"media.role", "Music"}});
+    const Properties music{{"media.role", "Music"}, {"node.autoconnect", "true"}};
+    Serial stream = builder.addNode("one", "Stream/Output/Audio", music);
+    Serial other = builder.addNode("two", "Stream/Output/Audio", music);
 };
 
 TEST_F(RouteMemoryTest, IsWhatTheFileSays) {
@@ -65,13 +66,13 @@ TEST_F(RouteMemoryTest, IsWhatWasChosenSinceTheFileWasWritten) {
 }
 
 TEST_F(RouteMemoryTest, WhatIsWrittenIsWhatTheFileSaysWhateverWasChosenSince) {
-    const RouteKey music{.property = "media.role", .value = "Music"};
-    EXPECT_EQ(memory.written(music), std::nullopt) << "no file";
+    const RouteKey role{.property = "media.role", .value = "Music"};
+    EXPECT_EQ(memory.written(role), std::nullopt) << "no file";
 
     write("restore-stream", "television");
     send(stream, "target.object", headset);
 
-    EXPECT_EQ(memory.written(music), "television");
+    EXPECT_EQ(memory.written(role), "television");
     EXPECT_EQ(memory.written({.property = "media.role", .value = "Game"}), "");
 }
 
@@ -83,6 +84,21 @@ TEST_F(RouteMemoryTest, IsWhatWasChosenEvenIfItWasReplacedBeforeWeLooked) {
     send(stream, "target.object", silent);
 
     EXPECT_EQ(device(), "headset");
+}
+
+TEST_F(RouteMemoryTest, IsNotWhatAStreamWasGivenBack) {
+    send(stream, "target.object", headset);
+    send(other, "target.object", speakers);
+    send(stream, "target.object", silent);
+
+    memory.expect(stream, targetObjectKey, std::to_string(headset), now);
+    send(stream, "target.object", headset);
+    EXPECT_EQ(device(), "speakers");
+
+    now += 2s;
+    send(stream, "target.object", silent);
+    send(stream, "target.object", headset);
+    EXPECT_EQ(device(), "headset") << "chosen by somebody, later";
 }
 
 TEST_F(RouteMemoryTest, IsTheFilesAgainOnceThatIsWritten) {

@@ -124,6 +124,25 @@ TEST_F(MutedRoute, IsKeptForAnotherApplicationOfTheSameKind) {
     EXPECT_EQ(memoryOf(session(), before).files, before.files);
 }
 
+TEST_F(MutedRoute, IsKeptWhenTheStreamItselfIsElsewhere) {
+    const ToneApp other(session());
+    other.play("two", otherLeftHz, otherRightHz, playedDb);
+    ASSERT_TRUE(atHeadset().hears(0, otherLeftHz, playedDb));
+    sendTo(session(), "two", speakers.name);
+    ASSERT_TRUE(atSpeakers.hears(0, otherLeftHz, playedDb));
+    const SessionMemory before = memoryOf(session());
+    const AudioSource source = muted(app);
+    mix({source});
+    ASSERT_TRUE(atHeadset().isSilentAt(0, leftHz));
+
+    engine.setDirectMuted(false, source);
+
+    EXPECT_TRUE(atHeadset().hears(0, leftHz, playedDb));
+    const SessionMemory after = memoryOf(session(), before);
+    EXPECT_EQ(after.files, before.files);
+    EXPECT_EQ(after.metadata, before.metadata);
+}
+
 TEST_F(MutedRoute, IsKeptWhenItWasChosenAMomentBefore) {
     sendTo(session(), "one", speakers.name);
     ASSERT_TRUE(atSpeakers.hears(0, leftHz, playedDb));

@@ -1,5 +1,6 @@
 #include "platform/pipewire/keep/RouteMemory.h"
 
+#include "platform/pipewire/view/Muting.h"
 #include "platform/pipewire/view/StreamTarget.h"
 
 #include <cstdlib>
@@ -61,7 +62,9 @@ void RouteMemory::follow(Clock::time_point now) {
 
 void RouteMemory::hear(const Node& stream, const char* key, Clock::time_point now) {
     const auto value = graph_.metadata(sessionMetadata, stream.id, key);
-    if (!isPlaybackStream(stream) || stream.routeKey.isEmpty()) {
+    // What the session manager does not move nobody sends anywhere, the stand-ins of ours included:
+    // to each of them it gives the target that it is about to be told anew.
+    if (!isMovableStream(stream) || stream.routeKey.isEmpty()) {
         return;
     }
     if (!value) {

@@ -101,6 +101,16 @@ TEST_F(RouteMemoryTest, IsNotWhatAStreamWasGivenBack) {
     EXPECT_EQ(device(), "headset") << "chosen by somebody, later";
 }
 
+TEST_F(RouteMemoryTest, IsNotWhereAStandInWasSent) {
+    send(stream, "target.object", speakers);
+    const Serial standIn =
+        builder.addNode("velmora.route.1", "Stream/Output/Audio", {{"media.role", "Music"}});
+
+    send(standIn, "target.node", headset);
+
+    EXPECT_EQ(device(), "speakers");
+}
+
 TEST_F(RouteMemoryTest, IsTheFilesAgainOnceThatIsWritten) {
     send(stream, "target.object", headset);
     write("restore-stream", "television");

@@ -210,12 +210,12 @@ private:
             entry = {.type = type == nullptr ? "" : type, .value = value};
         }
         if (isCollecting_) {
-            change(collected_, subject, name, std::move(entry));
-        } else {
-            graph_.setMetadata(name_, subject, name, std::move(entry));
-            told_(subject, name);
-            changed_();
+            // What changes meanwhile comes here only; the next change may take its place at once.
+            change(collected_, subject, name, entry);
         }
+        graph_.setMetadata(name_, subject, name, std::move(entry));
+        told_(subject, name);
+        changed_();
     }
 
     Graph& graph_;

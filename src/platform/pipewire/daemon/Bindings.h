@@ -33,7 +33,7 @@ public:
 
 enum class MetadataStart {
     following, ///< every entry goes to the graph as it comes
-    collecting ///< entries are kept until `publish`
+    collecting ///< as well; at `publish`, what did not come goes from the graph
 };
 
 /// Threads: any, with the loop's lock.

@@ -210,6 +210,42 @@ TEST_F(RecallLaunch, AnApplicationThatRunsAlreadyIsNotStartedAgain) {
     expectHeardAt("org.example.running", leftHz, rightHz, halved);
 }
 
+TEST_F(RecallLaunch, AnApplicationThatThePresetHoldsTwiceIsInTheMixOnceWhileItRunsOnce) {
+    const std::string player = playerProgram("single");
+    install("org.example.single", player + toPlay(otherLeftHz, otherRightHz));
+    const ToneApp running(session(), {.program = player});
+    running.play("music", leftHz, rightHz, playedDb);
+    EXPECT_EQ(playing(running.pid()).app()->bundleID, "org.example.single");
+
+    choose({app("org.example.single", 1), app("org.example.single", 1), interfacePair()});
+
+    EXPECT_EQ(names(2), (std::vector<std::string>{"Saved org.example.single", "Pair"}));
+    EXPECT_EQ(engine.lastError(), "Introuvable : Saved org.example.single");
+    EXPECT_THAT(platform.applications.byBundleID("org.example.single"), SizeIs(1));
+    EXPECT_TRUE(mic.hears(0, leftHz, playedDb)) << "not 6 dB more";
+    EXPECT_TRUE(mic.hears(1, rightHz, playedDb));
+}
+
+TEST_F(RecallLaunch, AnApplicationThatThePresetHoldsTwiceIsTwoInstancesWhenTheyRun) {
+    const std::string player = playerProgram("double");
+    install("org.example.double", player);
+    const ToneApp first(session(), {.program = player});
+    first.play("music", leftHz, rightHz, playedDb);
+    static_cast<void>(playing(first.pid()));
+    const ToneApp second(session(), {.program = player});
+    second.play("music", otherLeftHz, otherRightHz, playedDb);
+    static_cast<void>(playing(second.pid()));
+
+    choose({app("org.example.double", 1), app("org.example.double", halfGain)});
+
+    ASSERT_THAT(names(2), SizeIs(2));
+    EXPECT_EQ(engine.sources()[0].app()->pid, first.pid());
+    EXPECT_EQ(engine.sources()[1].app()->pid, second.pid());
+    EXPECT_TRUE(mic.hears(0, leftHz, playedDb));
+    EXPECT_TRUE(mic.hears(0, otherLeftHz, halved));
+    EXPECT_EQ(engine.lastError(), std::nullopt);
+}
+
 TEST_F(RecallLaunch, AProgramThatEndsAtOnceIsToldAndTheMixGoesOn) {
     install("org.example.brief", script("brief", "#!/bin/sh\nexit 1\n"));
 

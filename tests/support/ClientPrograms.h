@@ -105,6 +105,7 @@ public:
            const std::string& device,
            const std::vector<int>& channels,
            const Tone& tone);
+    [[nodiscard]] pid_t pid() const { return process_.pid(); }
 
 private:
     ChildProcess process_;

@@ -12,7 +12,6 @@ RowButton {
     DashedBorder {
         anchors.fill: parent
         radius: root.radius
-        textureSize: Comfort.texture(width, height, Comfort.scale)
         color: root.hovered ? Theme.ink : Theme.ink60
     }
     Symbol {

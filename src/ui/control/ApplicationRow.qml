@@ -17,7 +17,7 @@ Item {
     Accessible.selectable: true
     Accessible.onPressAction: root.chosen()
 
-    Rectangle {
+    Rounded {
         anchors.fill: parent
         radius: 6
         color: root.current ? Theme.ocean : Qt.alpha(Theme.ink, area.containsMouse ? 0.06 : 0)

@@ -55,6 +55,12 @@ Window {
     }
     Component.onCompleted: fit()
 
+    // As far as the last pixel, where that is a part of a point: Qt fills whole points only.
+    Rounded {
+        anchors.fill: parent
+        anchors.margins: -1
+        color: root.color
+    }
     Enlarged {
         id: stage
 

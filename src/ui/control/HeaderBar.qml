@@ -19,12 +19,12 @@ Item {
         height: 30
 
         // The drawing's rim is made for light surfaces.
-        Rectangle {
+        Rounded {
             anchors.fill: parent
             radius: width / 2
             color: "transparent"
-            border.color: Theme.ink
-            border.width: 2
+            outlineColor: Theme.ink
+            outlineWidth: 2
         }
     }
     Label {

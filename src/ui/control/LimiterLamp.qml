@@ -21,11 +21,11 @@ Item {
                 Tips.withdraw(root);
         }
     }
-    Disc {
+    Rounded {
         anchors.centerIn: parent
         width: 7
         height: 7
         color: Theme.coral
-        outlineColor: Theme.coral
+        radius: width / 2
     }
 }

@@ -103,10 +103,6 @@ Item {
     implicitHeight: fixedHeight + stripsHeight
     readonly property real minimumHeight: fixedHeight + Math.min(stripsHeight, 96)
 
-    Rectangle {
-        anchors.fill: parent
-        color: Theme.sand
-    }
     ScrollArea {
         id: page
         anchors.fill: parent
@@ -129,7 +125,6 @@ Item {
                 objectName: "waveform"
                 width: parent.width
                 height: 28
-                textureSize: Comfort.texture(width, height, Comfort.scale)
                 running: root.model.running
                 still: Comfort.still
             }

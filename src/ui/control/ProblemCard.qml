@@ -2,7 +2,7 @@ import QtQuick
 import Velmora.Kit
 
 // What went wrong, line by line. The text can be selected and copied; many lines scroll.
-Rectangle {
+Rounded {
     id: root
     required property string text
     required property bool dismissable
@@ -26,8 +26,8 @@ Rectangle {
             dismissed();
     }
     color: Qt.alpha(Theme.coral, 0.12)
-    border.color: Qt.alpha(Theme.coral, 0.4)
-    border.width: 1
+    outlineColor: Qt.alpha(Theme.coral, 0.4)
+    outlineWidth: 1
 
     Symbol {
         id: mark

@@ -35,19 +35,20 @@ FocusScope {
         acceptedButtons: Qt.AllButtons
         onWheel: wheel => wheel.accepted = true
     }
-    Rectangle {
+    Rounded {
         anchors.fill: parent
+        anchors.margins: -1
         color: Theme.veil
     }
-    Rectangle {
+    Rounded {
         objectName: "sheetPanel"
         anchors.centerIn: parent
         width: Math.min(root.panelWidth, root.width - 32)
         height: Math.min(body.childrenRect.height + 40, root.height - 32)
         radius: 14
         color: Theme.paper
-        border.color: Theme.ink15
-        border.width: 1
+        outlineColor: Theme.ink15
+        outlineWidth: 1
         Accessible.role: Accessible.Dialog
         Accessible.name: root.name
 

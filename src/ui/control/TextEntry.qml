@@ -16,12 +16,12 @@ FocusScope {
     implicitWidth: 220
     implicitHeight: 24
 
-    Rectangle {
+    Rounded {
         anchors.fill: parent
         radius: 6
         color: Theme.sand
-        border.color: input.activeFocus ? Theme.ring : Theme.ink60
-        border.width: input.activeFocus ? 2 : 1
+        outlineColor: input.activeFocus ? Theme.ring : Theme.ink60
+        outlineWidth: input.activeFocus ? 2 : 1
     }
     Symbol {
         id: sign

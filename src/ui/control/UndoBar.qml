@@ -32,13 +32,13 @@ FocusScope {
     SoftShadow {
         cornerRadius: panel.radius
     }
-    Rectangle {
+    Rounded {
         id: panel
         anchors.fill: parent
         radius: 12
         color: Theme.paper
-        border.color: Theme.ink15
-        border.width: 1
+        outlineColor: Theme.ink15
+        outlineWidth: 1
 
         HoverHandler {
             id: hover

@@ -16,7 +16,7 @@ Pressable {
     Accessible.role: Accessible.PageTab
     Accessible.selected: chosen
 
-    Rectangle {
+    Rounded {
         id: shape
         anchors.fill: parent
         radius: 10

@@ -2,7 +2,7 @@ import QtQuick
 import Velmora.Kit
 
 // A card of the window; what is put into it stands in one column.
-Rectangle {
+Rounded {
     id: root
     default property alias content: column.data
     property alias spacing: column.spacing
@@ -13,8 +13,8 @@ Rectangle {
     implicitHeight: column.implicitHeight + 2 * verticalPadding
     radius: 12
     color: Theme.paper
-    border.width: 1
-    border.color: Theme.ink15
+    outlineWidth: 1
+    outlineColor: Theme.ink15
 
     Column {
         id: column

@@ -13,9 +13,8 @@ constexpr double gap = 2.6;
 
 } // namespace
 
-DashedBorder::DashedBorder(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    setAntialiasing(true);
-    connect(this, &DashedBorder::changed, this, [this] { update(); });
+DashedBorder::DashedBorder(QQuickItem* parent) : DrawnItem(parent) {
+    connect(this, &DashedBorder::changed, this, &QQuickItem::update);
 }
 
 void DashedBorder::setRadius(double radius) {
@@ -32,14 +31,16 @@ void DashedBorder::setColor(const QColor& color) {
     }
 }
 
-void DashedBorder::paint(QPainter* painter) {
-    constexpr double inset = thickness / 2; // the pen straddles the path
-    QPen pen(color_, thickness);
+void DashedBorder::draw(QPainter& painter, const QRectF& place, double scale) {
+    const double line = thickness * scale;
+    const double inset = line / 2; // the pen straddles the path
+    QPen pen(color_, line);
     pen.setDashPattern({dash, gap});
-    painter->setPen(pen);
-    painter->setBrush(Qt::NoBrush);
-    painter->drawRoundedRect(
-        boundingRect().adjusted(inset, inset, -inset, -inset), radius_ - inset, radius_ - inset);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(place.adjusted(inset, inset, -inset, -inset),
+                            radius_ * scale - inset,
+                            radius_ * scale - inset);
 }
 
 } // namespace velmora

@@ -1,16 +1,19 @@
 // DashedBorder.h: the outline of a place that is still empty.
 #pragma once
 
+#include "ui/kit/controls/DrawnItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace velmora {
 
 /// A dashed rounded rectangle, one and a half points thick, inside the item's bounds.
 ///
-/// Threads: main; `paint` runs while the main thread waits.
-class DashedBorder : public QQuickPaintedItem {
+/// Its base is named in full because Qt's tools take the name as it is written.
+///
+/// Threads: main.
+class DashedBorder : public velmora::DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY changed)
@@ -25,10 +28,11 @@ public:
     [[nodiscard]] const QColor& color() const { return color_; }
     void setColor(const QColor& color);
 
-    void paint(QPainter* painter) override;
-
 Q_SIGNALS:
     void changed();
+
+protected:
+    void draw(QPainter& painter, const QRectF& place, double scale) override;
 
 private:
     double radius_ = 0;

@@ -2,7 +2,7 @@ import QtQuick
 import Velmora.Kit
 
 // Answers the pointer: what it is over darkens a little (lightens, in the dark), more when pressed.
-Rectangle {
+Rounded {
     property bool hovered: false
     property bool down: false
 

@@ -2,7 +2,7 @@ import QtQuick
 import Velmora.Kit
 
 // Shows which control the keyboard acts on, just outside the shape that it is put into.
-Rectangle {
+Rounded {
     id: root
     required property Item control
     property real cornerRadius: 0
@@ -10,10 +10,10 @@ Rectangle {
 
     objectName: "focusRing"
     anchors.fill: parent
-    anchors.margins: -gap - border.width
-    radius: cornerRadius + gap + border.width
+    anchors.margins: -gap - outlineWidth
+    radius: cornerRadius + gap + outlineWidth
     visible: InputMode.keyboard && control.activeFocus
     color: "transparent"
-    border.width: 2
-    border.color: Theme.ring
+    outlineWidth: 2
+    outlineColor: Theme.ring
 }

@@ -17,7 +17,7 @@ Pressable {
     implicitHeight: text === "" ? 24 : 28
     opacity: enabled ? 1 : 0.4
 
-    Rectangle {
+    Rounded {
         id: shape
         anchors.fill: parent
         radius: root.text === "" ? 6 : 8

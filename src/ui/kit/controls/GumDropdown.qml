@@ -43,13 +43,13 @@ Pressable {
         anchor: root
         name: root.name
     }
-    Rectangle {
+    Rounded {
         id: shape
         anchors.fill: parent
         radius: 8
         color: Theme.paper
-        border.width: 1
-        border.color: Theme.ink15
+        outlineWidth: 1
+        outlineColor: Theme.ink15
 
         Feedback {
             radius: shape.radius

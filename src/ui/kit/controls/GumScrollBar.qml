@@ -20,7 +20,7 @@ Item {
     width: 14
     height: Math.min(flickable.height, Math.max(24, flickable.height * flickable.height / Math.max(1, flickable.contentHeight)))
 
-    Rectangle {
+    Rounded {
         anchors.horizontalCenter: parent.horizontalCenter
         width: root.thickness
         height: parent.height

@@ -18,7 +18,7 @@ Pressable {
     Accessible.checked: chosen
     Accessible.onToggleAction: clicked()
 
-    Rectangle {
+    Rounded {
         id: shape
         anchors.fill: parent
         radius: 8

@@ -4,7 +4,7 @@ import Velmora.Kit
 
 // A row of buttons of which one is chosen. An option of "●" signs is drawn as dots. `names` are the
 // options in words, where they differ from what is shown.
-Rectangle {
+Rounded {
     id: root
     required property list<string> options
     required property int current
@@ -17,8 +17,8 @@ Rectangle {
     implicitHeight: 28
     radius: 8
     color: "transparent"
-    border.width: 1
-    border.color: Theme.ink15
+    outlineWidth: 1
+    outlineColor: Theme.ink15
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.Grouping
     Accessible.name: name

@@ -78,7 +78,7 @@ Item {
         event.accepted = false;
     }
 
-    Rectangle {
+    Rounded {
         id: track
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width
@@ -86,7 +86,7 @@ Item {
         radius: 2
         color: Theme.groove
     }
-    Rectangle {
+    Rounded {
         readonly property real start: thumb.travel * root.origin + (root.origin === 0 ? 0 : thumb.width / 2)
         readonly property real end: thumb.x + thumb.width / 2
         x: Math.min(start, end)
@@ -94,19 +94,10 @@ Item {
         width: Math.abs(end - start)
         height: track.height
         radius: track.radius
-        gradient: Gradient {
-            orientation: Gradient.Horizontal
-            GradientStop {
-                position: 0
-                color: Theme.accentLeading
-            }
-            GradientStop {
-                position: 1
-                color: Theme.accentTrailing
-            }
-        }
+        color: Theme.accentLeading
+        trailingColor: Theme.accentTrailing
     }
-    Rectangle {
+    Rounded {
         id: thumb
         readonly property real travel: root.width - width
         objectName: "thumb"
@@ -116,8 +107,8 @@ Item {
         height: width
         radius: width / 2
         color: Theme.sun
-        border.width: 2
-        border.color: Theme.ink
+        outlineWidth: 2
+        outlineColor: Theme.ink
 
         Feedback {
             radius: parent.radius

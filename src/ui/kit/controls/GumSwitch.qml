@@ -20,15 +20,15 @@ Pressable {
     Accessible.checked: checked
     Accessible.onToggleAction: toggled()
 
-    Rectangle {
+    Rounded {
         id: track
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width
         height: root.trackHeight
         radius: height / 2
         color: root.checked ? Theme.ocean : Theme.shore
-        border.width: 2
-        border.color: Theme.ink
+        outlineWidth: 2
+        outlineColor: Theme.ink
 
         Behavior on color {
             enabled: !Comfort.still
@@ -43,15 +43,16 @@ Pressable {
             hovered: root.hovered
             down: root.down
         }
-        Disc {
+        Rounded {
             objectName: "knob"
             x: root.checked ? track.width - width - root.inset : root.inset
             y: root.inset
             width: root.knobSize
             height: width
             color: root.checked ? Theme.sun : Theme.paper
+            radius: width / 2
             outlineColor: Theme.ink
-            textureSize: Comfort.texture(width, height, Comfort.scale)
+            outlineWidth: 2
 
             Behavior on x {
                 enabled: !Comfort.still

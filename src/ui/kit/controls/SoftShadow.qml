@@ -13,7 +13,7 @@ Item {
     Repeater {
         model: 5
 
-        Rectangle {
+        Rounded {
             required property int index
             readonly property real reach: 1 + 2 * index
             x: -reach

@@ -32,12 +32,12 @@ Item {
     SoftShadow {
         cornerRadius: 6
     }
-    Rectangle {
+    Rounded {
         anchors.fill: parent
         radius: 6
         color: Theme.paper
-        border.width: 1
-        border.color: Theme.ink40
+        outlineWidth: 1
+        outlineColor: Theme.ink40
     }
     GumText {
         id: words

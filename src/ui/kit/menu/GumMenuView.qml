@@ -34,12 +34,12 @@ FocusScope {
     SoftShadow {
         cornerRadius: root.cornerRadius
     }
-    Rectangle {
+    Rounded {
         anchors.fill: parent
         radius: root.cornerRadius
         color: Theme.paper
-        border.width: 1
-        border.color: Theme.ink15
+        outlineWidth: 1
+        outlineColor: Theme.ink15
     }
     ListView {
         id: list

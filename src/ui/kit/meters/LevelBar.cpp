@@ -64,15 +64,17 @@ void LevelBar::setTrackColor(const QColor& color) {
     update();
 }
 
-void LevelBar::paint(QPainter* painter) {
+void LevelBar::draw(QPainter& painter, const QRectF& place, double) {
+    painter.translate(place.topLeft());
+    painter.scale(place.width() / width(), place.height() / height());
     const auto capsule = [&](double length) {
         const double radius = std::min(length, height()) / 2;
-        painter->drawRoundedRect(QRectF(0, 0, length, height()), radius, radius);
+        painter.drawRoundedRect(QRectF(0, 0, length, height()), radius, radius);
     };
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(trackColor_);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(trackColor_);
     capsule(width());
-    painter->setBrush(colours());
+    painter.setBrush(colours());
     capsule(fill_);
 }
 

@@ -36,8 +36,6 @@ public:
     /// The filled length that is shown now, in points.
     [[nodiscard]] double fill() const { return fill_; }
 
-    void paint(QPainter* painter) override;
-
 Q_SIGNALS:
     void activeChanged();
     void levelChanged();
@@ -45,6 +43,7 @@ Q_SIGNALS:
     void fillChanged();
 
 protected:
+    void draw(QPainter& painter, const QRectF& place, double scale) override;
     void tick() override;
 
 private:

@@ -9,7 +9,6 @@ LevelBar {
 
     width: implicitWidth
     height: implicitHeight
-    textureSize: Comfort.texture(width, height, Comfort.scale)
     trackColor: Theme.meterGroove
     opacity: active ? 1 : 0.5
     Accessible.role: Accessible.ProgressBar

@@ -6,8 +6,7 @@
 
 namespace velmora {
 
-MovingItem::MovingItem(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    setAntialiasing(true);
+MovingItem::MovingItem(QQuickItem* parent) : DrawnItem(parent) {
 }
 
 void MovingItem::setMoving(bool moving) {
@@ -19,7 +18,7 @@ void MovingItem::setMoving(bool moving) {
 }
 
 void MovingItem::itemChange(ItemChange change, const ItemChangeData& data) {
-    QQuickPaintedItem::itemChange(change, data);
+    DrawnItem::itemChange(change, data);
     if (change == ItemSceneChange) {
         disconnect(ticks_);
         follow(isVisible() && data.window != nullptr);

@@ -1,14 +1,17 @@
-// MovingItem.h: a painted item that changes with each tick of its window's clock.
+// MovingItem.h: a drawn item that changes with each tick of its window's clock.
 #pragma once
 
+#include "ui/kit/controls/DrawnItem.h"
+
 #include <QMetaObject>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace velmora {
 
-/// Threads: main; `paint` on the thread that renders, while the main thread waits.
-class MovingItem : public QQuickPaintedItem {
+/// Its base is named in full because Qt's tools take the name as it is written.
+///
+/// Threads: main.
+class MovingItem : public velmora::DrawnItem {
     Q_OBJECT
     QML_ANONYMOUS
 

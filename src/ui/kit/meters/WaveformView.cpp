@@ -37,7 +37,10 @@ void blend(QRgb& pixel, const Color& color, double opacity) {
 
 /// Draws a line whose middle is at `middles[column]`, in pixels, by how much of each pixel of a
 /// column it covers: a stroke of QPainter looks the same and costs several times as much.
-void draw(QImage& picture, const std::vector<double>& middles, double width, const Color& color) {
+void drawLine(QImage& picture,
+              const std::vector<double>& middles,
+              double width,
+              const Color& color) {
     const std::size_t last = middles.size() - 1;
     for (std::size_t column = 0; column <= last; ++column) {
         const std::size_t before = column == 0 ? 0 : column - 1;
@@ -63,16 +66,13 @@ WaveformView::WaveformView(QQuickItem* parent) : MovingItem(parent) {
     setMoving(true);
 }
 
-void WaveformView::paint(QPainter* painter) {
-    const double scale = painter->worldTransform().m11(); // pixels a point
-    QImage picture(int(std::ceil(width() * scale)),
-                   int(std::ceil(height() * scale)),
-                   QImage::Format_ARGB32_Premultiplied);
+void WaveformView::draw(QPainter& painter, const QRectF& place, double scale) {
+    QImage picture(place.size().toSize(), QImage::Format_ARGB32_Premultiplied);
     if (picture.width() < 2) {
         return;
     }
     picture.fill(Qt::transparent);
-    const double middle = height() * scale / 2;
+    const double middle = place.height() / 2;
     const double amplitude = middle - thickness * scale;
     if (shape_.places() != std::size_t(picture.width())) {
         shape_.setPlaces(std::size_t(picture.width()));
@@ -82,10 +82,9 @@ void WaveformView::paint(QPainter* painter) {
         for (double& height : middles) {
             height = middle - amplitude * height;
         }
-        draw(picture, middles, thickness * scale, line == 0 ? Theme::ocean : Theme::lagoon);
+        drawLine(picture, middles, thickness * scale, line == 0 ? Theme::ocean : Theme::lagoon);
     }
-    picture.setDevicePixelRatio(scale);
-    painter->drawImage(QPointF(0, 0), picture);
+    painter.drawImage(place.topLeft(), picture);
 }
 
 void WaveformView::tick() {

@@ -30,13 +30,12 @@ public:
     [[nodiscard]] bool isStill() const { return still_; }
     void setStill(bool still);
 
-    void paint(QPainter* painter) override;
-
 Q_SIGNALS:
     void runningChanged();
     void stillChanged();
 
 protected:
+    void draw(QPainter& painter, const QRectF& place, double scale) override;
     void tick() override;
 
 private:

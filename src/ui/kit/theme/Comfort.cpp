@@ -26,10 +26,6 @@ double Comfort::windowScale(double textScale, const QString& platform, double pi
     return isInResolution ? 1.0 : wanted;
 }
 
-QSize Comfort::texture(double width, double height, double scale) {
-    return scale == 1.0 ? QSize() : (QSizeF(width, height) * scale).toSize();
-}
-
 void Comfort::follow() {
     const Appearance::Look look = settings_.desktopLook();
     const double scale =

@@ -4,7 +4,6 @@
 #include "platform/Signal.h"
 
 #include <QObject>
-#include <QSize>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
@@ -33,10 +32,6 @@ public:
 
     [[nodiscard]] double scale() const { return scale_; }
     [[nodiscard]] bool still() const { return still_; }
-
-    /// Of a painted item, so that it is sharp at this scale; Qt's own where that is 1.
-    /// Threads: any.
-    Q_INVOKABLE [[nodiscard]] static QSize texture(double width, double height, double scale);
 
     static constexpr double largest = 1.5;
     /// How much larger a window is drawn, 1 … `largest`, where texts shall be `textScale` times as

@@ -2,60 +2,15 @@
 
 #include "ui/kit/Kit.h"
 #include "ui/kit/theme/ThemeColors.h"
+#include "ui/support/Readability.h"
 #include "ui/window/WindowTest.h"
 
-#include <algorithm>
-#include <cmath>
 #include <functional>
 #include <set>
-#include <string>
 
 namespace velmora {
 
 namespace {
-
-constexpr double forTexts = 4.5; // to 1 (WCAG 2.1, 1.4.3)
-constexpr double forSymbols = 3; // to 1 (WCAG 2.1, 1.4.11)
-
-/// Relative luminance of an opaque colour (WCAG 2.1).
-double luminance(const QColor& color) {
-    const auto linear = [](double channel) {
-        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other) {
-    const double a = luminance(one);
-    const double b = luminance(other);
-    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
-}
-
-QColor over(const QColor& front, const QColor& back) {
-    const auto mix = [&](double f, double b) {
-        return float(f * double(front.alphaF()) + b * (1 - double(front.alphaF())));
-    };
-    return QColor::fromRgbF(mix(front.redF(), back.redF()),
-                            mix(front.greenF(), back.greenF()),
-                            mix(front.blueF(), back.blueF()));
-}
-
-bool isEnabledText(QQuickItem& item) {
-    return isText(item) && item.isEnabled();
-}
-
-bool isSymbol(QQuickItem& item) {
-    return item.property("source").toString().startsWith("image://glyph/") && item.isEnabled();
-}
-
-/// Itself, or in something of this name.
-bool isIn(const QQuickItem* item, const QString& name) {
-    while (item != nullptr && item->objectName() != name) {
-        item = item->parentItem();
-    }
-    return item != nullptr;
-}
 
 class Contrast : public WindowTest {
 protected:
@@ -63,33 +18,6 @@ protected:
         openEverything();
         scene.engine.setHeadphoneVolume(0);
         settle();
-    }
-
-    using Filter = bool (*)(QQuickItem&);
-
-    /// Each of these in `root` stands out from what is beside it.
-    void expectContrast(QQuickItem& root,
-                        Filter filter,
-                        double least,
-                        const std::set<QString>& fixed = {}) {
-        const QImage picture = grabOf(root);
-        const double scale = picture.devicePixelRatio();
-        const auto items = visibleItems(root, filter);
-        EXPECT_FALSE(items.empty());
-        for (QQuickItem* item : items) {
-            const QPointF beside = item->mapToScene({-2, item->height() / 2}) * scale;
-            if (!picture.rect().contains(beside.toPoint()) ||
-                std::ranges::any_of(fixed, [&](const QString& name) { return isIn(item, name); })) {
-                continue;
-            }
-            const QColor back = picture.pixelColor(beside.toPoint());
-            const auto color = item->property("color").value<QColor>();
-            EXPECT_GE(contrast(over(color, back), back), least)
-                << item->property("text").toString().toStdString()
-                << item->property("name").toString().toStdString() << ", "
-                << color.name(QColor::HexArgb).toStdString() << " on " << back.name().toStdString()
-                << " in " << settings.appearance();
-        }
     }
 
     void inBothAppearances(const std::function<void()>& check) {
@@ -105,14 +33,6 @@ protected:
 
     /// What is drawn in these is fixed: the faintest shade and the accent's own.
     const std::set<QString> fixedSymbols{"monitoringButton", "mute", "delete", "playing"};
-
-private:
-    QImage grabOf(QQuickItem& item) {
-        settle();
-        QImage picture = item.window()->grabWindow();
-        picture.setDevicePixelRatio(item.window()->effectiveDevicePixelRatio());
-        return picture;
-    }
 };
 
 TEST_F(Contrast, IsEnoughForEveryTextAndSymbol) {

@@ -1,5 +1,6 @@
 // The window under fingers, which hover over nothing.
 
+#include "ui/support/Readability.h"
 #include "ui/window/WindowTest.h"
 
 #include <QPointingDevice>
@@ -17,16 +18,6 @@ protected:
         settle();
         QTest::touchEvent(where, screen_).release(0, at, where);
         settle();
-    }
-    void expectTargets(QQuickItem& root) {
-        const auto targets = visibleItems(root, [](QQuickItem& item) {
-            return item.property("tipWanted").isValid() || item.activeFocusOnTab();
-        });
-        EXPECT_FALSE(targets.empty());
-        for (QQuickItem* target : targets) {
-            EXPECT_GE(target->width(), 24) << spokenName(*target).toStdString();
-            EXPECT_GE(target->height(), 24) << spokenName(*target).toStdString();
-        }
     }
 
 private:

@@ -204,7 +204,7 @@ Item {
                 textFormat: Text.PlainText
                 elide: Text.ElideMiddle
                 size: 11
-                color: Theme.ink60
+                color: Theme.soft
                 Accessible.role: Accessible.AlertMessage
                 Accessible.name: text
             }

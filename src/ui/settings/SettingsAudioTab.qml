@@ -84,7 +84,7 @@ Column {
         horizontalAlignment: Text.AlignHCenter
         text: root.model.blocks
         size: 12
-        color: Theme.ink60
+        color: Theme.soft
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
     }

@@ -43,7 +43,7 @@ Column {
             visible: root.model.asking
             bottomPadding: 6
             size: 12
-            color: Theme.ink60
+            color: Theme.soft
             text: I18n.t("Le bureau demande quelles touches utiliser.")
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
@@ -72,7 +72,7 @@ Column {
                     anchors.verticalCenter: parent.verticalCenter
                     text: row.modelData.does
                     size: 12
-                    color: Theme.ink60
+                    color: Theme.soft
                     textFormat: Text.PlainText
                     elide: Text.ElideRight
                 }

@@ -24,6 +24,7 @@ Pressable {
 
         Feedback {
             radius: shape.radius
+            filled: root.chosen
             hovered: root.hovered
             down: root.down
         }

@@ -25,6 +25,7 @@ Pressable {
 
         Feedback {
             radius: shape.radius
+            filled: root.filled
             hovered: root.hovered
             down: root.down
         }

@@ -1,6 +1,7 @@
 #include "MixWindow.h"
 
 #include "engine/AudioEngine.h"
+#include "ui/Renderer.h"
 #include "ui/Ui.h"
 #include "ui/WindowPicture.h"
 #include "ui/control/SourceStripModel.h"
@@ -16,6 +17,7 @@ MixWindow::MixWindow(const Platform& platform, AudioEngine& engine)
       model_({platform_, engine, sources_, presets_, recall_, settings_, talk_}) {
     installKit(qml_, settings_);
     installUi(qml_);
+    drawWindowsBy(Renderer::processor);
     auto made = makeWindow(qml_, QUrl("qrc:/qt/qml/Velmora/ControlWindow.qml"), model_);
     if (!made) {
         throw std::runtime_error(made.error());

@@ -44,6 +44,11 @@ QQuickWindow& SceneWindow::make() {
         window_ = std::move(*made);
         window_->installEventFilter(this);
         centre(*window_);
+        connect(window_.get(), &QQuickWindow::frameSwapped, this, &SceneWindow::drawn);
+        connect(window_.get(),
+                &QQuickWindow::sceneGraphError,
+                this,
+                [this](auto, const QString& reason) { Q_EMIT drawingFailed(reason); });
         connect(window_.get(),
                 &QWindow::heightChanged,
                 this,

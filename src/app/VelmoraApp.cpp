@@ -1,11 +1,14 @@
 #include "app/VelmoraApp.h"
 
+#include "ui/Renderer.h"
 #include "ui/Ui.h"
 #include "ui/kit/Kit.h"
+#include "ui/kit/theme/Comfort.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QUrl>
 #include <chrono>
+#include <utility>
 
 namespace velmora {
 namespace {
@@ -24,10 +27,10 @@ VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version, 
                       .dawMode = mixer_.dawMode(),
                       .keys = mixer_.shortcutKeys(),
                       .version = version}),
-      controlWindow_(qml_,
-                     QUrl("qrc:/qt/qml/Velmora/ControlWindow.qml"),
-                     controlModel_,
-                     [this] { return mayClose(controlWindow_); }),
+      renderer_(platform.defaults), controlWindow_(qml_,
+                                                   QUrl("qrc:/qt/qml/Velmora/ControlWindow.qml"),
+                                                   controlModel_,
+                                                   [this] { return mayClose(controlWindow_); }),
       settingsWindow_(qml_,
                       QUrl("qrc:/qt/qml/Velmora/SettingsWindow.qml"),
                       settingsModel_,
@@ -42,6 +45,16 @@ VelmoraApp::VelmoraApp(const Platform& platform, const ProgramVersion& version, 
 }
 
 void VelmoraApp::listen() {
+    for (const SceneWindow* const window : {&controlWindow_, &settingsWindow_}) {
+        connect(window, &SceneWindow::drawn, this, [this] { renderer_.succeed(); });
+        connect(window, &SceneWindow::drawingFailed, this, [this](const QString& reason) {
+            if (!renderer_.isOnTrial()) {
+                qFatal("%s", qPrintable(reason)); // as Qt does: nothing else can draw
+            }
+            qWarning("%s", qPrintable(reason));
+            QCoreApplication::exit(toBeStartedAgain);
+        });
+    }
     connect(
         &controlModel_, &ControlWindowModel::settingsRequested, this, &VelmoraApp::openSettings);
     connect(&controlModel_, &ControlWindowModel::quitRequested, this, &VelmoraApp::quit);
@@ -62,11 +75,25 @@ void VelmoraApp::start() {
     });
 }
 
+void VelmoraApp::chooseRenderer() {
+    if (std::exchange(isRendererChosen_, true) || isRendererForced()) {
+        return;
+    }
+    const double pixels = qApp->devicePixelRatio();
+    const double points = Comfort::windowScale(
+        parts().settings.desktopLook().textScale, QGuiApplication::platformName(), pixels);
+    // Loading a driver takes a while, and a program that shows no window needs none.
+    drawWindowsBy(hasGraphicsCard() ? renderer_.choose(graphicsName, pixels * points)
+                                    : Renderer::processor);
+}
+
 void VelmoraApp::open(const QString& token) {
+    chooseRenderer();
     controlWindow_.open(token);
 }
 
 void VelmoraApp::openSettings() {
+    chooseRenderer();
     controlWindow_.make(); // the program's shortcuts are there
     settingsModel_.refresh();
     settingsWindow_.open();

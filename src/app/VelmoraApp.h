@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/DesktopFileChooser.h"
+#include "app/RendererChoice.h"
 #include "app/SceneWindow.h"
 #include "app/TrayItem.h"
 #include "operations/Mixer.h"
@@ -28,6 +29,9 @@ class VelmoraApp : public QObject {
 
 public:
     enum class Start { byHand, hidden };
+    /// How the event loop ends when the windows could not be drawn: the next start draws them
+    /// another way.
+    static constexpr int toBeStartedAgain = 75;
 
     VelmoraApp(const Platform& platform, const ProgramVersion& version, Start start);
 
@@ -45,6 +49,8 @@ public:
 
 private:
     void listen();
+    /// Decides, before the first window, who draws them all.
+    void chooseRenderer();
     [[nodiscard]] bool mayClose(const SceneWindow& closing);
 
     Platform platform_;
@@ -55,6 +61,8 @@ private:
     ControlWindowModel controlModel_;
     SettingsModel settingsModel_;
     QQmlEngine qml_;
+    RendererChoice renderer_;
+    bool isRendererChosen_ = false;
     SceneWindow controlWindow_;
     SceneWindow settingsWindow_;
     TrayItem tray_;

@@ -21,6 +21,7 @@
 #include <QCoreApplication>
 #include <QIcon>
 #include <QMessageBox>
+#include <unistd.h>
 
 namespace {
 
@@ -109,9 +110,16 @@ int main(int argc, char** argv) {
         return runUntilQuit(mixer, remote, instance);
     }
     const bool isHidden = request.kind == LaunchRequest::Kind::hidden;
-    VelmoraApp app(machine->platform(),
-                   ownVersion(),
-                   isHidden ? VelmoraApp::Start::hidden : VelmoraApp::Start::byHand);
-    QObject::connect(&instance, &SingleInstance::activated, &app, &VelmoraApp::open);
-    return runUntilQuit(app, remote, instance);
+    std::optional<VelmoraApp> app(std::in_place,
+                                  machine->platform(),
+                                  ownVersion(),
+                                  isHidden ? VelmoraApp::Start::hidden : VelmoraApp::Start::byHand);
+    QObject::connect(&instance, &SingleInstance::activated, &*app, &VelmoraApp::open);
+    const int status = runUntilQuit(*app, remote, instance);
+    if (status == VelmoraApp::toBeStartedAgain) {
+        app.reset();
+        machine.reset(); // settings and sound are free for the next one
+        execv("/proc/self/exe", argv);
+    }
+    return status;
 }

@@ -14,22 +14,7 @@ Q_IMPORT_PLUGIN(VelmoraPlugin)
 
 namespace velmora {
 
-namespace {
-
-/// Small windows in which little moves: drawn by the processor they look the same everywhere, also
-/// where there is no graphics card to ask, and start without waiting for one. Whoever sets Qt's own
-/// variables decides otherwise.
-void chooseRenderer() {
-    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") &&
-        !qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    }
-}
-
-} // namespace
-
 void installUi(QQmlEngine& engine) {
-    chooseRenderer();
     engine.addImageProvider(QStringLiteral("application"), new ApplicationIconProvider);
     // Where programs without a theme's icon keep theirs.
     auto folders = QIcon::fallbackSearchPaths();

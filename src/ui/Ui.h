@@ -12,8 +12,8 @@ class QUrl;
 
 namespace velmora {
 
-/// Makes the module `Velmora` and its image provider usable, and chooses how windows are drawn.
-/// Call it after `installKit` and before any QML is loaded.
+/// Makes the module `Velmora` and its image provider usable. Call it after `installKit` and before
+/// any QML is loaded.
 ///
 /// Threads: main.
 void installUi(QQmlEngine& engine);

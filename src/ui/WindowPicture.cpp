@@ -25,6 +25,28 @@ void apply(AppSettings& settings, const WindowLook& look) {
     events.exec();
 }
 
+/// A window with what shines through it, which a grabbed picture does not tell: by how much
+/// brighter it is before white than before black.
+QImage translucent(QQuickWindow& window) {
+    const QColor own = window.color();
+    const auto before = [&](const QColor& ground) {
+        window.setColor(ground);
+        return window.grabWindow().convertToFormat(QImage::Format_ARGB32);
+    };
+    const QImage onWhite = before(Qt::white);
+    QImage picture = before(Qt::black);
+    window.setColor(own);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QRgb dark = picture.pixel(x, y);
+            const int through = qGreen(onWhite.pixel(x, y)) - qGreen(dark);
+            picture.setPixel(x, y, qRgba(qRed(dark), qGreen(dark), qBlue(dark), 255 - through));
+        }
+    }
+    picture.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied); // black has added nothing
+    return picture;
+}
+
 /// The window, and what stands over it where it stands.
 QImage grab(QQuickWindow& window) {
     QImage whole = window.grabWindow();
@@ -34,12 +56,8 @@ QImage grab(QQuickWindow& window) {
         if (popup == nullptr || !popup->isVisible() || popup->transientParent() != &window) {
             continue;
         }
-        // Its rim is transparent on a screen only.
-        const auto rim = static_cast<int>(popup->property("rim").toDouble() * scale);
-        const QImage all = popup->grabWindow();
-        const QImage over = all.copy(all.rect().adjusted(rim, rim, -rim, -rim));
-        const QPointF beside = popup->position() - window.position();
-        const QPoint place = (beside * scale).toPoint() + QPoint(rim, rim);
+        const QImage over = translucent(*popup);
+        const QPoint place = (QPointF(popup->position() - window.position()) * scale).toPoint();
         const QRect room = whole.rect().united(QRect(place, over.size()));
         QImage both(room.size(), QImage::Format_ARGB32_Premultiplied);
         both.fill(Qt::transparent);

@@ -26,7 +26,7 @@ constexpr auto farewellLimit = 200ms;
 
 Session::Session(Events events, std::string_view knownCards)
     : loop_("velmora-control"), events_(std::move(events)), state_(getpid(), knownCards),
-      pass_(loop_, [this] { pass(); }),
+      begin_(loop_, [this] { goFirst(); }), rights_(loop_), pass_(loop_, [this] { pass(); }),
       connection_(loop_.get(),
                   state_.graph,
                   {.changed = [this] { pass_.request(); },
@@ -47,6 +47,7 @@ Session::Session(Events events, std::string_view knownCards)
       microphone_(connection_, state_.graph),
       headsets_(connection_, state_.graph, [this] { return state_.newNodeName("headset"); }),
       nodeWatch_(loop_, state_.rate, [this] { pass_.request(); }) {
+    begin_.request();
     connect();
     loop_.start();
 }
@@ -103,6 +104,13 @@ void Session::forgetObjects() {
     endedRoutes_.clear();
     microphone_.clear();
     headsets_.clear();
+}
+
+/// What a silenced application starts has to be sent away before the session manager has linked it.
+void Session::goFirst() {
+    if (!pipewire::goFirst(currentThread())) {
+        rights_.send(currentThread());
+    }
 }
 
 void Session::pass() {

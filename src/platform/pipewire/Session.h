@@ -7,6 +7,7 @@
 #include "platform/pipewire/daemon/DaemonSearch.h"
 #include "platform/pipewire/daemon/Loop.h"
 #include "platform/pipewire/daemon/MetadataRefresh.h"
+#include "platform/pipewire/daemon/RightsRequest.h"
 #include "platform/pipewire/keep/AggregateSink.h"
 #include "platform/pipewire/keep/EndedRoutes.h"
 #include "platform/pipewire/keep/HeadsetClients.h"
@@ -123,6 +124,7 @@ private:
     void forgetObjects();
     void forgetRoutesOf(const std::string& node);
 
+    void goFirst();
     void pass();
     void passLosses();
     void passNode();
@@ -141,6 +143,8 @@ private:
     Loop loop_;
     Events events_;
     SessionState state_;
+    LoopWork begin_;
+    RightsRequest rights_;
     LoopWork pass_;
     Connection connection_;
     DaemonSearch search_;

@@ -1,0 +1,57 @@
+#include "platform/pipewire/daemon/ThreadRights.h"
+
+#include "platform/pipewire/daemon/WithoutPriorities.h"
+
+#include <gtest/gtest.h>
+#include <optional>
+#include <sched.h>
+#include <sys/resource.h>
+#include <thread>
+
+namespace velmora::pipewire {
+namespace {
+
+/// What a thread of its own became.
+struct Outcome {
+    bool isGranted = false;
+    std::optional<bool> isRealTime;
+    int niceLevel = 0;
+    bool startsOrdinaryThreads = false;
+};
+
+Outcome goFirstInAThread() {
+    Outcome outcome;
+    std::thread([&outcome] {
+        outcome.isGranted = goFirst(currentThread());
+        outcome.isRealTime = isRealTime(currentThread());
+        outcome.niceLevel = getpriority(PRIO_PROCESS, 0);
+        std::thread([&outcome] {
+            outcome.startsOrdinaryThreads =
+                isRealTime(currentThread()) == false && getpriority(PRIO_PROCESS, 0) >= 0;
+        }).join();
+    }).join();
+    return outcome;
+}
+
+TEST(ThreadRights, GoBeforeOrdinaryThreadsWhereTheKernelAllowsIt) {
+    const Outcome outcome = goFirstInAThread();
+
+    if (!outcome.isGranted) {
+        GTEST_SKIP() << "this user may not";
+    }
+    EXPECT_TRUE(outcome.isRealTime == true || outcome.niceLevel == firstNiceLevel);
+    EXPECT_TRUE(outcome.startsOrdinaryThreads);
+}
+
+TEST(ThreadRights, StayAsTheyAreWhereItDoesNot) {
+    const WithoutPriorities none;
+
+    const Outcome outcome = goFirstInAThread();
+
+    EXPECT_FALSE(outcome.isGranted);
+    EXPECT_EQ(outcome.isRealTime, false);
+    EXPECT_EQ(outcome.niceLevel, getpriority(PRIO_PROCESS, 0));
+}
+
+} // namespace
+} // namespace velmora::pipewire

@@ -37,6 +37,8 @@ RealPlatform::RealPlatform(const std::filesystem::path& settingsFile)
              {.identify = [this](const auto& claims) { return applications_.identify(claims); },
               .applicationPid = [this](std::int32_t pid) { return applications_.leader(pid); },
               .processStart = processStart,
+              .raiseThread = [this](std::int32_t thread,
+                                    int niceLevel) { threads_.raise(thread, niceLevel); },
               .keepCards = [this](std::string cards) { defaults_.set(cardsKey, std::move(cards)); },
               .knownCards = defaults_.read<std::string>(cardsKey).value_or("")}) {
 }

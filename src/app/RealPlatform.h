@@ -7,6 +7,7 @@
 #include "platform/desktop/DesktopApplications.h"
 #include "platform/desktop/DesktopNotices.h"
 #include "platform/desktop/DesktopShortcuts.h"
+#include "platform/desktop/ThreadRaiser.h"
 #include "platform/pipewire/PipeWireAudio.h"
 #include "platform/qt/QtMainQueue.h"
 #include "platform/sqlite/SqliteDefaultsStore.h"
@@ -35,6 +36,7 @@ private:
     AutostartEntry loginItem_;
     DesktopShortcuts shortcuts_;
     DesktopNotices notices_;
+    ThreadRaiser threads_;
     PipeWireAudio audio_;
 };
 

@@ -6,6 +6,7 @@
 #include "platform/pipewire/SessionSinks.h"
 #include "platform/pipewire/SessionTaps.h"
 #include "platform/pipewire/Units.h"
+#include "platform/pipewire/daemon/ThreadRights.h"
 
 #include <pipewire/pipewire.h>
 
@@ -32,10 +33,19 @@ class PipeWireAudio::Impl {
 public:
     Impl(MainQueue& mainQueue, Options options)
         : mainQueue_(mainQueue), keepCards_(std::move(options.keepCards)),
+          raiseThread_(std::move(options.raiseThread)),
           session_({.unknownApplications =
                         [this](pipewire::ProcessDirectory::Claims claims) {
                             post([claims = std::move(claims)](Impl& self) {
                                 self.applications_.resolve(claims);
+                            });
+                        },
+                    .notFirst =
+                        [this](pipewire::ThreadId thread) {
+                            post([thread](Impl& self) {
+                                if (self.raiseThread_) {
+                                    self.raiseThread_(thread, pipewire::firstNiceLevel);
+                                }
                             });
                         },
                     .cardsNamed =
@@ -100,6 +110,7 @@ private:
     MainQueue& mainQueue_;
     std::shared_ptr<Impl*> self_ = std::make_shared<Impl*>(this); // main destroys it
     std::function<void(std::string)> keepCards_;
+    std::function<void(std::int32_t, int)> raiseThread_;
     pipewire::Session session_;
     pipewire::ApplicationResolver applications_;
     pipewire::SessionDevices devices_;

@@ -39,6 +39,10 @@ public:
         /// When a process started, in any unit; 0 = unknown. It tells a process that connects again
         /// from another one that was given its number.
         std::function<std::uint64_t(std::int32_t pid)> processStart;
+        /// Asks whoever may raise threads to do so with one of this process's, where the kernel
+        /// does not let it: the one that has to be quicker than the session manager. Not asked
+        /// when empty.
+        std::function<void(std::int32_t thread, int niceLevel)> raiseThread;
         /// Keeps for later runs what is known of cards, so that their devices have the same UIDs
         /// then. Not kept when empty.
         std::function<void(std::string cards)> keepCards;

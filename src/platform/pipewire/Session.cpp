@@ -26,7 +26,7 @@ constexpr auto farewellLimit = 200ms;
 
 Session::Session(Events events, std::string_view knownCards)
     : loop_("velmora-control"), events_(std::move(events)), state_(getpid(), knownCards),
-      begin_(loop_, [this] { goFirst(); }), rights_(loop_), pass_(loop_, [this] { pass(); }),
+      begin_(loop_, [this] { goFirst(); }), pass_(loop_, [this] { pass(); }),
       connection_(loop_.get(),
                   state_.graph,
                   {.changed = [this] { pass_.request(); },
@@ -109,7 +109,7 @@ void Session::forgetObjects() {
 /// What a silenced application starts has to be sent away before the session manager has linked it.
 void Session::goFirst() {
     if (!pipewire::goFirst(currentThread())) {
-        rights_.send(currentThread());
+        events_.notFirst(currentThread());
     }
 }
 

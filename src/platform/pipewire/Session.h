@@ -7,7 +7,6 @@
 #include "platform/pipewire/daemon/DaemonSearch.h"
 #include "platform/pipewire/daemon/Loop.h"
 #include "platform/pipewire/daemon/MetadataRefresh.h"
-#include "platform/pipewire/daemon/RightsRequest.h"
 #include "platform/pipewire/keep/AggregateSink.h"
 #include "platform/pipewire/keep/EndedRoutes.h"
 #include "platform/pipewire/keep/HeadsetClients.h"
@@ -38,6 +37,8 @@ class Session {
 public:
     struct Events {
         std::function<void(ProcessDirectory::Claims claims)> unknownApplications;
+        /// The kernel does not let the control thread go first.
+        std::function<void(ThreadId control)> notFirst;
         /// What a later run is to know of cards; see `CardNames::kept`.
         std::function<void(std::string kept)> cardsNamed;
         // These are not told before `waitForListing` has returned, and in this order.
@@ -144,7 +145,6 @@ private:
     Events events_;
     SessionState state_;
     LoopWork begin_;
-    RightsRequest rights_;
     LoopWork pass_;
     Connection connection_;
     DaemonSearch search_;

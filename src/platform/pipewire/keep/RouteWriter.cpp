@@ -21,7 +21,7 @@ constexpr std::array<std::chrono::milliseconds, 5> tellAfter = {20ms, 60ms, 200m
 constexpr std::array<std::chrono::milliseconds, 3> tellNamesakeAfter = {200ms, 500ms, 2000ms};
 
 /// How long the session manager may take to tell everybody of a new target.
-constexpr auto heardWithin = 500ms;
+constexpr auto echoedWithin = 500ms;
 
 /// One that acts later has no use for what it is told of a stream that has gone by then. It ends no
 /// streams on the namesake's account.
@@ -111,7 +111,7 @@ RouteWriter::follow(const RouteKey& key, StandIn& standIn, Clock::time_point now
 
 std::optional<RouteWriter::Clock::time_point>
 RouteWriter::followTold(StandIn& namesake, const Node& node, Clock::time_point now) {
-    const auto end = *namesake.toldAt + heardWithin;
+    const auto end = *namesake.toldAt + echoedWithin;
     if (now < end && !graph_.metadata(sessionMetadata, node.id, targetNodeKey)) {
         return end;
     }

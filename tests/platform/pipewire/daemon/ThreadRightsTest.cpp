@@ -1,7 +1,12 @@
 #include "platform/pipewire/daemon/ThreadRights.h"
 
+#include "platform/pipewire/PipeWireAudio.h"
 #include "platform/pipewire/daemon/WithoutPriorities.h"
+#include "platform/qt/QtEventLoop.h"
+#include "platform/qt/QtMainQueue.h"
+#include "support/ThreadWaits.h"
 
+#include <chrono>
 #include <gtest/gtest.h>
 #include <optional>
 #include <sched.h>
@@ -51,6 +56,26 @@ TEST(ThreadRights, StayAsTheyAreWhereItDoesNot) {
     EXPECT_FALSE(outcome.isGranted);
     EXPECT_EQ(outcome.isRealTime, false);
     EXPECT_EQ(outcome.niceLevel, getpriority(PRIO_PROCESS, 0));
+}
+
+TEST(ThreadRights, AreAskedForTheControlThreadWhereTheKernelRefuses) {
+    const WithoutPriorities none;
+    QtEventLoop events;
+    QtMainQueue queue;
+    std::int32_t raised = 0;
+    int toLevel = 0;
+
+    const PipeWireAudio audio(queue,
+                              {.raiseThread =
+                                   [&](std::int32_t thread, int niceLevel) {
+                                       raised = thread;
+                                       toLevel = niceLevel;
+                                   },
+                               .firstListing = std::chrono::milliseconds(0)});
+
+    ASSERT_TRUE(events.runUntil([&] { return raised != 0; }));
+    EXPECT_EQ(raised, support::threadNamed("velmora-control"));
+    EXPECT_EQ(toLevel, firstNiceLevel);
 }
 
 } // namespace

@@ -1,42 +1,39 @@
-#include "platform/pipewire/daemon/RightsRequest.h"
+#include "platform/desktop/ThreadRaiser.h"
 
 #include "platform/desktop/BusLeave.h"
 #include "platform/desktop/PrivateBus.h"
-#include "platform/pipewire/PipeWireAudio.h"
-#include "platform/pipewire/daemon/WithoutPriorities.h"
 #include "platform/qt/QtEventLoop.h"
-#include "platform/qt/QtMainQueue.h"
-#include "support/ThreadWaits.h"
+#include "support/TemporaryFolder.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
+#include <array>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <list>
 #include <optional>
 #include <string>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-namespace velmora::pipewire {
+namespace velmora {
 namespace {
 
 constexpr const char* servicePath = "/org/freedesktop/RealtimeKit1";
 
 /// What of a system raises threads. It only notes what it is asked for.
-class ThreadRaiser : public QDBusVirtualObject {
+class RaisingService : public QDBusVirtualObject {
 public:
-    explicit ThreadRaiser(const std::string& address)
-        : bus_(QDBusConnection::connectToBus(QString::fromStdString(address), "thread-raiser")) {
+    explicit RaisingService(const std::string& address)
+        : bus_(QDBusConnection::connectToBus(QString::fromStdString(address), "raising-service")) {
         EXPECT_TRUE(bus_.registerVirtualObject(servicePath, this));
         EXPECT_TRUE(bus_.registerService("org.freedesktop.RealtimeKit1"));
     }
-    ~ThreadRaiser() override { leaveBus(bus_, *this, servicePath); }
-    ThreadRaiser(const ThreadRaiser&) = delete;
-    ThreadRaiser& operator=(const ThreadRaiser&) = delete;
+    ~RaisingService() override { leaveBus(bus_, *this, servicePath); }
+    RaisingService(const RaisingService&) = delete;
+    RaisingService& operator=(const RaisingService&) = delete;
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
         asked = message;
@@ -76,79 +73,49 @@ private:
     int socket_;
 };
 
-class RightsRequestTest : public testing::Test {
+class ThreadRaiserTest : public testing::Test {
 protected:
-    // NOLINTBEGIN(concurrency-mt-unsafe): before and after the loop's thread
-    RightsRequestTest() {
-        pw_init(nullptr, nullptr);
-        setenv("PIPEWIRE_RUNTIME_DIR", "/nowhere", /*overwrite=*/1);
-        reach(bus.address());
-        loop.emplace("velmora-test");
-        loop->start();
-    }
-    ~RightsRequestTest() override {
-        loop->stop();
-        requests.clear();
-        loop.reset();
-        unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
-        unsetenv("PIPEWIRE_RUNTIME_DIR");
-        pw_deinit();
-    }
+    // NOLINTBEGIN(concurrency-mt-unsafe): while nobody asks
+    ThreadRaiserTest() { reach(bus.address()); }
+    ~ThreadRaiserTest() override { unsetenv("DBUS_SYSTEM_BUS_ADDRESS"); }
     static void reach(const std::string& address) {
         setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), /*overwrite=*/1);
     }
     // NOLINTEND(concurrency-mt-unsafe)
 
-    void ask() {
-        const Loop::Lock lock(*loop);
-        requests.emplace_back(*loop).send(4711);
-    }
-
     QtEventLoop events;
     PrivateBus bus;
-    std::optional<Loop> loop;
-    std::list<RightsRequest> requests;
 };
 
-TEST_F(RightsRequestTest, AsksForTheThreadInTheNameOfItsProcess) {
-    const ThreadRaiser system(bus.address());
+TEST_F(ThreadRaiserTest, AsksForTheThreadInTheNameOfItsProcess) {
+    const RaisingService system(bus.address());
+    ThreadRaiser raiser;
 
-    ask();
+    raiser.raise(4711, -11);
 
     ASSERT_TRUE(events.runUntil([&] { return system.askingProcess != 0; }));
     EXPECT_EQ(system.asked->member(), "MakeThreadHighPriority");
     EXPECT_EQ(system.asked->interface(), "org.freedesktop.RealtimeKit1");
-    EXPECT_EQ(system.asked->arguments(), QVariantList({qulonglong{4711}, firstNiceLevel}));
+    EXPECT_EQ(system.asked->arguments(), QVariantList({qulonglong{4711}, -11}));
     EXPECT_EQ(system.askingProcess, static_cast<uint>(getpid()));
 }
 
 /// Ends at once, or never.
-TEST_F(RightsRequestTest, WaitsForNoBusThatHearsNobody) {
+TEST_F(ThreadRaiserTest, WaitsForNoBusThatHearsNobody) {
     const DeafBus deaf;
     reach(deaf.address());
-    for (int request = 0; request < 2 * DeafBus::room; ++request) {
-        ask();
+    std::array<ThreadRaiser, 2 * DeafBus::room> raisers;
+    for (ThreadRaiser& raiser : raisers) {
+        raiser.raise(4711, -11);
     }
 }
 
-TEST_F(RightsRequestTest, IsNothingWithoutABus) {
+TEST_F(ThreadRaiserTest, IsNothingWithoutABus) {
     for (const char* const address : {"unix:path=/nowhere/bus", "tcp:host=localhost", ""}) {
         reach(address);
-        ask();
+        ThreadRaiser().raise(4711, -11);
     }
-}
-
-TEST_F(RightsRequestTest, IsMadeForTheControlThreadWhereTheKernelRefuses) {
-    const ThreadRaiser system(bus.address());
-    const WithoutPriorities none;
-    QtMainQueue queue;
-
-    const PipeWireAudio audio(queue);
-
-    ASSERT_TRUE(events.runUntil([&] { return system.askingProcess != 0; }));
-    const auto thread = static_cast<qulonglong>(support::threadNamed("velmora-control"));
-    EXPECT_EQ(system.asked->arguments(), QVariantList({thread, firstNiceLevel}));
 }
 
 } // namespace
-} // namespace velmora::pipewire
+} // namespace velmora

@@ -172,7 +172,10 @@ void Graph::describeNode(Serial serial, const Properties& properties) {
     node.isMovable = flag(properties, "node.autoconnect") &&
                      !flag(properties, "node.dont-reconnect") &&
                      !flag(properties, "node.dont-move");
-    node.routeKey = routeKey(properties);
+    for (const RoleKeys roles : {RoleKeys::every, RoleKeys::notification}) {
+        node.routeKeys[roles] = routeKey(properties, roles);
+    }
+    node.routeKey = node.routeKeys[roleKeys_];
     const auto card = cards_.find(serialOf(globalId(properties, "device.id")));
     node.place = cardPlace(properties, card == cards_.end() ? std::string{} : card->second);
     if (node.place.card.empty()) {
@@ -186,6 +189,12 @@ void Graph::describeClient(Serial serial, const Properties& properties) {
         found->second.isDescribed = true;
         found->second.claim = claimOf(properties);
         found->second.applicationName = applicationName(properties);
+    }
+    if (flag(properties, "wireplumber.daemon")) {
+        roleKeys_ = roleKeysOf(properties);
+        for (auto& [nodeSerial, node] : nodes_) {
+            node.routeKey = node.routeKeys[roleKeys_];
+        }
     }
 }
 

@@ -46,12 +46,13 @@ struct Node {
     bool isBluetooth{}; ///< of a headset, or what stands for its microphone while that is off
     bool isDescribed{}; ///< all properties have arrived, not only the registry's few
     bool isRunning{};
-    bool isMeter{};                     ///< takes sound only to show how loud it is
-    bool isMovable{};                   ///< the session manager links it, and may link it elsewhere
-    RouteKey routeKey;                  ///< what the session manager remembers the node by
-    std::optional<DeviceVolume> volume; ///< only followed on virtual sources
-    std::vector<std::string> content;   ///< positions of the material itself, before any remix
-    std::vector<Port> ports;            ///< ascending by index within each direction
+    bool isMeter{};    ///< takes sound only to show how loud it is
+    bool isMovable{};  ///< the session manager links it, and may link it elsewhere
+    RouteKey routeKey; ///< what this session manager remembers the node by
+    std::map<RoleKeys, RouteKey> routeKeys; ///< what one or the other would
+    std::optional<DeviceVolume> volume;     ///< only followed on virtual sources
+    std::vector<std::string> content;       ///< positions of the material itself, before any remix
+    std::vector<Port> ports;                ///< ascending by index within each direction
 };
 
 struct Client {
@@ -153,6 +154,7 @@ private:
         MetadataEntries subjects;
     };
     std::map<std::string, Metadata> metadata_;
+    RoleKeys roleKeys_ = RoleKeys::every; // of the latest session manager
 };
 
 } // namespace velmora::pipewire

@@ -1,17 +1,38 @@
 #include "platform/pipewire/view/StoredRoute.h"
 
 #include <array>
+#include <charconv>
 #include <iomanip>
 #include <istream>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <string_view>
+#include <system_error>
 
 namespace velmora::pipewire {
 namespace {
 
+constexpr std::string_view roleProperty = "media.role";
 constexpr std::array<std::string_view, 5> keyProperties = {
-    "media.role", "application.id", "application.name", "media.name", "node.name"};
+    roleProperty, "application.id", "application.name", "media.name", "node.name"};
+
+using Version = std::array<unsigned, 3>;
+constexpr Version firstWithoutOtherRoles{0, 5, 15};
+
+/// Up to the first part that is no number.
+Version versionIn(std::string_view text) {
+    Version version{};
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    for (unsigned& part : version) {
+        const auto [next, error] = std::from_chars(at, end, part);
+        if (error != std::errc{} || next == end || *next != '.') {
+            break;
+        }
+        at = next + 1;
+    }
+    return version;
+}
 
 /// As the session manager writes keys: the file's own marks must not appear in them.
 std::string escapedKey(const std::string& key) {
@@ -74,9 +95,19 @@ std::istream& operator>>(std::istream& in, RouteKey& key) {
     return in >> std::quoted(key.property) >> std::quoted(key.value);
 }
 
-RouteKey routeKey(const Properties& stream) {
+RoleKeys roleKeysOf(const Properties& properties) {
+    return versionIn(text(properties, "application.version")) < firstWithoutOtherRoles
+               ? RoleKeys::every
+               : RoleKeys::notification;
+}
+
+RouteKey routeKey(const Properties& stream, RoleKeys roles) {
     for (const std::string_view property : keyProperties) {
-        if (const auto found = stream.find(property); found != stream.end()) {
+        const auto found = stream.find(property);
+        const bool counts =
+            found != stream.end() && (property != roleProperty || roles == RoleKeys::every ||
+                                      found->second == "Notification");
+        if (counts) {
             return {.property = std::string(property), .value = found->second};
         }
     }

@@ -71,6 +71,24 @@ TEST(Graph, TakesDownWhatAPulseClientSaysOfItself) {
               ProgramClaim{});
 }
 
+TEST(Graph, RemembersStreamsAsTheSessionManagerOfTheMomentDoes) {
+    GraphBuilder built;
+    const Serial stream = built.addNode(
+        "player", "Stream/Output/Audio", {{"media.role", "Music"}, {"media.name", "song"}});
+    EXPECT_EQ(built.graph.node(stream)->routeKey.value, "Music");
+
+    built.addClient({{"wireplumber.daemon", "true"}, {"application.version", "0.5.18"}});
+    EXPECT_EQ(built.graph.node(stream)->routeKey.value, "song");
+    const Serial later = built.addNode(
+        "player", "Stream/Output/Audio", {{"media.role", "Music"}, {"media.name", "next"}});
+    EXPECT_EQ(built.graph.node(later)->routeKey.value, "next");
+
+    built.addClient({{"application.version", "0.5.8"}}); // another program
+    EXPECT_EQ(built.graph.node(stream)->routeKey.value, "song");
+    built.addClient({{"wireplumber.daemon", "true"}, {"application.version", "0.5.8"}});
+    EXPECT_EQ(built.graph.node(stream)->routeKey.value, "Music");
+}
+
 TEST(Graph, ReadsTheDefaultSinksName) {
     GraphBuilder builder;
     EXPECT_EQ(builder.graph.defaultSinkName(), std::nullopt);

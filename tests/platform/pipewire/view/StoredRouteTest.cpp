@@ -18,16 +18,40 @@ TEST(RouteKey, IsTheRoleBeforeAnythingElse) {
     EXPECT_EQ(routeKey({{"application.name", "player"},
                         {"media.role", "Music"},
                         {"media.name", "song"},
-                        {"node.name", "player"}}),
+                        {"node.name", "player"}},
+                       RoleKeys::every),
               music);
 }
 
+TEST(RouteKey, IsNoRoleButANotificationsToANewerSessionManager) {
+    EXPECT_EQ(
+        routeKey({{"application.name", "player"}, {"media.role", "Music"}}, RoleKeys::notification),
+        (RouteKey{.property = "application.name", .value = "player"}));
+    EXPECT_EQ(routeKey({{"application.name", "player"}, {"media.role", "Notification"}},
+                       RoleKeys::notification),
+              (RouteKey{.property = "media.role", .value = "Notification"}));
+}
+
+TEST(RouteKey, IsWhatTheSessionManagersVersionMakesIt) {
+    const auto rolesOf = [](const std::string& version) {
+        return roleKeysOf({{"application.version", version}});
+    };
+    EXPECT_EQ(roleKeysOf({}), RoleKeys::every);
+    EXPECT_EQ(rolesOf("0.5.8"), RoleKeys::every);
+    EXPECT_EQ(rolesOf("0.5.14"), RoleKeys::every);
+    EXPECT_EQ(rolesOf("0.5.15"), RoleKeys::notification);
+    EXPECT_EQ(rolesOf("0.5.18-rc1"), RoleKeys::notification);
+    EXPECT_EQ(rolesOf("0.6"), RoleKeys::notification);
+    EXPECT_EQ(rolesOf("1.0.0"), RoleKeys::notification);
+    EXPECT_EQ(rolesOf("unknown"), RoleKeys::every);
+}
+
 TEST(RouteKey, IsTheApplicationBeforeTheStreamsOwnNames) {
-    EXPECT_EQ(routeKey({{"media.name", "song"}, {"application.name", "player"}}),
+    EXPECT_EQ(routeKey({{"media.name", "song"}, {"application.name", "player"}}, RoleKeys::every),
               (RouteKey{.property = "application.name", .value = "player"}));
-    EXPECT_EQ(routeKey({{"node.name", "player"}, {"media.name", "song"}}),
+    EXPECT_EQ(routeKey({{"node.name", "player"}, {"media.name", "song"}}, RoleKeys::every),
               (RouteKey{.property = "media.name", .value = "song"}));
-    EXPECT_TRUE(routeKey({}).isEmpty());
+    EXPECT_TRUE(routeKey({}, RoleKeys::every).isEmpty());
 }
 
 TEST(StoredDevice, IsReadFromOneLineForEachValue) {

@@ -1,0 +1,294 @@
+#include "soak/Soak.h"
+
+#include "support/Wait.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <numeric>
+#include <ostream>
+
+namespace velmora::soak {
+
+namespace {
+
+using namespace support;
+using namespace std::chrono_literals;
+using Kind = Action::Kind;
+
+constexpr int players = 4;
+/// Only a failure ever waits this long; how long a good one took is among the figures.
+constexpr std::chrono::milliseconds calmLimit = 20s;
+constexpr std::chrono::milliseconds linkLimit = 3s;
+constexpr int roundsToRest = 6;
+constexpr std::size_t linesKept = 80;
+
+bool isOnMixer(Kind kind) {
+    return kind < Kind::open;
+}
+
+} // namespace
+
+Soak::Soak(const SoakOptions& options, std::ostream& log)
+    : options_(options), log_(log), dice_(options.seed, options.faults, false), world_(players),
+      stage_(players, options.isPatient), program_(stage_.session()),
+      mixer_(stage_.session().environment().at("DBUS_SESSION_BUS_ADDRESS")) {
+    program_.launch();
+}
+
+bool Soak::run() {
+    if (!waitUntil([this] { return mixer_.run({"status"}).status == 0; })) {
+        find({"it does not answer"}, "at its start");
+    }
+    const auto until =
+        Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                           std::chrono::duration<double, std::ratio<60>>(options_.minutes));
+    while (!hasFailed() && Clock::now() < until) {
+        round();
+        if (!hasFailed() && ++rounds_ % roundsToRest == 0) {
+            rest();
+        }
+    }
+    if (!hasFailed()) {
+        end();
+    }
+    tellFigures();
+    return !hasFailed();
+}
+
+void Soak::note(const std::string& line) {
+    latest_.push_back(line);
+    if (latest_.size() > linesKept) {
+        latest_.pop_front();
+    }
+    if (options_.isTold) {
+        log_ << line << std::endl;
+    }
+}
+
+void Soak::listen() {
+    stage_.startRecorders();
+    listenedFrom_ = Clock::now();
+}
+
+void Soak::round() {
+    listen();
+    note("round " + std::to_string(rounds_));
+    allowed_ = Allowed();
+    allowed_.add(world_);
+    burst();
+    if (!hasFailed()) {
+        calm();
+    }
+}
+
+void Soak::burst() {
+    for (int left = dice_.between(2, 12); left > 0 && !hasFailed(); --left) {
+        act(dice_.next(world_));
+        // Most follow at once, some a while later.
+        const bool isSlow = dice_.between(0, 4) == 0;
+        pause(std::chrono::milliseconds(dice_.between(0, isSlow ? 1200 : 60)));
+    }
+    if (!world_.isUp() && !hasFailed()) {
+        act({.kind = Kind::restore});
+    }
+}
+
+void Soak::act(Action action) {
+    if (!isOnMixer(action.kind)) {
+        stage_.perform(action, world_);
+    }
+    if (action.kind == Kind::restore) {
+        listen(); // their recorders have ended with the services
+    }
+    const std::chrono::duration<double> since = Clock::now() - listenedFrom_;
+    note(std::to_string(since.count()).substr(0, 5) + " s  " + describe(action));
+    ++done_[action.kind];
+    isManagerNew_ =
+        (isManagerNew_ || action.kind == Kind::killManager) && action.kind != Kind::killDaemon;
+    if (!world_.isUp() || action.kind == Kind::killDaemon || action.kind == Kind::killManager) {
+        allowed_.addDirect(world_);
+    }
+    if (isOnMixer(action.kind)) {
+        actOnMixer(action);
+    } else {
+        follow(world_, action);
+    }
+    allowed_.add(world_);
+}
+
+void Soak::actOnMixer(const Action& action) {
+    if (action.kind == Kind::add) {
+        waitUntilOffered(action.word);
+    }
+    if (action.kind == Kind::applyPreset) {
+        for (const Player& player : world_.players) {
+            if (player.isPlaying()) {
+                waitUntilOffered(player.word());
+            }
+        }
+        if (world_.hasGuitar) {
+            waitUntilOffered(guitar);
+        }
+    }
+    follow(world_, action);
+    allowed_.add(world_);
+    const Said said = mixer_.perform(action, dice_.between(0, 1) == 1);
+    const bool mayRefuse = action.kind == Kind::start && !world_.isRunning;
+    if (said.status != 0 && !(mayRefuse && said.status == 1)) {
+        find({"status " + std::to_string(said.status) + ": " + said.error},
+             "after " + describe(action));
+    }
+    if (!world_.isRunning) {
+        adopt();
+    }
+}
+
+void Soak::waitUntilOffered(const std::string& word) {
+    const bool isOffered = waitUntil([&] {
+        const auto offers = mixer_.json({"available"});
+        return std::ranges::any_of(offers, [&](const nlohmann::json& one) {
+            return one["id"] == word || one["name"] == word;
+        });
+    });
+    if (!isOffered) {
+        find({word + " is not offered"}, "before it is added");
+    }
+}
+
+/// Takes over what the world does not know.
+void Soak::adopt() {
+    const auto status = mixer_.json({"status"});
+    if (status.is_object()) {
+        world_.isRunning = status.value("running", false);
+    }
+}
+
+Findings Soak::settle() {
+    const auto begun = Clock::now();
+    Findings wrong;
+    do {
+        wrong = compareStatus(world_, mixer_.json({"status"}));
+        const Findings sound = compareSound(world_, stage_);
+        const Findings graph = compareGraph(world_, stage_.session().graph());
+        wrong.insert(wrong.end(), sound.begin(), sound.end());
+        wrong.insert(wrong.end(), graph.begin(), graph.end());
+    } while (!wrong.empty() && Clock::now() - begun < calmLimit);
+    if (wrong.empty()) {
+        calms_.push_back(
+            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begun));
+    }
+    return wrong;
+}
+
+void Soak::calm() {
+    // A new manager may link nothing any more, for 20 seconds and longer (WirePlumber 0.4.13). The
+    // mix is judged without it first.
+    const bool isStuck =
+        isManagerNew_ && !waitUntil([this] { return !stage_.isUnlinked(world_); }, linkLimit);
+    Findings wrong;
+    if (isStuck) {
+        ++stuckManagers_;
+        world_.isLinked = false;
+        wrong = settle();
+        act({.kind = Kind::killDaemon});
+        act({.kind = Kind::restore});
+        isManagerNew_ = false;
+    }
+    if (wrong.empty()) {
+        wrong = settle();
+    }
+    find(wrong, "in a calm");
+    find(allowed_.intruders(world_, stage_), "in the round");
+    if (!program_.process().isRunning()) {
+        find({"the program has ended"}, "by itself");
+    }
+    if (const std::string printed = program_.printed(); !printed.empty()) {
+        find({printed}, "printed");
+    }
+}
+
+void Soak::rest() {
+    act({.kind = Kind::stop});
+    while (!world_.sources.empty() && !hasFailed()) {
+        act({.kind = Kind::remove, .word = world_.sources.back()});
+    }
+    while (!world_.presets.empty() && !hasFailed()) {
+        act({.kind = Kind::removePreset, .word = world_.presets.back().name});
+    }
+    pause(1500ms);
+    rests_.push_back(program_.figures());
+    if (options_.isTold) {
+        log_ << "at rest: " << rests_.back().residentBytes / 1024 << " KiB, "
+             << rests_.back().descriptors << " descriptors" << std::endl;
+    }
+    find(compareGraph(world_, stage_.session().graph()), "at rest");
+}
+
+void Soak::end() {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    constexpr bool countsMemory = false;
+#else
+    constexpr bool countsMemory = true;
+#endif
+    find(growth(rests_, countsMemory), "over all rests");
+    static_cast<void>(mixer_.run({"quit"}));
+    if (program_.process().wait(patience) != 0) {
+        find({"it did not end as it should"}, "at its end");
+    }
+    find(program_.compareSettings(world_), "afterwards");
+    world_.isRunning = false;
+    find(compareGraph(world_, stage_.session().graph()), "afterwards");
+    if (const std::string printed = program_.printed(); !printed.empty()) {
+        find({printed}, "printed");
+    }
+}
+
+void Soak::pause(std::chrono::milliseconds time) {
+    static_cast<void>(waitUntil([] { return false; }, time));
+}
+
+void Soak::find(const Findings& findings, const std::string& when) {
+    if (findings.empty()) {
+        return;
+    }
+    if (!isFailed_) {
+        log_ << "seed " << options_.seed << ", round " << rounds_ << ", what was done last:\n";
+        for (const std::string& line : latest_) {
+            log_ << "  " << line << '\n';
+        }
+    }
+    isFailed_ = true;
+    log_ << "found " << when << ":\n";
+    for (const std::string& one : findings) {
+        log_ << "  " << one << '\n';
+    }
+    log_ << stage_.session().logTails() << std::flush;
+}
+
+void Soak::tellFigures() const {
+    const int actions = std::accumulate(
+        done_.begin(), done_.end(), 0, [](int sum, const auto& one) { return sum + one.second; });
+    log_ << "seed " << options_.seed << ": " << rounds_ << " rounds, " << actions << " actions\n";
+    for (const auto& [kind, times] : done_) {
+        log_ << "  " << nameOf(kind) << ": " << times << '\n';
+    }
+    if (!calms_.empty()) {
+        auto sorted = calms_;
+        std::ranges::sort(sorted);
+        log_ << "until all was as it should be: median " << sorted[sorted.size() / 2].count()
+             << " ms, slowest " << sorted.back().count() << " ms\n";
+    }
+    log_ << "session managers that linked nothing any more: " << stuckManagers_ << '\n';
+    log_ << "slowest answer: " << mixer_.slowestAnswer().count() << " ms\n";
+    if (!rests_.empty()) {
+        const auto tell = [&](const char* when, const Rest& one) {
+            log_ << when << one.residentBytes / 1024 << " KiB, " << one.descriptors
+                 << " descriptors\n";
+        };
+        tell("first at rest: ", rests_.front());
+        tell("last at rest: ", rests_.back());
+    }
+    log_ << std::flush;
+}
+
+} // namespace velmora::soak

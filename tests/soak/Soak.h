@@ -1,0 +1,79 @@
+// Soak.h: works the program at random and judges it, round after round.
+#pragma once
+
+#include "soak/Dice.h"
+#include "soak/Judge.h"
+#include "soak/MixerClient.h"
+#include "soak/Program.h"
+#include "soak/Rest.h"
+#include "soak/Stage.h"
+
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <iosfwd>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace velmora::soak {
+
+struct SoakOptions {
+    std::uint64_t seed = 1;
+    double minutes = 1;
+    Faults faults = Faults::all();
+    bool isPatient = true; ///< devices wait for the late; otherwise they have timers
+    bool isTold = false;   ///< every action, as it is done
+};
+
+/// A round is a burst of actions, some of them faults, and a calm in which everything becomes as it
+/// should be. Now and then the program comes to rest, and is weighed.
+///
+/// Threads: main. Errors: throws std::runtime_error when the session itself fails.
+class Soak {
+public:
+    Soak(const SoakOptions& options, std::ostream& log);
+
+    /// True when nothing was found.
+    bool run();
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void note(const std::string& line);
+    void listen();
+    void round();
+    void burst();
+    void act(Action action);
+    void actOnMixer(const Action& action);
+    void waitUntilOffered(const std::string& word);
+    void adopt();
+    [[nodiscard]] Findings settle();
+    void calm();
+    void rest();
+    void end();
+    void pause(std::chrono::milliseconds time);
+    void find(const Findings& findings, const std::string& when);
+    [[nodiscard]] bool hasFailed() const { return isFailed_; }
+    void tellFigures() const;
+
+    SoakOptions options_;
+    std::ostream& log_;
+    Dice dice_;
+    World world_;
+    Stage stage_;
+    Program program_;
+    MixerClient mixer_;
+    Allowed allowed_;
+    std::vector<Rest> rests_;
+    std::vector<std::chrono::milliseconds> calms_;
+    std::map<Action::Kind, int> done_;
+    std::deque<std::string> latest_; ///< what was done
+    int rounds_ = 0;
+    int stuckManagers_ = 0;
+    bool isManagerNew_ = false; ///< since the daemon's start
+    Clock::time_point listenedFrom_;
+    bool isFailed_ = false;
+};
+
+} // namespace velmora::soak

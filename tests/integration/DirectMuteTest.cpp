@@ -2,7 +2,9 @@
 
 #include "MixerTest.h"
 
+#include <algorithm>
 #include <csignal>
+#include <span>
 
 namespace velmora {
 namespace {
@@ -21,6 +23,16 @@ protected:
         AudioSource source = playing(app.pid());
         engine.setDirectMuted(true, source);
         return source;
+    }
+
+    /// The level of a tone where it is loudest for a tenth of a second.
+    static double loudestMoment(std::span<const float> samples, double hz) {
+        constexpr std::size_t moment = 4800; // frames
+        double loudest = toDb(0);
+        for (std::size_t at = 0; at + moment <= samples.size(); at += moment / 2) {
+            loudest = std::max(loudest, toneDb(samples.subspan(at, moment), hz));
+        }
+        return loudest;
     }
 };
 
@@ -85,6 +97,27 @@ TEST_F(DirectMute, IsNotRememberedForAnotherApplicationOfTheSameKind) {
     later.play("music", otherLeftHz, otherRightHz, playedDb);
 
     EXPECT_TRUE(atSpeakers.hears(0, otherLeftHz, playedDb));
+}
+
+TEST_F(DirectMute, LetsNobodyBeHeardWhileTheMixIsBuiltAnew) {
+    const ToneApp app(session());
+    const ToneApp other(session());
+    other.play("call", otherLeftHz, otherRightHz, playedDb);
+    const AudioSource source = mutedSource(app);
+    const AudioSource call = playing(other.pid());
+    mix({source, call});
+    ASSERT_TRUE(atSpeakers.isSilentAt(0, leftHz));
+    ASSERT_TRUE(atSpeakers.waitForFreshSound());
+    const std::size_t from = atSpeakers.frames();
+
+    for (int round = 0; round < 20; ++round) {
+        engine.remove(call);
+        EXPECT_TRUE(mic.isSilentAt(0, otherLeftHz));
+        engine.add(call);
+        EXPECT_TRUE(mic.hears(0, otherLeftHz, playedDb));
+    }
+
+    EXPECT_LT(loudestMoment(atSpeakers.all().channel(0, from), leftHz), playedDb - 20);
 }
 
 TEST_F(DirectMute, EndsWhenTheMixerIsKilled) {

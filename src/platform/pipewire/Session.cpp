@@ -185,9 +185,10 @@ void Session::passApplications() {
 }
 
 void Session::passMutes() {
-    mutes_.keepOnly(state_.mutes);
+    const auto now = Clock::now();
+    comeAgain(mutes_.keepOnly(state_.mutes, now));
     if (isAvailableLocked()) {
-        comeAgain(mutes_.follow(state_.mutes, streamsOf(), Clock::now()));
+        comeAgain(mutes_.follow(state_.mutes, streamsOf(), now));
     }
     state_.unsilenced = mutes_.unsilenced();
 }

@@ -53,11 +53,16 @@ void MuteSinks::hear(GlobalId subject, const std::string& key, Clock::time_point
     }
 }
 
-void MuteSinks::keepOnly(const Mutes& wanted) {
+std::optional<MuteSinks::Clock::time_point> MuteSinks::keepOnly(const Mutes& wanted,
+                                                                Clock::time_point now) {
+    const auto processes = wanted | std::views::values;
+    const MuteGrace::Processes asked(processes.begin(), processes.end());
+    const MuteGrace::Processes silent = grace_.follow(asked, now);
     std::erase_if(sinks_, [&](const auto& one) {
-        return std::ranges::find(wanted | std::views::values, one.first) ==
-               std::ranges::end(wanted | std::views::values);
+        const auto& [process, sink] = one;
+        return !silent.contains(process) || (!asked.contains(process) && !sink->isSilencing());
     });
+    return grace_.due();
 }
 
 std::set<AudioObjectID> MuteSinks::unsilenced() const {
@@ -79,12 +84,14 @@ void MuteSinks::forgetTargets() {
 
 void MuteSinks::lose() {
     forgetTargets();
+    grace_.clear();
     sinks_.clear();
     writer_.giveUp();
     memory_.clear();
 }
 
 void MuteSinks::clear() {
+    grace_.clear();
     sinks_.clear();
     writer_.clear();
 }

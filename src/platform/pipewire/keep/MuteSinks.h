@@ -3,6 +3,7 @@
 
 #include "platform/AudioDevices.h"
 #include "platform/pipewire/keep/MuteSink.h"
+#include "platform/pipewire/view/MuteGrace.h"
 #include "platform/pipewire/view/Routes.h"
 
 #include <map>
@@ -28,8 +29,9 @@ public:
     follow(const Mutes& wanted, const StreamsOf& streamsOf, Clock::time_point now);
     /// To be called for every entry of the session's metadata as it comes.
     void hear(GlobalId subject, const std::string& key, Clock::time_point now);
-    /// Ends those that are not wanted any more.
-    void keepOnly(const Mutes& wanted);
+    /// Ends those that are not wanted any more, a moment later (see `MuteGrace`). Returns when to
+    /// come again, if any is to be ended.
+    std::optional<Clock::time_point> keepOnly(const Mutes& wanted, Clock::time_point now);
     /// The processes that are wanted silent and are heard all the same.
     [[nodiscard]] std::set<AudioObjectID> unsilenced() const;
     /// As for one.
@@ -47,6 +49,7 @@ private:
     RouteWriter writer_;
     GivenBackStreams givenBack_;
     MuteTools tools_;
+    MuteGrace grace_;
     std::map<AudioObjectID, std::unique_ptr<MuteSink>> sinks_; // by process
 };
 

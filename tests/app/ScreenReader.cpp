@@ -184,7 +184,8 @@ bool ScreenReader::press(const SpokenObject& object) {
         answer.beginStructure();
         answer >> name >> description >> keys;
         answer.endStructure();
-        if (name == "Press") {
+        // A switch may offer both; they are the same.
+        if (name == "Press" || (index < 0 && name == "Toggle")) {
             index = place;
         }
     }

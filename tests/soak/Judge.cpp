@@ -23,6 +23,7 @@ constexpr std::uint32_t rateHz = 48000;
 /// An intruder is heard for this long; what is shorter than a third of it stays below `intruderDb`.
 constexpr std::size_t momentFrames = rateHz / 10;
 constexpr double intruderDb = playedDb - 10;
+const std::string dawDevice = "app.velmora.daw.aggregate";
 /// Both channels of a stereo link.
 constexpr int mostLinks = 2;
 
@@ -151,7 +152,7 @@ Findings compareGraph(const World& world, const AudioGraph& graph) {
             graph.nodes(), [&](const GraphNode& node) { return node.name.starts_with(beginning); });
     };
     const auto silenced = std::ranges::count_if(world.sources, [&](const std::string& word) {
-        return world.strip(word).isSilenced && world.playerOf(word) != nullptr;
+        return word != guitar && world.strip(word).isSilenced; // also while it is closed
     });
     const bool isOn = world.isRunning != false;
     const auto atMost = [&](const std::string& what, std::ptrdiff_t most) {
@@ -163,6 +164,9 @@ Findings compareGraph(const World& world, const AudioGraph& graph) {
     atMost("velmora.mix.", isOn ? 1 : 0);
     atMost("velmora.mute.", isOn ? silenced : 0);
     atMost("velmora.route.", 0);
+    if (count(dawDevice) != (world.hasDawDevice ? 1 : 0)) {
+        findings.push_back(std::to_string(count(dawDevice)) + " DAW devices");
+    }
     std::map<std::pair<std::string, std::string>, int> links;
     for (const GraphLink& link : graph.links()) {
         if (isOurs(link.from) || isOurs(link.to)) {

@@ -27,15 +27,23 @@ bool isNear(double one, double other) {
 
 } // namespace
 
-Program::Program(const support::PrivateSession& session)
+Program::Program(const support::PrivateSession& session, bool hasWindow)
     : environment_(session.environment()), group_(session.processGroup()) {
     environment_["LC_ALL"] = "C.UTF-8";
     environment_["HOME"] = home_.path();
     environment_["XDG_DATA_HOME"] = home_.path() / "data";
     environment_["XDG_CONFIG_HOME"] = home_.path() / "config";
     // The players' desktop entries stay where they are.
-    environment_["XDG_DATA_DIRS"] = session.folder() / "data";
+    environment_["XDG_DATA_DIRS"] =
+        (session.folder() / "data").string() + ":/usr/local/share:/usr/share";
+    if (hasWindow) {
+        display_.emplace().enter(environment_);
+        environment_["QT_QPA_PLATFORM"] = "xcb";
+        environment_["QT_QUICK_BACKEND"] = "software";
+        environment_["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1";
+    }
     SqliteDefaultsStore settings(settingsFile());
+    settings.set("dawMode.interfaceUID", support::speakers.name);
     settings.set("language", std::string("en"));
     settings.set("monitoringSelection", monitoringDevice);
 }
@@ -45,7 +53,11 @@ std::filesystem::path Program::settingsFile() const {
 }
 
 void Program::launch() {
-    process_.emplace(support::Command{.arguments = {VELMORA_PROGRAM, "--headless"},
+    std::vector<std::string> arguments{VELMORA_PROGRAM};
+    if (!display_) {
+        arguments.emplace_back("--headless");
+    }
+    process_.emplace(support::Command{.arguments = arguments,
                                       .environment = environment_,
                                       .output = home_.path() / "output",
                                       .processGroup = group_});
@@ -73,6 +85,8 @@ std::vector<std::string> Program::compareSettings(const World& world) const {
     expect(isNear(number("streamVolume"), linear(world.microphone)), "the microphone's volume");
     expect(isNear(number("headphoneVolume"), linear(world.headphones)), "the headphones' volume");
     expect(settings.read<std::string>("language") == world.language, "the language");
+    expect(settings.read<bool>("dawMode.enabled").value_or(false) == world.hasDawDevice,
+           "whether there is a DAW device");
     expect(settings.read<std::string>("monitoringSelection") == monitoringDevice, "the monitor");
 
     const auto gains = settings.read<NumberMap>("sourceGains").value_or(NumberMap{});

@@ -6,6 +6,7 @@
 #include "support/ChildProcess.h"
 #include "support/PrivateSession.h"
 #include "support/TemporaryFolder.h"
+#include "support/VirtualDisplay.h"
 
 #include <filesystem>
 #include <optional>
@@ -14,14 +15,15 @@
 
 namespace velmora::soak {
 
-/// The program without a display, with settings of its own.
+/// The program with settings of its own; on a display of its own, or without one.
 ///
 /// Threads: main.
 class Program {
 public:
-    explicit Program(const support::PrivateSession& session);
+    Program(const support::PrivateSession& session, bool hasWindow);
 
     void launch();
+    [[nodiscard]] const support::Environment& environment() const { return environment_; }
     [[nodiscard]] support::ChildProcess& process() { return *process_; }
     /// Everything that it ever printed.
     [[nodiscard]] std::string printed() const;
@@ -33,6 +35,7 @@ public:
 private:
     [[nodiscard]] std::filesystem::path settingsFile() const;
 
+    std::optional<support::VirtualDisplay> display_;
     support::TemporaryFolder home_{"velmora-soak"};
     support::Environment environment_;
     pid_t group_;

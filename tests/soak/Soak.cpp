@@ -29,9 +29,13 @@ bool isOnMixer(Kind kind) {
 } // namespace
 
 Soak::Soak(const SoakOptions& options, std::ostream& log)
-    : options_(options), log_(log), dice_(options.seed, options.faults, false), world_(players),
-      stage_(players, options.isPatient), program_(stage_.session()),
+    : options_(options), log_(log), dice_(options.seed, options.faults, options.hasWindow),
+      world_(players), stage_(players, options.isPatient),
+      program_(stage_.session(), options.hasWindow),
       mixer_(stage_.session().environment().at("DBUS_SESSION_BUS_ADDRESS")) {
+    if (options.hasWindow) {
+        window_.emplace(program_.environment());
+    }
     program_.launch();
 }
 
@@ -130,6 +134,9 @@ void Soak::actOnMixer(const Action& action) {
             waitUntilOffered(guitar);
         }
     }
+    if (workWindow(action)) {
+        return;
+    }
     follow(world_, action);
     allowed_.add(world_);
     const Said said = mixer_.perform(action, dice_.between(0, 1) == 1);
@@ -141,6 +148,24 @@ void Soak::actOnMixer(const Action& action) {
     if (!world_.isRunning) {
         adopt();
     }
+}
+
+/// False when it is to be done by a command.
+bool Soak::workWindow(const Action& action) {
+    if (!window_ || !WindowHand::knows(action, world_) ||
+        (!WindowHand::isAlone(action.kind) && dice_.between(0, 1) == 1)) {
+        return false;
+    }
+    const World before = world_;
+    follow(world_, action);
+    allowed_.add(world_);
+    if (!window_->perform(action, before)) {
+        find({"the window cannot be worked"}, "after " + describe(action));
+    }
+    if (!world_.isRunning) {
+        adopt();
+    }
+    return true;
 }
 
 void Soak::waitUntilOffered(const std::string& word) {
@@ -261,6 +286,14 @@ void Soak::find(const Findings& findings, const std::string& when) {
     log_ << "found " << when << ":\n";
     for (const std::string& one : findings) {
         log_ << "  " << one << '\n';
+    }
+    log_ << "nodes and links at this moment:\n";
+    const AudioGraph graph = stage_.session().graph();
+    for (const GraphNode& node : graph.nodes()) {
+        log_ << "  " << node.name << " (" << node.state << ")\n";
+    }
+    for (const GraphLink& link : graph.links()) {
+        log_ << "  " << link.from << " -> " << link.to << '\n';
     }
     log_ << stage_.session().logTails() << std::flush;
 }

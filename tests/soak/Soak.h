@@ -7,12 +7,14 @@
 #include "soak/Program.h"
 #include "soak/Rest.h"
 #include "soak/Stage.h"
+#include "soak/WindowHand.h"
 
 #include <chrono>
 #include <cstdint>
 #include <deque>
 #include <iosfwd>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,7 @@ struct SoakOptions {
     double minutes = 1;
     Faults faults = Faults::all();
     bool isPatient = true; ///< devices wait for the late; otherwise they have timers
+    bool hasWindow = true; ///< worked through its windows as well
     bool isTold = false;   ///< every action, as it is done
 };
 
@@ -46,6 +49,7 @@ private:
     void burst();
     void act(Action action);
     void actOnMixer(const Action& action);
+    [[nodiscard]] bool workWindow(const Action& action);
     void waitUntilOffered(const std::string& word);
     void adopt();
     [[nodiscard]] Findings settle();
@@ -63,6 +67,7 @@ private:
     World world_;
     Stage stage_;
     Program program_;
+    std::optional<WindowHand> window_;
     MixerClient mixer_;
     Allowed allowed_;
     std::vector<Rest> rests_;

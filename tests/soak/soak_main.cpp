@@ -1,9 +1,10 @@
 // velmora_soak: works the program at random while its session comes apart, and judges it.
 //
 // velmora_soak [--seed <number>] [--minutes <number>] [--faults all|none|<name>,...] [--timers]
-//              [--tell]
+//              [--headless] [--tell]
 //   --faults  of applications, devices, blocks, daemon, manager, pulse
 //   --timers  devices do not wait for whoever is late
+//   --headless  by commands only, without a window
 //   --tell    prints every action
 //
 // Ends with 0 when nothing was found, else with what was done last and what was found.
@@ -24,7 +25,7 @@ using namespace velmora::soak;
 
 constexpr const char* usage =
     "usage: velmora_soak [--seed <number>] [--minutes <number>] [--faults all|none|<name>,...] "
-    "[--timers] [--tell]\n";
+    "[--timers] [--headless] [--tell]\n";
 
 /// None when they are misused.
 std::optional<SoakOptions> optionsFrom(int count, char** words) {
@@ -34,6 +35,8 @@ std::optional<SoakOptions> optionsFrom(int count, char** words) {
         const bool hasValue = at + 1 < count;
         if (word == "--timers") {
             options.isPatient = false;
+        } else if (word == "--headless") {
+            options.hasWindow = false;
         } else if (word == "--tell") {
             options.isTold = true;
         } else if (word == "--seed" && hasValue) {

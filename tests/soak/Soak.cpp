@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <numeric>
 #include <ostream>
 
 namespace velmora::soak {
@@ -48,14 +47,15 @@ bool Soak::run() {
                            std::chrono::duration<double, std::ratio<60>>(options_.minutes));
     while (!hasFailed() && Clock::now() < until) {
         round();
-        if (!hasFailed() && ++rounds_ % roundsToRest == 0) {
+        if (!hasFailed() && ++figures_.rounds % roundsToRest == 0) {
             rest();
         }
     }
     if (!hasFailed()) {
         end();
     }
-    tellFigures();
+    figures_.slowestAnswer = mixer_.slowestAnswer();
+    figures_.tell(log_, options_.seed);
     return !hasFailed();
 }
 
@@ -76,7 +76,7 @@ void Soak::listen() {
 
 void Soak::round() {
     listen();
-    note("round " + std::to_string(rounds_));
+    note("round " + std::to_string(figures_.rounds));
     allowed_ = Allowed();
     allowed_.add(world_);
     burst();
@@ -106,7 +106,7 @@ void Soak::act(Action action) {
     }
     const std::chrono::duration<double> since = Clock::now() - listenedFrom_;
     note(std::to_string(since.count()).substr(0, 5) + " s  " + describe(action));
-    ++done_[action.kind];
+    ++figures_.done[action.kind];
     isManagerNew_ =
         (isManagerNew_ || action.kind == Kind::killManager) && action.kind != Kind::killDaemon;
     if (!world_.isUp() || action.kind == Kind::killDaemon || action.kind == Kind::killManager) {
@@ -199,7 +199,7 @@ Findings Soak::settle() {
         wrong.insert(wrong.end(), graph.begin(), graph.end());
     } while (!wrong.empty() && Clock::now() - begun < calmLimit);
     if (wrong.empty()) {
-        calms_.push_back(
+        figures_.calms.push_back(
             std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begun));
     }
     return wrong;
@@ -212,7 +212,7 @@ void Soak::calm() {
         isManagerNew_ && !waitUntil([this] { return !stage_.isUnlinked(world_); }, linkLimit);
     Findings wrong;
     if (isStuck) {
-        ++stuckManagers_;
+        ++figures_.stuckManagers;
         world_.isLinked = false;
         wrong = settle();
         act({.kind = Kind::killDaemon});
@@ -241,10 +241,10 @@ void Soak::rest() {
         act({.kind = Kind::removePreset, .word = world_.presets.back().name});
     }
     pause(1500ms);
-    rests_.push_back(program_.figures());
+    figures_.rests.push_back(program_.figures());
     if (options_.isTold) {
-        log_ << "at rest: " << rests_.back().residentBytes / 1024 << " KiB, "
-             << rests_.back().descriptors << " descriptors" << std::endl;
+        log_ << "at rest: " << figures_.rests.back().residentBytes / 1024 << " KiB, "
+             << figures_.rests.back().descriptors << " descriptors" << std::endl;
     }
     find(compareGraph(world_, stage_.session().graph()), "at rest");
 }
@@ -255,7 +255,7 @@ void Soak::end() {
 #else
     constexpr bool countsMemory = true;
 #endif
-    find(growth(rests_, countsMemory), "over all rests");
+    find(growth(figures_.rests, countsMemory), "over all rests");
     static_cast<void>(mixer_.run({"quit"}));
     if (program_.process().wait(patience) != 0) {
         find({"it did not end as it should"}, "at its end");
@@ -277,7 +277,8 @@ void Soak::find(const Findings& findings, const std::string& when) {
         return;
     }
     if (!isFailed_) {
-        log_ << "seed " << options_.seed << ", round " << rounds_ << ", what was done last:\n";
+        log_ << "seed " << options_.seed << ", round " << figures_.rounds
+             << ", what was done last:\n";
         for (const std::string& line : latest_) {
             log_ << "  " << line << '\n';
         }
@@ -296,32 +297,6 @@ void Soak::find(const Findings& findings, const std::string& when) {
         log_ << "  " << link.from << " -> " << link.to << '\n';
     }
     log_ << stage_.session().logTails() << std::flush;
-}
-
-void Soak::tellFigures() const {
-    const int actions = std::accumulate(
-        done_.begin(), done_.end(), 0, [](int sum, const auto& one) { return sum + one.second; });
-    log_ << "seed " << options_.seed << ": " << rounds_ << " rounds, " << actions << " actions\n";
-    for (const auto& [kind, times] : done_) {
-        log_ << "  " << nameOf(kind) << ": " << times << '\n';
-    }
-    if (!calms_.empty()) {
-        auto sorted = calms_;
-        std::ranges::sort(sorted);
-        log_ << "until all was as it should be: median " << sorted[sorted.size() / 2].count()
-             << " ms, slowest " << sorted.back().count() << " ms\n";
-    }
-    log_ << "session managers that linked nothing any more: " << stuckManagers_ << '\n';
-    log_ << "slowest answer: " << mixer_.slowestAnswer().count() << " ms\n";
-    if (!rests_.empty()) {
-        const auto tell = [&](const char* when, const Rest& one) {
-            log_ << when << one.residentBytes / 1024 << " KiB, " << one.descriptors
-                 << " descriptors\n";
-        };
-        tell("first at rest: ", rests_.front());
-        tell("last at rest: ", rests_.back());
-    }
-    log_ << std::flush;
 }
 
 } // namespace velmora::soak

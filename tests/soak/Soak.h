@@ -2,10 +2,10 @@
 #pragma once
 
 #include "soak/Dice.h"
+#include "soak/Figures.h"
 #include "soak/Judge.h"
 #include "soak/MixerClient.h"
 #include "soak/Program.h"
-#include "soak/Rest.h"
 #include "soak/Stage.h"
 #include "soak/WindowHand.h"
 
@@ -13,10 +13,8 @@
 #include <cstdint>
 #include <deque>
 #include <iosfwd>
-#include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace velmora::soak {
 
@@ -59,7 +57,6 @@ private:
     void pause(std::chrono::milliseconds time);
     void find(const Findings& findings, const std::string& when);
     [[nodiscard]] bool hasFailed() const { return isFailed_; }
-    void tellFigures() const;
 
     SoakOptions options_;
     std::ostream& log_;
@@ -70,13 +67,9 @@ private:
     std::optional<WindowHand> window_;
     MixerClient mixer_;
     Allowed allowed_;
-    std::vector<Rest> rests_;
-    std::vector<std::chrono::milliseconds> calms_;
-    std::map<Action::Kind, int> done_;
+    Figures figures_;
     std::deque<std::string> latest_; ///< what was done
-    int rounds_ = 0;
-    int stuckManagers_ = 0;
-    bool isManagerNew_ = false; ///< since the daemon's start
+    bool isManagerNew_ = false;      ///< since the daemon's start
     Clock::time_point listenedFrom_;
     bool isFailed_ = false;
 };

@@ -27,7 +27,8 @@ Item {
         radius: 12
         name: root.name
         description: root.caption
-        tip: caption.truncated ? root.caption : root.tip
+        // Keys for the open menu come by way of this button.
+        tip: root.opened ? "" : caption.truncated ? root.caption : root.tip
         Accessible.role: Accessible.ButtonMenu
         onClicked: root.clicked()
 

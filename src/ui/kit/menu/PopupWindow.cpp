@@ -24,12 +24,14 @@ bool mayBeTranslucent() {
     return isX11SelectionOwned("_NET_WM_CM_S0").value_or(true);
 }
 
-/// Where a pop-up may stand. A Wayland client does not know where its windows are: there the
-/// compositor moves a pop-up onto the screen.
+/// Where a pop-up may stand. A Wayland client does not know where its windows are: there it is
+/// below the anchor, as high as the screen allows, and the compositor moves it onto the screen.
 QRectF roomAround(const QRectF& anchor, const QWindow& owner) {
     if (isPlatform("wayland")) {
         const QSizeF screen = owner.screen()->size();
-        return anchor.adjusted(0, -screen.height(), screen.width(), screen.height());
+        QRectF room = anchor.adjusted(-screen.width(), 0, screen.width(), 0);
+        room.setHeight(anchor.height() + PopupPlace::gap + screen.height() - PopupPlace::margin);
+        return room;
     }
     const QScreen* const screen = QGuiApplication::screenAt(anchor.center().toPoint());
     return screen != nullptr ? screen->availableGeometry() : owner.screen()->availableGeometry();
@@ -40,7 +42,7 @@ QRectF roomAround(const QRectF& anchor, const QWindow& owner) {
 PopupWindow::PopupWindow(QWindow* parent) : QQuickWindow(parent) {
     setFlags(Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
     connect(this, &QWindow::visibleChanged, this, [this](bool isVisible) {
-        if (!isVisible) {
+        if (!isVisible && !isMoving_) {
             dismiss();
         }
     });
@@ -170,9 +172,25 @@ void PopupWindow::place() {
     const QRect content =
         PopupPlace::beside(anchor, wanted_, roomAround(anchor, *owner_), owner_->geometry())
             .toRect();
-    if (const QRect now = content.adjusted(-rim, -rim, rim, rim); now != geometry()) {
+    const QRect now = content.adjusted(-rim, -rim, rim, rim);
+    if (now == geometry()) {
+        return;
+    }
+    const bool grows = now.width() > width() || now.height() > height();
+    if (isVisible() && isPlatform("wayland") && grows && !owner_->geometry().contains(now)) {
+        showAnew(now);
+    } else {
         setGeometry(now);
     }
+}
+
+/// A compositor moves a pop-up onto the screen when it is shown, and never again.
+void PopupWindow::showAnew(const QRect& place) {
+    isMoving_ = true;
+    hide();
+    setGeometry(place);
+    show();
+    isMoving_ = false;
 }
 
 void PopupWindow::mousePressEvent(QMouseEvent* event) {

@@ -56,6 +56,7 @@ protected:
 private:
     void follow(QQuickWindow& owner);
     void place();
+    void showAnew(const QRect& place);
     void giveKeyboardBack(QQuickWindow& owner);
     void tellThatItLeft();
     [[nodiscard]] QQuickItem& focused() const;
@@ -66,6 +67,7 @@ private:
     QSizeF wanted_;
     double rim_ = 0;
     bool isOpen_ = false;
+    bool isMoving_ = false;        // hidden for a moment only
     bool isLeaving_ = false;       // the keyboard is still on its way back
     QPointer<QQuickItem> spoken_;  // what a screen reader heard of last
     QPointer<QQuickWindow> owner_; // the anchor's window, while open

@@ -15,8 +15,17 @@ Window {
     readonly property real whole: Math.ceil(contentHeight * Comfort.scale)
     readonly property real lowest: leastHeight * Comfort.scale
 
-    // What a title bar and the desktop's own edges may need.
-    readonly property int spared: 48
+    // Wayland tells no program where its windows stand, nor lets it move them: one that grows may
+    // leave the screen. It grows by itself as far as a window in the middle of the screen has room
+    // below it, and further where the user pulls it.
+    property bool placedUnseen: Qt.platform.pluginName.startsWith("wayland")
+    property real placedHeight: 0 // when it was placed; 0 = it is not
+    property bool pulled: false
+    readonly property bool bounded: placedUnseen && placedHeight > 0 && !pulled
+    readonly property real growing: bounded ? Math.min(fitting, Math.max(placedHeight, Math.floor((tallest + placedHeight) / 2))) : fitting
+
+    // What a title bar and the desktop's own edges may need; Wayland does not tell of those.
+    readonly property int spared: placedUnseen ? 80 : 48
     // The available height is that of all screens together, where several stand on each other.
     property real tallest: Math.max(240, Math.min(Screen.height, Screen.desktopAvailableHeight) - spared)
     readonly property real fitting: Math.min(whole, tallest)
@@ -32,7 +41,7 @@ Window {
         const least = Math.min(lowest, fitting);
         maximumHeight = Math.max(maximumHeight, fitting);
         minimumHeight = Math.min(minimumHeight, least);
-        askedHeight = chosenHeight > 0 ? Math.max(least, Math.min(chosenHeight, fitting)) : fitting;
+        askedHeight = chosenHeight > 0 ? Math.max(least, Math.min(chosenHeight, fitting)) : growing;
         chosenWhenAsked = chosenHeight;
         height = askedHeight;
         maximumHeight = fitting;
@@ -44,6 +53,7 @@ Window {
     minimumWidth: wide
     maximumWidth: wide
     onFittingChanged: fit()
+    onGrowingChanged: fit()
     onLowestChanged: fit()
     onHeightChanged: {
         if (!visible)
@@ -52,6 +62,12 @@ Window {
             chosenHeight = chosenWhenAsked;
         else
             chosenHeight = height < Math.floor(fitting) ? height : 0;
+        if (growing < fitting && height > growing)
+            pulled = true;
+    }
+    onVisibleChanged: {
+        pulled = false;
+        placedHeight = visible ? height : 0;
     }
     Component.onCompleted: fit()
 

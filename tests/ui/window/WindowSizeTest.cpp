@@ -70,6 +70,34 @@ TEST_F(WindowSize, AChosenHeightGivesWayToLessContentAndComesBack) {
     EXPECT_EQ(window().height(), chosen);
 }
 
+TEST_F(WindowSize, WhereNobodyKnowsItsPlaceItGrowsAsFarAsFromTheMiddle) {
+    open(700);
+    window().setProperty("placedUnseen", true);
+    const int placed = window().height();
+    scene.mixMany(12);
+    settle();
+    EXPECT_EQ(window().height(), (700 + placed) / 2);
+    EXPECT_TRUE(isInside(find("quitRow")));
+
+    window().hide(); // what is shown again has a new place
+    settle();
+    window().show();
+    settle();
+    EXPECT_EQ(window().height(), 700);
+}
+
+TEST_F(WindowSize, WhereNobodyKnowsItsPlaceTheUserPullsItToTheWhole) {
+    open(700);
+    window().setProperty("placedUnseen", true);
+    scene.mixMany(12);
+    settle();
+    window().resize(400, 700);
+    settle();
+    scene.engine.add(scene.browser);
+    settle();
+    EXPECT_EQ(window().height(), 700);
+}
+
 TEST_F(WindowSize, ManyStripsScrollByWheelBetweenTopAndBottom) {
     scene.mixMany(12);
     open(700);

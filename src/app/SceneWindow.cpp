@@ -5,7 +5,9 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace velmora {
@@ -25,6 +27,25 @@ void keepOnScreen(QQuickWindow& window) {
     if (top < frame.top()) {
         window.setFramePosition({frame.left(), top});
     }
+}
+
+bool isWayland() {
+    return QGuiApplication::platformName().startsWith("wayland");
+}
+
+/// A compositor that grants it has done so by then.
+constexpr std::chrono::milliseconds activatedWithin{150};
+
+/// A compositor refuses to raise a window without saying so, wherever nobody gave us its
+/// permission: panels and terminals mostly have none to give. One that is shown anew comes to the
+/// front.
+void showAnewUnlessActivated(QQuickWindow& window) {
+    QTimer::singleShot(activatedWithin, &window, [&window] {
+        if (window.isVisible() && !window.isActive()) {
+            window.hide();
+            window.show();
+        }
+    });
 }
 
 } // namespace
@@ -63,10 +84,11 @@ QQuickWindow& SceneWindow::make() {
 
 void SceneWindow::open(const QString& token) {
     QQuickWindow& window = make();
-    if (!token.isEmpty() && QGuiApplication::platformName().startsWith("wayland")) {
+    if (!token.isEmpty() && isWayland()) {
         // Where Qt looks, and takes it away, when a window asks to be activated.
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
     }
+    const bool wasVisible = window.isVisible();
     if (window.visibility() == QWindow::Minimized) {
         window.showNormal();
     } else {
@@ -74,6 +96,9 @@ void SceneWindow::open(const QString& token) {
     }
     window.raise();
     window.requestActivate();
+    if (wasVisible && isWayland()) {
+        showAnewUnlessActivated(window);
+    }
 }
 
 void SceneWindow::minimize() {

@@ -10,11 +10,13 @@
 namespace velmora {
 namespace {
 
-/// GNOME's panel is dark in both appearances; others follow the desktop's. A guess, for panels that
-/// do not colour icons themselves.
+/// GNOME's panel is dark in both appearances, as are the usual bars of compositors that bring none;
+/// others follow the desktop's. A guess, for panels that do not colour icons themselves.
 QColor panelInk(const Appearance& appearance) {
-    const bool isGnome = qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains("GNOME");
-    return isGnome || appearance.isDark() ? Qt::white : Qt::black;
+    const QString desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    const bool isDark = desktop.contains("GNOME") || desktop.contains("sway") ||
+                        desktop.contains("Hyprland") || appearance.isDark();
+    return isDark ? Qt::white : Qt::black;
 }
 
 } // namespace

@@ -51,6 +51,16 @@ int refuse(const std::string& reason) {
     return 1;
 }
 
+/// Launchers of GLib before 2.76 name the permission of Wayland to come to the front as they do an
+/// X11 launch, and Qt forgets that name as it starts.
+void keepActivationToken() {
+    constexpr const char* token = "XDG_ACTIVATION_TOKEN";
+    const QByteArray launch = qgetenv("DESKTOP_STARTUP_ID");
+    if (qEnvironmentVariableIsEmpty(token) && !launch.isEmpty()) {
+        qputenv(token, launch);
+    }
+}
+
 std::unique_ptr<QCoreApplication>
 applicationFor(velmora::LaunchRequest::Kind kind, int& argc, char** argv) {
     if (kind == velmora::LaunchRequest::Kind::headless) {
@@ -85,6 +95,7 @@ int main(int argc, char** argv) {
 
     const LaunchRequest request =
         launchRequest(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
+    keepActivationToken();
     const auto application = applicationFor(request.kind, argc, argv);
     QCoreApplication::setApplicationName("velmora");
 

@@ -1,0 +1,149 @@
+// The program on real Wayland desktops: its window, its menus, and how it comes to the front.
+
+#include "app/WaylandRig.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <map>
+#include <string>
+
+namespace velmora {
+namespace {
+
+using namespace support;
+using Kind = NestedCompositor::Kind;
+
+constexpr double windowWidth = 400; // points
+constexpr double menuHeight = 380;  // points, at most
+// Middles of buttons, from the window's upper left.
+constexpr QPointF effects(335, 173);
+constexpr QPointF presets(150, -135); // from its lower left
+constexpr QPointF sourcePicker(200, 117);
+
+/// Each desktop at each scale.
+class WaylandProgram : public WaylandRig, public testing::WithParamInterface<std::string> {};
+
+TEST_P(WaylandProgram, ShowsItsWindowWholeAndAMenuThatLeavesIt) {
+    const std::map<std::string, Desktop> desktops = {
+        {"weston", {Kind::weston}},
+        {"westonTwice", {Kind::weston, 2}},
+        {"westonByHalf", {Kind::weston, 1, "1.5"}},
+        {"sway", {Kind::sway}},
+        {"swayTwice", {Kind::sway, 2}},
+        {"swayByHalf", {Kind::sway, 1, "1.5"}},
+    };
+    const Desktop& desktop = desktops.at(GetParam());
+    begin(desktop);
+    keepPresets(20);
+    const ChildProcess program = launch();
+    ASSERT_TRUE(drawsItsWindowSoon());
+    const QImage closed = stillPicture();
+    const QRect window = content();
+    EXPECT_EQ(window.width(), windowWidth * desktop.pixels());
+    EXPECT_TRUE(screen.adjusted(1, 1, -1, -1).contains(window));
+    keepPicture(GetParam() + "-window");
+
+    click(presets);
+    ASSERT_TRUE(waitUntil([&] { return !window.contains(difference(closed, picture())); }));
+    const QRect menu = difference(closed, stillPicture());
+    keepPicture(GetParam() + "-menu");
+    if (desktop.kind == Kind::sway) { // the other lets it hang below the screen
+        EXPECT_GE(menu.height(), menuHeight * desktop.pixels());
+    }
+
+    key("Escape");
+    EXPECT_TRUE(waitUntil([&] { return window.contains(difference(closed, picture())); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ,
+    WaylandProgram,
+    testing::Values("weston", "westonTwice", "westonByHalf", "sway", "swayTwice", "swayByHalf"),
+    [](const auto& name) { return name.param; });
+
+/// One that moves pop-ups onto the screen and gives the keyboard to whom a token is given.
+class SwayProgram : public WaylandRig {
+protected:
+    /// Its title bar has the colour of the window with the keyboard.
+    [[nodiscard]] bool isActive() const {
+        constexpr int withinTitleBar = 5; // pixels
+        const QRect window = content();
+        const QPoint place(window.center().x(), window.top() - withinTitleBar);
+        return !window.isEmpty() &&
+               picture().pixelColor(place).name().toStdString() == NestedCompositor::activeTitle;
+    }
+};
+
+TEST_F(SwayProgram, AMenuThatUnfoldsNearTheLowerEdgeStaysOnTheScreen) {
+    begin({Kind::sway});
+    const ChildProcess program = launch();
+    ASSERT_TRUE(drawsItsWindowSoon());
+    moveWindow({60, screen.bottom() - content().bottom() + 100});
+    const QImage closed = stillPicture();
+    click(sourcePicker);
+    ASSERT_TRUE(waitUntil([&] { return closed != picture(); }));
+    const QRect folded = difference(closed, stillPicture());
+    keepPicture("sway-folded");
+
+    key("End");
+    key("Right");
+    ASSERT_TRUE(waitUntil([&] { return difference(closed, picture()) != folded; }));
+    const QRect unfolded = difference(closed, stillPicture());
+    keepPicture("sway-unfolded");
+
+    EXPECT_GE(unfolded.height(), folded.height() + 3 * 28);
+    key("Escape");
+    EXPECT_TRUE(waitUntil([&] { return difference(closed, picture()).height() < 100; }));
+}
+
+TEST_F(SwayProgram, ItsWindowGrowsWithItsContentAndKeepsItsFooterOnTheScreen) {
+    begin({Kind::sway, 1, "1.5"});
+    keepActivePreset();
+    const ChildProcess program = launch();
+    ASSERT_TRUE(drawsItsWindowSoon());
+    stillPicture();
+    const QRect before = content();
+
+    click(effects);
+    ASSERT_TRUE(waitUntil([&] { return content().height() > before.height(); }));
+    stillPicture();
+    keepPicture("sway-grown");
+
+    EXPECT_LT(content().bottom(), screen.bottom());
+}
+
+TEST_F(SwayProgram, ASecondLaunchBringsTheFirstWindowToTheFront) {
+    begin({Kind::sway});
+    const ChildProcess program = launch();
+    ASSERT_TRUE(waitUntil([&] { return isActive(); }));
+    const ChildProcess other({.arguments = {"weston-flower"}, .environment = environment()});
+    ASSERT_TRUE(waitUntil([&] { return !isActive(); }));
+
+    const ChildProcess second = launch();
+
+    EXPECT_TRUE(waitUntil([&] { return isActive(); }));
+}
+
+TEST_F(SwayProgram, TheTokenOfASecondLaunchIsGivenToTheCompositor) {
+    begin({Kind::sway});
+    auto heard = environment();
+    heard["WAYLAND_DEBUG"] = "1"; // the first tells what it says to the compositor
+    const ChildProcess program = launch(heard);
+    ASSERT_TRUE(drawsItsWindowSoon());
+    const auto said = [&](const std::string& words) {
+        std::ifstream file(home.path() / "output");
+        const std::string all{std::istreambuf_iterator<char>(file), {}};
+        return all.find(words) != std::string::npos;
+    };
+
+    for (const std::string name : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+        auto launched = environment();
+        launched[name] = "token-in-" + name;
+        const ChildProcess second = launch(launched);
+        EXPECT_TRUE(waitUntil([&] { return said("activate(\"token-in-" + name); })) << name;
+    }
+}
+
+} // namespace
+} // namespace velmora

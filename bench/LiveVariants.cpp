@@ -53,10 +53,9 @@ Running startMixer(const PrivateSession& session,
 
 /// Settings as a user would take them: a gate that opens for any voice, 3:1 above -24 dB, levelling
 /// towards full scale, a medium room.
-std::string filterChain(const std::string& name) {
+std::string pluginGraph() {
     std::ostringstream text;
-    text << "{ name = libpipewire-module-filter-chain args = { node.description = \"" << name
-         << "\" media.name = \"" << name << "\" filter.graph = { nodes = [";
+    text << "nodes = [";
     for (const char* side : {"gateL", "gateR"}) {
         text << " { type = ladspa name = " << side << " plugin = \"" << gatePlugin
              << "\" label = gate control = { \"LF key filter (Hz)\" = 30"
@@ -78,8 +77,27 @@ std::string filterChain(const std::string& name) {
             " { output = \"level:Output Left\" input = \"verb:Input (Left)\" }"
             " { output = \"level:Output Right\" input = \"verb:Input (Right)\" } ]"
             " inputs = [ \"gateL:Input\" \"gateR:Input\" ]"
-            " outputs = [ \"verb:Output (Left)\" \"verb:Output (Right)\" ] }"
-            " audio.channels = 2 audio.position = [ FL FR ] node.latency = 128/48000";
+            " outputs = [ \"verb:Output (Left)\" \"verb:Output (Right)\" ]";
+    return text.str();
+}
+
+/// Of one channel; the chain makes one for each.
+std::string plainGraph() {
+    return "nodes = ["
+           " { type = builtin name = cut label = bq_highpass control = { Freq = 80 Q = 0.7 } }"
+           " { type = builtin name = low label = bq_lowshelf"
+           " control = { Freq = 300 Q = 0.7 Gain = -2 } }"
+           " { type = builtin name = high label = bq_highshelf"
+           " control = { Freq = 3000 Q = 0.7 Gain = 2 } } ] links = ["
+           " { output = \"cut:Out\" input = \"low:In\" }"
+           " { output = \"low:Out\" input = \"high:In\" } ]";
+}
+
+std::string filterChain(const std::string& name, const std::string& graph) {
+    std::ostringstream text;
+    text << "{ name = libpipewire-module-filter-chain args = { node.description = \"" << name
+         << "\" media.name = \"" << name << "\" filter.graph = { " << graph
+         << " } audio.channels = 2 audio.position = [ FL FR ] node.latency = 128/48000";
     for (const char* side : {"capture", "playback"}) {
         text << ' ' << side << ".props = { node.name = \"" << name << '.' << side
              << "\" node.autoconnect = false }";
@@ -88,7 +106,8 @@ std::string filterChain(const std::string& name) {
     return text.str();
 }
 
-fs::path writeChainFile(const PrivateSession& session, std::size_t count) {
+fs::path
+writeChainFile(const PrivateSession& session, const std::string& graph, std::size_t count) {
     const fs::path file = session.folder() / ("chains-" + std::to_string(count) + ".conf");
     std::ofstream out(file);
     out << "context.properties = { log.level = 0 }\n"
@@ -101,7 +120,7 @@ fs::path writeChainFile(const PrivateSession& session, std::size_t count) {
            "{ name = libpipewire-module-client-node }\n"
            "{ name = libpipewire-module-adapter }\n";
     for (std::size_t at = 0; at < count; ++at) {
-        out << filterChain("chain." + std::to_string(at));
+        out << filterChain("chain." + std::to_string(at), graph);
     }
     out << "]\n";
     return file;
@@ -152,9 +171,13 @@ Running startEmptyNodes(const PrivateSession& session, const std::vector<Playing
     return nodes;
 }
 
-Running startFilterChains(const PrivateSession& session, const std::vector<PlayingApp>& apps) {
+namespace {
+
+Running startChains(const PrivateSession& session,
+                    const std::vector<PlayingApp>& apps,
+                    const std::string& graph) {
     Running chains =
-        start(session, {"pipewire", "-c", writeChainFile(session, apps.size())}, "chains");
+        start(session, {"pipewire", "-c", writeChainFile(session, graph, apps.size())}, "chains");
     for (std::size_t at = 0; at < apps.size(); ++at) {
         const std::string chain = "chain." + std::to_string(at);
         for (const std::string side : {"FL", "FR"}) {
@@ -165,6 +188,16 @@ Running startFilterChains(const PrivateSession& session, const std::vector<Playi
         }
     }
     return chains;
+}
+
+} // namespace
+
+Running startFilterChains(const PrivateSession& session, const std::vector<PlayingApp>& apps) {
+    return startChains(session, apps, pluginGraph());
+}
+
+Running startPlainChains(const PrivateSession& session, const std::vector<PlayingApp>& apps) {
+    return startChains(session, apps, plainGraph());
 }
 
 std::vector<std::string> missingPlugins() {

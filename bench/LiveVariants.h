@@ -47,6 +47,10 @@ void joinPorts(const support::PrivateSession& session,
 [[nodiscard]] Running startFilterChains(const support::PrivateSession& session,
                                         const std::vector<PlayingApp>& apps);
 
+/// The same with three plain filters of its own: high-pass, low shelf, high shelf.
+[[nodiscard]] Running startPlainChains(const support::PrivateSession& session,
+                                       const std::vector<PlayingApp>& apps);
+
 /// Plugin files that `startFilterChains` needs and that are not installed.
 [[nodiscard]] std::vector<std::string> missingPlugins();
 

@@ -23,10 +23,12 @@
 #include <iterator>
 #include <limits>
 #include <list>
+#include <map>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace velmora::bench {
 namespace {
@@ -47,6 +49,7 @@ struct Program {
 
 struct Cost {
     double coreShare = std::numeric_limits<double>::infinity(); // 1 = one core
+    std::map<std::string, double> threadShares;                 // of the same window, by name
     std::string losses;
 };
 
@@ -72,11 +75,12 @@ public:
         }
         for (std::size_t at = 0; at < programs_.size(); ++at) {
             const double percent = 100 * costs[at].coreShare;
-            std::printf("| %zu | %s | %.2f %% | %.3f %% | %s |\n",
+            std::printf("| %zu | %s | %.2f %% | %.3f %% | %s | %s |\n",
                         sources,
                         programs_[at].name.c_str(),
                         percent,
                         percent / static_cast<double>(sources),
+                        threadsOf(costs[at]).c_str(),
                         costs[at].losses.c_str());
         }
         std::fflush(stdout);
@@ -122,15 +126,36 @@ private:
         std::this_thread::sleep_for(std::chrono::seconds(1)); // what starting set off is over
         const std::string lossesBefore = program.tellsLosses ? running.ask() : "";
         const auto begin = std::chrono::steady_clock::now();
-        const double before = processorSeconds(running.process.pid());
+        const auto before = threadSeconds(running.process.pid());
         std::this_thread::sleep_for(window_);
-        const double used = processorSeconds(running.process.pid()) - before;
+        auto threads = threadSeconds(running.process.pid());
         const Seconds passed = std::chrono::steady_clock::now() - begin;
-        cost.coreShare = std::min(cost.coreShare, used / passed.count());
+        double used = 0;
+        for (auto& [name, share] : threads) {
+            const auto earlier = before.find(name);
+            share = (share - (earlier == before.end() ? 0 : earlier->second)) / passed.count();
+            used += share;
+        }
+        if (used < cost.coreShare) {
+            cost.coreShare = used;
+            cost.threadShares = std::move(threads);
+        }
         if (program.tellsLosses) {
             cost.losses +=
                 (cost.losses.empty() ? "" : "· ") + difference(lossesBefore, running.ask());
         }
+    }
+
+    /// Those that are worth a mention.
+    static std::string threadsOf(const Cost& cost) {
+        std::ostringstream text;
+        for (const auto& [name, share] : cost.threadShares) {
+            if (share >= 0.0001) {
+                text << (text.view().empty() ? "" : ", ") << name << ' '
+                     << std::round(1e4 * share) / 100 << " %";
+            }
+        }
+        return text.str();
     }
 
     /// "5 1" after "3 1" is "2 0".
@@ -152,6 +177,7 @@ private:
         {"the same, with monitoring", startMonitoringMixer, true, true},
         {"empty nodes", startEmptyNodes, false, true},
         {"filter chain, LADSPA", startFilterChains, true, false},
+        {"filter chain, three plain filters", startPlainChains, true, false},
     };
 };
 
@@ -175,8 +201,9 @@ int main(int argc, char** argv) {
         std::printf("Added delay: %ld frames direct, %ld through the mixer\n\n",
                     cost.delayThrough([&](const auto& app) { return cost.linkDirectly(app); }),
                     cost.delayThrough([&](const auto& app) { return cost.mixOnly(app); }));
-        std::puts("| Sources | Program | of a core | each source | lost in each round |");
-        std::puts("|---|---|---|---|---|");
+        std::puts(
+            "| Sources | Program | of a core | each source | by thread | lost in each round |");
+        std::puts("|---|---|---|---|---|---|");
         std::vector<std::size_t> counts{1, 8, 32};
         if (argc > 3) {
             counts.clear();

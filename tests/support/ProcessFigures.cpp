@@ -4,7 +4,6 @@
 #include <fstream>
 #include <iterator>
 #include <malloc.h>
-#include <string>
 
 namespace velmora::support {
 namespace {
@@ -49,14 +48,26 @@ std::int64_t sleeps(pid_t process) {
 }
 
 double processorSeconds(pid_t process) {
-    std::int64_t nanoseconds = 0;
+    double sum = 0;
+    for (const auto& [name, seconds] : threadSeconds(process)) {
+        sum += seconds;
+    }
+    return sum;
+}
+
+std::map<std::string, double> threadSeconds(pid_t process) {
+    std::map<std::string, double> all;
     std::error_code gone;
     for (const auto& thread : fs::directory_iterator(folderOf(process) / "task", gone)) {
-        std::int64_t running = 0;
-        std::ifstream(thread.path() / "schedstat") >> running;
-        nanoseconds += running;
+        std::string name = "main";
+        if (thread.path().filename() != std::to_string(process)) {
+            std::getline(std::ifstream(thread.path() / "comm"), name);
+        }
+        std::int64_t nanoseconds = 0;
+        std::ifstream(thread.path() / "schedstat") >> nanoseconds;
+        all[name] += 1e-9 * static_cast<double>(nanoseconds);
     }
-    return 1e-9 * static_cast<double>(nanoseconds);
+    return all;
 }
 
 void returnFreedMemory() {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <string>
 #include <sys/types.h>
 
 namespace velmora::support {
@@ -18,6 +20,10 @@ namespace velmora::support {
 
 /// Processor time so far of all threads that live now. Units: seconds.
 [[nodiscard]] double processorSeconds(pid_t process);
+
+/// The same by the threads' names, of which several threads may have one: the first is "main", and
+/// those that nobody has named are called as the program is.
+[[nodiscard]] std::map<std::string, double> threadSeconds(pid_t process);
 
 /// Gives memory that was freed back to the kernel, so that what remains is what is in use.
 /// Threads: of this process, any.

@@ -32,7 +32,7 @@ void Audience::followService() {
     microphone_ = findMixMicrophone(devices);
     recorders_ = microphone_ ? devices.recorders(*microphone_) : std::nullopt;
     volume_ = microphone_ ? devices.recordingVolume(*microphone_) : std::nullopt;
-    if (!recorders_ || recorders_->areAny) {
+    if (hasListeners()) {
         unheardTicks_ = 0;
         isMissing_ = false;
     }
@@ -43,7 +43,7 @@ void Audience::followService() {
 
 void Audience::tick(bool isSounding) {
     silentTicks_ = isSounding ? 0 : std::min(silentTicks_ + 1, longestSilence);
-    const bool isUnheard = silentTicks_ < longestSilence && recorders_ && !recorders_->areAny;
+    const bool isUnheard = silentTicks_ < longestSilence && !hasListeners();
     unheardTicks_ = isUnheard ? std::min(unheardTicks_ + 1, patience) : 0;
     const bool isMissing = unheardTicks_ == patience;
     if (std::exchange(isMissing_, isMissing) != isMissing) {

@@ -26,6 +26,8 @@ public:
     /// No mix runs any more.
     void rest();
 
+    /// Some program records the microphone; true where that cannot be known.
+    [[nodiscard]] bool hasListeners() const { return !recorders_ || recorders_->areAny; }
     /// A mix sounds, and no program has recorded the microphone for a while. A pause of a few
     /// seconds in what it plays makes no difference.
     [[nodiscard]] bool isMissing() const { return isMissing_; }

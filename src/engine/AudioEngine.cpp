@@ -11,7 +11,7 @@
 namespace velmora {
 
 AudioEngine::AudioEngine(const Platform& platform)
-    : platform_(platform), settings_(platform.defaults), keeper_(platform, mixSettings_),
+    : platform_(platform), settings_(platform.defaults), keeper_(platform, mixSettings_, audience_),
       // The first observer of its own: those that follow find the audience at rest.
       ownConnection_(changed_.connect([this] {
           if (!isRunning()) {

@@ -199,8 +199,8 @@ private:
                              }};
     std::vector<Problem> recallProblems_;
     std::vector<Problem> launchProblems_;
-    MixKeeper keeper_;
     Audience audience_{platform_};
+    MixKeeper keeper_;
     Signal::Connection ownConnection_;
     Signal::Connection tickConnection_;
     Signal::Connection keeperConnection_;

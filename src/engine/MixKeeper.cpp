@@ -28,8 +28,10 @@ constexpr int ticksPerLook = 8;
 
 } // namespace
 
-MixKeeper::MixKeeper(const Platform& platform, const MixSettings& settings)
-    : platform_(platform), settings_(settings), blocks_(platform.units),
+MixKeeper::MixKeeper(const Platform& platform,
+                     const MixSettings& settings,
+                     const Audience& audience)
+    : platform_(platform), settings_(settings), audience_(audience), blocks_(platform.units),
       wasAway_(!platform.devices.isAvailable()), pause_(shortestPause, longestPause),
       deviceConnection_(platform.devices.changed().connect([this] { onChange(); })),
       defaultOutputConnection_(
@@ -223,7 +225,6 @@ void MixKeeper::build() {
         mix_->takeDefaultOutput();
         followMonitor();
         problems_ = mix_->takeSources(sources_);
-        isRecorded_ = mix_->isRecorded();
         blocks_.setHeard(isHeard());
     } catch (const std::exception& error) {
         drop();
@@ -249,9 +250,9 @@ void MixKeeper::tick() {
     }
 }
 
-/// Where it cannot be known, somebody may listen.
 bool MixKeeper::isHeard() const {
-    return isRecorded_ || (mix_->monitorTarget() && settings_.kept.headphoneVolume() > 0.0F);
+    return audience_.hasListeners() ||
+           (mix_->monitorTarget() && settings_.kept.headphoneVolume() > 0.0F);
 }
 
 void MixKeeper::followMonitor() {

@@ -1,6 +1,7 @@
 // MixKeeper.h: makes a mix what it is wanted to be, and keeps it so.
 #pragma once
 
+#include "engine/Audience.h"
 #include "engine/AudioSource.h"
 #include "engine/BlockKeeper.h"
 #include "engine/LimiterLamp.h"
@@ -34,8 +35,8 @@ namespace velmora {
 /// Threads: main. Errors: none; what is wrong is told by `problems()`.
 class MixKeeper {
 public:
-    /// `settings` outlives this object.
-    MixKeeper(const Platform& platform, const MixSettings& settings);
+    /// `settings` and `audience` outlive this object; the audience hears of changes first.
+    MixKeeper(const Platform& platform, const MixSettings& settings, const Audience& audience);
     ~MixKeeper();
     MixKeeper(const MixKeeper&) = delete;
     MixKeeper& operator=(const MixKeeper&) = delete;
@@ -116,6 +117,7 @@ private:
 
     Platform platform_;
     const MixSettings& settings_;
+    const Audience& audience_;
     Signal changed_;
     Signal levelsMoved_;
     Signal ticked_;
@@ -134,8 +136,7 @@ private:
     std::optional<Problem> monitorProblem_; ///< never told
     bool wasAway_ = false;                  ///< when the last step looked
     GrowingPause pause_;                    ///< before the next retry
-    bool isRecorded_ = true; ///< somebody records the microphone, as of the last step
-    std::int64_t ticks_ = 0; ///< of the meters since the mix was built
+    std::int64_t ticks_ = 0;                ///< of the meters since the mix was built
 
     std::unique_ptr<MainQueue::Timer> meterTimer_;
     std::unique_ptr<MainQueue::Timer> restart_; ///< after a change of the default output

@@ -77,11 +77,6 @@ void RunningMix::takeDefaultOutput() {
     }
 }
 
-bool RunningMix::isRecorded() const {
-    const auto recorders = platform_.devices.recorders(stream_.target()->device);
-    return !recorders || recorders->areAny;
-}
-
 std::optional<Problem> RunningMix::moveMonitor(const std::optional<OutputTarget>& target) {
     monitor_.close();
     if (!target) {

@@ -54,9 +54,6 @@ public:
     /// A first default output, where there was none.
     void takeDefaultOutput();
 
-    /// Whether any program records from the microphone; true where that cannot be known.
-    [[nodiscard]] bool isRecorded() const;
-
     [[nodiscard]] const std::optional<OutputTarget>& monitorTarget() const {
         return monitor_.target();
     }

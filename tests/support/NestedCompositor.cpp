@@ -1,5 +1,6 @@
 #include "support/NestedCompositor.h"
 
+#include "support/SessionFiles.h"
 #include "support/Wait.h"
 
 #include <fstream>
@@ -44,10 +45,6 @@ std::string swayConfiguration(int scale) {
            active + " " + active + " #ffffff " + active + " " + active + "\n";
 }
 
-void write(const std::filesystem::path& file, std::string_view text) {
-    std::ofstream(file) << text;
-}
-
 std::string textOf(const std::filesystem::path& file) {
     std::ifstream in(file);
     return {std::istreambuf_iterator<char>(in), {}};
@@ -63,8 +60,8 @@ NestedCompositor::NestedCompositor(Kind kind, int scale)
     environment["XDG_RUNTIME_DIR"] = folder_.path();
     environment["WLR_BACKENDS"] = "x11";
     environment["WLR_RENDERER"] = "pixman";
-    write(folder_.path() / "weston.ini", westonConfiguration);
-    write(folder_.path() / "sway.conf", swayConfiguration(scale));
+    writeFile(folder_.path() / "weston.ini", westonConfiguration);
+    writeFile(folder_.path() / "sway.conf", swayConfiguration(scale));
     const auto log = folder_.path() / "log";
     server_.emplace(
         Command{.arguments = command(scale), .environment = environment, .output = log});

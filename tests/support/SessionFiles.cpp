@@ -11,15 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void write(const fs::path& file, std::string_view text) {
-    fs::create_directories(file.parent_path());
-    std::ofstream out(file);
-    out << text;
-    if (!out.flush()) {
-        throw std::runtime_error("cannot write " + file.string());
-    }
-}
-
 /// A bus that activates no services: nothing of the desktop may join the session.
 std::string busConfiguration(const fs::path& folder) {
     return R"(<busconfig>
@@ -89,6 +80,15 @@ constexpr std::string_view managerProfile = R"(wireplumber.profiles = {
 
 } // namespace
 
+void writeFile(const fs::path& file, std::string_view text) {
+    fs::create_directories(file.parent_path());
+    std::ofstream out(file);
+    out << text;
+    if (!out.flush()) {
+        throw std::runtime_error("cannot write " + file.string());
+    }
+}
+
 std::string adapterArguments(const SessionDevice& device, std::string_view more) {
     std::string positions;
     for (const auto& position : device.positions) {
@@ -110,18 +110,18 @@ void writeSessionFiles(const fs::path& folder, const PrivateSession::Setup& setu
         fs::create_directories(folder / name);
     }
     fs::permissions(folder / "run", fs::perms::owner_all);
-    write(folder / "bus.conf", busConfiguration(folder));
+    writeFile(folder / "bus.conf", busConfiguration(folder));
 
     const fs::path fragments = folder / "config/pipewire/pipewire.conf.d";
-    write(fragments / "session-devices.conf", serverConfiguration(setup));
+    writeFile(fragments / "session-devices.conf", serverConfiguration(setup));
     if (setup.virtualMicrophone) {
         fs::copy_file(VELMORA_MICROPHONE_FRAGMENT, fragments / "velmora-microphone.conf");
     }
 
     const fs::path manager = folder / "config/wireplumber";
-    write(manager / "main.lua.d/60-private-session.lua", managerConfiguration);
-    write(manager / "bluetooth.lua.d/60-private-session.lua", headsetConfiguration);
-    write(manager / "wireplumber.conf.d/60-private-session.conf", managerProfile);
+    writeFile(manager / "main.lua.d/60-private-session.lua", managerConfiguration);
+    writeFile(manager / "bluetooth.lua.d/60-private-session.lua", headsetConfiguration);
+    writeFile(manager / "wireplumber.conf.d/60-private-session.conf", managerProfile);
 }
 
 } // namespace velmora::support

@@ -5,10 +5,10 @@
 namespace velmora {
 namespace {
 
-constexpr int restarts = 8;
+constexpr int fewRestarts = 8;
 
 TEST_F(SilencedRestarts, AreNotHeardForAMoment) {
-    for (const Restart& one : restart(restarts)) {
+    for (const Restart& one : restart(fewRestarts)) {
         EXPECT_TRUE(isExcusable(one))
             << one.heard.count() << " ms heard; the control thread waited "
             << one.longestWait.count() << " ms";

@@ -14,7 +14,6 @@ namespace {
 
 using Kind = Action::Kind;
 
-constexpr int streamsEach = 2;
 constexpr std::size_t mostPresets = 4;
 constexpr std::size_t mostSources = 6;
 constexpr std::array<std::string_view, 6> questions{

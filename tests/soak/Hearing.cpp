@@ -8,8 +8,6 @@ namespace velmora::soak {
 
 namespace {
 
-constexpr int streamsEach = 2;
-
 double toneAt(int place) {
     return 500 + 250.0 * place + 13.0 * place * place;
 }

@@ -35,6 +35,8 @@ struct Strip {
     bool isSilenced = false; ///< on its own output, while it is in the running mix
 };
 
+inline constexpr int streamsEach = 2; ///< of a player, at most
+
 /// An application of the session: one program, at times running.
 struct Player {
     int number = 0; ///< from 1

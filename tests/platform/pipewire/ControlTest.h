@@ -86,6 +86,7 @@ protected:
                      }
                  });
              },
+         .notFirst = [](pipewire::ThreadId) {},
          .cardsNamed = [](const auto&) {},
          .defaultOutputChanged = [this] { ++defaultOutputChanged; },
          .changed =

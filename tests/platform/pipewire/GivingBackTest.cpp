@@ -83,7 +83,10 @@ TEST_F(GivingBack, LeavesTheStreamWhereSomebodySendsItMeanwhile) {
                   std::to_string(graph.nodeNamed(headset.name)->serial),
                   "Spa:Id"},
                  session().environment());
-        mutes.keepOnly({}); // has not heard of that
+        // It has not heard of that.
+        const auto over = mutes.keepOnly({}, MuteSinks::Clock::now());
+        ASSERT_TRUE(over.has_value());
+        mutes.keepOnly({}, *over);
     }
 
     EXPECT_TRUE(waitUntil([this] {

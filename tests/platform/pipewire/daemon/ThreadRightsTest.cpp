@@ -6,12 +6,12 @@
 #include "platform/qt/QtMainQueue.h"
 #include "support/ThreadWaits.h"
 
-#include <chrono>
 #include <gtest/gtest.h>
 #include <optional>
 #include <sched.h>
 #include <sys/resource.h>
 #include <thread>
+#include <utility>
 
 namespace velmora::pipewire {
 namespace {
@@ -64,14 +64,13 @@ TEST(ThreadRights, AreAskedForTheControlThreadWhereTheKernelRefuses) {
     QtMainQueue queue;
     std::int32_t raised = 0;
     int toLevel = 0;
+    PipeWireAudio::Options options;
+    options.raiseThread = [&](std::int32_t thread, int niceLevel) {
+        raised = thread;
+        toLevel = niceLevel;
+    };
 
-    const PipeWireAudio audio(queue,
-                              {.raiseThread =
-                                   [&](std::int32_t thread, int niceLevel) {
-                                       raised = thread;
-                                       toLevel = niceLevel;
-                                   },
-                               .firstListing = std::chrono::milliseconds(0)});
+    const PipeWireAudio audio(queue, std::move(options));
 
     ASSERT_TRUE(events.runUntil([&] { return raised != 0; }));
     EXPECT_EQ(raised, support::threadNamed("velmora-control"));

@@ -6,6 +6,16 @@
 
 namespace velmora {
 
+namespace {
+
+// A list that stops at its bounds does not accept the turn that carries it there (Qt 6.8.2 and
+// 6.11.2; 6.4.2 accepts it), and the page around it would take the same turn once more.
+bool isScrolling(const QQuickItem& item) {
+    return item.inherits("QQuickFlickable") && item.property("moving").toBool();
+}
+
+} // namespace
+
 WheelGesture::WheelGesture(QObject* parent) : QObject(parent) {
     QCoreApplication::instance()->installEventFilter(this);
 }
@@ -23,6 +33,7 @@ bool WheelGesture::eventFilter(QObject* watched, QEvent* event) {
     }
     if (owner_ == nullptr) {
         watched->event(event);
+        event->setAccepted(event->isAccepted() || isScrolling(*item));
         owner_ = event->isAccepted() ? item : nullptr;
         return true;
     }

@@ -81,6 +81,15 @@ TEST_F(WheelGestureTest, StaysWithTheListUntilItHasPaused) {
     EXPECT_EQ(moves(), 1);
 }
 
+TEST_F(WheelGestureTest, StaysWithTheListWhoseEndTheFirstTurnReaches) {
+    list.setProperty("contentHeight", 130);
+    find("fader").forceActiveFocus();
+    turn("label");
+    EXPECT_EQ(scrolled(), 30.0);
+    turn("fader");
+    EXPECT_EQ(moves(), 0);
+}
+
 TEST_F(WheelGestureTest, StaysWithTheFaderUntilItHasPaused) {
     find("fader").forceActiveFocus();
     turn("fader");

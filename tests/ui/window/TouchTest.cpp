@@ -54,6 +54,14 @@ TEST_F(Touch, MovesAFaderOpensEffectsAndChooses) {
     EXPECT_EQ(scene.engine.sources().size(), 2U);
 }
 
+TEST_F(Touch, LeavesAFaderWhereTheFingerWasWhereverTheMouseIs) {
+    openWithBrowser();
+    QQuickItem& fader = trackOf(find("gainFader"));
+    QTest::mouseMove(&window(), fader.mapToScene({fader.width() - 1, -20}).toPoint());
+    tap(fader);
+    EXPECT_NEAR(decibels(gain()), -27, 0.5);
+}
+
 TEST_F(Touch, FindsTargetsOfTwentyFourPointsAtLeastEverywhere) {
     scene.mixPodcast();
     scene.engine.tell(ProblemOrigin::recall, {inWords("Un souci\nsur deux lignes")});

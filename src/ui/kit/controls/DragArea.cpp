@@ -4,7 +4,6 @@
 
 #include <QGuiApplication>
 #include <QStyleHints>
-#include <cmath>
 
 namespace velmora {
 
@@ -33,7 +32,10 @@ void DragArea::mousePressEvent(QMouseEvent* event) {
 }
 
 void DragArea::mouseMoveEvent(QMouseEvent* event) {
-    drag(*event);
+    // Once a finger has left, Qt tells where the mouse is, wherever that may be.
+    if (pressed_) {
+        drag(*event);
+    }
 }
 
 void DragArea::mouseReleaseEvent(QMouseEvent*) {
@@ -91,8 +93,7 @@ bool DragArea::isInListThatScrolls() const {
 }
 
 void DragArea::drag(const QMouseEvent& event) {
-    // What Qt makes of a finger may have moved to nowhere (6.4.2).
-    if (didResetInThisGesture_ || !std::isfinite(event.position().x())) {
+    if (didResetInThisGesture_) {
         return;
     }
     constexpr auto resetKeys = Qt::AltModifier | Qt::ControlModifier;

@@ -32,6 +32,9 @@ protected:
         desktop_ = desktop;
         compositor_.emplace(desktop.kind, desktop.scale);
         ASSERT_TRUE(support::waitUntil([&] { return picture().pixelColor(0, 0) != Qt::black; }));
+        // Weston may begin with its pointer there, wherever the display's is, and adds ways to
+        // that.
+        pointAt(screen.topLeft());
     }
 
     [[nodiscard]] support::Environment environment() const override {

@@ -142,5 +142,30 @@ TEST_F(MixParts, DoNotPlayToWhereAPartBeforeThemPlayed) {
     EXPECT_LT(toneDb(atInterface.all().channel(0), 440), silentDb);
 }
 
+/// Each turn of the mute opens the tap anew, with the ports that the one before had.
+TEST_F(MixParts, HearBothStreamsOfAnApplicationThatIsSilencedTimeAndAgain) {
+    using Mute = ApplicationTaps::Mute;
+    const auto keepsTheNode = audio.units().makeInput();
+    ASSERT_EQ(keepsTheNode->setDevice(find(interface4.name).value_or(0)), statusOk);
+    ASSERT_EQ(keepsTheNode->start([](std::int64_t, std::span<const float* const>) {}), statusOk);
+    const ToneApp app(session());
+    app.play("music", 440, 440, playedDb);
+    app.play("voice", 1000, 1000, playedDb);
+    const AudioObjectID process = processOf(app.pid());
+
+    for (int round = 0; round < 20; ++round) {
+        const Mute mute = round % 2 == 0 ? Mute::whileTapped : Mute::no;
+        constexpr std::size_t longEnough = 480000; // 10 s
+        const HeardTap tap(taps(), process, mute, longEnough);
+        ASSERT_TRUE(waitUntil([&] {
+            return std::abs(tap.db(0, 440) - playedDb) < tolerance &&
+                   std::abs(tap.db(1, 1000) - playedDb) < tolerance;
+        })) << "in round "
+            << round << ": " << tap.db(0, 440) << " and " << tap.db(1, 1000) << " dB";
+    }
+
+    EXPECT_LT(ownNode().inputPorts, 60) << "most have served again";
+}
+
 } // namespace
 } // namespace velmora

@@ -192,6 +192,13 @@ const NodePorts::Port* MixNode::takePort(NodePorts::Direction direction) {
     if (const NodePorts::Port* const port = ports_.take(direction)) {
         return port;
     }
+    return addPort(direction);
+}
+
+const NodePorts::Port* MixNode::addPort(NodePorts::Direction direction) {
+    auto idle = idleInputs_; // the real-time thread must not allocate
+    idle.makeRoom();
+    betweenCalls([&] { std::swap(idleInputs_, idle); });
     constexpr std::size_t dataSize = sizeof(int); // unused, but must not be 0
     auto properties = makeProperties({{PW_KEY_PORT_NAME, ports_.nextName(direction)},
                                       {PW_KEY_FORMAT_DSP, "32 bit float mono audio"}});
@@ -210,11 +217,17 @@ void MixNode::enlist(MixPart& part) {
     const auto isOutput = [](const MixPart* one) { return one->kind_ == MixPart::Kind::output; };
     auto next = parts_; // the real-time thread must not allocate
     next.insert(isOutput(&part) ? next.end() : std::ranges::find_if(next, isOutput), &part);
-    betweenCalls([&] { parts_.swap(next); });
+    betweenCalls([&] {
+        parts_.swap(next);
+        idleInputs_.remove(part.ports_);
+    });
 }
 
 void MixNode::dismiss(MixPart& part) {
-    betweenCalls([&] { std::erase(parts_, &part); });
+    betweenCalls([&] {
+        std::erase(parts_, &part);
+        idleInputs_.add(part.ports_);
+    });
     for (const NodePorts::Port* const port : part.ports_) {
         ports_.dismiss(*port);
     }
@@ -263,6 +276,7 @@ void MixNode::onProcess(const spa_io_position* position) noexcept {
     for (const MixPart* const part : parts_) {
         part->handler_.process(*part, cycle.frames);
     }
+    idleInputs_.drain();
 }
 
 StatusOr<std::shared_ptr<MixNode>> MixNodes::take(MixNode::Setup setup) {

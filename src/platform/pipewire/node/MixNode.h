@@ -7,6 +7,7 @@
 #include "platform/pipewire/daemon/Handles.h"
 #include "platform/pipewire/daemon/Loop.h"
 #include "platform/pipewire/daemon/ThreadRights.h"
+#include "platform/pipewire/node/IdleInputs.h"
 #include "platform/pipewire/node/NodeLife.h"
 #include "platform/pipewire/node/NodePorts.h"
 
@@ -78,6 +79,7 @@ private:
     // For the parts. Threads: any, with the node's lock.
     /// Null when there is no memory.
     [[nodiscard]] const NodePorts::Port* takePort(NodePorts::Direction direction);
+    [[nodiscard]] const NodePorts::Port* addPort(NodePorts::Direction direction);
     /// From here on the part is called, captures before outputs.
     void enlist(MixPart& part);
     /// When this returns, the part is not running and will not run again.
@@ -88,6 +90,7 @@ private:
 
     std::atomic<std::uint64_t> calls_{0}; // written by the real-time thread
     std::vector<MixPart*> parts_;         // captures first; written between calls only
+    IdleInputs idleInputs_;               // written between calls only
     double blockSeconds_;                 // the smallest wish
     double rateHz_;                       // of that wish
     std::uint32_t leastFrames_;

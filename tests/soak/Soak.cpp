@@ -262,7 +262,12 @@ void Soak::end() {
     }
     find(program_.compareSettings(world_), "afterwards");
     world_.isRunning = false;
-    find(compareGraph(world_, stage_.session().graph()), "afterwards");
+    std::vector<std::string> left; // velmora-give-back may be at work for a moment
+    static_cast<void>(support::waitUntil([&] {
+        left = compareGraph(world_, stage_.session().graph());
+        return left.empty();
+    }));
+    find(left, "afterwards");
     if (const std::string printed = program_.printed(); !printed.empty()) {
         find({printed}, "printed");
     }

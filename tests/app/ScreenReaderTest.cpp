@@ -3,6 +3,8 @@
 #include "app/ScreenReader.h"
 #include "app/DesktopRig.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -34,6 +36,7 @@ struct Words {
     QString settingsTitle;
     QString shortcuts;
     QString shortcutsElsewhere;
+    QString hearsItself;
 };
 
 const Words french{.language = "fr",
@@ -51,7 +54,8 @@ const Words french{.language = "fr",
                    .shortcuts = "Raccourcis",
                    .shortcutsElsewhere =
                        "Chaque commande de Velmora (« velmora --help ») peut avoir sa touche dans "
-                       "les réglages du clavier du bureau."};
+                       "les réglages du clavier du bureau.",
+                   .hearsItself = "S'entend dans le micro"};
 const Words english{.language = "en",
                     .effects = "Effects — First pair",
                     .lowCut = "Low cut",
@@ -66,7 +70,8 @@ const Words english{.language = "en",
                     .settingsTitle = "Velmora Settings",
                     .shortcuts = "Shortcuts",
                     .shortcutsElsewhere = "Any of Velmora's commands (“velmora --help”) can be "
-                                          "given a key in the desktop's keyboard settings."};
+                                          "given a key in the desktop's keyboard settings.",
+                    .hearsItself = "Hears itself in the microphone"};
 
 class SpokenProgram : public DesktopRig, public testing::WithParamInterface<Words> {
 protected:
@@ -100,6 +105,18 @@ protected:
     void press(const SpokenObject& root, const QString& name) {
         const SpokenObject found = findSoon(root, name);
         EXPECT_TRUE(found.isThere() && reader.press(found)) << name.toStdString();
+    }
+
+    /// The id of the source that the process plays, once it can be added.
+    [[nodiscard]] std::string playing(pid_t pid) const {
+        const std::regex id("\"([^\"]*-" + std::to_string(pid) + ")\"");
+        std::smatch found;
+        std::string offered;
+        EXPECT_TRUE(waitUntil([&] {
+            offered = runToEnd({VELMORA_PROGRAM, "available", "--json"}, environment());
+            return std::regex_search(offered, found, id);
+        })) << offered;
+        return found.empty() ? "" : found[1].str();
     }
 
     /// What is heard of a window, once it no longer changes, is what is kept under this name.
@@ -227,6 +244,29 @@ TEST_P(SpokenProgram, IsTheSameAsEverInTheSettings) {
     press(window, words.shortcuts);
     EXPECT_TRUE(findSoon(window, words.shortcutsElsewhere).isThere());
     expectKept(window, "settings-shortcuts");
+}
+
+TEST_P(SpokenProgram, SaysThatAnApplicationHearsItselfUntilItNoLongerDoes) {
+    using Milliseconds = std::chrono::duration<double, std::milli>;
+    const ToneApp app(session());
+    app.play("music", 440, 440, -20);
+    ChildProcess program = launchSpoken();
+    const SpokenObject window = windowSoon("Velmora");
+    runToEnd({VELMORA_PROGRAM, "add", playing(app.pid())}, environment());
+    runToEnd({VELMORA_PROGRAM, "on"}, environment());
+    EXPECT_FALSE(reader.find(window, GetParam().hearsItself).isThere());
+
+    double slowest = 0;
+    for (int time = 0; time < 5; ++time) {
+        const auto begun = std::chrono::steady_clock::now();
+        app.hear("ear", microphone);
+        EXPECT_TRUE(findSoon(window, GetParam().hearsItself).isThere());
+        slowest = std::max(slowest, Milliseconds(std::chrono::steady_clock::now() - begun).count());
+        app.stop("ear");
+        EXPECT_TRUE(
+            waitUntil([&] { return !reader.find(window, GetParam().hearsItself).isThere(); }));
+    }
+    RecordProperty("slowestMilliseconds", std::to_string(slowest));
 }
 
 INSTANTIATE_TEST_SUITE_P(, SpokenProgram, testing::Values(french, english), [](const auto& one) {

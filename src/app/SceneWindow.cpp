@@ -65,7 +65,11 @@ QQuickWindow& SceneWindow::make() {
         window_ = std::move(*made);
         window_->installEventFilter(this);
         centre(*window_);
-        connect(window_.get(), &QQuickWindow::frameSwapped, this, &SceneWindow::drawn);
+        connect(window_.get(),
+                &QQuickWindow::frameSwapped,
+                this,
+                &SceneWindow::drawn,
+                Qt::ConnectionType(Qt::AutoConnection | Qt::SingleShotConnection));
         connect(window_.get(),
                 &QQuickWindow::sceneGraphError,
                 this,

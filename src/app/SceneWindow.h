@@ -38,7 +38,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
-    /// A picture of it is on the screen.
+    /// Its first picture is on the screen.
     void drawn();
     /// It can never be drawn: what draws it cannot be prepared.
     void drawingFailed(const QString& reason);

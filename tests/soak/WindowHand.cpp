@@ -1,8 +1,11 @@
 #include "soak/WindowHand.h"
 
+#include "settings/Texts.h"
 #include "support/Wait.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 
 namespace velmora::soak {
 
@@ -14,40 +17,12 @@ const QString controlWindow = QStringLiteral("Velmora");
 const QString dawSwitch = QStringLiteral("Mode DAW");
 const QString audioTab = QStringLiteral("Audio");
 
-/// What the windows call things.
-struct Words {
-    QString running;
-    QString mute;
-    QString remove;
-    QString headphones;
-    QString microphone;
-    QString settings;
-    QString settingsWindow;
-    QString generalTab;
-    QString language;
-};
+constexpr std::string_view settingsWindow = "Réglages Velmora";
 
-const Words english{.running = "Running",
-                    .mute = "Mute",
-                    .remove = "Remove",
-                    .headphones = "Headphones",
-                    .microphone = "Virtual microphone",
-                    .settings = "Settings…",
-                    .settingsWindow = "Velmora Settings",
-                    .generalTab = "General",
-                    .language = "Language"};
-const Words french{.running = "En marche",
-                   .mute = "Couper le son",
-                   .remove = "Retirer",
-                   .headphones = "Casque",
-                   .microphone = "Micro virtuel",
-                   .settings = "Réglages…",
-                   .settingsWindow = "Réglages Velmora",
-                   .generalTab = "Général",
-                   .language = "Langue"};
-
-const Words& wordsOf(const std::string& language) {
-    return language == "fr" ? french : english;
+/// What the windows call it in their language.
+QString shown(std::string_view french, const World& world) {
+    const std::string text(world.language == "fr" ? french : inEnglish(french));
+    return QString::fromStdString(text);
 }
 
 QString of(const QString& verb, const QString& subject) {
@@ -88,23 +63,23 @@ bool WindowHand::knows(const Action& action, const World& world) {
 }
 
 bool WindowHand::perform(const Action& action, const World& world) {
-    const Words& words = wordsOf(world.language);
     switch (action.kind) {
     case Kind::start:
     case Kind::stop:
-        return press(controlWindow, words.running);
+        return press(controlWindow, shown("En marche", world));
     case Kind::muteVolume:
-        return press(
-            controlWindow,
-            of(words.mute, action.word == "microphone" ? words.microphone : words.headphones));
+        return press(controlWindow,
+                     of(shown("Couper le son", world),
+                        action.word == "microphone" ? shown("Micro virtuel", world)
+                                                    : shown("Casque", world)));
     case Kind::mute:
-        return press(controlWindow, of(words.mute, shownName(action.word)));
+        return press(controlWindow, of(shown("Couper le son", world), shownName(action.word)));
     case Kind::remove:
-        return press(controlWindow, of(words.remove, shownName(action.word)));
+        return press(controlWindow, of(shown("Retirer", world), shownName(action.word)));
     case Kind::language:
         return chooseLanguage(action, world);
     case Kind::daw:
-        return openSettings(world, audioTab) && press(words.settingsWindow, dawSwitch);
+        return openSettings(world, audioTab) && press(shown(settingsWindow, world), dawSwitch);
     default:
         return false;
     }
@@ -118,13 +93,13 @@ bool WindowHand::press(const QString& window, const QString& name) {
 }
 
 bool WindowHand::openSettings(const World& world, const QString& tab) {
-    const Words& words = wordsOf(world.language);
-    return press(controlWindow, words.settings) && press(words.settingsWindow, tab);
+    return press(controlWindow, shown("Réglages…", world)) &&
+           press(shown(settingsWindow, world), tab);
 }
 
 bool WindowHand::chooseLanguage(const Action& action, const World& world) {
-    const Words& words = wordsOf(world.language);
-    if (!openSettings(world, words.generalTab) || !press(words.settingsWindow, words.language)) {
+    if (!openSettings(world, shown("Général", world)) ||
+        !press(shown(settingsWindow, world), shown("Langue", world))) {
         return false;
     }
     const QString choice = action.word == "fr" ? "Français" : "English";

@@ -5,8 +5,6 @@
 #include "ui/support/Readability.h"
 #include "ui/support/Spoken.h"
 
-#include <QPointingDevice>
-#include <QTest>
 #include <functional>
 #include <set>
 
@@ -55,17 +53,9 @@ protected:
         return *find(label).window()->contentItem();
     }
     void tap(QQuickItem& item) {
-        QQuickWindow* const where = item.window();
-        const QPoint at = item.mapToScene({item.width() / 2, item.height() / 2}).toPoint();
-        QTest::touchEvent(where, screen_).press(0, at, where);
-        settle();
-        QTest::touchEvent(where, screen_).release(0, at, where);
-        settle();
+        QmlTest::tap(item);
         advance(std::chrono::milliseconds(300));
     }
-
-private:
-    QPointingDevice* screen_ = QTest::createTouchDevice();
 };
 
 TEST_F(SettingsComfort, ShowsEveryMessageThatItCanHave) {

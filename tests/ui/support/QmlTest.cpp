@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QQmlComponent>
+#include <QTest>
 
 namespace velmora {
 
@@ -96,6 +97,18 @@ void QmlTest::type(const QString& text) {
     for (const QChar letter : text) {
         key(Qt::Key(letter.toUpper().unicode()), {}, letter);
     }
+}
+
+void QmlTest::tap(QQuickItem& item) {
+    if (touchScreen_ == nullptr) {
+        touchScreen_ = QTest::createTouchDevice();
+    }
+    QQuickWindow* const where = item.window();
+    const QPoint at = item.mapToScene({item.width() / 2, item.height() / 2}).toPoint();
+    QTest::touchEvent(where, touchScreen_).press(0, at, where);
+    settle();
+    QTest::touchEvent(where, touchScreen_).release(0, at, where);
+    settle();
 }
 
 void QmlTest::settle() {

@@ -7,6 +7,7 @@
 #include "ui/support/Pointer.h"
 
 #include <QImage>
+#include <QPointingDevice>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -46,6 +47,8 @@ protected:
     /// Presses and releases a key in the window; `text` is what it types.
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}, const QString& text = {});
     void type(const QString& text);
+    /// A finger touches the middle of the item and lifts; the item may lie in a pop-up.
+    void tap(QQuickItem& item);
 
     /// Lets pending work run: bindings, layout, focus. No time passes.
     void settle();
@@ -67,6 +70,7 @@ private:
 
     std::unique_ptr<QQuickWindow> window_;
     std::optional<Pointer> pointer_;
+    QPointingDevice* touchScreen_ = nullptr; // Qt's, from the first touch on
     QQuickItem missing_;
 };
 

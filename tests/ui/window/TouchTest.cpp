@@ -3,26 +3,11 @@
 #include "ui/support/Readability.h"
 #include "ui/window/WindowTest.h"
 
-#include <QPointingDevice>
-
 namespace velmora {
 
 namespace {
 
-class Touch : public WindowTest {
-protected:
-    void tap(QQuickItem& item) {
-        QQuickWindow* const where = item.window();
-        const QPoint at = item.mapToScene({item.width() / 2, item.height() / 2}).toPoint();
-        QTest::touchEvent(where, screen_).press(0, at, where);
-        settle();
-        QTest::touchEvent(where, screen_).release(0, at, where);
-        settle();
-    }
-
-private:
-    QPointingDevice* screen_ = QTest::createTouchDevice();
-};
+using Touch = WindowTest;
 
 TEST_F(Touch, DeletesAPresetInTheMenu) {
     scene.mixPodcast();

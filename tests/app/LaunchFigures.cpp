@@ -3,6 +3,7 @@
 // figures.
 
 #include "app/DesktopRig.h"
+#include "support/ClientPrograms.h"
 #include "support/ProcessFigures.h"
 
 #include <algorithm>
@@ -27,6 +28,10 @@ protected:
         const std::int64_t before = sleeps(program.pid());
         std::this_thread::sleep_for(10s);
         return static_cast<double>(sleeps(program.pid()) - before) / 10;
+    }
+    /// How the kernel splits it: what is the program's own, and what files are.
+    static std::string memoryOf(pid_t process) {
+        return "/proc/" + std::to_string(process) + "/smaps_rollup";
     }
 };
 
@@ -75,6 +80,24 @@ TEST_F(LaunchFigures, OfAProgramAtRest) {
     close("Velmora");
     ASSERT_TRUE(hidesSoon("Velmora"));
     std::cout << "\nafter the mix ran and stopped: " << wakeUps(program) << '\n';
+}
+
+TEST_F(LaunchFigures, OfAMixWithItsWindow) {
+    const ToneApp app(session());
+    app.play("music", 440, 440, -20);
+    FakePanel panel(busAddress());
+    ChildProcess program = launch();
+    ASSERT_TRUE(waitUntil([&] { return panel.hasItem(); }));
+    panel.click();
+    ASSERT_TRUE(showsSoon("Velmora"));
+    command({"add", playing(app.pid())});
+    command({"on"});
+    std::cout << "resident with the window open and one source in a running mix:";
+    for (int look = 0; look < 3; ++look) {
+        std::this_thread::sleep_for(std::chrono::seconds(look == 0 ? 3 : 15));
+        std::cout << ' ' << static_cast<double>(residentBytes(program.pid())) / (1 << 20) << " MiB";
+    }
+    std::cout << '\n' << runToEnd({"cat", memoryOf(program.pid())}, environment());
 }
 
 } // namespace

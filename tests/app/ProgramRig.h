@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <regex>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -68,6 +69,24 @@ protected:
                                               .first = 1,
                                               .count = 2,
                                               .gain = 1.0F}}});
+    }
+
+    // -- its commands --
+
+    std::string command(std::vector<std::string> words) const {
+        words.insert(words.begin(), VELMORA_PROGRAM);
+        return support::runToEnd(words, environment());
+    }
+    /// The id of the source that the process plays, once it can be added.
+    [[nodiscard]] std::string playing(pid_t pid) const {
+        const std::regex id("\"([^\"]*-" + std::to_string(pid) + ")\"");
+        std::smatch found;
+        std::string offered;
+        EXPECT_TRUE(support::waitUntil([&] {
+            offered = command({"available", "--json"});
+            return std::regex_search(offered, found, id);
+        })) << offered;
+        return found.empty() ? "" : found[1].str();
     }
 
     // -- its screen, in pixels --

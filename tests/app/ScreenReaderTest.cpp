@@ -107,18 +107,6 @@ protected:
         EXPECT_TRUE(found.isThere() && reader.press(found)) << name.toStdString();
     }
 
-    /// The id of the source that the process plays, once it can be added.
-    [[nodiscard]] std::string playing(pid_t pid) const {
-        const std::regex id("\"([^\"]*-" + std::to_string(pid) + ")\"");
-        std::smatch found;
-        std::string offered;
-        EXPECT_TRUE(waitUntil([&] {
-            offered = runToEnd({VELMORA_PROGRAM, "available", "--json"}, environment());
-            return std::regex_search(offered, found, id);
-        })) << offered;
-        return found.empty() ? "" : found[1].str();
-    }
-
     /// What is heard of a window, once it no longer changes, is what is kept under this name.
     void expectKept(const SpokenObject& window, const std::string& name) {
         const std::filesystem::path file =
@@ -252,8 +240,8 @@ TEST_P(SpokenProgram, SaysThatAnApplicationHearsItselfUntilItNoLongerDoes) {
     app.play("music", 440, 440, -20);
     ChildProcess program = launchSpoken();
     const SpokenObject window = windowSoon("Velmora");
-    runToEnd({VELMORA_PROGRAM, "add", playing(app.pid())}, environment());
-    runToEnd({VELMORA_PROGRAM, "on"}, environment());
+    command({"add", playing(app.pid())});
+    command({"on"});
     EXPECT_FALSE(reader.find(window, GetParam().hearsItself).isThere());
 
     double slowest = 0;

@@ -31,9 +31,12 @@ protected:
     void begin(const Desktop& desktop) {
         desktop_ = desktop;
         compositor_.emplace(desktop.kind, desktop.scale);
-        ASSERT_TRUE(support::waitUntil([&] { return picture().pixelColor(0, 0) != Qt::black; }));
-        // Weston may begin with its pointer there, wherever the display's is, and adds ways to
-        // that.
+        ASSERT_TRUE(support::waitUntil([&] {
+            return picture().pixelColor(screen.bottomRight()).name().toStdString() ==
+                   support::NestedCompositor::ground;
+        }));
+        // Weston may begin with its pointer in this corner, wherever the display's is, and adds
+        // ways to that.
         pointAt(screen.topLeft());
     }
 

@@ -15,18 +15,17 @@ namespace {
 
 constexpr std::string_view westonConfiguration = R"([core]
 idle-time=0
+[input-method]
+path=
 [shell]
 background-image=
-background-color=0xff203040
 panel-position=none
 locking=false
 animation=none
 startup-animation=none
 close-animation=none
 focus-animation=none
-[input-method]
-path=
-)";
+background-color=0xff)";
 
 std::string points(int pixels, int scale) {
     return std::to_string(pixels / scale);
@@ -39,10 +38,19 @@ std::string swayConfiguration(int scale) {
            "output * resolution " +
            points(NestedCompositor::width, 1) + "x" + points(NestedCompositor::height, 1) +
            " scale " + std::to_string(scale) +
-           "\n"
+           "\n" // of its own it draws grey or, since 1.10, nothing: black, as before it came up
+           "output * background " +
+           std::string(NestedCompositor::ground) +
+           " solid_color\n"
            // Border, ground, text, indicator and border of children.
            "client.focused " +
            active + " " + active + " #ffffff " + active + " " + active + "\n";
+}
+
+/// Others cannot have the keyboard.
+bool isVisible(const std::string& window, const Environment& environment) {
+    return runToEnd({"xwininfo", "-id", window}, environment).find("IsViewable") !=
+           std::string::npos;
 }
 
 std::string textOf(const std::filesystem::path& file) {
@@ -60,7 +68,8 @@ NestedCompositor::NestedCompositor(Kind kind, int scale)
     environment["XDG_RUNTIME_DIR"] = folder_.path();
     environment["WLR_BACKENDS"] = "x11";
     environment["WLR_RENDERER"] = "pixman";
-    writeFile(folder_.path() / "weston.ini", westonConfiguration);
+    writeFile(folder_.path() / "weston.ini",
+              std::string(westonConfiguration) + std::string(ground.substr(1)) + "\n");
     writeFile(folder_.path() / "sway.conf", swayConfiguration(scale));
     const auto log = folder_.path() / "log";
     server_.emplace(
@@ -104,6 +113,9 @@ void NestedCompositor::takeKeyboard() const {
         std::istringstream windows(runToEnd({"xwininfo", "-root", "-children"}, environment));
         for (std::string word; windows >> word;) {
             if (word == "child:" && windows >> word) { // its window, which may lack a title
+                if (!isVisible(word, environment)) {
+                    return false;
+                }
                 runToEnd({"xdotool", "windowfocus", "--sync", word}, environment);
                 return true;
             }

@@ -14,8 +14,8 @@
 namespace velmora::support {
 
 /// A real compositor, drawn by the processor. The display's pointer and keyboard are its seat, and
-/// one pixel of the display is one of its screen's. Behind the windows there is nothing but one
-/// colour.
+/// one pixel of the display is one of its screen's. Behind the windows there is nothing but the
+/// ground, which it draws last of what it begins with.
 ///
 /// Threads: the one that made it, which must be one that lasts (see ChildProcess).
 class NestedCompositor {
@@ -26,6 +26,7 @@ public:
     };
     static constexpr int width = 1280; // pixels
     static constexpr int height = 1024;
+    static constexpr std::string_view ground = "#203040";
     /// Of sway's title bar above the window with the keyboard.
     static constexpr std::string_view activeTitle = "#c05020";
 

@@ -7,7 +7,9 @@
 #include <QDBusObjectPath>
 #include <QDBusReply>
 #include <QDBusVariant>
+#include <algorithm>
 #include <array>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -21,15 +23,15 @@ constexpr auto texts = "org.a11y.atspi.Text";
 constexpr auto values = "org.a11y.atspi.Value";
 const QString connectionName = QStringLiteral("screen-reader");
 
-// Source: at-spi2-core 2.46, atspi-constants.h, AtspiStateType: the number of a state's bit.
+// Source: at-spi2-core 2.46, atspi-constants.h, AtspiStateType: the number of a state's bit. That
+// something can be checked (41) is told by newer Qt only.
 constexpr quint64 isShowing = 1ULL << 25U;
-constexpr std::array<std::pair<unsigned, const char*>, 9> told{{{4, "checked"},
+constexpr std::array<std::pair<unsigned, const char*>, 8> told{{{4, "checked"},
                                                                 {7, "editable"},
                                                                 {9, "expandable"},
                                                                 {10, "expanded"},
                                                                 {11, "focusable"},
                                                                 {23, "selected"},
-                                                                {41, "checkable"},
                                                                 {42, "opens a menu"},
                                                                 {43, "read only"}}};
 constexpr quint64 isSensitive = 1ULL << 24U;
@@ -152,10 +154,11 @@ std::string ScreenReader::tree(const SpokenObject& root) {
 }
 
 std::string ScreenReader::line(const SpokenObject& object) {
-    QString words = ask(object, accessible, "GetRoleName").toString() + " \"" +
-                    property(object, accessible, "Name").toString() + '"';
+    const QString called = property(object, accessible, "Name").toString();
+    QString words = ask(object, accessible, "GetRoleName").toString() + " \"" + called + '"';
+    // Qt 6.4 describes a window by its title once more.
     if (const QString added = property(object, accessible, "Description").toString();
-        !added.isEmpty()) {
+        !added.isEmpty() && added != called) {
         words += " (" + added + ')';
     }
     const quint64 state = states(object);
@@ -239,10 +242,23 @@ std::vector<SpokenObject> ScreenReader::children(const SpokenObject& of) {
 }
 
 std::vector<SpokenObject> ScreenReader::childrenShown(const SpokenObject& of) {
-    std::vector<SpokenObject> found = children(of);
-    std::erase_if(found,
-                  [this](const SpokenObject& child) { return (states(child) & isShowing) == 0; });
+    std::vector<SpokenObject> found;
+    for (const SpokenObject& child : children(of)) {
+        if ((states(child) & isShowing) == 0) {
+            continue;
+        }
+        if (saysNothing(child)) {
+            std::ranges::copy(childrenShown(child), std::back_inserter(found));
+        } else {
+            found.push_back(child);
+        }
+    }
     return found;
+}
+
+bool ScreenReader::saysNothing(const SpokenObject& object) {
+    return ask(object, accessible, "GetRoleName") == "filler" &&
+           property(object, accessible, "Name").toString().isEmpty();
 }
 
 quint64 ScreenReader::states(const SpokenObject& of) {

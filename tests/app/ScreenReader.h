@@ -72,7 +72,9 @@ private:
                  const char* method,
                  const QVariantList& = {});
     [[nodiscard]] std::vector<SpokenObject> children(const SpokenObject& of);
+    /// What only holds others together, as newer Qt does with each line of a list, is passed over.
     [[nodiscard]] std::vector<SpokenObject> childrenShown(const SpokenObject& of);
+    [[nodiscard]] bool saysNothing(const SpokenObject& object);
     [[nodiscard]] quint64 states(const SpokenObject& of);
     [[nodiscard]] bool has(const SpokenObject& object, const char* interface);
     [[nodiscard]] std::string line(const SpokenObject& object);

@@ -31,6 +31,7 @@ struct Words {
     QString wholeSource;
     QString preset;
     QString saveSetup;
+    QString promptTitle;
     QString presetName;
     QString settings;
     QString settingsTitle;
@@ -48,6 +49,7 @@ const Words french{.language = "fr",
                    .wholeSource = "Studio Interface 4",
                    .preset = "Preset",
                    .saveSetup = "Enregistrer le setup actuel…",
+                   .promptTitle = "Enregistrer le setup actuel",
                    .presetName = "Nom du preset",
                    .settings = "Réglages…",
                    .settingsTitle = "Réglages Velmora",
@@ -65,6 +67,7 @@ const Words english{.language = "en",
                     .wholeSource = "Studio Interface 4",
                     .preset = "Preset",
                     .saveSetup = "Save current setup…",
+                    .promptTitle = "Save current setup",
                     .presetName = "Preset name",
                     .settings = "Settings…",
                     .settingsTitle = "Velmora Settings",
@@ -212,7 +215,8 @@ TEST_P(SpokenProgram, LetsTheNameOfAPresetBeReadAndSelected) {
 
     const SpokenObject line = findSoon(window, words.presetName);
     ASSERT_TRUE(line.isThere());
-    expectKept(window, "prompt");
+    // Of what lies below it newer Qt tells that it is disabled, Qt 6.4 does not.
+    expectKept(findSoon(window, words.promptTitle), "prompt");
     EXPECT_EQ(reader.text(line), "Evening");
     EXPECT_EQ(reader.selectedText(line), "Evening");
     EXPECT_TRUE(reader.select(line, 0, 4));

@@ -90,14 +90,12 @@ TEST_F(MutedRoute, IsKeptForThePlayersNextRun) {
     const auto file = session().folder() / "song.wav";
     writeWav(file, makeTone({.hz = {otherLeftHz, otherRightHz}, .db = playedDb}, 60));
     const auto player = [&] {
-        return session().start(
-            {"env", "SDL_AUDIODRIVER=pulse", "ffplay", "-nodisp", "-loglevel", "error", file},
-            "ffplay");
+        return session().start({"mpv", "--no-video", "--no-config", "--ao=pulse", file}, "mpv");
     };
     {
         const ChildProcess first = player();
-        ASSERT_TRUE(waitUntil([] { return session().graph().linked("ffplay", speakers.name); }));
-        sendTo(session(), "ffplay", headset.name);
+        ASSERT_TRUE(waitUntil([] { return session().graph().linked("mpv", speakers.name); }));
+        sendTo(session(), "mpv", headset.name);
         ASSERT_TRUE(atHeadset().hears(0, otherLeftHz, playedDb));
         const AudioSource source = playing(first.pid());
         engine.setDirectMuted(true, source);

@@ -24,11 +24,19 @@ struct SessionMemory {
 };
 
 /// A line "key=value" of the session manager's files. Later versions keep JSON, with the members in
-/// another order each time.
+/// another order each time. How many channels there are, and which, they (0.5.18) may write when
+/// anything else of the device or stream has changed: of the channels' volumes each is told once.
 inline std::string inOneOrder(const std::string& line) {
     const std::size_t value = line.find('=') + 1;
-    const auto json = nlohmann::json::parse(line.substr(value), nullptr, /*throws=*/false);
-    return json.is_object() ? line.substr(0, value) + json.dump() : line;
+    auto json = nlohmann::json::parse(line.substr(value), nullptr, /*throws=*/false);
+    if (!json.is_object()) {
+        return line;
+    }
+    json.erase("channelMap");
+    if (const auto volumes = json.find("channelVolumes"); volumes != json.end()) {
+        *volumes = volumes->get<std::set<double>>();
+    }
+    return line.substr(0, value) + json.dump();
 }
 
 inline SessionMemory memoryOf(const support::PrivateSession& session) {

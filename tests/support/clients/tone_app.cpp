@@ -45,13 +45,22 @@ class ToneStream {
 public:
     enum class Role { playback, pinned, inputDevice };
 
-    ToneStream(
-        pw_core* core, Role role, const std::string& name, double leftHz, double rightHz, double db)
+    /// @param application  by which the session manager remembers the stream, as real players'
+    ///                     are; only older ones (WirePlumber below 0.5.15) do so by the role
+    ToneStream(pw_core* core,
+               Role role,
+               const std::string& application,
+               const std::string& name,
+               double leftHz,
+               double rightHz,
+               double db)
         : sines_{Sine(leftHz, db), Sine(rightHz, db)},
           stream_(pw_stream_new(core,
                                 name.c_str(),
                                 pw_properties_new(PW_KEY_NODE_NAME,
                                                   name.c_str(),
+                                                  PW_KEY_APP_NAME,
+                                                  application.c_str(),
                                                   PW_KEY_MEDIA_TYPE,
                                                   "Audio",
                                                   PW_KEY_MEDIA_CATEGORY,
@@ -272,7 +281,8 @@ private:
             const auto role = verb == "play"  ? ToneStream::Role::playback
                               : verb == "pin" ? ToneStream::Role::pinned
                                               : ToneStream::Role::inputDevice;
-            streams_[name] = std::make_unique<ToneStream>(core_, role, name, leftHz, rightHz, db);
+            streams_[name] =
+                std::make_unique<ToneStream>(core_, role, name_, name, leftHz, rightHz, db);
         } else if ((verb == "hear" || verb == "measure") && core_ != nullptr) {
             std::string device;
             words >> device;

@@ -34,6 +34,7 @@ constexpr std::array<std::pair<unsigned, const char*>, 8> told{{{4, "checked"},
                                                                 {23, "selected"},
                                                                 {42, "opens a menu"},
                                                                 {43, "read only"}}};
+constexpr quint64 isEditable = 1ULL << 7U;
 constexpr quint64 isSensitive = 1ULL << 24U;
 
 QDBusConnection session(const support::Environment& environment) {
@@ -170,7 +171,8 @@ std::string ScreenReader::line(const SpokenObject& object) {
         const double value = property(object, values, "CurrentValue").toDouble();
         words += ", value " + QString::number(value, 'f', 2);
     }
-    if (has(object, texts)) {
+    // Of what is only read the name says it all; whether it has a text as well depends on Qt.
+    if ((state & isEditable) != 0 && has(object, texts)) {
         words += ", text \"" + QString::fromStdString(text(object)) + '"';
     }
     return words.toStdString();

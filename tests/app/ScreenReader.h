@@ -55,7 +55,7 @@ public:
     [[nodiscard]] SpokenObject menu();
 
     /// What is heard of everything that is shown, one object in a line: role, name, what is added
-    /// to it, states, value, text. Children stand two further to the right.
+    /// to it, states, value, text to edit. Children stand two further to the right.
     [[nodiscard]] std::string tree(const SpokenObject& root);
 
     /// Acts as the screen reader's user asks; false where it is not offered.

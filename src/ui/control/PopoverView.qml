@@ -93,7 +93,7 @@ Item {
     property Item newest: null
     function revealAdded(): void {
         if (added === 1 && newest)
-            strips.revealSoon([newest]);
+            strips.revealSoon(newest, null);
         added = 0;
         newest = null;
     }
@@ -183,7 +183,7 @@ Item {
                     SourceStrip {
                         required property int index
                         objectName: "strip" + index
-                        onGrown: part => strips.revealSoon([this, part])
+                        onGrown: part => strips.revealSoon(this, part)
                         width: root.width - 2 * root.margin
                     }
                 }

@@ -23,16 +23,18 @@ Flickable {
             contentY = Math.min(contentHeight - height, bottom - height);
     }
 
-    // What has just come or grown, until there is room for it.
-    property var awaited: []
-    function revealSoon(items: var): void {
-        awaited = items;
+    // What has just come or grown, and the part of it that did, until there is room for them. Either
+    // may go before that, which a list of items does not notice.
+    property Item awaited
+    property Item awaitedPart
+    function revealSoon(item: Item, part: Item): void {
+        awaited = item;
+        awaitedPart = part;
         revealAwaited();
     }
     function revealAwaited(): void {
-        for (let i = 0; i < awaited.length; i++) {
-            reveal(awaited[i] as Item);
-        }
+        reveal(awaited);
+        reveal(awaitedPart);
     }
 
     contentWidth: width
@@ -43,7 +45,8 @@ Flickable {
     onFocusedChanged: reveal(focused)
     onContentHeightChanged: {
         revealAwaited();
-        awaited = [];
+        awaited = null;
+        awaitedPart = null;
     }
 
     GumScrollBar {

@@ -115,6 +115,42 @@ TEST_F(TrayProgram, AClickOnTheIconOpensTheWindowAndClosingItLeavesTheItem) {
     EXPECT_TRUE(showsSoon("Velmora"));
 }
 
+TEST_F(TrayProgram, BringsACoveredWindowToTheFrontByItsMenuAndByItsIcon) {
+    settings().set("appearance", std::string("light"));
+    const ChildProcess program = launch();
+    ASSERT_TRUE(hasItemSoon());
+    panel->click();
+    ASSERT_TRUE(drawsItsWindowSoon());
+    const ChildProcess other({.arguments = {"xev", "-geometry", "1200x900+20+60"},
+                              .environment = environment(),
+                              .output = home.path() / "other"});
+    ASSERT_TRUE(showsSoon("Event Tester"));
+
+    const auto isInFrontSoon = [&](const std::string& title) {
+        return waitUntil([&] {
+            return xdotool({"getactivewindow", "getwindowname"}) == title + "\n" &&
+                   !content().isEmpty();
+        });
+    };
+    const auto workInTheOther = [&] {
+        press("Event Tester", {"space"});
+        ASSERT_TRUE(waitUntil([&] { return content().isEmpty(); }));
+    };
+    workInTheOther();
+    panel->choose("Ouvrir Velmora");
+    EXPECT_TRUE(isInFrontSoon("Velmora"));
+
+    workInTheOther();
+    panel->click();
+    EXPECT_TRUE(isInFrontSoon("Velmora"));
+
+    panel->choose("Réglages…");
+    ASSERT_TRUE(isInFrontSoon("Réglages Velmora"));
+    workInTheOther();
+    panel->choose("Réglages…");
+    EXPECT_TRUE(isInFrontSoon("Réglages Velmora"));
+}
+
 TEST_F(TrayProgram, KnowsItsShortcutsInBothWindows) {
     ChildProcess program = launch();
     ASSERT_TRUE(hasItemSoon());

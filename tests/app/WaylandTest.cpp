@@ -1,5 +1,6 @@
 // The program on real Wayland desktops: its window, its menus, and how it comes to the front.
 
+#include "app/FakePanel.h"
 #include "app/WaylandRig.h"
 
 #include <fstream>
@@ -66,6 +67,28 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values("weston", "westonTwice", "westonByHalf", "sway", "swayTwice", "swayByHalf"),
     [](const auto& name) { return name.param; });
 
+/// One that lets nobody raise a window.
+class WestonProgram : public WaylandRig {};
+
+TEST_F(WestonProgram, TheTraysMenuAndItsItemBringACoveredWindowToTheFront) {
+    const FakePanel panel(busAddress());
+    begin({Kind::weston});
+    const ChildProcess program = launch();
+    ASSERT_TRUE(waitUntil([&] { return panel.hasItem(); }));
+    panel.click();
+    ASSERT_TRUE(drawsItsWindowSoon());
+
+    for (const bool byMenu : {true, false}) {
+        const ChildProcess other(
+            {.arguments = {"weston-eventdemo", "--no-border", "-w1280", "-h1024"},
+             .environment = environment(),
+             .output = home.path() / "other"});
+        ASSERT_TRUE(waitUntil([&] { return content().isEmpty(); }));
+        byMenu ? panel.choose("Ouvrir Velmora") : panel.click();
+        EXPECT_TRUE(drawsItsWindowSoon()) << (byMenu ? "menu" : "item");
+    }
+}
+
 /// One that moves pop-ups onto the screen and gives the keyboard to whom a token is given.
 class SwayProgram : public WaylandRig {
 protected:
@@ -127,6 +150,22 @@ TEST_F(SwayProgram, ASecondLaunchBringsTheFirstWindowToTheFront) {
     const ChildProcess second = launch();
 
     EXPECT_TRUE(waitUntil([&] { return isActive(); }));
+}
+
+TEST_F(SwayProgram, TheTraysMenuAndItsItemBringTheWindowToTheFront) {
+    const FakePanel panel(busAddress());
+    begin({Kind::sway});
+    const ChildProcess program = launch();
+    ASSERT_TRUE(waitUntil([&] { return panel.hasItem(); }));
+    panel.click();
+    ASSERT_TRUE(waitUntil([&] { return isActive(); }));
+
+    for (const bool byMenu : {true, false}) {
+        const ChildProcess other({.arguments = {"weston-flower"}, .environment = environment()});
+        ASSERT_TRUE(waitUntil([&] { return !isActive(); }));
+        byMenu ? panel.choose("Ouvrir Velmora") : panel.click();
+        EXPECT_TRUE(waitUntil([&] { return isActive(); })) << (byMenu ? "menu" : "item");
+    }
 }
 
 TEST_F(SwayProgram, TheTokenOfASecondLaunchIsGivenToTheCompositor) {

@@ -132,6 +132,31 @@ TEST_F(RoundedItem, IsCutWhereItsListEnds) {
     EXPECT_EQ(colorAt(list, {62, 20}), QColor(Qt::white));
 }
 
+TEST_F(RoundedItem, IsNotSeenWhereItLiesBeyondItsList) {
+    auto& place = show("Rectangle { width: 80; height: 80; color: \"white\";"
+                       " Item { width: 80; height: 40; clip: true;"
+                       "  Rounded { y: 50; width: 80; height: 20; color: \"black\" } } }");
+    EXPECT_EQ(colorAt(place, {40, 60}), QColor(Qt::white));
+}
+
+TEST_F(RoundedItem, TakesWhateverChangesAtOnce) {
+    auto& item =
+        show("Rectangle { color: \"white\"; width: 40; height: 40; property alias shape: it;"
+             " Rounded { id: it; anchors.fill: parent; color: \"green\"; radius: 2;"
+             "  outlineColor: \"blue\"; outlineWidth: 2 } }");
+    auto* const shape = item.property("shape").value<QObject*>();
+    const auto differsAt = [&](const QPointF& place, const char* property, const QVariant& value) {
+        const QColor before = colorAt(item, place);
+        shape->setProperty(property, value);
+        return colorAt(item, place) != before;
+    };
+    EXPECT_TRUE(differsAt({20, 20}, "color", QColor(Qt::black)));
+    EXPECT_TRUE(differsAt({30, 20}, "trailingColor", QColor(Qt::red)));
+    EXPECT_TRUE(differsAt({20, 0.5}, "outlineColor", QColor(Qt::yellow)));
+    EXPECT_TRUE(differsAt({20, 3.5}, "outlineWidth", 4));
+    EXPECT_TRUE(differsAt({2, 2}, "radius", 20));
+}
+
 /// The real windows.
 class RoundCorners : public WindowTest {
 protected:

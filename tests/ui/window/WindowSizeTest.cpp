@@ -108,6 +108,19 @@ TEST_F(WindowSize, ManyStripsScrollByWheelBetweenTopAndBottom) {
     EXPECT_TRUE(isInside(find("quitRow")));
 }
 
+TEST_F(WindowSize, StripsThatAreScrolledOutLeaveNoTraceBelowTheList) {
+    scene.mixMany(12);
+    open(700);
+    constexpr double withinGap = 5;     // points, of the ten between cards
+    constexpr double belowLevels = 250; // from the left
+    for (const char* card : {"strips", "addSource", "presetFiles", "quitRow"}) {
+        const double y = placeOf(find(card)).bottom() + withinGap;
+        EXPECT_EQ(colorAt(*window().contentItem(), {belowLevels, y}), window().color()) << card;
+    }
+    const double row = placeOf(find("addSource")).center().y();
+    EXPECT_EQ(colorAt(*window().contentItem(), {belowLevels, row}), window().color());
+}
+
 TEST_F(WindowSize, AMarkShowsThatThereIsMoreAndHowFarItIs) {
     openWithBrowser();
     EXPECT_FALSE(isShown("scrollMark"));

@@ -37,6 +37,17 @@ QRegion toTheLastPixel(QRegion clip, const QPaintDevice& device, double pixelsPe
     return clip;
 }
 
+/// Qt gives an item no region to draw in both where nothing cuts it and where nothing is left of
+/// it.
+bool isCut(const QQuickItem& item) {
+    for (const QQuickItem* list = item.parentItem(); list != nullptr; list = list->parentItem()) {
+        if (list->clip()) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 /// Draws an item while the processor draws its window.
@@ -51,12 +62,17 @@ public:
     QRectF rect() const override { return QRectF({}, size_).adjusted(-1, -1, 1, 1); }
 
     void render(const RenderState* state) override {
+        const QRegion* const clip = state->clipRegion();
+        const bool hasClip = clip != nullptr && !clip->isEmpty();
+        if (!hasClip && isCut(item_)) {
+            return;
+        }
         QQuickWindow& window = *item_.window();
         auto& painter = *static_cast<QPainter*>(window.rendererInterface()->getResource(
             &window, QSGRendererInterface::PainterResource));
         const double pixelsPerUnit = painter.device()->devicePixelRatio();
         painter.save();
-        if (const QRegion* const clip = state->clipRegion(); clip && !clip->isEmpty()) {
+        if (hasClip) {
             painter.setClipRegion(toTheLastPixel(*clip, *painter.device(), pixelsPerUnit),
                                   Qt::ReplaceClip);
         }

@@ -1,27 +1,18 @@
-pragma ComponentBehavior: Bound
 import QtQuick
 import Velmora.Kit
 
-// The shadow of what lies above the page: a few faint shapes, because Qt's effects draw nothing
-// without a graphics card.
-Item {
-    id: root
+// The shadow of what lies above the page, which is lit from above. It begins below it, so that it
+// is nowhere even.
+FadingEdge {
     required property real cornerRadius
+    readonly property real below: 6
+    readonly property real beside: 9
 
-    anchors.fill: parent
-
-    Repeater {
-        model: 5
-
-        Rounded {
-            required property int index
-            readonly property real reach: 1 + 2 * index
-            x: -reach
-            y: 3 - reach
-            width: root.width + 2 * reach
-            height: root.height + 2 * reach
-            radius: root.cornerRadius + reach
-            color: Theme.shadow
-        }
-    }
+    reach: below + beside
+    radius: Math.max(0, cornerRadius - below)
+    color: Theme.shadow
+    x: -beside
+    y: 3 - beside
+    width: parent.width + 2 * beside
+    height: parent.height + 2 * beside
 }

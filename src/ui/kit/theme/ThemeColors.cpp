@@ -17,7 +17,7 @@ QColor shown(const Color& color) {
 
 /// A very deep sea: what shadows and veils are made of.
 constexpr Color deep{0.02, 0.08, 0.1};
-constexpr DynamicColor shadowLayer{deep.withOpacity(0.035), deep.withOpacity(0.14)};
+constexpr DynamicColor shadowWhereItBegins{deep.withOpacity(0.3), deep.withOpacity(0.8)};
 constexpr DynamicColor veilOver{deep.withOpacity(0.28), deep.withOpacity(0.6)};
 /// Relatives of ocean, lagoon and coral that can be read where those cannot.
 constexpr Color deepOcean = colorFromHex(0x07545E);
@@ -108,7 +108,7 @@ QColor ThemeColors::ring() const {
 }
 
 QColor ThemeColors::shadow() const {
-    return shown(shadowLayer.in(scheme_));
+    return shown(shadowWhereItBegins.in(scheme_));
 }
 
 QColor ThemeColors::veil() const {

@@ -85,7 +85,7 @@ public:
     [[nodiscard]] QColor alarm() const;
     /// What the keyboard acts on.
     [[nodiscard]] QColor ring() const;
-    /// One of the layers of a soft shadow.
+    /// A soft shadow's where it begins.
     [[nodiscard]] QColor shadow() const;
     /// Lies over what has to wait.
     [[nodiscard]] QColor veil() const;

@@ -75,6 +75,7 @@ TEST_F(GumDropdownTest, DoesNotOpenWhileDisabled) {
     dropdown.setEnabled(false);
     pointer().click(dropdown);
     EXPECT_FALSE(isOpen());
+    EXPECT_NEAR(dropdown.opacity(), 0.4, 1e-9);
 }
 
 } // namespace

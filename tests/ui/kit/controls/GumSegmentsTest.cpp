@@ -79,6 +79,7 @@ TEST_F(GumSegmentsTest, DoesNothingWhileDisabled) {
     root.setEnabled(false);
     pointer().click(find("2"));
     EXPECT_EQ(picks(), 0);
+    EXPECT_NEAR(find("Compression").opacity(), 0.4, 1e-9);
 }
 
 } // namespace

@@ -22,7 +22,7 @@ using testing::StartsWith;
 
 class CardProgram : public DesktopRig {
 protected:
-    CardProgram() { settings().set("appearance", std::string("light")); }
+    CardProgram() { keepLook("light", "fr"); }
 
     [[nodiscard]] Environment environment() const override {
         auto result = DesktopRig::environment();

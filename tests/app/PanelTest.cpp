@@ -26,7 +26,7 @@ protected:
     static constexpr const char* name = "xfce";
 
     XfceDesktop() {
-        settings().set("appearance", std::string("light"));
+        keepLook("light", "fr");
         const auto folder = home.path() / "config/xfce4/xfconf/xfce-perchannel-xml";
         std::filesystem::create_directories(folder);
         std::ofstream(folder / "xfce4-panel.xml") << R"(<?xml version="1.0" encoding="UTF-8"?>

@@ -116,8 +116,8 @@ protected:
         return last;
     }
     /// What the program draws of the only window that is shown, without its title bar. The window
-    /// is light.
-    [[nodiscard]] QRect content() const { return areaOf(picture(), sand); }
+    /// is light, unless a test says that it is dark.
+    [[nodiscard]] QRect content() const { return areaOf(picture(), ground_); }
     [[nodiscard]] bool drawsItsWindowSoon() const {
         return support::waitUntil([&] { return !content().isEmpty(); });
     }
@@ -144,9 +144,17 @@ protected:
         xdotool({"click", std::to_string(button)});
     }
 
-    static constexpr QColor sand{0xF6, 0xEC, 0xD6}; // of the light windows, and nothing else
+    void keepLook(const std::string& appearance, const std::string& language) {
+        auto store = settings();
+        store.set("appearance", appearance);
+        store.set("language", language);
+        ground_ = appearance == "dark" ? QColor(0x0F, 0x25, 0x30) : QColor(0xF6, 0xEC, 0xD6);
+    }
 
     support::TemporaryFolder home{"velmora-home"};
+
+private:
+    QColor ground_{0xF6, 0xEC, 0xD6}; // the windows', and nothing else's
 };
 
 } // namespace velmora

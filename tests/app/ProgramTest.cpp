@@ -116,7 +116,7 @@ TEST_F(TrayProgram, AClickOnTheIconOpensTheWindowAndClosingItLeavesTheItem) {
 }
 
 TEST_F(TrayProgram, BringsACoveredWindowToTheFrontByItsMenuAndByItsIcon) {
-    settings().set("appearance", std::string("light"));
+    keepLook("light", "fr");
     const ChildProcess program = launch();
     ASSERT_TRUE(hasItemSoon());
     panel->click();

@@ -26,7 +26,7 @@ protected:
         }
     };
 
-    WaylandRig() { settings().set("appearance", std::string("light")); }
+    WaylandRig() { keepLook("light", "fr"); }
 
     void begin(const Desktop& desktop) {
         desktop_ = desktop;

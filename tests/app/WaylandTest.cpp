@@ -23,7 +23,33 @@ constexpr QPointF presets(150, -135); // from its lower left
 constexpr QPointF sourcePicker(200, 117);
 
 /// Each desktop at each scale.
-class WaylandProgram : public WaylandRig, public testing::WithParamInterface<std::string> {};
+class WaylandProgram : public WaylandRig, public testing::WithParamInterface<std::string> {
+protected:
+    void showWindowAndMenu(const Desktop& desktop, const std::string& pictures) {
+        const ChildProcess program = launch();
+        ASSERT_TRUE(drawsItsWindowSoon());
+        const QRect window = content();
+        // In a picture what points, and its shadow, is to be in the window.
+        pointAt(window.topLeft() + QPoint(16, 16));
+        const QImage closed = stillPicture();
+        EXPECT_EQ(window.width(), windowWidth * desktop.pixels());
+        EXPECT_TRUE(screen.adjusted(1, 1, -1, -1).contains(window));
+        keepPicture(pictures + "-window");
+
+        click(presets);
+        // Title bars may look otherwise while there is a menu.
+        ASSERT_TRUE(
+            waitUntil([&] { return difference(closed, picture()).bottom() > window.bottom(); }));
+        const QRect menu = difference(closed, stillPicture());
+        keepPicture(pictures + "-menu");
+        if (desktop.kind == Kind::sway) { // the other lets it hang below the screen
+            EXPECT_GE(menu.height(), menuHeight * desktop.pixels());
+        }
+
+        key("Escape");
+        EXPECT_TRUE(waitUntil([&] { return window.contains(difference(closed, picture())); }));
+    }
+};
 
 TEST_P(WaylandProgram, ShowsItsWindowWholeAndAMenuThatLeavesIt) {
     const std::map<std::string, Desktop> desktops = {
@@ -37,28 +63,11 @@ TEST_P(WaylandProgram, ShowsItsWindowWholeAndAMenuThatLeavesIt) {
     const Desktop& desktop = desktops.at(GetParam());
     begin(desktop);
     keepPresets(20);
-    const ChildProcess program = launch();
-    ASSERT_TRUE(drawsItsWindowSoon());
-    const QRect window = content();
-    // In a picture what points, and its shadow, is to be in the window.
-    pointAt(window.topLeft() + QPoint(16, 16));
-    const QImage closed = stillPicture();
-    EXPECT_EQ(window.width(), windowWidth * desktop.pixels());
-    EXPECT_TRUE(screen.adjusted(1, 1, -1, -1).contains(window));
-    keepPicture(GetParam() + "-window");
+    showWindowAndMenu(desktop, GetParam());
 
-    click(presets);
-    // Title bars may look otherwise while there is a menu.
-    ASSERT_TRUE(
-        waitUntil([&] { return difference(closed, picture()).bottom() > window.bottom(); }));
-    const QRect menu = difference(closed, stillPicture());
-    keepPicture(GetParam() + "-menu");
-    if (desktop.kind == Kind::sway) { // the other lets it hang below the screen
-        EXPECT_GE(menu.height(), menuHeight * desktop.pixels());
-    }
-
-    key("Escape");
-    EXPECT_TRUE(waitUntil([&] { return window.contains(difference(closed, picture())); }));
+    ASSERT_TRUE(waitUntil([&] { return content().isEmpty(); }));
+    keepLook("dark", "en");
+    showWindowAndMenu(desktop, GetParam() + "-dark-en");
 }
 
 INSTANTIATE_TEST_SUITE_P(

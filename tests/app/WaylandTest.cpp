@@ -3,6 +3,8 @@
 #include "app/FakePanel.h"
 #include "app/WaylandRig.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -131,6 +133,31 @@ TEST_F(SwayProgram, AMenuThatUnfoldsNearTheLowerEdgeStaysOnTheScreen) {
     EXPECT_GE(unfolded.height(), folded.height() + 3 * 28);
     key("Escape");
     EXPECT_TRUE(waitUntil([&] { return difference(closed, picture()).height() < 100; }));
+}
+
+TEST_F(SwayProgram, AMenuThatFitsAboveItsButtonOnlyLeavesThatInSight) {
+    begin({Kind::sway});
+    keepPresets(20);
+    const ChildProcess program = launch();
+    ASSERT_TRUE(drawsItsWindowSoon());
+    moveWindow({60, screen.bottom() - content().bottom() - 20});
+    const QImage closed = stillPicture();
+    const QRect window = content();
+
+    click(presets);
+    ASSERT_TRUE(waitUntil([&] { return closed != picture(); }));
+    const QImage open = stillPicture();
+    keepPicture("sway-above");
+
+    EXPECT_LT(difference(closed, open).top(), window.bottom() + presets.y() - menuHeight);
+    const QRect caption(window.left() + 30, window.bottom() + int(presets.y()) - 8, 120, 18);
+    int most = 0; // shades of grey; a button under the pointer is a little darker
+    for (int y = caption.top(); y < caption.bottom(); ++y) {
+        for (int x = caption.left(); x < caption.right(); ++x) {
+            most = std::max(most, std::abs(qGray(closed.pixel(x, y)) - qGray(open.pixel(x, y))));
+        }
+    }
+    EXPECT_LT(most, 100);
 }
 
 TEST_F(SwayProgram, ItsWindowGrowsWithItsContentAndKeepsItsFooterOnTheScreen) {

@@ -44,6 +44,7 @@ Item {
                 id: view
                 anchors.fill: parent
                 anchors.margins: popup.rim / Comfort.scale
+                anchors.topMargin: popup.upperRim / Comfort.scale
                 cornerRadius: popup.rim > 0 ? 10 : 0
                 model: root.menu
                 name: root.name

@@ -6,6 +6,8 @@
 #include <QAccessible>
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace velmora {
@@ -35,6 +37,13 @@ QRectF roomAround(const QRectF& anchor, const QWindow& owner) {
     }
     const QScreen* const screen = QGuiApplication::screenAt(anchor.center().toPoint());
     return screen != nullptr ? screen->availableGeometry() : owner.screen()->availableGeometry();
+}
+
+/// Where nothing fits below, a compositor turns a pop-up over its upper edge, and its lower edge is
+/// there then: it begins above its anchor, so that nothing of it covers that in either place.
+double upperRimFor(const QRectF& anchor, double rim) {
+    const bool mayBeTurned = isPlatform("wayland") && rim > 0;
+    return mayBeTurned ? std::max(rim, anchor.height() + 2 * PopupPlace::gap - rim) : rim;
 }
 
 } // namespace
@@ -169,10 +178,14 @@ void PopupWindow::place() {
     const QSizeF size = anchor_->mapRectToScene({QPointF(), anchor_->size()}).size();
     const QRectF anchor(anchor_->mapToGlobal(QPointF()), size);
     const int rim = static_cast<int>(rim_);
+    const double upper = std::round(upperRimFor(anchor, rim));
+    if (std::exchange(upperRim_, upper) != upper) {
+        Q_EMIT rimChanged();
+    }
     const QRect content =
         PopupPlace::beside(anchor, wanted_, roomAround(anchor, *owner_), owner_->geometry())
             .toRect();
-    const QRect now = content.adjusted(-rim, -rim, rim, rim);
+    const QRect now = content.adjusted(-rim, -static_cast<int>(upper), rim, rim);
     if (now == geometry()) {
         return;
     }

@@ -26,6 +26,8 @@ class PopupWindow : public QQuickWindow {
     Q_PROPERTY(QSizeF wanted READ wanted WRITE setWanted NOTIFY wantedChanged)
     /// Points around its content, for a shadow; 0 on a desktop without translucent windows.
     Q_PROPERTY(double rim READ rim NOTIFY rimChanged)
+    /// The same above it.
+    Q_PROPERTY(double upperRim READ upperRim NOTIFY rimChanged)
 
 public:
     explicit PopupWindow(QWindow* parent = nullptr);
@@ -36,6 +38,7 @@ public:
     [[nodiscard]] QSizeF wanted() const { return wanted_; }
     void setWanted(const QSizeF& wanted);
     [[nodiscard]] double rim() const { return rim_; }
+    [[nodiscard]] double upperRim() const { return upperRim_; }
 
     Q_INVOKABLE void open();
     Q_INVOKABLE void dismiss();
@@ -66,6 +69,7 @@ private:
     QPointer<QQuickItem> anchor_;
     QSizeF wanted_;
     double rim_ = 0;
+    double upperRim_ = 0;
     bool isOpen_ = false;
     bool isMoving_ = false;        // hidden for a moment only
     bool isLeaving_ = false;       // the keyboard is still on its way back

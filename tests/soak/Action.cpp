@@ -202,10 +202,15 @@ void followSession(World& world, const Action& action) {
         return;
     case Kind::killManager:
         world.hasManager = false;
+        world.hasHeadset = false; // all devices went with it; the others come back with the next
+        world.hasInterface = true;
         return;
     case Kind::restore:
         world.hasDaemon = true;
         world.hasManager = true;
+        for (Player& one : world.players) {
+            one.portless.clear();
+        }
         world.isMonitorSure = world.isMonitorSure || world.hasInterface;
         return;
     default:

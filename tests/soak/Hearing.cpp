@@ -43,7 +43,7 @@ std::vector<Tone> tones(const World& world) {
     std::vector<Tone> all{{.hz = guitarTone(), .word = guitar, .plays = world.hasGuitar}};
     for (const Player& player : world.players) {
         for (int stream = 1; stream <= streamsEach; ++stream) {
-            const bool plays = player.streams.contains(stream);
+            const bool plays = player.canBeHeard(stream);
             all.push_back({.hz = toneOf(player.number, stream),
                            .word = player.pid == 0 ? std::string() : player.word(),
                            .plays = plays,

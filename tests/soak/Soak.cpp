@@ -214,6 +214,9 @@ void Soak::calm() {
     if (isStuck) {
         ++figures_.stuckManagers;
         world_.isLinked = false;
+        for (Player& player : world_.players) {
+            player.portless = stage_.portless(player);
+        }
         wrong = settle();
         act({.kind = Kind::killDaemon});
         act({.kind = Kind::restore});

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace velmora::soak {
@@ -73,7 +74,10 @@ void Stage::perform(Action& action, const World& world) {
     case Kind::killDaemon:
         return session_.killDaemon();
     case Kind::killManager:
-        return session_.killManager();
+        // As a manager of sound cards: what it has made goes with it.
+        session_.killManagerWithDevices();
+        session_.remove(headset.name);
+        return box_->stop(guitar);
     case Kind::restartPulse:
         session_.killPulse();
         return session_.startServices();
@@ -165,6 +169,16 @@ bool Stage::isUnlinked(const World& world) const {
                           graph.links().end();
                });
     });
+}
+
+std::set<int> Stage::portless(const Player& player) const {
+    const AudioGraph graph = session_.graph();
+    std::set<int> found;
+    std::ranges::copy_if(player.streams, std::inserter(found, found.end()), [&](int stream) {
+        const GraphNode* const node = graph.node(streamName(player.number, stream));
+        return node == nullptr || node->outputPorts == 0;
+    });
+    return found;
 }
 
 void Stage::startRecorders() {

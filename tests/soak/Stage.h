@@ -7,6 +7,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 
 namespace velmora::soak {
@@ -29,6 +30,8 @@ public:
     /// A program that the mixer has nothing to do with plays to nothing: the session manager does
     /// not link any more.
     [[nodiscard]] bool isUnlinked(const World& world) const;
+    /// Which streams of a player have no ports, by `streamName`'s second.
+    [[nodiscard]] std::set<int> portless(const Player& player) const;
 
     /// Ends what was recorded so far, on the disk as well.
     void startRecorders();

@@ -42,9 +42,14 @@ struct Player {
     int number = 0; ///< from 1
     pid_t pid = 0;  ///< 0 = it does not run
     std::set<int> streams;
+    /// Of these, what the session manager has given no ports: nobody can hear it.
+    std::set<int> portless{};
     bool isBystander = false; ///< it is never added
 
     [[nodiscard]] bool isPlaying() const { return pid != 0 && !streams.empty(); }
+    [[nodiscard]] bool canBeHeard(int stream) const {
+        return streams.contains(stream) && !portless.contains(stream);
+    }
     /// The desktop entry that it belongs to.
     [[nodiscard]] std::string application() const;
     /// The word for this run of it, in commands.

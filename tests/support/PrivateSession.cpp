@@ -147,6 +147,9 @@ void PrivateSession::startServices() {
         services_.insert_or_assign(name, start(commands[i], name));
         demand(waitUntil([&] { return sockets[i].empty() || fs::exists(sockets[i]); }), name);
     }
+    if (std::exchange(areDevicesAway_, false)) {
+        std::ranges::for_each(setup_.devices, [this](const auto& device) { add(device); });
+    }
     demand(waitUntil([this] { return isComplete(); }), "the session's devices");
 }
 
@@ -205,10 +208,17 @@ void PrivateSession::killDaemon() {
     for (const char* name : {"wireplumber", "pipewire-pulse"}) {
         services_.at(name).end();
     }
+    areDevicesAway_ = false; // the next one has them from its start
 }
 
 void PrivateSession::killManager() {
     services_.at("wireplumber").kill();
+}
+
+void PrivateSession::killManagerWithDevices() {
+    killManager();
+    std::ranges::for_each(setup_.devices, [this](const auto& device) { remove(device.name); });
+    areDevicesAway_ = true;
 }
 
 void PrivateSession::killPulse() {

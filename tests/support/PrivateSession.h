@@ -83,6 +83,8 @@ public:
     void killDaemon();    ///< SIGKILL; the other services lose it
     void startServices(); ///< (re)starts what does not run; returns when all is there
     void killManager();   ///< SIGKILL to the session manager
+    /// As `killManager`; the devices go with it, as sound cards do, until `startServices`.
+    void killManagerWithDevices();
     void killPulse();
 
     /// The last lines of every log, for a failed test.
@@ -98,6 +100,7 @@ private:
     Setup setup_;
     ChildProcess janitor_;
     std::map<std::string, ChildProcess, std::less<>> services_;
+    bool areDevicesAway_ = false; ///< until a session manager brings them back
 };
 
 } // namespace velmora::support

@@ -143,7 +143,13 @@ void Session::passLosses() {
         search_.goOn();
     }
     if (std::exchange(isManagerLost_, false)) {
+        // A session manager that comes waits in vain for the ports of a device that has played
+        // under the one before (WirePlumber 0.4.13 with PipeWire 0.3.65), and links nothing as long
+        // as it waits, of nobody. Those of sound cards go with their manager; ours must not stay
+        // either.
         mutes_.forgetTargets();
+        aggregates_.renew();
+        microphone_.renew();
         news_.lose();
     }
 }

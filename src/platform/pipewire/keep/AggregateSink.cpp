@@ -104,6 +104,15 @@ std::vector<std::string> AggregateSinks::wanted() const {
     return uids;
 }
 
+void AggregateSinks::renew() {
+    for (const std::string& uid : wanted()) {
+        sinks_.erase(uid);
+        if (const Node* const old = graph_.nodeNamed(uid)) {
+            connection_.destroyGlobal(old->id);
+        }
+    }
+}
+
 std::optional<LinkSet::Clock::time_point> AggregateSinks::follow(LinkSet::Clock::time_point now) {
     std::optional<LinkSet::Clock::time_point> comeAgain;
     for (const auto& [uid, aggregate] : wanted_) {

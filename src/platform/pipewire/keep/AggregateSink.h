@@ -67,6 +67,8 @@ public:
     /// Removes it, also one that an earlier run has left.
     void remove(const std::string& uid);
     [[nodiscard]] std::vector<std::string> wanted() const;
+    /// The session manager has gone: its successor gets new ones, see `Session::passLosses`.
+    void renew();
 
     /// As for one.
     std::optional<LinkSet::Clock::time_point> follow(LinkSet::Clock::time_point now);

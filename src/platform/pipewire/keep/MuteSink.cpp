@@ -63,6 +63,7 @@ MuteSink::~MuteSink() {
 
 void MuteSink::forgetTargets() {
     forget([](const Sent&) { return true; });
+    sink_.reset();
 }
 
 template <typename Predicate>

@@ -66,7 +66,8 @@ public:
     /// None of the streams is heard where it was; false until that is so again.
     [[nodiscard]] bool isSilencing() const { return isSilencing_; }
 
-    /// The session manager has gone and with it all targets: everything is to be sent again.
+    /// The session manager has gone and with it all targets: everything is to be sent again, to a
+    /// new sink (see `Session::passLosses`).
     void forgetTargets();
 
 private:

@@ -70,6 +70,13 @@ void VirtualMicrophone::follow() {
     isSeen_ = isThere;
 }
 
+void VirtualMicrophone::renew() {
+    const Node* const old = isWanted_ ? graph_.nodeNamed(microphoneNode) : nullptr;
+    if (old != nullptr) {
+        connection_.destroyGlobal(old->id);
+    }
+}
+
 void VirtualMicrophone::clear() {
     made_.reset();
     isSeen_ = false;

@@ -197,7 +197,13 @@ void MixKeeper::step() {
         settle();
     }
     if (mix_ && restart_) {
-        return; // all of it is built anew in a moment
+        // All of it is built anew in a moment. Who begins to play meanwhile is not left out that
+        // long: one that is to be silenced would be loud.
+        if (mix_->isUpToDate()) {
+            problems_ = mix_->takeSources(sources_);
+            followLevels();
+        }
+        return;
     }
     if (mix_ && !mix_->isUpToDate()) {
         drop();

@@ -43,6 +43,11 @@ Level& volumeOf(World& world, std::string_view word) {
     return word == "microphone" ? world.microphone : world.headphones;
 }
 
+/// How a preset keeps it: a device by what can be read of it at that moment.
+std::string keyOf(const World& world, const std::string& word) {
+    return word == guitar && !world.hasGuitar ? std::string() : Player::applicationOf(word);
+}
+
 void save(World& world, const std::string& name) {
     Setup setup{.name = name,
                 .entries = {},
@@ -50,8 +55,7 @@ void save(World& world, const std::string& name) {
                 .headphones = world.headphones};
     for (const std::string& word : world.sources) {
         const Strip strip = world.strip(word);
-        setup.entries.push_back(
-            {.key = Player::applicationOf(word), .level = strip.level, .fx = strip.fx});
+        setup.entries.push_back({.key = keyOf(world, word), .level = strip.level, .fx = strip.fx});
     }
     const auto namesake = std::ranges::find(world.presets, name, &Setup::name);
     if (namesake == world.presets.end()) {
@@ -195,7 +199,6 @@ void followSession(World& world, const Action& action) {
         return;
     case Kind::killDaemon:
         world.hasDaemon = false;
-        world.isLinked = true;
         world.hasManager = false;
         world.hasHeadset = false; // it lived in the daemon; the others come back with it
         world.hasInterface = true;
@@ -208,9 +211,6 @@ void followSession(World& world, const Action& action) {
     case Kind::restore:
         world.hasDaemon = true;
         world.hasManager = true;
-        for (Player& one : world.players) {
-            one.portless.clear();
-        }
         world.isMonitorSure = world.isMonitorSure || world.hasInterface;
         return;
     default:

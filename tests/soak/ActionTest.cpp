@@ -9,6 +9,10 @@ namespace {
 
 using Kind = Action::Kind;
 
+std::string wordOf(int player, pid_t pid) {
+    return Player{.number = player, .pid = pid, .streams = {}}.word();
+}
+
 /// A player that plays, in a mix that is on.
 World mixWith(int player, pid_t pid) {
     World world(3);
@@ -22,7 +26,7 @@ World mixWith(int player, pid_t pid) {
 TEST(Action, NamesAPlayersRunAsTheMixerDoes) {
     const Player player{.number = 3, .pid = 77, .streams = {}};
 
-    EXPECT_EQ(player.word(), "app-soak-player-3-77");
+    EXPECT_EQ(player.word(), "app-" + player.application() + "-77");
     EXPECT_EQ(Player::applicationOf(player.word()), player.application());
     EXPECT_EQ(Player::applicationOf(guitar), guitar);
 }
@@ -31,7 +35,7 @@ TEST(Action, StartsAMixOfWhatWorks) {
     const World world = mixWith(1, 77);
 
     EXPECT_EQ(world.isRunning, true);
-    EXPECT_EQ(world.sources, std::vector<std::string>{"app-soak-player-1-77"});
+    EXPECT_EQ(world.sources, std::vector<std::string>{wordOf(1, 77)});
 }
 
 TEST(Action, LeavesItOpenWhetherAMixOfNothingThatWorksIsOn) {
@@ -49,7 +53,7 @@ TEST(Action, LeavesItOpenWhetherAMixOfNothingThatWorksIsOn) {
 TEST(Action, EndsAMixThatIsEmptied) {
     World world = mixWith(1, 77);
 
-    follow(world, {.kind = Kind::remove, .word = "app-soak-player-1-77"});
+    follow(world, {.kind = Kind::remove, .word = wordOf(1, 77)});
 
     EXPECT_EQ(world.isRunning, false);
 }
@@ -69,7 +73,7 @@ TEST(Action, KeepsTheLevelFromBeforeAMute) {
 
 TEST(Action, RecallsThePresetsAppInstanceThatRunsNow) {
     World world = mixWith(1, 77);
-    follow(world, {.kind = Kind::gain, .word = "app-soak-player-1-77", .db = -6});
+    follow(world, {.kind = Kind::gain, .word = wordOf(1, 77), .db = -6});
     follow(world, {.kind = Kind::savePreset, .word = "Evening"});
     follow(world, {.kind = Kind::close, .number = 1});
     follow(world, {.kind = Kind::open, .number = 1, .pid = 88});
@@ -77,9 +81,22 @@ TEST(Action, RecallsThePresetsAppInstanceThatRunsNow) {
 
     follow(world, {.kind = Kind::applyPreset, .word = "Evening"});
 
-    EXPECT_EQ(world.sources, std::vector<std::string>{"app-soak-player-1-88"});
-    EXPECT_EQ(world.strip("app-soak-player-1-88").level.db, -6);
+    EXPECT_EQ(world.sources, std::vector<std::string>{wordOf(1, 88)});
+    EXPECT_EQ(world.strip(wordOf(1, 88)).level.db, -6);
     EXPECT_EQ(world.activePreset, "Evening");
+}
+
+TEST(Action, FindsADeviceThatWasAwayWhenAPresetWasSavedByNothing) {
+    World world = mixWith(1, 77);
+    follow(world, {.kind = Kind::add, .word = guitar});
+    follow(world, {.kind = Kind::unplug, .word = guitar});
+    follow(world, {.kind = Kind::savePreset, .word = "Evening"});
+    follow(world, {.kind = Kind::plug, .word = guitar});
+
+    follow(world, {.kind = Kind::applyPreset, .word = "Evening"});
+
+    EXPECT_EQ(world.sources, std::vector<std::string>{wordOf(1, 77)});
+    EXPECT_EQ(world.presets.front().entries.size(), 2U) << "it is kept all the same";
 }
 
 TEST(Action, ReplacesAPresetOfTheSameName) {
@@ -102,6 +119,20 @@ TEST(Action, LosesWhatLivesInTheDaemonWithIt) {
     EXPECT_FALSE(world.isUp());
     EXPECT_FALSE(world.hasHeadset);
     EXPECT_EQ(world.isRunning, true) << "it waits for the daemon";
+}
+
+TEST(Action, LosesTheDevicesWithTheSessionManager) {
+    World world = mixWith(1, 77);
+    follow(world, {.kind = Kind::plug, .word = headset.name});
+    follow(world, {.kind = Kind::unplug, .word = support::interface4.name});
+
+    follow(world, {.kind = Kind::killManager});
+    follow(world, {.kind = Kind::restore});
+
+    EXPECT_TRUE(world.isUp());
+    EXPECT_FALSE(world.hasHeadset);
+    EXPECT_TRUE(world.hasInterface) << "the next one brings it back";
+    EXPECT_TRUE(world.hasGuitar);
 }
 
 TEST(Action, IsSureOfTheMonitorAgainOnceItsDeviceIsBack) {

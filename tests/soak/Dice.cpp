@@ -31,7 +31,7 @@ constexpr std::array<std::string_view, 6> faultNames{
 /// Recalling it leaves no doubt about what is in the mix.
 bool isCertain(const World& world, const Setup& setup) {
     return std::ranges::all_of(setup.entries, [&](const Setup::Entry& entry) {
-        if (entry.key == guitar) {
+        if (entry.key == guitar || entry.key.empty()) {
             return true;
         }
         return std::ranges::any_of(world.players, [&](const Player& one) {
@@ -161,7 +161,9 @@ FXParams Dice::effects() {
 }
 
 void Dice::offerPresets(const World& world) {
-    if (world.presets.size() < mostPresets) {
+    // Nobody knows whether the device can be read while the services come or go.
+    const bool isCertainToSave = world.isUp() || !world.isInMix(guitar);
+    if (isCertainToSave && world.presets.size() < mostPresets) {
         offer(2, {.kind = Kind::savePreset, .word = "Setup " + std::to_string(between(1, 6))});
     }
     for (const Setup& setup : world.presets) {

@@ -87,6 +87,17 @@ TEST(Dice, NeverAddsTheBystander) {
     }
 }
 
+TEST(Dice, SavesNoDeviceWhileTheServicesAreAway) {
+    World world(4);
+    follow(world, {.kind = Kind::add, .word = guitar});
+    follow(world, {.kind = Kind::killDaemon});
+    Dice dice(1, Faults::all(), true);
+
+    for (int count = 0; count < 1000; ++count) {
+        EXPECT_NE(dice.next(world).kind, Kind::savePreset);
+    }
+}
+
 TEST(Dice, KnowsTheFaultsByName) {
     const auto faults = Faults::named("daemon,blocks");
 

@@ -19,8 +19,7 @@ void Figures::tell(std::ostream& log, std::uint64_t seed) const {
         log << "until all was as it should be: median " << sorted[sorted.size() / 2].count()
             << " ms, slowest " << sorted.back().count() << " ms\n";
     }
-    log << "session managers that linked nothing any more: " << stuckManagers << '\n'
-        << "slowest answer: " << slowestAnswer.count() << " ms\n";
+    log << "slowest answer: " << slowestAnswer.count() << " ms\n";
     if (!rests.empty()) {
         const auto tellRest = [&](const char* when, const Rest& one) {
             log << when << one.residentBytes / 1024 << " KiB, " << one.descriptors

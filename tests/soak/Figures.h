@@ -18,7 +18,6 @@ struct Figures {
     std::vector<std::chrono::milliseconds>
         calms; ///< from the last action of a burst until all was seen to be as it should be
     std::vector<Rest> rests;
-    int stuckManagers = 0; ///< session managers that linked nothing any more
     std::chrono::milliseconds slowestAnswer{};
 
     void tell(std::ostream& log, std::uint64_t seed) const;

@@ -43,7 +43,7 @@ std::vector<Tone> tones(const World& world) {
     std::vector<Tone> all{{.hz = guitarTone(), .word = guitar, .plays = world.hasGuitar}};
     for (const Player& player : world.players) {
         for (int stream = 1; stream <= streamsEach; ++stream) {
-            const bool plays = player.canBeHeard(stream);
+            const bool plays = player.streams.contains(stream);
             all.push_back({.hz = toneOf(player.number, stream),
                            .word = player.pid == 0 ? std::string() : player.word(),
                            .plays = plays,
@@ -97,8 +97,7 @@ std::vector<Expected> expectedIn(const World& world) {
         all.push_back({.ear = Ear::outputs,
                        .hz = tone.hz,
                        .db = tone.isDirect && !isSilenced ? std::optional(playedDb) : std::nullopt,
-                       .isSure = world.isLinked && world.isRunning.has_value() &&
-                                 (world.isMonitorSure || !isMixed)});
+                       .isSure = world.isRunning.has_value() && (world.isMonitorSure || !isMixed)});
     }
     return all;
 }

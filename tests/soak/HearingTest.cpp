@@ -34,7 +34,7 @@ protected:
     }
 
     World world{2};
-    const std::string word = "app-soak-player-1-71";
+    const std::string word = Player{.number = 1, .pid = 71, .streams = {}}.word();
     const double hz = toneOf(1, 1);
 };
 

@@ -48,7 +48,7 @@ private:
     void act(Action action);
     void actOnMixer(const Action& action);
     [[nodiscard]] bool workWindow(const Action& action);
-    void waitUntilOffered(const std::string& word);
+    void waitUntilOffered(const std::string& word, bool isOffered = true);
     void adopt();
     [[nodiscard]] Findings settle();
     void calm();
@@ -69,7 +69,6 @@ private:
     Allowed allowed_;
     Figures figures_;
     std::deque<std::string> latest_; ///< what was done
-    bool isManagerNew_ = false;      ///< since the daemon's start
     Clock::time_point listenedFrom_;
     bool isFailed_ = false;
 };

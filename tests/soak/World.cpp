@@ -1,12 +1,16 @@
 #include "soak/World.h"
 
 #include <algorithm>
+#include <unistd.h>
 
 namespace velmora::soak {
 
 namespace {
 
-constexpr std::string_view program = "soak-player-";
+/// Of this soak: the mixer sees every program of the machine, also those of another one.
+std::string program() {
+    return "soak-" + std::to_string(::getpid()) + "-player-";
+}
 
 } // namespace
 
@@ -25,7 +29,7 @@ void Level::take(const Level& kept) {
 }
 
 std::string Player::application() const {
-    return std::string(program) + std::to_string(number);
+    return program() + std::to_string(number);
 }
 
 std::string Player::word() const {

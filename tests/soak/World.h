@@ -42,14 +42,9 @@ struct Player {
     int number = 0; ///< from 1
     pid_t pid = 0;  ///< 0 = it does not run
     std::set<int> streams;
-    /// Of these, what the session manager has given no ports: nobody can hear it.
-    std::set<int> portless{};
     bool isBystander = false; ///< it is never added
 
     [[nodiscard]] bool isPlaying() const { return pid != 0 && !streams.empty(); }
-    [[nodiscard]] bool canBeHeard(int stream) const {
-        return streams.contains(stream) && !portless.contains(stream);
-    }
     /// The desktop entry that it belongs to.
     [[nodiscard]] std::string application() const;
     /// The word for this run of it, in commands.
@@ -61,7 +56,7 @@ struct Player {
 /// A saved setup.
 struct Setup {
     struct Entry {
-        std::string key; ///< an application, or the device
+        std::string key; ///< an application, or the device; empty = it will never be found
         Level level;
         FXParams fx;
     };
@@ -85,7 +80,6 @@ struct World {
     bool hasHeadset = false;  ///< the default output while it is there
     bool hasDaemon = true;
     bool hasManager = true;
-    bool isLinked = true; ///< the manager links what plays to the outputs
 
     // -- the mixer --
     std::optional<bool> isRunning = false; ///< none: either would be right, it is to be asked

@@ -15,8 +15,6 @@ constexpr double otherHz = 640;
 /// restart is left unlinked now and then, with or without a mixer.
 class ManagerReturn : public BackendTest {
 protected:
-    ManagerReturn() { EXPECT_EQ(audio.ensureVirtualMicrophone(), statusOk); }
-
     void TearDown() override {
         session().startServices(); // what a failed test left dead
         BackendTest::TearDown();
@@ -50,6 +48,16 @@ TEST_F(ManagerReturn, LinksOthersAfterAMixIntoTheMicrophone) {
 
     EXPECT_TRUE(isLaterProgramHeard());
     EXPECT_TRUE(Recorder(session(), microphone, {1}).hears(0, 440, playedDb));
+}
+
+TEST_F(ManagerReturn, LinksOthersAfterTheMicrophoneWasRecordedWithoutAMix) {
+    ASSERT_TRUE(Recorder(session(), microphone, {1}).waitForFreshSound());
+
+    replaceManager();
+
+    EXPECT_TRUE(isLaterProgramHeard());
+    const AudioGraph graph = session().graph();
+    EXPECT_EQ(std::ranges::count(graph.nodes(), microphone, &GraphNode::name), 1);
 }
 
 TEST_F(ManagerReturn, LinksOthersAfterAMuteThatLasts) {

@@ -71,9 +71,9 @@ void VirtualMicrophone::follow() {
 }
 
 void VirtualMicrophone::renew() {
-    const Node* const old = isWanted_ ? graph_.nodeNamed(microphoneNode) : nullptr;
-    if (old != nullptr) {
+    if (const Node* const old = graph_.nodeNamed(microphoneNode)) {
         connection_.destroyGlobal(old->id);
+        isWanted_ = true;
     }
 }
 

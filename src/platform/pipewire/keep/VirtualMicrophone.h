@@ -24,7 +24,8 @@ public:
     [[nodiscard]] bool isMissing() const { return isWanted_ && !hasVirtualMicrophone(graph_); }
     /// To be called after every change of the graph.
     void follow();
-    /// The session manager has gone: its successor gets a new one, see `Session::passLosses`.
+    /// The session manager has gone: where there was one, its successor gets a new one, see
+    /// `Session::passLosses`.
     void renew();
     /// To be called before the connection closes.
     void clear();

@@ -66,6 +66,11 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
     const auto headphoneVolume = preset.headphoneVolume;
     const auto streamVolume = preset.streamVolume;
 
+    if (isWanted && resolved.empty()) {
+        // A start without sources would leave the previous setup in the mix, and until then it
+        // would be heard at this one's volumes.
+        engine_.stop();
+    }
     std::vector<AudioSource> sources;
     std::ranges::transform(resolved, std::back_inserter(sources), &Resolved::source);
     engine_.replaceSources(std::move(sources));
@@ -84,10 +89,7 @@ void PresetRecall::apply(const Preset& preset, RecallOptions options) {
         engine_.tell(ProblemOrigin::recall, std::move(problems));
     }
     pausedForLaunch_ = isWanted && resolved.empty() && !toLaunch.empty();
-    if (isWanted && resolved.empty()) {
-        // A start without sources would leave the previous setup in the mix.
-        engine_.stop();
-    } else if (isWanted) {
+    if (isWanted && !resolved.empty()) {
         engine_.start();
     }
     for (const auto& entry : toLaunch) {

@@ -397,6 +397,21 @@ TEST_F(RunningRecallTest, ASetupOfWhichNothingExistsLeavesNothingOfThePreviousOn
     EXPECT_EQ(engine_.lastError(), "Introuvable : Micro");
 }
 
+TEST_F(RunningRecallTest, ThePreviousMixIsNeverHeardAtTheVolumesOfASetupOfWhichNothingExists) {
+    startPlayer(20, "org.example.player", 0.25F);
+    apply({app("Player", "org.example.player")}, chosen);
+    engine_.start();
+    engine_.setHeadphoneVolume(0.0F);
+    bool wasHeard = false;
+    const auto connection = engine_.changed().connect(
+        [&] { wasHeard = wasHeard || (engine_.isRunning() && engine_.headphoneVolume() > 0.0F); });
+
+    apply({device("Micro", "gone")}, chosen);
+
+    EXPECT_EQ(engine_.headphoneVolume(), 1.0F);
+    EXPECT_FALSE(wasHeard);
+}
+
 TEST_F(RunningRecallTest, AMixWhoseSourcesAllHaveToBeLaunchedGoesOnWhenTheFirstIsUp) {
     startPlayer(20, "org.example.player", 0.25F);
     install("Game", "org.example.game", 21);

@@ -27,7 +27,8 @@ using TapCallback = std::function<void(const TapBlock& block)>;
 /// Hears everything that one process object plays, as a stereo mixdown.
 ///
 /// Threads: main. When its destructor returns, the callback is gone, and an application that was
-/// muted is heard again; destroying a dead one is harmless.
+/// muted is heard again soon after the main thread is free, unless another tap mutes it by then.
+/// Destroying a dead one is harmless.
 class ApplicationTap {
 public:
     virtual ~ApplicationTap() = default;

@@ -56,6 +56,10 @@ public:
                                 }
                             });
                         },
+                    .muteEnding =
+                        [this](AudioObjectID mute) {
+                            post([mute](Impl& self) { self.session_.endMute(mute); });
+                        },
                     .defaultOutputChanged =
                         [this] {
                             post([](Impl& self) { self.devices_.defaultOutputChanged().emit(); });
@@ -77,7 +81,7 @@ public:
     pipewire::Units& units() { return units_; }
 
 private:
-    /// Runs `work` on the main thread unless this object has gone by then. Threads: control.
+    /// Runs `work` on the main thread, later, unless this object has gone by then. Threads: any.
     template <typename Work>
     void post(Work work) {
         mainQueue_.post([guard = std::weak_ptr(self_), work = std::move(work)] {

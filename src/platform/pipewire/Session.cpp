@@ -190,9 +190,23 @@ void Session::passApplications() {
     }
 }
 
+void Session::endMuteSoon(AudioObjectID mute) {
+    const bool isEnding = change([mute](SessionState& state) {
+        auto ended = state.mutes.extract(mute);
+        return !ended.empty() && state.endingMutes.insert(std::move(ended)).inserted;
+    });
+    if (isEnding) {
+        events_.muteEnding(mute);
+    }
+}
+
+void Session::endMute(AudioObjectID mute) {
+    change([mute](SessionState& state) { state.endingMutes.erase(mute); });
+}
+
 void Session::passMutes() {
     const auto now = Clock::now();
-    comeAgain(mutes_.keepOnly(state_.mutes, now));
+    comeAgain(mutes_.keepOnly(state_.mutes, state_.endingMutes, now));
     if (isAvailableLocked()) {
         comeAgain(mutes_.follow(state_.mutes, streamsOf(), now));
     }

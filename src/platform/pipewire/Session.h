@@ -41,6 +41,9 @@ public:
         std::function<void(ThreadId control)> notFirst;
         /// What a later run is to know of cards; see `CardNames::kept`.
         std::function<void(std::string kept)> cardsNamed;
+        /// The main thread closes what silenced an application, and may open another in a moment:
+        /// `endMute` is to be called once that thread is free. Told on the main thread.
+        std::function<void(AudioObjectID mute)> muteEnding;
         // These are not told before `waitForListing` has returned, and in this order.
         std::function<void()> defaultOutputChanged;
         /// The service, a device or its channels, an application's process object or the rate is
@@ -66,6 +69,11 @@ public:
         const Loop::Lock lock(loop_);
         return function(state_, isAvailableLocked());
     }
+
+    /// Whoever was silenced by it stays so until the main thread is free, however long it takes to
+    /// build a mix anew, and for as long as `MuteGrace` says from then on.
+    void endMuteSoon(AudioObjectID mute);
+    void endMute(AudioObjectID mute);
 
     /// Changes what is wanted; the pass follows at once.
     template <typename Function>

@@ -29,8 +29,9 @@ struct SessionState {
     ObjectIds ids;
     CardNames cards;
     ProcessDirectory processes;
-    Routes routes;                                ///< links that the mix's parts want
-    std::map<AudioObjectID, AudioObjectID> mutes; ///< tap to the process that it silences
+    Routes routes;                                      ///< links that the mix's parts want
+    std::map<AudioObjectID, AudioObjectID> mutes;       ///< tap to the process that it silences
+    std::map<AudioObjectID, AudioObjectID> endingMutes; ///< the same; see `Session::endMuteSoon`
     std::set<AudioObjectID> unsilenced; ///< processes that are heard although they are to be silent
     std::map<AudioObjectID, std::uint32_t> blockFrames; ///< asked for, per device
 

@@ -57,7 +57,7 @@ std::expected<Tap::Setup, TapRefusal> Tap::setUp(SessionState& state,
 
 Tap::~Tap() {
     part_.stop();
-    session_.change([this](SessionState& state) { state.mutes.erase(mute_); });
+    session_.endMuteSoon(mute_);
 }
 
 } // namespace velmora::pipewire

@@ -88,6 +88,7 @@ protected:
              },
          .notFirst = [](pipewire::ThreadId) {},
          .cardsNamed = [](const auto&) {},
+         .muteEnding = [this](AudioObjectID mute) { backend.endMute(mute); },
          .defaultOutputChanged = [this] { ++defaultOutputChanged; },
          .changed =
              [this] {

@@ -83,7 +83,7 @@ TEST_F(GivingBack, LeavesTheStreamWhereSomebodySendsItMeanwhile) {
                   std::to_string(graph.nodeNamed(headset.name)->serial),
                   "Spa:Id"},
                  session().environment());
-        mutes.keepOnly({}, MuteSinks::Clock::now()); // has not heard of that
+        mutes.keepOnly({}, {}, MuteSinks::Clock::now()); // has not heard of that
     }
 
     EXPECT_TRUE(waitUntil([this] {

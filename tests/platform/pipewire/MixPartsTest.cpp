@@ -4,6 +4,7 @@
 
 #include "support/ProcessFigures.h"
 
+#include <thread>
 #include <unistd.h>
 
 namespace velmora {
@@ -165,6 +166,25 @@ TEST_F(MixParts, HearBothStreamsOfAnApplicationThatIsSilencedTimeAndAgain) {
     }
 
     EXPECT_LT(ownNode().inputPorts, 60) << "most have served again";
+}
+
+TEST_F(MixParts, LeaveASilencedApplicationSilentHoweverLongTheNextTapTakes) {
+    const ToneApp app(session());
+    app.play("music", 440, 440, playedDb);
+    const AudioObjectID process = processOf(app.pid());
+    HeardTap tap(taps(), process, ApplicationTaps::Mute::whileTapped);
+    const Recorder atSpeakers(session(), speakers.name, {1});
+    ASSERT_TRUE(atSpeakers.isSilentAt(0, 440));
+    ASSERT_TRUE(atSpeakers.waitForFreshSound());
+    const std::size_t from = atSpeakers.frames();
+
+    tap.release();
+    std::this_thread::sleep_for(std::chrono::milliseconds(600)); // as a crowded machine may take
+    const HeardTap next(taps(), process, ApplicationTaps::Mute::whileTapped);
+    ASSERT_TRUE(atSpeakers.waitForFreshSound());
+
+    const auto heard = atSpeakers.all().channel(0, from);
+    EXPECT_LT(std::abs(*std::ranges::max_element(heard)), fromDb(playedDb - 40));
 }
 
 } // namespace

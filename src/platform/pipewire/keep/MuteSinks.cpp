@@ -4,6 +4,7 @@
 #include "platform/pipewire/view/StreamTarget.h"
 
 #include <algorithm>
+#include <iterator>
 #include <ranges>
 #include <utility>
 
@@ -53,11 +54,13 @@ void MuteSinks::hear(GlobalId subject, const std::string& key, Clock::time_point
     }
 }
 
-std::optional<MuteSinks::Clock::time_point> MuteSinks::keepOnly(const Mutes& wanted,
-                                                                Clock::time_point now) {
+std::optional<MuteSinks::Clock::time_point>
+MuteSinks::keepOnly(const Mutes& wanted, const Mutes& ending, Clock::time_point now) {
     const auto processes = wanted | std::views::values;
     const MuteGrace::Processes asked(processes.begin(), processes.end());
-    const MuteGrace::Processes silent = grace_.follow(asked, now);
+    MuteGrace::Processes kept = asked;
+    std::ranges::copy(ending | std::views::values, std::inserter(kept, kept.end()));
+    const MuteGrace::Processes silent = grace_.follow(kept, now);
     std::erase_if(sinks_, [&](const auto& one) {
         const auto& [process, sink] = one;
         return !silent.contains(process) || (!asked.contains(process) && !sink->isSilencing());

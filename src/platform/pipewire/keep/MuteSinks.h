@@ -29,9 +29,10 @@ public:
     follow(const Mutes& wanted, const StreamsOf& streamsOf, Clock::time_point now);
     /// To be called for every entry of the session's metadata as it comes.
     void hear(GlobalId subject, const std::string& key, Clock::time_point now);
-    /// Ends those that are not wanted any more, a moment later (see `MuteGrace`). Returns when to
-    /// come again, if any is to be ended.
-    std::optional<Clock::time_point> keepOnly(const Mutes& wanted, Clock::time_point now);
+    /// Ends those that are not wanted any more, a moment after they have left `ending` as well (see
+    /// `MuteGrace`). Returns when to come again, if any is to be ended.
+    std::optional<Clock::time_point>
+    keepOnly(const Mutes& wanted, const Mutes& ending, Clock::time_point now);
     /// The processes that are wanted silent and are heard all the same.
     [[nodiscard]] std::set<AudioObjectID> unsilenced() const;
     /// As for one.

@@ -18,8 +18,9 @@ public:
     using Clock = std::chrono::steady_clock;
     using Processes = std::set<AudioObjectID>;
 
-    /// Long enough for a mix to be built on a busy machine. Whoever switches the mute off waits so
-    /// long to hear it, and should within half a second.
+    /// From when the main thread is free again: what it builds in one go has been built by then
+    /// (see `Session::endMuteSoon`). Whoever switches the mute off waits so long to hear it, and
+    /// should within half a second.
     static constexpr std::chrono::milliseconds lasts{150};
 
     /// To be called after every change of `wanted`: who is to be silent now.

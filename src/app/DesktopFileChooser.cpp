@@ -3,6 +3,7 @@
 #include "app/PortalFileDialog.h"
 #include "settings/AppSettings.h"
 #include "settings/Theme.h"
+#include "ui/kit/WindowSystem.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -25,7 +26,7 @@ QString documents() {
 /// The window that asks, as the portal names it. On Wayland it would have to be exported first:
 /// without a name the dialog is a window like any other.
 QString portalName(const QWindow* window) {
-    const bool hasNumber = window != nullptr && QGuiApplication::platformName() == "xcb";
+    const bool hasNumber = window != nullptr && isOnX11();
     return hasNumber ? "x11:" + QString::number(window->winId(), 16) : QString();
 }
 

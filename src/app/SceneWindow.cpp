@@ -1,9 +1,9 @@
 #include "app/SceneWindow.h"
 
 #include "ui/Ui.h"
+#include "ui/kit/WindowSystem.h"
 
 #include <QEvent>
-#include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
 #include <algorithm>
@@ -27,10 +27,6 @@ void keepOnScreen(QQuickWindow& window) {
     if (top < frame.top()) {
         window.setFramePosition({frame.left(), top});
     }
-}
-
-bool isWayland() {
-    return QGuiApplication::platformName().startsWith("wayland");
 }
 
 /// A compositor that grants it has done so by then.
@@ -88,7 +84,7 @@ QQuickWindow& SceneWindow::make() {
 
 void SceneWindow::open(const QString& token) {
     QQuickWindow& window = make();
-    if (!token.isEmpty() && isWayland()) {
+    if (!token.isEmpty() && isOnWayland()) {
         // Where Qt looks, and takes it away, when a window asks to be activated.
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
     }
@@ -100,7 +96,7 @@ void SceneWindow::open(const QString& token) {
     }
     window.raise();
     window.requestActivate();
-    if (wasVisible && isWayland()) {
+    if (wasVisible && isOnWayland()) {
         showAnewUnlessActivated(window);
     }
 }

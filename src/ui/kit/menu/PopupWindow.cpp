@@ -1,5 +1,6 @@
 #include "ui/kit/menu/PopupWindow.h"
 
+#include "ui/kit/WindowSystem.h"
 #include "ui/kit/X11Selection.h"
 #include "ui/kit/menu/PopupPlace.h"
 
@@ -16,10 +17,6 @@ namespace {
 
 constexpr double shadowReach = 12; // points
 
-bool isPlatform(const char* name) {
-    return QGuiApplication::platformName().startsWith(name);
-}
-
 /// On X11 only while a compositing manager runs, which may come and go: otherwise what is not drawn
 /// is black. Source: Extended Window Manager Hints 1.5: the manager owns this selection.
 bool mayBeTranslucent() {
@@ -29,7 +26,7 @@ bool mayBeTranslucent() {
 /// Where a pop-up may stand. A Wayland client does not know where its windows are: there it is
 /// below the anchor, as high as the screen allows, and the compositor moves it onto the screen.
 QRectF roomAround(const QRectF& anchor, const QWindow& owner) {
-    if (isPlatform("wayland")) {
+    if (isOnWayland()) {
         const QSizeF screen = owner.screen()->size();
         QRectF room = anchor.adjusted(-screen.width(), 0, screen.width(), 0);
         room.setHeight(anchor.height() + PopupPlace::gap + screen.height() - PopupPlace::margin);
@@ -42,7 +39,7 @@ QRectF roomAround(const QRectF& anchor, const QWindow& owner) {
 /// Where nothing fits below, a compositor turns a pop-up over its upper edge, and its lower edge is
 /// there then: it begins above its anchor, so that nothing of it covers that in either place.
 double upperRimFor(const QRectF& anchor, double rim) {
-    const bool mayBeTurned = isPlatform("wayland") && rim > 0;
+    const bool mayBeTurned = isOnWayland() && rim > 0;
     return mayBeTurned ? std::max(rim, anchor.height() + 2 * PopupPlace::gap - rim) : rim;
 }
 
@@ -93,7 +90,7 @@ void PopupWindow::open() {
     follow(*owner_);
     place();
     show();
-    if (isPlatform("xcb")) {
+    if (isOnX11()) {
         setMouseGrabEnabled(true); // presses beside it are ours, whosever window is there
     }
     const auto begin = [this] {
@@ -140,7 +137,7 @@ void PopupWindow::dismiss() {
         owner->removeEventFilter(this);
         disconnect(owner, nullptr, this, nullptr);
     }
-    if (isPlatform("xcb")) {
+    if (isOnX11()) {
         setMouseGrabEnabled(false);
     }
     hide();
@@ -159,7 +156,7 @@ void PopupWindow::giveKeyboardBack(QQuickWindow& owner) {
             tellThatItLeft();
         }
     });
-    if (!isPlatform("wayland")) { // whose compositors do so themselves
+    if (!isOnWayland()) { // whose compositors do so themselves
         owner.requestActivate();
     }
 }
@@ -190,7 +187,7 @@ void PopupWindow::place() {
         return;
     }
     const bool grows = now.width() > width() || now.height() > height();
-    if (isVisible() && isPlatform("wayland") && grows && !owner_->geometry().contains(now)) {
+    if (isVisible() && isOnWayland() && grows && !owner_->geometry().contains(now)) {
         showAnew(now);
     } else {
         setGeometry(now);

@@ -336,6 +336,7 @@ protected:
     }
     /// The button of the first source.
     void toggleEffects() const {
+        waitUntilStill("Velmora");
         xdotool({"mousemove", "--window", window("Velmora"), "335", "173", "click", "1"});
     }
 };
@@ -372,6 +373,7 @@ TEST_F(BareProgram, ItsWindowGrowsWithItsContentAndStaysOnTheScreen) {
     keepActivePreset();
     ChildProcess program = launch();
     ASSERT_TRUE(showsSoon("Velmora"));
+    waitUntilStill("Velmora");
     const Frame before = frame("Velmora");
     const int below = screenHeight - before.height; // its lower edge is the screen's
     xdotool({"windowmove", window("Velmora"), "440", std::to_string(below)});
